@@ -1,0 +1,40 @@
+# What every target of the project shares: language level, warnings, sanitizers, arithmetic.
+add_library(parlowen_options INTERFACE)
+target_compile_options(parlowen_options INTERFACE
+  -Wall -Wextra -Wconversion -Wshadow
+  # No fused multiply-add: every machine prints the same digits.
+  -ffp-contract=off)
+if(PARLOWEN_WERROR)
+  target_compile_options(parlowen_options INTERFACE -Werror)
+endif()
+if(PARLOWEN_SANITIZE)
+  target_compile_options(parlowen_options INTERFACE
+    -fsanitize=${PARLOWEN_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(parlowen_options INTERFACE -fsanitize=${PARLOWEN_SANITIZE})
+endif()
+
+# parlowen_room(NAME SOURCES ... LINKS ...): one room of the house, a static library parlowen_NAME that
+# links the rooms named and no others.
+function(parlowen_room name)
+  cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
+  add_library(parlowen_${name} STATIC ${ROOM_SOURCES})
+  target_include_directories(parlowen_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_link_libraries(parlowen_${name} PUBLIC parlowen_options)
+  foreach(link IN LISTS ROOM_LINKS)
+    target_link_libraries(parlowen_${name} PUBLIC parlowen_${link})
+  endforeach()
+endfunction()
+
+# parlowen_test(NAME SOURCES ... LINKS ...): one GoogleTest program a test folder.
+function(parlowen_test name)
+  cmake_parse_arguments(TEST "" "" "SOURCES;LINKS" ${ARGN})
+  add_executable(${name}_test ${TEST_SOURCES})
+  target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name}_test PRIVATE
+    PARLOWEN_SOURCE_DIR="${PROJECT_SOURCE_DIR}" PARLOWEN_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  target_link_libraries(${name}_test PRIVATE parlowen_options GTest::gtest GTest::gtest_main)
+  foreach(link IN LISTS TEST_LINKS)
+    target_link_libraries(${name}_test PRIVATE parlowen_${link})
+  endforeach()
+  gtest_discover_tests(${name}_test TEST_PREFIX ${name}. DISCOVERY_TIMEOUT 60 PROPERTIES TIMEOUT 240)
+endfunction()

@@ -1,0 +1,147 @@
+#include "base/Files.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <filesystem>
+#include <system_error>
+
+namespace parlowen {
+namespace fs = std::filesystem;
+
+namespace {
+
+bool WriteAll(int descriptor, ByteSpan bytes) {
+  std::size_t done = 0;
+  while (done < bytes.size()) {
+    const ssize_t written = ::write(descriptor, bytes.data() + done, bytes.size() - done);
+    if (written < 0 && errno == EINTR) continue;
+    if (written <= 0) return false;
+    done += static_cast<std::size_t>(written);
+  }
+  return true;
+}
+
+/// Where a chain of links ends; the name itself when it is no link or the chain is broken.
+std::string ResolveLinks(const std::string& path) {
+  std::error_code error;
+  if (!fs::is_symlink(fs::path(path), error)) return path;
+  const fs::path resolved = fs::weakly_canonical(path, error);
+  return error ? path : resolved.string();
+}
+
+}  // namespace
+
+InputFile::InputFile(const std::string& path) {
+  // Not blocking: opening a pipe must not wait for its writer.
+  descriptor_ = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+  if (descriptor_ < 0) return;
+  struct stat status {};
+  if (::fstat(descriptor_, &status) == 0 && S_ISREG(status.st_mode)) {
+    size_ = status.st_size;
+    return;
+  }
+  ::close(descriptor_);
+  descriptor_ = -1;
+}
+
+InputFile::~InputFile() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+}
+
+std::size_t InputFile::ReadAt(std::int64_t offset, void* target, std::size_t count) const {
+  std::size_t done = 0;
+  while (done < count) {
+    const ssize_t got = ::pread(descriptor_, static_cast<char*>(target) + done, count - done,
+                                static_cast<off_t>(offset) + static_cast<off_t>(done));
+    if (got < 0 && errno == EINTR) continue;
+    if (got <= 0) break;
+    done += static_cast<std::size_t>(got);
+  }
+  return done;
+}
+
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::string& path, std::size_t limit) {
+  const InputFile file(path);
+  if (!file.isOpen() || file.size() < 0 || static_cast<std::uint64_t>(file.size()) > limit) return {};
+  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.size()));
+  bytes.resize(file.ReadAt(0, bytes.data(), bytes.size()));
+  return bytes;
+}
+
+FileReplacement::~FileReplacement() { Abandon(); }
+
+void FileReplacement::Abandon() {
+  if (descriptor_ >= 0) ::close(descriptor_);
+  if (!temporary_.empty()) ::unlink(temporary_.c_str());
+  descriptor_ = -1;
+  temporary_.clear();
+}
+
+int FileReplacement::Begin(const std::string& path) {
+  Abandon();
+  target_ = ResolveLinks(path);
+  struct stat status {};
+  const bool exists = ::stat(target_.c_str(), &status) == 0;
+  // A rename would also replace a file that its owner has protected; plain writing would not.
+  if (exists && (!S_ISREG(status.st_mode) || ::access(target_.c_str(), W_OK) != 0)) return -1;
+  const std::string::size_type slash = target_.rfind('/');
+  const std::string folder = slash == std::string::npos ? "" : target_.substr(0, slash + 1);
+  // The temporary name does not grow with the target's: a name of the longest length is still saved.
+  std::string name = folder + ".parlowen-XXXXXX";
+  descriptor_ = ::mkostemp(name.data(), O_CLOEXEC);
+  if (descriptor_ < 0) return -1;
+  temporary_ = name;
+  mode_t mode = 0666;
+  if (exists) {
+    mode = status.st_mode & 07777;
+  } else {
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    mode &= ~mask;
+  }
+  ::fchmod(descriptor_, mode);
+  return 0;
+}
+
+int FileReplacement::Commit(ByteSpan bytes) {
+  if (descriptor_ < 0) return -1;
+  bool good = WriteAll(descriptor_, bytes) && ::fsync(descriptor_) == 0;
+  good = ::close(descriptor_) == 0 && good;
+  descriptor_ = -1;
+  if (!good || ::rename(temporary_.c_str(), target_.c_str()) != 0) {
+    Abandon();
+    return -1;
+  }
+  temporary_.clear();
+  return 0;
+}
+
+int ReplaceFile(const std::string& path, ByteSpan bytes) {
+  FileReplacement file;
+  return file.Begin(path) < 0 ? -1 : file.Commit(bytes);
+}
+
+int AppendToFile(const std::string& path, ByteSpan bytes) {
+  std::error_code error;
+  std::vector<std::uint8_t> whole;
+  if (fs::exists(path, error)) {
+    auto present = ReadWholeFile(path);
+    if (!present) return -1;
+    whole = std::move(*present);
+  }
+  whole.insert(whole.end(), bytes.begin(), bytes.end());
+  return ReplaceFile(path, whole);
+}
+
+std::string AbsolutePath(const std::string& path) {
+  std::error_code error;
+  const fs::path absolute = fs::absolute(path, error);
+  return error ? path : absolute.lexically_normal().string();
+}
+
+std::string FileNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+}  // namespace parlowen

@@ -1,0 +1,64 @@
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/Bytes.h"
+
+namespace parlowen {
+
+/// An ordinary file opened for reading; paths are UTF-8. Folders, pipes and devices do not open.
+class InputFile {
+ public:
+  explicit InputFile(const std::string& path);
+  ~InputFile();
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  bool isOpen() const { return descriptor_ >= 0; }
+  std::int64_t size() const { return size_; }  ///< bytes, as found when it was opened
+  /// Reads up to `count` bytes from `offset` into `target`; returns how many there were.
+  std::size_t ReadAt(std::int64_t offset, void* target, std::size_t count) const;
+
+ private:
+  int descriptor_ = -1;
+  std::int64_t size_ = 0;
+};
+
+/// The whole file, or nothing when it cannot be opened or read or holds more than `limit` bytes.
+std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::string& path,
+                                                       std::size_t limit = std::size_t{1} << 30);
+
+/// A file that takes another's place only when it is whole: `Begin` creates it beside the target, `Commit`
+/// writes, flushes and renames. Until the rename, and after any failure, the target is as it was. A target
+/// that is a link is replaced where it points; one that is a folder, a device or not writable is refused.
+class FileReplacement {
+ public:
+  FileReplacement() = default;
+  ~FileReplacement();
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+
+  int Begin(const std::string& path);  ///< 0, or -1 when the file cannot be created there
+  int Commit(ByteSpan bytes);          ///< 0, or -1 when it cannot be written whole
+
+ private:
+  void Abandon();
+  int descriptor_ = -1;
+  std::string target_, temporary_;
+};
+
+/// Writes `bytes` as the whole new content of the file. 0, or -1 with the old file intact.
+int ReplaceFile(const std::string& path, ByteSpan bytes);
+
+/// Adds `bytes` behind what the file holds; a missing file is made. 0, or -1 with the old file intact.
+int AppendToFile(const std::string& path, ByteSpan bytes);
+
+/// `path` against the current directory, without "." and ".." taken out of links: links are not resolved.
+std::string AbsolutePath(const std::string& path);
+
+/// The part behind the last "/".
+std::string FileNameOf(const std::string& path);
+
+}  // namespace parlowen
