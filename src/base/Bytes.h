@@ -66,6 +66,13 @@ class ByteWriter {
   void PutUint8(std::uint8_t value) { bytes_.push_back(value); }
   void PutUint16LE(std::uint16_t value) { PutUnsigned(value, 2); }
   void PutInt16LE(std::int16_t value) { PutUint16LE(static_cast<std::uint16_t>(value)); }
+  void PutInt16sLE(std::span<const std::int16_t> values) {
+    if constexpr (std::endian::native == std::endian::little) {
+      PutBytes({reinterpret_cast<const std::uint8_t*>(values.data()), values.size_bytes()});
+    } else {
+      for (const std::int16_t value : values) PutInt16LE(value);
+    }
+  }
   void PutUint32LE(std::uint32_t value) { PutUnsigned(value, 4); }
   void PutInt32LE(std::int32_t value) { PutUint32LE(static_cast<std::uint32_t>(value)); }
   void PutFloat32LE(float value) { PutUint32LE(std::bit_cast<std::uint32_t>(value)); }

@@ -1,0 +1,77 @@
+#include "document/SoundDocument.h"
+
+#include <algorithm>
+
+#include "base/Arithmetic.h"
+
+namespace parlowen {
+
+SoundDocument::SoundDocument() { resetPitch(); }
+
+void SoundDocument::resetForNewSound(int count, int rate, CommandStates& states) {
+  sampleCount = count;
+  sampleRate = rate;
+  pixelsPerSecond = 100;
+  samplesPerPixel = StartSamplesPerPixel();
+  ClearSelection();
+  undoKind = undoPosition = undoLength = 0;
+  undoSamples.clear();
+  viewStart = insertPoint = 0;
+  ++soundGeneration;
+  SamplesChanged();
+  setView(states);
+  activity = activities::kWaveform;
+  states.onSoundLoaded(sampleRate);
+  states.onSelectionChanged(SelectionFacts());
+  states.onTwoChannelChanged(twoChannel);
+}
+
+void SoundDocument::setView(CommandStates& states) {
+  viewStart = std::clamp(viewStart, 0, std::max(0, sampleCount - 1));
+  viewLength = std::min(sampleCount - viewStart, FullViewLength());
+  const bool moved = viewStart != shownStart_ || samplesPerPixel != shownScale_;
+  if (moved && selectionStart < 0) insertPoint = viewStart;
+  shownStart_ = viewStart;
+  shownScale_ = samplesPerPixel;
+  CopyView();
+  states.onViewChanged(IsLongerThanView());
+}
+
+CommandStates::SelectionFacts SoundDocument::SelectionFacts() const {
+  return {selectionDefined(), SelectionLength(), sampleRate, pitchPresent};
+}
+
+int SoundDocument::frameCount() const {
+  return sampleRate > 0 ? static_cast<int>(std::int64_t{sampleCount} * 100 / sampleRate) : 0;
+}
+
+int SoundDocument::ContourLength() const { return std::min(frameCount(), kUsableContourFrames); }
+
+void SoundDocument::resetPitch() {
+  pitch.fill(kNoValue);
+  pitchBackup.fill(kNoValue);
+  pitchPresent = false;
+}
+
+int SoundDocument::StartSamplesPerPixel() const { return std::clamp(sampleRate / 100, 1, kLargestSamplesPerPixel); }
+
+int SoundDocument::FullViewLength() const {
+  const std::int64_t columns = std::max(0, paneWidth - kPaneMargin);
+  return SaturateInt32(AtStartScale() ? columns * sampleRate / pixelsPerSecond : columns * samplesPerPixel);
+}
+
+void SoundDocument::SamplesChanged() {
+  for (SampleBuffer* channel : {&samples, &samples2})
+    if (sampleCount < dirtyEnd_)
+      std::fill(channel->data() + sampleCount, channel->data() + dirtyEnd_, std::int16_t{0});
+  dirtyEnd_ = sampleCount;
+  ++samplesVersion;
+  CopyView();
+}
+
+void SoundDocument::CopyView() {
+  const int length = std::clamp(sampleCount - viewStart, 0, std::max(0, viewLength));
+  std::copy_n(samples.data() + viewStart, length, viewSamples.data());
+}
+
+}  // namespace parlowen

@@ -1,0 +1,127 @@
+#pragma once
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "document/PitchContour.h"
+#include "dsp/SampleSpan.h"
+#include "ui/CommandStates.h"
+
+namespace parlowen {
+
+/// Samples a document may hold: 98.3 s at 16000 Hz.
+inline constexpr int kMaxSamples = 1572864;
+/// Room behind the capacity, always zero.
+inline constexpr int kSampleHeadroom = 10000;
+/// Both ends of the selection when there is none.
+inline constexpr int kNoSelection = -1000;
+/// The margin of a pane, in pixels.
+inline constexpr int kPaneMargin = 20;
+inline constexpr int kLargestSamplesPerPixel = 16384;
+/// Sampling rates that a file may have, in Hz.
+inline constexpr int kSmallestRate = 1000, kLargestRate = 384000;
+
+/// The codes of `activity`: what a click in the main window means now.
+namespace activities {
+inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5, kLta = 6;
+inline constexpr int kRegionDrag = 7, kRegionChosen = 8, kPitchRepair = 9;
+inline constexpr int kSegmentChart = 25, kPointChart = 26, kGroupPlot = 27;
+}  // namespace activities
+
+/// kMaxSamples + kSampleHeadroom samples, all zero at first; pages that are never written cost no memory.
+class SampleBuffer {
+ public:
+  SampleBuffer() : data_(static_cast<std::int16_t*>(std::calloc(kCapacity, sizeof(std::int16_t)))) {
+    if (!data_) std::abort();  // nothing works without the document's memory
+  }
+  std::int16_t* data() { return data_.get(); }
+  const std::int16_t* data() const { return data_.get(); }
+  std::int16_t& operator[](int i) { return data_[static_cast<std::size_t>(i)]; }
+  std::int16_t operator[](int i) const { return data_[static_cast<std::size_t>(i)]; }
+
+  static constexpr std::size_t kCapacity = kMaxSamples + kSampleHeadroom;
+
+ private:
+  struct Free {
+    void operator()(std::int16_t* memory) const { std::free(memory); }
+  };
+  std::unique_ptr<std::int16_t[], Free> data_;
+};
+
+/// The one loaded sound. A new load replaces it; it is never closed. All positions are samples, ends are
+/// exclusive. Samples at and behind `sampleCount` are zero.
+class SoundDocument {
+ public:
+  SoundDocument();
+
+  SampleBuffer samples;         ///< channel 1
+  SampleBuffer samples2;        ///< channel 2, meaningful while `twoChannel`
+  int sampleCount = 0;          ///< 0..kMaxSamples, in each channel
+  int sampleRate = 0;           ///< Hz; 0 until a sound has been seen
+  bool twoChannel = false;
+  std::string filePath;         ///< "" until a file is opened or saved
+  std::string nextDigitPath;
+  int selectionStart = kNoSelection, selectionEnd = kNoSelection;
+  int viewStart = 0, viewLength = 0;
+  int pixelsPerSecond = 100;
+  int samplesPerPixel = 1;      ///< 1..16384
+  int paneWidth = 1024;         ///< pixels, the margin included
+  SampleBuffer viewSamples;     ///< copy of `samples` from viewStart for viewLength: what drawing reads
+  std::vector<std::int16_t> clipSamples;
+  int undoKind = 0;             ///< 0 nothing, 1 a cut, 2 a paste
+  int undoPosition = 0, undoLength = 0;
+  std::vector<std::int16_t> undoSamples;   ///< removed by the cut, or pushed over the capacity by the paste
+  PitchContour pitch{}, pitchBackup{};
+  bool pitchPresent = false;
+  int longFileSeconds = 0;      ///< whole seconds of a file too long to load whole, at most 32767
+  int longFileStart = 0;        ///< its first loaded sample
+  int activity = activities::kStart;
+  int insertPoint = 0;
+  bool pasteReady = false;
+
+  /// Counts loads and recordings: whoever keeps results of the old sound drops them when it moves.
+  std::uint64_t soundGeneration = 0;
+  /// Counts changes of the samples, for everything that is derived from them.
+  std::uint64_t samplesVersion = 0;
+
+  /// Takes the samples already in place as a new sound: start scale, no selection, nothing to undo, `activity` 1,
+  /// and the command states of a loaded sound. The contour is the caller's to set.
+  void resetForNewSound(int count, int rate, CommandStates& states);
+
+  /// Brings viewStart into the sound, recomputes viewLength and the copy that is drawn, and the states of the
+  /// commands that page. Without a selection start the insert point follows a view that moved or was zoomed.
+  void setView(CommandStates& states);
+
+  bool selectionDefined() const { return selectionStart >= 0 && selectionEnd > selectionStart; }
+  int SelectionLength() const { return selectionDefined() ? selectionEnd - selectionStart : 0; }
+  CommandStates::SelectionFacts SelectionFacts() const;
+  void ClearSelection() { selectionStart = selectionEnd = kNoSelection; }
+
+  /// 10 ms frames of the sound: sampleCount·100/sampleRate.
+  int frameCount() const;
+  /// Frames that the contour can speak of: at most kUsableContourFrames.
+  int ContourLength() const;
+  /// All values −1.0, no contour present; the backup too.
+  void resetPitch();
+
+  /// True while a column of the time panes is 10 ms.
+  bool AtStartScale() const { return samplesPerPixel == StartSamplesPerPixel(); }
+  int StartSamplesPerPixel() const;
+  /// Samples that a whole pane shows at the present scale.
+  int FullViewLength() const;
+  bool IsLongerThanView() const { return viewLength < sampleCount; }
+
+  SampleSpan Samples() const { return {samples.data(), sampleCount}; }
+
+  /// To be called by whoever changed samples: zeroes what lies behind the end, renews the drawn copy.
+  void SamplesChanged();
+
+ private:
+  void CopyView();
+  int shownStart_ = 0, shownScale_ = 0;   ///< the view as it was set last
+  int dirtyEnd_ = 0;   ///< samples from here on were never written since they were last zeroed
+};
+
+}  // namespace parlowen

@@ -1,0 +1,176 @@
+#include "document/SoundFileCommands.h"
+
+#include <algorithm>
+#include <climits>
+
+#include "base/Arithmetic.h"
+#include "document/NextDigit.h"
+#include "document/WavFile.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kBadName = "文件夹或文件名不对";
+constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
+constexpr const char* kBadNameCaption = "文件夹或文件名错误";
+constexpr const char* kCannotOpen = "文件打开错误";
+constexpr const char* kNoWav = "不是 wav 文件";
+constexpr const char* kNot16Bits = "不是单/双声道16位 .wav 文件！";
+constexpr const char* kOneChannelOnly = "双声道16位 .wav 文件,只调入一个声道！";
+constexpr const char* kNotStereo = "不是双声道文件";
+constexpr const char* kLongFile = "长文件，选择调入起点";
+constexpr const char* kKeepPitch = "本文件的基频数据已求出，保存吗（Yes/No)?";
+constexpr const char* kKeepPitchCaption = "保存基频？";
+
+constexpr int kRawLeadIn = 44, kRawTail = 24;   // bytes before and samples behind that the raw reader drops
+constexpr int kRateOfRaw = 11025;               // of a raw file before any rate is known
+
+/// The document's long-file fields and everything behind them once the samples are in place.
+struct LoadedSound {
+  int count = 0;
+  int longFileSeconds = 0, longFileStart = 0;
+  bool twoChannel = false;
+  std::int64_t tailOffset = -1;   ///< where a pitch tail may lie; −1 for none
+};
+
+void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+                const std::string& path, const LoadedSound& loaded) {
+  document.twoChannel = loaded.twoChannel;
+  document.longFileSeconds = loaded.longFileSeconds;
+  document.longFileStart = loaded.longFileStart;
+  document.resetForNewSound(loaded.count, document.sampleRate, states);
+  document.filePath = path;
+  document.nextDigitPath = nextDigitPathOf(path);
+  window.SetCaption(CaptionFor(path));
+  if (loaded.tailOffset >= 0) {
+    ReadPitchTail(file, loaded.tailOffset, document);
+  } else {
+    document.resetPitch();
+  }
+  states.onContourChanged(document.SelectionFacts());
+  window.Repaint();
+}
+
+/// Loads what the layout describes, checks first.
+void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+             const std::string& path, const WavLayout& layout, ChannelMode mode) {
+  if (layout.sampleRate < kSmallestRate || layout.sampleRate > kLargestRate) return window.ShowError(kNot16Bits);
+  // The rate is taken before the format is known: a rejected file leaves it behind.
+  document.sampleRate = static_cast<int>(layout.sampleRate);
+  if (layout.bitsPerSample != 16) return window.ShowError(kNot16Bits);
+
+  LoadedSound loaded;
+  if (layout.blockAlign == 4) {
+    if (mode == ChannelMode::One) window.ShowError(kOneChannelOnly);
+    const std::int64_t bytes = std::min<std::int64_t>(layout.dataBytes, std::int64_t{kMaxSamples} * 4);
+    loaded.twoChannel = mode == ChannelMode::Two;
+    loaded.count = ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
+                                    loaded.twoChannel ? document.samples2.data() : nullptr);
+    loaded.tailOffset = layout.dataOffset + bytes;
+  } else if (layout.blockAlign != 2) {
+    return window.ShowError(kNot16Bits);
+  } else if (mode == ChannelMode::Two) {
+    return window.ShowError(kNotStereo);
+  } else if (layout.dataBytes <= std::int64_t{kMaxSamples} * 2) {
+    loaded.count = ReadMonoSamples(file, layout.dataOffset, static_cast<int>(layout.dataBytes / 2),
+                                   document.samples.data());
+    loaded.tailOffset = layout.dataOffset + layout.dataBytes;
+  } else {
+    window.ShowError(kLongFile);
+    const int seconds = SaturateInt32(layout.dataBytes / 2 / document.sampleRate);
+    const auto second = AskStartSecond(window, seconds);
+    if (!second) return;
+    const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, *second);
+    loaded.longFileSeconds = std::min(seconds, SHRT_MAX);
+    loaded.longFileStart = stretch.startSample;
+    loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset, static_cast<int>(stretch.bytes / 2),
+                                   document.samples.data());
+  }
+  FinishLoad(window, document, states, file, path, loaded);
+}
+
+/// Headerless 16-bit mono: a 44-byte lead-in and the last 24 samples are dropped.
+void LoadRaw(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+             const std::string& path) {
+  const std::int64_t present = std::max<std::int64_t>(0, file.size() - kRawLeadIn) / 2;
+  const int count = static_cast<int>(std::min<std::int64_t>(present, kMaxSamples)) - kRawTail;
+  if (count < 1) return window.ShowError(kNoWav);
+  if (document.sampleRate == 0) document.sampleRate = kRateOfRaw;
+  LoadedSound loaded;
+  loaded.count = ReadMonoSamples(file, kRawLeadIn, count, document.samples.data());
+  FinishLoad(window, document, states, file, path, loaded);
+}
+
+bool EndsIn(const std::string& text, const std::string& end) {
+  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+}
+
+}  // namespace
+
+std::string CaptionFor(const std::string& path) { return std::string(kProgramCaption) + " -- " + path; }
+
+std::optional<int> AskStartSecond(Window& window, int seconds) {
+  InputForm form = OneFieldForm(" 选择所需的地点", "输入该处的秒数（Max=）", std::to_string(seconds));
+  if (!window.AskInput(form)) return {};
+  return form.CountOf(1000);
+}
+
+void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode) {
+  const auto choice = window.AskOpenFile({"打开声音文件",
+                                          {{"声音文件(*.wav)", "*.wav"}, {"无格式单声道16位声音文件(*.*)", "*.*"}},
+                                          "", ""});
+  if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadName, kBadNameCaption);
+  openPath(window, document, states, choice->path, mode, mode == ChannelMode::One && choice->filter == 1);
+}
+
+void openPath(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
+              ChannelMode mode, bool rawAllowed) {
+  document.activity = activities::kWaveform;
+  window.Repaint();
+  const InputFile file(path);
+  if (!file.isOpen()) return window.ShowError(kCannotOpen);
+  if (rawAllowed && file.size() >= kWavHeaderBytes && !HasRiffTag(file))
+    return LoadRaw(window, document, states, file, path);
+  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
+  if (!layout) return window.ShowError(kNoWav);
+  LoadWav(window, document, states, file, path, *layout, mode);
+}
+
+void openByName(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
+  const InputFile file(path);
+  if (!file.isOpen()) return window.ShowError(kCannotOpen);
+  if (file.size() < kWavHeaderBytes) return window.ShowError(kNoWav);
+  if (!HasRiffTag(file)) return LoadRaw(window, document, states, file, path);
+  const auto layout = ReadWavLayout(file, WavHeaderRule::Fixed44);
+  if (!layout) return window.ShowError(kNoWav);
+  LoadWav(window, document, states, file, path, *layout, ChannelMode::One);
+}
+
+void saveSound(Window& window, SoundDocument& document, bool saveAs) {
+  if (document.sampleCount > kMaxSamples) return;
+  std::string path = document.filePath;
+  if (saveAs || path.empty()) {
+    const auto choice = window.AskSaveFile({saveAs ? "文件换名存为..." : "保存文件",
+                                            {{"声音波形文件(*.wav)", "*.wav"}},
+                                            "",
+                                            document.nextDigitPath});
+    if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadSaveName, kBadNameCaption);
+    path = choice->path;
+  }
+  if (!EndsIn(path, ".wav")) path += ".wav";
+  // The place is tried before the question, so that nobody answers in vain.
+  FileReplacement file;
+  if (file.Begin(path) < 0) return window.ShowError(kBadSaveName, kBadNameCaption);
+  const bool withPitch = HasComputedContour(document) && !document.twoChannel &&
+                         window.AskYesNo(kKeepPitch, kKeepPitchCaption);
+  if (file.Commit(WavBytesOf(document, withPitch)) < 0) return window.ShowError(kBadSaveName, kBadNameCaption);
+  if (withPitch) {
+    const auto frames = static_cast<std::size_t>(document.ContourLength());
+    document.pitch[frames] = document.pitch[frames + 1] = 0;   // as the file has them
+  }
+  document.filePath = path;
+  document.nextDigitPath = nextDigitPathOf(path);
+  window.SetCaption(CaptionFor(path));
+}
+
+}  // namespace parlowen

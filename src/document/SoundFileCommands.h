@@ -1,0 +1,37 @@
+#pragma once
+#include <string>
+
+#include "document/SoundDocument.h"
+#include "ui/Window.h"
+
+namespace parlowen {
+
+/// The longest path a file dialog gives back, in bytes.
+inline constexpr std::size_t kLongestPath = 255;
+
+enum class ChannelMode { One, Two };
+
+/// Asks for a sound file and loads it. In two-channel mode only stereo files are taken, otherwise a stereo file
+/// gives its left channel. A failed load leaves the document, but for the rate of a file whose rate is usable.
+/// The second filter lets a file without "RIFF" in as raw samples.
+void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode);
+
+/// Loads the named file with the canonical 44-byte header, or as raw 16-bit mono when it has no "RIFF".
+void openByName(Window& window, SoundDocument& document, CommandStates& states, const std::string& path);
+
+/// The reading half of `openInteractive`, for a file that is already chosen (dropped, named at the start).
+void openPath(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
+              ChannelMode mode, bool rawAllowed);
+
+/// Writes the document; asks for a name when there is none or `saveAs` is set. A contour that is complete is
+/// offered to go with it. After a failure the old file is whole.
+void saveSound(Window& window, SoundDocument& document, bool saveAs);
+
+/// The dialog that asks for a whole second, prefilled with `seconds`; nothing when it was cancelled.
+std::optional<int> AskStartSecond(Window& window, int seconds);
+
+/// The main window's title over a file.
+std::string CaptionFor(const std::string& path);
+inline constexpr const char* kProgramCaption = "Parlowen(Tessiran)";
+
+}  // namespace parlowen

@@ -1,0 +1,99 @@
+#pragma once
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "document/SoundDocument.h"
+#include "document/WavePyramid.h"
+#include "spectral/SpectrogramState.h"
+#include "ui/CommandStates.h"
+#include "ui/Picture.h"
+#include "ui/Window.h"
+
+namespace parlowen {
+
+/// How the amplitude/energy pane is scaled, in the order of command 40041.
+enum class AmplitudeScale { Linear, Double, Quadruple, DecibelsOnly };
+
+/// A label beside a pane, at a height inside it.
+struct TickLabel {
+  int y = 0;
+  std::string text;
+};
+
+/// The model of the four panes: what a column of pixels stands for, what is drawn, what clicks, keys and the wheel
+/// do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
+class MainView {
+ public:
+  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram);
+
+  // What a column stands for.
+
+  /// The sample under a column of a pane; columns of the margin count as 20. With `shift`, the waveform pane counts
+  /// from the insert point. Clamped to 0..sampleCount.
+  int SampleAt(Pane pane, int x, bool shift = false) const;
+  /// The column of a sample in a pane: it may lie outside.
+  int ColumnOf(Pane pane, int sample) const;
+  /// Samples a column of the time panes stands for.
+  double SamplesPerColumn() const;
+  bool AnalysisShowsOwnStretch() const;
+
+  // What the user does.
+
+  void Click(Pane pane, Point at, MouseButton button, bool shift);
+  /// A left drag over a stretch: a left click at its lower and a right click at its upper end.
+  void MarkStretch(Pane pane, int x0, int x1);
+  void Select(int start, int end);
+  /// A key of the main window: true when it was used here.
+  bool Key(const std::string& key);
+  void EndTool();
+
+  void ScrollTo(std::int64_t viewStart);
+  void ScrollBy(std::int64_t samples) { ScrollTo(document_.viewStart + samples); }
+  void ScrollTenths(int tenths);
+  void ZoomKey(bool out);
+  /// Doubles or halves the scale and keeps the sample under column `x` there.
+  void ZoomAt(int x, bool out);
+  /// The finest scale that shows the whole stretch, with the stretch at the left margin.
+  void ZoomTo(int start, int end);
+  void SetPaneWidth(int width);
+  void NextAmplitudeScale();
+
+  // What is seen. A base stays valid until Repaint; the overlay holds selection and cursor.
+
+  Picture Base(Pane pane, int width, int height) const;
+  Picture Overlay(Pane pane, int width, int height) const;
+  /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone gets.
+  Picture Whole(Pane pane, int width, int height) const;
+  std::vector<TickLabel> Ticks(Pane pane, int height) const;
+  /// The axis in seconds under the waveform.
+  Picture TimeAxis(int width, int height) const;
+  /// The whole sound with the view and the selection.
+  Picture Overview(int width, int height) const;
+  int OverviewSampleAt(int x, int width) const;
+
+  std::string SelectionLine() const;
+  /// What the pointer shows, fields separated by `separator`; "" without a sound.
+  std::string HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const;
+  std::string Hint() const;
+
+  /// The position of a running play or recording; none: no cursor.
+  std::optional<int> cursor;
+  /// The region chosen with 40010.
+  PaneRegion region;
+  AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+
+ private:
+  void ViewMoved();
+  const WavePyramid& Pyramid() const;
+
+  Window& window_;
+  SoundDocument& document_;
+  CommandStates& states_;
+  SpectrogramState& spectrogram_;
+  bool regionStarted_ = false;
+  mutable WavePyramid pyramid_;
+};
+
+}  // namespace parlowen

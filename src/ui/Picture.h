@@ -1,0 +1,92 @@
+#pragma once
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace parlowen {
+
+/// 0xRRGGBB.
+using Colour = std::uint32_t;
+
+namespace colours {
+inline constexpr Colour kBlack = 0x000000, kWhite = 0xFFFFFF, kGrid = 0xC8C8C8, kText = 0x303030;
+inline constexpr Colour kSelection = 0xCFE4FF, kStart = 0x007A33, kEnd = 0xC00000, kCursor = 0xD06000;
+}  // namespace colours
+
+struct Point {
+  int x = 0, y = 0;
+  bool operator==(const Point&) const = default;
+};
+
+enum class Anchor { Left, Middle, Right };           ///< what of a text stands at its x
+enum class Face { Interface, Figures, Ipa };         ///< kinds of type, chosen by who paints
+enum class LineStyle { Solid, Dashed };
+
+struct LineMark {
+  Point from, to;
+  Colour colour = colours::kBlack;
+  int width = 1;
+  LineStyle style = LineStyle::Solid;
+};
+struct PolylineMark {
+  std::vector<Point> points;
+  Colour colour = colours::kBlack;
+  int width = 1;
+};
+struct PolygonMark {
+  std::vector<Point> points;
+  Colour fill = colours::kBlack;
+  double opacity = 1.0;
+};
+/// Covers x .. x + width − 1, y .. y + height − 1.
+struct BoxMark {
+  int x = 0, y = 0, width = 0, height = 0;
+  Colour fill = colours::kWhite;
+  double opacity = 1.0;   ///< of the fill; 0 leaves the outline alone
+  bool outlined = false;
+  Colour outline = colours::kBlack;
+};
+/// The ellipse inside the box x .. x + width, y .. y + height.
+struct OvalMark {
+  int x = 0, y = 0, width = 0, height = 0;
+  Colour fill = colours::kWhite;
+  bool filled = false;
+  Colour outline = colours::kBlack;
+};
+struct TextMark {
+  int x = 0, y = 0;       ///< y is the baseline
+  std::string text;       ///< UTF-8
+  Colour colour = colours::kText;
+  int height = 12;        ///< type size in pixels
+  Anchor anchor = Anchor::Left;
+  Face face = Face::Interface;
+};
+/// `columns`·`rows` pixels, row by row from the top, stretched over `width`·`height` pixels at x, y.
+struct GreyImageMark {
+  int x = 0, y = 0, width = 0, height = 0;
+  int columns = 0, rows = 0;
+  std::vector<std::uint8_t> pixels;   ///< 0 black .. 255 white
+};
+struct ColourImageMark {
+  int x = 0, y = 0, width = 0, height = 0;
+  int columns = 0, rows = 0;
+  std::vector<std::uint8_t> pixels;   ///< R, G, B
+};
+
+using Mark = std::variant<LineMark, PolylineMark, PolygonMark, BoxMark, OvalMark, TextMark, GreyImageMark,
+                          ColourImageMark>;
+
+/// A drawing as a value: what stands later in the list covers what stands before. Pixels are integers,
+/// x to the right and y down from the upper left corner; nothing is drawn outside width × height.
+struct Picture {
+  int width = 0, height = 0;
+  std::vector<Mark> marks;
+
+  template <typename M>
+  void Add(M mark) { marks.emplace_back(std::move(mark)); }
+  void Add(const Picture& other) { marks.insert(marks.end(), other.marks.begin(), other.marks.end()); }
+};
+
+}  // namespace parlowen

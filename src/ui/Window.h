@@ -1,0 +1,74 @@
+#pragma once
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ui/InputForm.h"
+#include "ui/ToolWindow.h"
+
+namespace parlowen {
+
+enum class Icon { None, Info, Question, Warning, Error };
+
+/// What a file dialog says. Patterns are matched in either case of the extension.
+struct FileDialog {
+  std::string title;
+  std::vector<std::pair<std::string, std::string>> filters;   ///< label, pattern
+  std::string defaultExtension;   ///< appended to a name without a dot; "" for none
+  std::string proposed;           ///< the name a save dialog begins with
+};
+
+struct FileChoice {
+  std::string path;   ///< absolute
+  int filter = 0;     ///< which of the filters was chosen, from 0
+};
+
+/// Parts of the main window; `Chart` is a drawing that stands over the three lower panes.
+enum class Pane { Amplitude, Pitch, Analysis, Waveform, Chart };
+
+/// A rectangle of one pane, corners in any order.
+struct PaneRegion {
+  Pane pane = Pane::Waveform;
+  Point from, to;
+};
+
+/// What a command's handler can ask of the world. Every call waits for its answer; while one is open no
+/// other command starts. The desktop answers with dialogs, the headless program from its script.
+class Window {
+ public:
+  virtual ~Window() = default;
+
+  /// A notice with an OK button. Without a caption the main window's title stands there.
+  virtual void ShowMessage(const std::string& text, const std::string& caption, Icon icon) = 0;
+  /// A Yes/No box; Escape is No.
+  virtual bool AskYesNo(const std::string& text, const std::string& caption) = 0;
+  virtual std::optional<FileChoice> AskOpenFile(const FileDialog& dialog) = 0;
+  virtual std::optional<FileChoice> AskSaveFile(const FileDialog& dialog) = 0;
+  /// Fills the form; false when it was cancelled.
+  virtual bool AskInput(InputForm& form) = 0;
+  virtual void ShowStatus(const std::string& text) = 0;
+  virtual void SetCaption(const std::string& text) = 0;
+  virtual const std::string& Caption() const = 0;
+  /// Hands a text export or a help page to the system's viewer.
+  virtual void OpenInEditor(const std::string& path) = 0;
+  /// Shows that the data behind a pane (all when none is named) has changed.
+  virtual void Repaint(std::optional<Pane> pane = {}) = 0;
+  virtual void OpenToolWindow(std::unique_ptr<ToolWindow> tool) = 0;
+  /// Shows a modal tool window until it is closed.
+  virtual void RunModal(ToolWindow& tool) = 0;
+  /// The share done, 0..1, of work longer than half a second; false asks it to stop.
+  virtual bool Progress(double share) = 0;
+  virtual void CopyRegion(const PaneRegion& region) = 0;
+  virtual void Quit() = 0;
+
+  /// A failure, with the system's own error caption.
+  void ShowError(const std::string& text, const std::string& caption = {}) {
+    ShowMessage(text, caption, Icon::Error);
+  }
+  /// A notice or refusal under the main window's title.
+  void Notify(const std::string& text, Icon icon = Icon::None) { ShowMessage(text, Caption(), icon); }
+};
+
+}  // namespace parlowen
