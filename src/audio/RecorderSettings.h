@@ -9,7 +9,7 @@ struct RecorderSettings {
   int spectrogramShading = 1;      ///< 1 two-dimensional picture, 0 three-dimensional view
 
   /// The threshold as a percentage, 100 at the defaults: round(voiceThreshold² / 144).
-  int ThresholdPercent() const { return (voiceThreshold * voiceThreshold + 72) / 144; }
+  int ThresholdPercent() const;
 };
 
 }  // namespace parlowen

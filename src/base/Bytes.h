@@ -22,8 +22,14 @@ class ByteReader {
   std::size_t Remaining() const { return bytes_.size() - position_; }
 
   /// Moves to `position`, at most the end of the bytes; beyond it fails.
-  void SeekTo(std::size_t position) { position <= bytes_.size() ? position_ = position : Fail(); }
-  void Skip(std::size_t count) { count <= Remaining() ? position_ += count : Fail(); }
+  void SeekTo(std::size_t position) {
+    if (position > bytes_.size()) return Fail();
+    position_ = position;
+  }
+  void Skip(std::size_t count) {
+    if (count > Remaining()) return Fail();
+    position_ += count;
+  }
 
   ByteSpan Take(std::size_t count) {
     if (count > Remaining()) { Fail(); return {}; }

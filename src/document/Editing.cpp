@@ -1,6 +1,7 @@
 #include "document/Editing.h"
 
 #include <algorithm>
+#include <span>
 
 namespace parlowen {
 namespace {

@@ -28,4 +28,7 @@ std::span<const CommandRow> CommandTable();
 /// The row of a number, or null.
 const CommandRow* FindCommand(int number);
 
+/// Runs the row's function; one that is not there yet says so and changes nothing.
+void RunCommand(Workstation& workstation, const CommandRow& row);
+
 }  // namespace parlowen

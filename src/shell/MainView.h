@@ -48,6 +48,10 @@ class MainView {
   /// A key of the main window: true when it was used here.
   bool Key(const std::string& key);
   void EndTool();
+  /// The next two clicks are the corners of a region.
+  void BeginRegion();
+  /// A new sound is there: nothing of the old one is marked any more.
+  void Reset();
 
   void ScrollTo(std::int64_t viewStart);
   void ScrollBy(std::int64_t samples) { ScrollTo(document_.viewStart + samples); }

@@ -87,6 +87,8 @@ struct Picture {
   template <typename M>
   void Add(M mark) { marks.emplace_back(std::move(mark)); }
   void Add(const Picture& other) { marks.insert(marks.end(), other.marks.begin(), other.marks.end()); }
+  /// Adds another picture, moved by dx and dy.
+  void AddAt(const Picture& other, int dx, int dy);
 };
 
 }  // namespace parlowen

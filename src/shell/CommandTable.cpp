@@ -1,0 +1,230 @@
+#include "shell/CommandTable.h"
+
+#include <algorithm>
+
+#include "document/EditCommands.h"
+#include "document/SoundFileCommands.h"
+#include "shell/HelpPages.h"
+#include "shell/Workstation.h"
+#include "spectral/SpectrogramCommands.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kNotFinished = "本功能尚未完成";
+
+void NotFinished(Workstation& w) { w.window.Notify(kNotFinished); }
+
+// --- File
+
+void OpenSound(Workstation& w) { openInteractive(w.window, w.document, w.states, ChannelMode::One); }
+void SaveSound(Workstation& w) { saveSound(w.window, w.document, false); }
+void SaveSoundAs(Workstation& w) { saveSound(w.window, w.document, true); }
+void OpenNextDigit(Workstation& w) {
+  openByName(w.window, w.document, w.states, std::string(w.document.nextDigitPath));
+}
+void Quit(Workstation& w) { w.window.Quit(); }
+
+void GoToPlace(Workstation& w) {
+  const auto second = AskStartSecond(w.window, w.document.sampleCount / std::max(1, w.document.sampleRate));
+  if (second) w.view.ScrollTo(std::int64_t{*second} * w.document.sampleRate);
+}
+void NextScreen(Workstation& w) { w.view.ScrollBy(w.document.FullViewLength()); }
+void PreviousScreen(Workstation& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
+
+// --- Spectrum
+
+void WideBand(Workstation& w) { SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::WideBand); }
+void NarrowBand(Workstation& w) {
+  SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::NarrowBand);
+}
+
+// --- Editing and marking
+
+void Cut(Workstation& w) { CutCommand(w.window, w.document, w.states); }
+void Copy(Workstation& w) { CopyCommand(w.document, w.states); }
+void Paste(Workstation& w) { PasteCommand(w.window, w.document, w.states); }
+void Undo(Workstation& w) { UndoCommand(w.window, w.document, w.states); }
+void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
+void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
+void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
+void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
+
+// --- Two channels
+
+void OpenTwoChannels(Workstation& w) { openInteractive(w.window, w.document, w.states, ChannelMode::Two); }
+void SaveTwoChannels(Workstation& w) {
+  if (RequireTwoChannels(w.window, w.document)) saveSound(w.window, w.document, true);
+}
+void SwapChannels(Workstation& w) { SwapChannelsCommand(w.window, w.document, w.states); }
+void ShowTwoChannels(Workstation& w) {
+  if (RequireTwoChannels(w.window, w.document)) NotFinished(w);
+}
+
+// --- Refusals of functions that are still to come
+
+void FilterSegment(Workstation& w) {
+  if (w.document.sampleRate > 16000) return w.window.Notify("采样频率不宜超过16000Hz！");
+  if (std::int64_t{w.document.SelectionLength()} * 100 < w.document.sampleRate || !w.document.selectionDefined())
+    return w.window.Notify("请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！");
+  NotFinished(w);
+}
+void AnalyseIntonation(Workstation& w) {
+  if (!w.document.selectionDefined())
+    return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
+  NotFinished(w);
+}
+void ConsonantSegment(Workstation& w) {
+  if (!w.document.selectionDefined())
+    return w.window.ShowMessage(
+        "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段",
+        "辅音段未定义", Icon::None);
+  NotFinished(w);
+}
+void AddPointByHand(Workstation& w) {
+  if (w.document.activity != activities::kPointChart)
+    return w.window.Notify("只能在画单点的元音图时使用！");
+  NotFinished(w);
+}
+void PalateStatistics(Workstation& w) {
+  if (!w.document.selectionDefined())
+    return w.window.ShowMessage("请用鼠标左、右键定义要进行统计的段", "语音段未正确定义", Icon::None);
+  NotFinished(w);
+}
+
+// --- View, region, help
+
+void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint(), Icon::Info); }
+void ChangeAmplitudeScale(Workstation& w) { w.view.NextAmplitudeScale(); }
+void SelectRegion(Workstation& w) { w.view.BeginRegion(); }
+void CopyRegion(Workstation& w) { w.window.CopyRegion(w.view.region); }
+void ShowHelp(Workstation& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
+void ShowAbout(Workstation& w) { w.window.ShowMessage(AboutText(), w.window.Caption(), Icon::Info); }
+
+constexpr CommandRow kRows[] = {
+    {110, Menu::File, "打开声音文件[&O]", OpenSound},
+    {120, Menu::File, "保存声音文件[&S]", SaveSound},
+    {130, Menu::File, "声音文件另存为(&A]", SaveSoundAs},
+    {40093, Menu::File, "Open next_digit file[&N]", OpenNextDigit},
+    {40027, Menu::File, "选择所需地点[&G]", GoToPlace},
+    {40013, Menu::File, "前进到标志[&M]", NextScreen},
+    {40014, Menu::File, "后退一屏[&B]", PreviousScreen},
+    {40078, Menu::File, "打开国际音标文件[&F]", nullptr},
+    {40077, Menu::File, "汉语常用国际音标索引[&I]", nullptr},
+    {140, Menu::File, "退出[&X]", Quit},
+    {272, Menu::Sound, "开始录音（自动停）[&S]", nullptr},
+    {40022, Menu::Sound, "开始录音（手动停）[&H]", nullptr},
+    {274, Menu::Sound, "停止录音[&T]", nullptr},
+    {40023, Menu::Sound, "全部放音[&A]", nullptr},
+    {160, Menu::Sound, "局部放音[&P]", nullptr},
+    {40024, Menu::Sound, "局部倒放[&R]", nullptr},
+    {40025, Menu::Sound, "停止放音[&N]", nullptr},
+    {40081, Menu::Sound, "按给定基频合成放音[&Y]", nullptr},
+    {220, Menu::Pitch, "基频（快速法）[&T]", nullptr},
+    {40005, Menu::Pitch, "基频（频域法）[&F]", nullptr},
+    {40103, Menu::Pitch, "再求一次音高[&Q]", nullptr},
+    {40042, Menu::Pitch, "据窄带谱修改基频[&N]", nullptr},
+    {40108, Menu::Pitch, "据倒谱修改基频[&P]", nullptr},
+    {40050, Menu::Pitch, "保存所选段基频[&B]", nullptr},
+    {40051, Menu::Pitch, "显示已保存各段基频[&X]", nullptr},
+    {40052, Menu::Pitch, "用五度坐标画选定段音高[&D]", nullptr},
+    {40106, Menu::Pitch, "选定语音段的语调分析[&I]", AnalyseIntonation},
+    {40029, Menu::Tone, "进入某基频统计[&J]", nullptr},
+    {40030, Menu::Tone, "选择统计语料[&S]", nullptr},
+    {40035, Menu::Tone, "撤消一个已选语料[&U]", nullptr},
+    {40031, Menu::Tone, "结束本次统计[&E]", nullptr},
+    {40032, Menu::Tone, "显示统计结果的数据[&R]", nullptr},
+    {40034, Menu::Tone, "画声调格局图[&G]", nullptr},
+    {40033, Menu::Tone, "改变格局图的显示坐标[&C]", nullptr},
+    {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
+    {40074, Menu::Pitch, "音长加入统计组[&I]", nullptr},
+    {40076, Menu::Pitch, "显示音长统计结果(&H)", nullptr},
+    {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
+    {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
+    {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},
+    {205, Menu::Spectrum, "倒谱[&C]", nullptr},
+    {200, Menu::Spectrum, "同态谱[&T]", nullptr},
+    {210, Menu::Spectrum, "共振峰[&F]", nullptr},
+    {40066, Menu::Spectrum, "宽带语谱图--滤波器法[&Q]", nullptr},
+    {212, Menu::Spectrum, "帧参数[&P]", nullptr},
+    {40089, Menu::Spectrum, "两帧的参数比较[&J]", nullptr},
+    {40090, Menu::Spectrum, "长时平均功率谱(LTA)[&A]", nullptr},
+    {40067, Menu::Spectrum, "声门波(嗓音)估计[&G]", nullptr},
+    {40095, Menu::Spectrum, "辅音的帧参数[&S]", nullptr},
+    {40096, Menu::Spectrum, "一段辅音的参数图[&D]", ConsonantSegment},
+    {40109, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", nullptr},
+    {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", nullptr},
+    {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", nullptr},
+    {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", nullptr},
+    {40057, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", nullptr},
+    {40059, Menu::Vowel, "撤消/修改最近加入的一点[&U]", nullptr},
+    {40070, Menu::Vowel, "点形选择[&X]", nullptr},
+    {40058, Menu::Vowel, "清除F1-F2图全部数据[&C]", nullptr},
+    {40085, Menu::Vowel, "调入主要元音的平均值[&M]", nullptr},
+    {40072, Menu::Vowel, "保存当前元音图[&H]", nullptr},
+    {40073, Menu::Vowel, "显示已保存的元音图[&Y]", nullptr},
+    {40082, Menu::Vowel, "显示已保存元音图数据[&W]", nullptr},
+    {40062, Menu::Vowel, "人工在元音图中加入一点[J]", AddPointByHand},
+    {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", nullptr},
+    {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", nullptr},
+    {40060, Menu::Palate, "打开腭位数据文件[&O]", nullptr},
+    {40061, Menu::Palate, "波形-语谱-腭位图[&E]", nullptr},
+    {40049, Menu::Palate, "波形-腭位图[&P]", nullptr},
+    {40083, Menu::Palate, "腭位数据库内容索引[&Z]", nullptr},
+    {40084, Menu::Palate, "电子动态腭位数据库简介[&Q]", nullptr},
+    {40087, Menu::Palate, "一段语音腭位数据统计[&I]", PalateStatistics},
+    {40088, Menu::Palate, "显示腭位统计数据[&F]", nullptr},
+    {40079, Menu::Palate, "保存国际音标文件[&B]", nullptr},
+    {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", nullptr},
+    {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", nullptr},
+    {40110, Menu::TwoChannel, "打开.WAV双声道文件[&S]", OpenTwoChannels},
+    {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", nullptr},
+    {40113, Menu::TwoChannel, "保存双声道数据为文件[&V]", SaveTwoChannels},
+    {40114, Menu::TwoChannel, "交换声道1,2的数据[&X]", SwapChannels},
+    {40111, Menu::TwoChannel, "显示双声道数据[&D]", ShowTwoChannels},
+    {40001, Menu::Edit, "波形剪切[&T]", Cut},
+    {40002, Menu::Edit, "波形复制[&C]", Copy},
+    {40003, Menu::Edit, "波形粘贴[&P]", Paste},
+    {40006, Menu::Edit, "波形增强[&E]", Amplify},
+    {40007, Menu::Edit, "波形减弱[&L]", Attenuate},
+    {40040, Menu::Edit, "保存选中的段[&S]", nullptr},
+    {40036, Menu::Edit, "撤消编辑操作[&U]", Undo},
+    {40115, Menu::Edit, "对选定段进行滤波[&F]", FilterSegment},
+    {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", nullptr},
+    {40026, Menu::Marking, "全选[&S]", SelectAll},
+    {40004, Menu::Marking, "清除选择[&Q]", ClearSelection},
+    {40053, Menu::Marking, "插入字符[&I]", nullptr},
+    {40055, Menu::Marking, "显示插入字符[&X]", nullptr},
+    {40054, Menu::Marking, "清除插入字符[&D]", nullptr},
+    {40105, Menu::Marking, "进入标志处理[&B]", nullptr},
+    {40117, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", nullptr},
+    {215, Menu::Settings, "参数设置[&S]", nullptr},
+    {40021, Menu::Settings, "显示操作提示[&P]", ShowHint},
+    {40041, Menu::Settings, "改变幅度_能量坐标[&L]", ChangeAmplitudeScale},
+    {40104, Menu::Settings, "自动调节录音增益[&A]", nullptr},
+    {40010, Menu::Region, "区域选择[&S]", SelectRegion},
+    {40015, Menu::Region, "复制区域[&C]", CopyRegion},
+    {270, Menu::Help, "帮助主题[&H]", ShowHelp},
+    {40008, Menu::Help, "关于[&A]", ShowAbout},
+};
+
+constexpr const char* kMenuNames[] = {"文件", "录放音",     "基频", "声调统计", "频谱", "元音", "腭位",
+                                      "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展"};
+
+}  // namespace
+
+const char* MenuName(Menu menu) { return kMenuNames[static_cast<int>(menu)]; }
+
+std::span<const CommandRow> CommandTable() { return kRows; }
+
+const CommandRow* FindCommand(int number) {
+  const auto found = std::find_if(std::begin(kRows), std::end(kRows),
+                                  [number](const CommandRow& row) { return row.number == number; });
+  return found == std::end(kRows) ? nullptr : found;
+}
+
+void RunCommand(Workstation& workstation, const CommandRow& row) {
+  (row.run != nullptr ? row.run : NotFinished)(workstation);
+}
+
+}  // namespace parlowen

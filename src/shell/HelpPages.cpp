@@ -1,0 +1,31 @@
+#include "shell/HelpPages.h"
+
+#include "base/Files.h"
+#include "document/SoundDocument.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kNoHelp = "不能调入帮助";
+
+const char* PageOf(int activity) {
+  switch (activity) {
+    case activities::kRegionDrag:
+    case activities::kRegionChosen: return "region.html";
+    default: return "index.html";
+  }
+}
+
+}  // namespace
+
+void OpenHelp(Window& window, const std::string& dataFolder, int activity) {
+  const std::string page = dataFolder + "/help/zh/" + PageOf(activity);
+  if (!InputFile(page).isOpen()) return window.Notify(kNoHelp, Icon::Error);
+  window.OpenInEditor(page);
+}
+
+std::string AboutText() {
+  return "Parlowen(Tessiran) " PARLOWEN_VERSION "\n语音分析工作站\n\n界面：Qt 6 Widgets（LGPL）";
+}
+
+}  // namespace parlowen

@@ -1,0 +1,329 @@
+#include "shell/MainView.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/Arithmetic.h"
+#include "base/Format.h"
+#include "document/EditCommands.h"
+#include "document/LevelMeasures.h"
+#include "dsp/Decibel.h"
+#include "shell/PanePictures.h"
+#include "spectral/SpectrogramCommands.h"
+
+namespace parlowen {
+namespace {
+
+constexpr double kSemitonesPerOctave = 12.0, kLowestTone = 64.0;
+
+}  // namespace
+
+MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram)
+    : window_(window), document_(document), states_(states), spectrogram_(spectrogram) {}
+
+// --- What a column stands for ---------------------------------------------------------------------------------
+
+double MainView::SamplesPerColumn() const {
+  return document_.AtStartScale() ? document_.sampleRate / 100.0 : document_.samplesPerPixel;
+}
+
+bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !spectrogram_.stretch.followsView; }
+
+int MainView::SampleAt(Pane pane, int x, bool shift) const {
+  std::int64_t sample = 0;
+  if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
+    const SpectrogramStretch& stretch = spectrogram_.stretch;
+    sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / std::max(1, document_.paneWidth);
+  } else {
+    const std::int64_t column = std::max(x, kPaneMargin) - kPaneMargin;
+    const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
+    const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
+    sample = origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);
+  }
+  return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
+}
+
+int MainView::ColumnOf(Pane pane, int sample) const {
+  if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
+    const SpectrogramStretch& stretch = spectrogram_.stretch;
+    const int length = std::max(1, stretch.end - stretch.start);
+    return SaturateInt32(std::int64_t{sample - stretch.start} * document_.paneWidth / length);
+  }
+  const double perColumn = SamplesPerColumn();
+  if (perColumn <= 0) return kPaneMargin;
+  return kPaneMargin + TruncateToInt32(std::floor((sample - document_.viewStart) / perColumn));
+}
+
+// --- What the user does ---------------------------------------------------------------------------------------
+
+void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
+  if (document_.activity == activities::kRegionDrag) {
+    if (!regionStarted_) {
+      region = {pane, at, at};
+      regionStarted_ = true;
+      return;
+    }
+    region.to = at;
+    regionStarted_ = false;
+    document_.activity = activities::kRegionChosen;
+    window_.Repaint();
+    return;
+  }
+  if (document_.activity == activities::kStart) return;
+  if (button == MouseButton::Right) {
+    MarkEnd(document_, states_, SampleAt(pane, at.x));
+  } else if (shift && pane == Pane::Waveform) {
+    document_.insertPoint = SampleAt(pane, at.x, true);
+    if (document_.pasteReady) PasteCommand(window_, document_, states_);
+  } else {
+    MarkStart(document_, states_, SampleAt(pane, at.x));
+  }
+  window_.Repaint();
+}
+
+void MainView::MarkStretch(Pane pane, int x0, int x1) {
+  Click(pane, {std::min(x0, x1), 0}, MouseButton::Left, false);
+  Click(pane, {std::max(x0, x1), 0}, MouseButton::Right, false);
+}
+
+void MainView::Select(int start, int end) {
+  if (document_.activity == activities::kStart) return;
+  MarkStart(document_, states_, start);
+  MarkEnd(document_, states_, end);
+  window_.Repaint();
+}
+
+bool MainView::Key(const std::string& key) {
+  const bool waveformMode = document_.activity <= activities::kWaveform;
+  const std::string name = key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])))) : key;
+  if (name == "S" || name == "X") {
+    if (waveformMode) ZoomKey(name == "S");
+    return waveformMode;
+  }
+  if ((name == "D" || name == "L") && spectrogram_.shown) {
+    DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
+    return true;
+  }
+  if (name == "Escape") {
+    const bool inTool = document_.activity > activities::kWaveform;
+    EndTool();
+    return inTool;
+  }
+  if (name == "Home") {
+    ScrollTo(0);
+  } else if (name == "End") {
+    ScrollTo(document_.sampleCount);
+  } else if (name == "Left") {
+    ScrollTenths(-1);
+  } else if (name == "Right") {
+    ScrollTenths(+1);
+  } else if (name == "PageDown") {
+    ScrollBy(document_.FullViewLength());
+  } else if (name == "PageUp") {
+    ScrollBy(-std::int64_t{document_.FullViewLength()});
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void MainView::EndTool() {
+  const int activity = document_.activity;
+  if (activity < activities::kRegionDrag || activity > activities::kPitchRepair) return;
+  document_.activity = activities::kWaveform;
+  regionStarted_ = false;
+  window_.Repaint();
+}
+
+void MainView::BeginRegion() {
+  document_.activity = activities::kRegionDrag;
+  regionStarted_ = false;
+  window_.ShowStatus(Hint());
+  window_.Repaint();
+}
+
+void MainView::Reset() {
+  regionStarted_ = false;
+  cursor.reset();
+}
+
+void MainView::ScrollTo(std::int64_t viewStart) {
+  const std::int64_t last = std::max(0, document_.sampleCount - document_.FullViewLength());
+  document_.viewStart = static_cast<int>(std::clamp<std::int64_t>(viewStart, 0, last));
+  ViewMoved();
+}
+
+void MainView::ScrollTenths(int tenths) { ScrollBy(std::int64_t{document_.FullViewLength()} * tenths / 10); }
+
+void MainView::ZoomKey(bool out) {
+  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2, 1,
+                                         kLargestSamplesPerPixel);
+  ViewMoved();
+}
+
+void MainView::ZoomAt(int x, bool out) {
+  const double column = std::max(x, kPaneMargin) - kPaneMargin;
+  const double sample = document_.viewStart + column * SamplesPerColumn();
+  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2, 1,
+                                         kLargestSamplesPerPixel);
+  ScrollTo(TruncateToInt64(sample - column * SamplesPerColumn()));
+}
+
+void MainView::ZoomTo(int start, int end) {
+  const int columns = std::max(1, document_.paneWidth - kPaneMargin);
+  document_.samplesPerPixel = std::clamp((end - start + columns - 1) / columns, 1, kLargestSamplesPerPixel);
+  ScrollTo(start);
+}
+
+void MainView::SetPaneWidth(int width) {
+  if (width == document_.paneWidth || width <= kPaneMargin) return;
+  document_.paneWidth = width;
+  ViewMoved();
+}
+
+void MainView::NextAmplitudeScale() {
+  amplitudeScale = static_cast<AmplitudeScale>((static_cast<int>(amplitudeScale) + 1) % 4);
+  window_.Repaint(Pane::Amplitude);
+}
+
+void MainView::ViewMoved() {
+  document_.setView(states_);
+  if (spectrogram_.shown && spectrogram_.stretch.followsView) RedrawSpectrogram(document_, spectrogram_);
+  window_.Repaint();
+}
+
+// --- What is seen ---------------------------------------------------------------------------------------------
+
+const WavePyramid& MainView::Pyramid() const {
+  pyramid_.Update(document_.Samples(), document_.samplesVersion);
+  return pyramid_;
+}
+
+Picture MainView::Base(Pane pane, int width, int height) const {
+  switch (pane) {
+    case Pane::Amplitude: return AmplitudePicture(document_, amplitudeScale, width, height);
+    case Pane::Pitch: return PitchPicture(document_, width, height);
+    case Pane::Analysis: return AnalysisPicture(document_, spectrogram_, width, height);
+    default: return WaveformPicture(document_, Pyramid(), width, height);
+  }
+}
+
+Picture MainView::Overlay(Pane pane, int width, int height) const {
+  Picture picture{width, height, {}};
+  const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
+  const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
+  const auto edge = [&](int sample, Colour colour, const char* label) {
+    const int x = ColumnOf(pane, sample);
+    if (x < left || x >= width || outside) return;
+    picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
+    picture.Add(BoxMark{x, 0, 14, 14, colour});
+    picture.Add(TextMark{x + 7, 12, label, colours::kWhite, 11, Anchor::Middle});
+  };
+  if (document_.selectionDefined() && !outside) {
+    const int from = std::max(left, ColumnOf(pane, document_.selectionStart));
+    const int to = std::min(width, ColumnOf(pane, document_.selectionEnd));
+    if (to > from) picture.Add(BoxMark{from, 0, to - from, height, 0x3080FF, 0.18});
+  }
+  if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
+  if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (document_.selectionStart < 0 && document_.selectionEnd >= 0) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (cursor) {
+    const int x = ColumnOf(pane, *cursor);
+    if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
+  }
+  if (document_.activity == activities::kRegionChosen && region.pane == pane) {
+    const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
+    BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
+    box.opacity = 0;
+    box.outlined = true;
+    box.outline = colours::kEnd;
+    picture.Add(box);
+  }
+  return picture;
+}
+
+Picture MainView::Whole(Pane pane, int width, int height) const {
+  Picture picture = Base(pane, width, height);
+  for (const TickLabel& tick : Ticks(pane, height)) {
+    const int y = std::clamp(tick.y + 4, 10, height - 2);
+    picture.Add(TextMark{1, y, tick.text, colours::kText, 9, Anchor::Left, Face::Figures});
+  }
+  picture.Add(Overlay(pane, width, height));
+  return picture;
+}
+
+std::vector<TickLabel> MainView::Ticks(Pane pane, int height) const {
+  switch (pane) {
+    case Pane::Amplitude: return AmplitudeTicks(amplitudeScale, height);
+    case Pane::Pitch: return PitchTicks(height);
+    case Pane::Analysis: return AnalysisTicks(document_, spectrogram_, height);
+    default: return WaveformTicks(document_, Pyramid(), height);
+  }
+}
+
+Picture MainView::TimeAxis(int width, int height) const {
+  const double rate = std::max(1, document_.sampleRate);
+  return TimeAxisPicture(document_.viewStart / rate, SamplesPerColumn() / rate, kPaneMargin, width, height);
+}
+
+Picture MainView::Overview(int width, int height) const {
+  return OverviewPicture(document_, Pyramid(), width, height);
+}
+
+int MainView::OverviewSampleAt(int x, int width) const {
+  const std::int64_t sample = std::int64_t{x} * document_.sampleCount / std::max(1, width);
+  return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
+}
+
+std::string MainView::SelectionLine() const {
+  const double rate = document_.sampleRate;
+  if (!document_.selectionDefined()) {
+    if (document_.selectionStart >= 0)
+      return Format("起 %.3f s (%d)", document_.selectionStart / rate, document_.selectionStart);
+    if (document_.selectionEnd >= 0)
+      return Format("止 %.3f s (%d)", document_.selectionEnd / rate, document_.selectionEnd);
+    return "未选定语音段";
+  }
+  const int length = document_.SelectionLength();
+  return Format("起 %.3f s │ %.3f s (%.3f/s) │ 止 %.3f s      样点 %d │ %d │ %d", document_.selectionStart / rate,
+                length / rate, rate / length, document_.selectionEnd / rate, document_.selectionStart, length,
+                document_.selectionEnd);
+}
+
+std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
+  if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
+  const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
+  const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
+  const int frameStart = static_cast<int>(frame * document_.sampleRate / 100);
+  std::string line = Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
+                            separator, document_.samples[sample], separator,
+                            FrameLevel(document_, frameStart));
+  const float period = frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
+  if (period > 0) {
+    const double frequency = document_.sampleRate / static_cast<double>(period);
+    line += Format("%sF0 %.1f Hz%s%.1f 半音", separator, frequency, separator,
+                   kSemitonesPerOctave * std::log2(frequency / kLowestTone));
+  }
+  if (pane == Pane::Analysis && spectrogram_.shown && paneHeight > 0) {
+    const int row = std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
+    const int column = at.x - spectrogram_.stretch.firstX;
+    line += Format("%s%.0f Hz", separator, row * document_.sampleRate / 512.0);
+    if (column >= 0 && column < spectrogram_.matrix.columns)
+      line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
+  }
+  return line;
+}
+
+std::string MainView::Hint() const {
+  switch (document_.activity) {
+    case activities::kStart: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
+    case activities::kRegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
+    case activities::kRegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+    default: break;
+  }
+  if (spectrogram_.shown)
+    return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；D/L：谱图加深／淡化；空格：放音";
+  return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；滚轮：移动；空格：放音";
+}
+
+}  // namespace parlowen

@@ -1,0 +1,32 @@
+#pragma once
+#include <vector>
+
+#include "document/SoundDocument.h"
+#include "document/WavePyramid.h"
+#include "shell/MainView.h"
+#include "spectral/SpectrogramState.h"
+#include "ui/Picture.h"
+
+namespace parlowen {
+
+// The panes of the main window as pictures: state and size in, marks out. The first 20 columns stay empty.
+
+Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, int width, int height);
+Picture PitchPicture(const SoundDocument& document, int width, int height);
+Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width, int height);
+Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
+
+std::vector<TickLabel> AmplitudeTicks(AmplitudeScale scale, int height);
+std::vector<TickLabel> PitchTicks(int height);
+std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram, int height);
+std::vector<TickLabel> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
+
+/// An axis in seconds: `start` seconds at column `left`, `secondsPerColumn` each.
+Picture TimeAxisPicture(double start, double secondsPerColumn, int left, int width, int height);
+
+Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
+
+/// Level in dB of the 10 ms from a sample on: 10·log10 of the mean square, floored at 0.
+double FrameLevel(const SoundDocument& document, int start);
+
+}  // namespace parlowen

@@ -1,0 +1,226 @@
+#include "shell/headless/ScriptRunner.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "base/Files.h"
+#include "shell/CommandTable.h"
+#include "shell/DataFolder.h"
+#include "shell/headless/Values.h"
+#include "ui/Svg.h"
+
+namespace parlowen {
+namespace {
+
+struct PaneName {
+  const char* name;
+  Pane pane;
+  int height;   ///< pixels
+};
+constexpr PaneName kPanes[] = {
+    {"amplitude", Pane::Amplitude, 110}, {"pitch", Pane::Pitch, 165}, {"analysis", Pane::Analysis, 330}, {"waveform", Pane::Waveform, 165}};
+
+const PaneName* FindPane(const std::string& name) {
+  const auto found = std::find_if(std::begin(kPanes), std::end(kPanes), [&](const PaneName& p) { return name == p.name; });
+  return found == std::end(kPanes) ? nullptr : found;
+}
+
+/// Tool windows are drawn at this size in pictures.
+constexpr int kToolHeight = 640;
+
+bool IsKeyName(const std::string& key) {
+  constexpr const char* kNames[] = {"Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Space", "Escape",
+                                    "F1",   "F2",    "F3", "F4",   "F5",   "F6",  "F7",     "F8"};
+  if (key.size() == 1) {
+    const char c = key[0];
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
+  }
+  return std::find(std::begin(kNames), std::end(kNames), key) != std::end(kNames);
+}
+
+}  // namespace
+
+ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
+    : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder()) {
+  workstation_.document.paneWidth = paneWidth;
+  window_.runModalSteps = [this] { RunModalSteps(); };
+}
+
+bool ScriptRunner::Report(const ScriptStep& step, const std::string& wrong) {
+  if (wrong.empty() && window_.failure().empty()) return false;
+  if (failed_) return true;
+  failed_ = true;
+  const std::string text = wrong.empty() ? window_.failure() : wrong;
+  window_.PrintError(step.line, text);
+  errors_ << "line " << step.line << ": " << text << std::endl;
+  return true;
+}
+
+ScriptResult ScriptRunner::Run() {
+  while (auto step = reader_.Next()) {
+    if (Report(*step, step->error.empty() ? RunStep(*step) : step->error)) return ScriptResult::Error;
+    if (window_.quit()) break;
+  }
+  return window_.ranOutOfAnswers() ? ScriptResult::AnswerMissing : ScriptResult::Ran;
+}
+
+std::string ScriptRunner::RunStep(const ScriptStep& step) {
+  using Handler = std::string (ScriptRunner::*)(const ScriptStep&);
+  static constexpr std::pair<const char*, Handler> kSteps[] = {
+      {"command", &ScriptRunner::Command},        {"answer", &ScriptRunner::Answer},
+      {"select", &ScriptRunner::Select},          {"click", &ScriptRunner::Click},
+      {"key", &ScriptRunner::Key},                {"button", &ScriptRunner::Button},
+      {"close", &ScriptRunner::Close},            {"sound-input", &ScriptRunner::SoundInput},
+      {"sound-output", &ScriptRunner::SoundOutput}, {"print", &ScriptRunner::Print},
+      {"picture", &ScriptRunner::WritePicture},
+  };
+  const std::string& name = step.words[0];
+  if (name == "exit") {
+    if (step.words.size() > 1) return "exit takes nothing more";
+    window_.Quit();
+    return {};
+  }
+  for (const auto& [known, handler] : kSteps)
+    if (name == known) return (this->*handler)(step);
+  return "unknown step " + name;
+}
+
+std::string ScriptRunner::Command(const ScriptStep& step) {
+  const auto number = step.words.size() == 2 ? ParseInteger(step.words[1]) : std::nullopt;
+  if (!number) return "command needs one number";
+  if (FindCommand(*number) == nullptr) return "no command has the number " + step.words[1];
+  if (!workstation_.dispatchCommand(*number))
+    window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", *number));
+  return {};
+}
+
+std::string ScriptRunner::Answer(const ScriptStep& step) {
+  auto answer = ParseAnswer({step.words.begin() + 1, step.words.end()});
+  if (!answer) return "answer takes yes, no, cancel, file PATH or ok FIELD=VALUE ...";
+  window_.Queue(std::move(*answer));
+  return {};
+}
+
+std::string ScriptRunner::Select(const ScriptStep& step) {
+  const auto start = step.words.size() == 3 ? ParseInteger(step.words[1]) : std::nullopt;
+  const auto end = step.words.size() == 3 ? ParseInteger(step.words[2]) : std::nullopt;
+  if (!start || !end) return "select needs START END";
+  workstation_.Select(*start, *end);
+  return {};
+}
+
+std::string ScriptRunner::Click(const ScriptStep& step) {
+  const std::size_t count = step.words.size();
+  const auto x = count >= 4 ? ParseInteger(step.words[2]) : std::nullopt;
+  const auto y = count >= 4 ? ParseInteger(step.words[3]) : std::nullopt;
+  if (!x || !y) return "click needs PANE X Y [right] [shift]";
+  MouseButton button = MouseButton::Left;
+  bool shift = false;
+  for (std::size_t i = 4; i < count; ++i) {
+    if (step.words[i] == "right") {
+      button = MouseButton::Right;
+    } else if (step.words[i] == "shift") {
+      shift = true;
+    } else {
+      return "click knows right and shift, not " + step.words[i];
+    }
+  }
+  if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
+    tool->Click(window_, {*x, *y}, button, shift);
+    workstation_.DocumentChanged();
+    return {};
+  }
+  const PaneName* pane = FindPane(step.words[1]);
+  if (pane == nullptr) return "no pane or open window is called " + step.words[1];
+  workstation_.Click(pane->pane, {*x, *y}, button, shift);
+  return {};
+}
+
+std::string ScriptRunner::Key(const ScriptStep& step) {
+  if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
+  ToolWindow* tool = window_.CurrentTool();
+  if (tool != nullptr && tool->Key(window_, step.words[1])) {
+    workstation_.DocumentChanged();
+  } else {
+    workstation_.Key(step.words[1]);
+  }
+  return {};
+}
+
+std::string ScriptRunner::Button(const ScriptStep& step) {
+  if (step.words.size() != 2) return "button needs the number or the text of one control";
+  ToolWindow* tool = window_.CurrentTool();
+  if (tool == nullptr) return "no tool window is open";
+  const auto number = ParseInteger(step.words[1]);
+  for (const ToolControl& control : tool->Controls()) {
+    const bool named = control.number == 0 ? control.text == step.words[1] : number && *number == control.number;
+    if (!named) continue;
+    if (control.enabled) tool->Press(window_, control);
+    workstation_.DocumentChanged();
+    return {};
+  }
+  return "the window has no control " + step.words[1];
+}
+
+std::string ScriptRunner::Close(const ScriptStep& step) {
+  if (step.words.size() != 1) return "close takes nothing more";
+  if (window_.CurrentTool() == nullptr) return "no tool window is open";
+  window_.CloseCurrentTool();
+  workstation_.DocumentChanged();
+  return {};
+}
+
+std::string ScriptRunner::SoundInput(const ScriptStep& step) {
+  const auto blocks = step.words.size() == 3 ? ParseInteger(step.words[2]) : std::optional<int>(0);
+  if (step.words.size() < 2 || step.words.size() > 3 || !blocks || *blocks < 0) return "sound-input needs FILE.wav [BLOCKS]";
+  if (!InputFile(AbsolutePath(step.words[1])).isOpen()) return "cannot open " + step.words[1];
+  workstation_.states.Enable({272, 40022, 40112});
+  return {};
+}
+
+std::string ScriptRunner::SoundOutput(const ScriptStep& step) {
+  return step.words.size() == 2 ? "" : "sound-output needs FILE.wav";
+}
+
+std::string ScriptRunner::Print(const ScriptStep& step) {
+  JsonObject event;
+  const std::string wrong = PrintedValue(workstation_, {step.words.begin() + 1, step.words.end()}, event);
+  if (wrong.empty()) window_.PrintEvent(event);
+  return wrong;
+}
+
+std::string ScriptRunner::WritePicture(const ScriptStep& step) {
+  if (step.words.size() != 3) return "picture needs PANE FILE.svg";
+  const int width = workstation_.document.paneWidth;
+  Picture picture;
+  if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
+    picture = tool->Draw(width, kToolHeight);
+  } else if (const PaneName* pane = FindPane(step.words[1])) {
+    picture = workstation_.view.Whole(pane->pane, width, pane->height);
+  } else {
+    return "no pane or open window is called " + step.words[1];
+  }
+  const std::string svg = ToSvg(picture);
+  const ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(svg.data()), svg.size());
+  return ReplaceFile(AbsolutePath(step.words[2]), bytes) < 0 ? "cannot write " + step.words[2] : "";
+}
+
+void ScriptRunner::RunModalSteps() {
+  constexpr const char* kAllowed[] = {"click", "button", "key", "answer", "print", "picture"};
+  while (auto step = reader_.Next()) {
+    if (!step->error.empty()) {
+      Report(*step, step->error);
+      return;
+    }
+    const std::string& name = step->words[0];
+    if (name == "close" && step->words.size() == 1) return;
+    if (std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
+      const auto number = step->words.size() > 1 ? ParseInteger(step->words[1]) : std::nullopt;
+      window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", number.value_or(0)));
+      continue;
+    }
+    if (Report(*step, RunStep(*step))) return;
+  }
+}
+
+}  // namespace parlowen

@@ -1,0 +1,46 @@
+#pragma once
+#include <istream>
+#include <ostream>
+#include <string>
+
+#include "shell/Workstation.h"
+#include "shell/headless/Script.h"
+#include "shell/headless/ScriptWindow.h"
+
+namespace parlowen {
+
+/// Exit statuses of the headless program.
+enum class ScriptResult { Ran = 0, Error = 1, AnswerMissing = 2, NotOpened = 3 };
+
+/// Runs a script against a workstation of its own.
+class ScriptRunner {
+ public:
+  ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth);
+
+  ScriptResult Run();
+
+ private:
+  /// Runs one step; "" or what is wrong with it.
+  std::string RunStep(const ScriptStep& step);
+  std::string Command(const ScriptStep& step);
+  std::string Answer(const ScriptStep& step);
+  std::string Select(const ScriptStep& step);
+  std::string Click(const ScriptStep& step);
+  std::string Key(const ScriptStep& step);
+  std::string Button(const ScriptStep& step);
+  std::string Close(const ScriptStep& step);
+  std::string SoundInput(const ScriptStep& step);
+  std::string SoundOutput(const ScriptStep& step);
+  std::string Print(const ScriptStep& step);
+  std::string WritePicture(const ScriptStep& step);
+  void RunModalSteps();
+  bool Report(const ScriptStep& step, const std::string& wrong);
+
+  ScriptReader reader_;
+  std::ostream& errors_;
+  ScriptWindow window_;
+  Workstation workstation_;
+  bool failed_ = false;
+};
+
+}  // namespace parlowen

@@ -1,0 +1,112 @@
+#include "shell/headless/Values.h"
+
+#include <algorithm>
+
+#include "shell/Workstation.h"
+#include "shell/headless/Script.h"
+
+namespace parlowen {
+namespace {
+
+using Words = std::vector<std::string>;
+
+void StateValue(const Workstation& w, JsonObject& event) {
+  const SoundDocument& d = w.document;
+  event.Integer("maxSamples", kMaxSamples)
+      .Integer("sampleCount", d.sampleCount)
+      .Integer("sampleRate", d.sampleRate)
+      .Integer("twoChannel", d.twoChannel)
+      .Text("filePath", d.filePath)
+      .Text("nextDigitPath", d.nextDigitPath)
+      .Integer("selectionStart", d.selectionStart)
+      .Integer("selectionEnd", d.selectionEnd)
+      .Integer("viewStart", d.viewStart)
+      .Integer("viewLength", d.viewLength)
+      .Integer("pixelsPerSecond", d.pixelsPerSecond)
+      .Integer("samplesPerPixel", d.samplesPerPixel)
+      .Integer("paneWidth", d.paneWidth)
+      .Integer("clipLength", static_cast<long long>(d.clipSamples.size()))
+      .Integer("undoKind", d.undoKind)
+      .Integer("undoPosition", d.undoPosition)
+      .Integer("undoLength", d.undoLength)
+      .Integer("pitchPresent", d.pitchPresent)
+      .Integer("longFileSeconds", d.longFileSeconds)
+      .Integer("longFileStart", d.longFileStart)
+      .Integer("activity", d.activity)
+      .Text("caption", w.window.Caption())
+      .Integer("insertPoint", d.insertPoint)
+      .Integer("pasteReady", d.pasteReady)
+      .Number("recordGain", w.recorder.recordGain)
+      .Integer("voiceThreshold", w.recorder.voiceThreshold)
+      .Integer("thresholdPercent", w.recorder.ThresholdPercent())
+      .Integer("spectrogramShading", w.recorder.spectrogramShading);
+}
+
+/// The samples first .. last − 1 that exist, as a list.
+std::string SamplesJson(const std::int16_t* samples, std::int64_t first, std::int64_t last, std::int64_t count) {
+  first = std::clamp<std::int64_t>(first, 0, count);
+  last = std::clamp<std::int64_t>(last, first, count);
+  return JsonList(std::span(samples + first, samples + last), IntegerText);
+}
+
+std::string SamplesValue(const Workstation& w, const Words& words, JsonObject& event) {
+  const auto first = words.size() > 1 ? ParseInteger(words[1]) : std::nullopt;
+  const auto count = words.size() > 2 ? ParseInteger(words[2]) : std::nullopt;
+  const bool second = words.size() == 4 && words[3] == "2";
+  if (!first || !count || words.size() > 4 || (words.size() == 4 && !second && words[3] != "1"))
+    return "print samples needs FIRST COUNT [2]";
+  const SampleBuffer& channel = second ? w.document.samples2 : w.document.samples;
+  event.Raw("samples", SamplesJson(channel.data(), *first, std::int64_t{*first} + *count, w.document.sampleCount));
+  return {};
+}
+
+std::string PitchValue(const Workstation& w, const Words& words, JsonObject& event) {
+  std::int64_t first = 0, last = std::int64_t{w.document.frameCount()} - 1;
+  if (words.size() != 1) {
+    const auto from = words.size() == 3 ? ParseInteger(words[1]) : std::nullopt;
+    const auto to = words.size() == 3 ? ParseInteger(words[2]) : std::nullopt;
+    if (!from || !to) return "print pitch takes FIRST LAST or nothing";
+    first = *from;
+    last = *to;
+  }
+  first = std::clamp<std::int64_t>(first, 0, kContourFrames);
+  last = std::clamp<std::int64_t>(last + 1, first, kContourFrames);
+  const float* values = w.document.pitch.data();
+  event.Raw("values", JsonList(std::span(values + first, values + last), [](float v) { return ShortestNumber(v); }));
+  return {};
+}
+
+void SpectrogramValue(const Workstation& w, JsonObject& event) {
+  const SpectrogramMatrix& matrix = w.spectrogram.matrix;
+  std::string columns = "[";
+  for (int column = 0; column < matrix.columns; ++column) {
+    if (column > 0) columns += ',';
+    columns += JsonList(std::span(matrix.Column(column), kSpectrogramRows), IntegerText);
+  }
+  event.Text("kind", w.spectrogram.shown ? SpectrogramKindName(w.spectrogram.kind) : "").Raw("columns", columns + "]");
+}
+
+}  // namespace
+
+std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
+  if (words.empty()) return "print needs the name of a value";
+  const std::string& what = words[0];
+  event.Text("event", "value").Text("what", what);
+  if (what == "samples") return SamplesValue(workstation, words, event);
+  if (what == "pitch") return PitchValue(workstation, words, event);
+  if (words.size() > 1) return "print " + what + " takes nothing more";
+  if (what == "state") {
+    StateValue(workstation, event);
+  } else if (what == "commands") {
+    event.Raw("enabled", JsonList(workstation.states.Enabled(), IntegerText));
+  } else if (what == "clip") {
+    event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
+  } else if (what == "spectrogram") {
+    SpectrogramValue(workstation, event);
+  } else {
+    return "no value is called " + what;
+  }
+  return {};
+}
+
+}  // namespace parlowen
