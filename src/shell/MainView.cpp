@@ -219,7 +219,11 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
     picture.Add(BoxMark{x, 0, 14, 14, colour});
     picture.Add(TextMark{x + 7, 12, label, colours::kWhite, 11, Anchor::Middle});
   };
-  if (document_.selectionDefined() && !outside) {
+  const SpectrogramStretch& stretch = spectrogram_.stretch;
+  const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
+                            document_.selectionStart <= stretch.start && document_.selectionEnd >= stretch.end;
+  // A picture of the selection alone keeps its greys.
+  if (document_.selectionDefined() && !outside && !wholeStretch) {
     const int from = std::max(left, ColumnOf(pane, document_.selectionStart));
     const int to = std::min(width, ColumnOf(pane, document_.selectionEnd));
     if (to > from) picture.Add(BoxMark{from, 0, to - from, height, 0x3080FF, 0.18});

@@ -14,6 +14,7 @@ namespace {
 
 constexpr Colour kAmplitudeBars = 0x9DB8D9, kEnergyLine = 0xB03000, kWave = 0x1F3F77, kPitchDots = 0x0050A0;
 constexpr double kDecibelSpan = 90.0;    // a full-scale square wave
+constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
 constexpr double kLowestPitch = 64.0;
 constexpr int kPitchOctaves = 3;         // 64 to 512 Hz
 
@@ -165,13 +166,12 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
   picture = SpectrogramPicture(spectrogram, document.sampleRate, width, height);
   const SpectrogramStretch& stretch = spectrogram.stretch;
   if (!stretch.followsView) {
-    // A stretch of its own has its own axis of time, at the foot of the picture.
-    constexpr int kAxisHeight = 16;
+    // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover F0.
     const double rate = std::max(1, document.sampleRate);
-    Picture axis = TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / std::max(1, width), 0,
-                                   width, kAxisHeight);
-    picture.Add(BoxMark{0, height - kAxisHeight, width, kAxisHeight, colours::kWhite, 0.75});
-    picture.AddAt(axis, 0, height - kAxisHeight);
+    const Picture axis = TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / std::max(1, width),
+                                         0, width, kOwnAxisHeight);
+    picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, 0.75});
+    picture.AddAt(axis, 0, kTitleHeight);
   }
   return picture;
 }
