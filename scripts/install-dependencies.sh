@@ -1,0 +1,44 @@
+#!/usr/bin/env bash
+# Installs the packages that building (run) or building and testing (test) Parlowen needs, when they are missing.
+# Usage: scripts/install-dependencies.sh run|test
+set -euo pipefail
+
+build=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-svg-dev libgl-dev qt6-qpa-plugins libqt6svg6 fonts-noto-cjk fonts-dejavu-core)
+checks=(libgtest-dev libbenchmark-dev xvfb xauth ccache util-linux python3)
+
+case "${1:-}" in
+  run) packages=("${build[@]}") ;;
+  test) packages=("${build[@]}" "${checks[@]}") ;;
+  *) echo "usage: $0 run|test" >&2; exit 2 ;;
+esac
+
+if ! command -v apt-get >/dev/null 2>&1; then
+  cat >&2 <<TEXT
+This system has no apt-get. Please install what these Debian 12 packages hold, then start again:
+  ${packages[*]}
+(a C++20 compiler, CMake 3.22, Ninja, Qt 6 Widgets and Svg, a CJK font; for the tests also GoogleTest,
+Google Benchmark and Xvfb.)
+TEXT
+  # What is there may be enough: the build says what is not.
+  exit 0
+fi
+
+missing=()
+for package in "${packages[@]}"; do
+  status=$(dpkg-query -W -f='${Status}' "$package" 2>/dev/null || true)
+  [ "$status" = "install ok installed" ] || missing+=("$package")
+done
+[ ${#missing[@]} -eq 0 ] && exit 0
+
+echo "Installing: ${missing[*]}"
+sudo=()
+if [ "$(id -u)" -ne 0 ]; then
+  if ! command -v sudo >/dev/null 2>&1; then
+    echo "Not root, and there is no sudo. Please install: ${missing[*]}" >&2
+    exit 1
+  fi
+  sudo=(sudo)
+fi
+export DEBIAN_FRONTEND=noninteractive
+"${sudo[@]}" apt-get update -q
+"${sudo[@]}" apt-get install -q -y --no-install-recommends "${missing[@]}"
