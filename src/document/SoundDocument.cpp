@@ -69,6 +69,16 @@ void SoundDocument::SamplesChanged() {
   CopyView();
 }
 
+const LevelCurve& SoundDocument::Levels() const {
+  constexpr int kLevelsPerSecond = 300;
+  if (levelsVersion_ != samplesVersion) {
+    const std::int64_t count = sampleRate > 0 ? std::int64_t{sampleCount} * kLevelsPerSecond / sampleRate + 1 : 0;
+    levels_ = MakeLevelCurve(Samples(), sampleRate, kLevelsPerSecond, 0, static_cast<int>(count));
+    levelsVersion_ = samplesVersion;
+  }
+  return levels_;
+}
+
 void SoundDocument::CopyView() {
   const int length = std::clamp(sampleCount - viewStart, 0, std::max(0, viewLength));
   std::copy_n(samples.data() + viewStart, length, viewSamples.data());

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "document/PitchContour.h"
+#include "dsp/LevelCurve.h"
 #include "dsp/SampleSpan.h"
 #include "ui/CommandStates.h"
 
@@ -115,12 +116,18 @@ class SoundDocument {
 
   SampleSpan Samples() const { return {samples.data(), sampleCount}; }
 
+  /// The amplitude curve: 300 levels in dB a second from sample 0 on. Made when it is asked for, dropped when the
+  /// samples change. Needs InitSignalTables().
+  const LevelCurve& Levels() const;
+
   /// To be called by whoever changed samples: zeroes what lies behind the end, renews the drawn copy.
   void SamplesChanged();
 
  private:
   void CopyView();
   int shownStart_ = 0, shownScale_ = 0;   ///< the view as it was set last
+  mutable LevelCurve levels_;
+  mutable std::uint64_t levelsVersion_ = ~std::uint64_t{0};
   int dirtyEnd_ = 0;   ///< samples from here on were never written since they were last zeroed
 };
 

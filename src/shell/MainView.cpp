@@ -7,7 +7,6 @@
 #include "base/Format.h"
 #include "document/EditCommands.h"
 #include "document/LevelMeasures.h"
-#include "dsp/Decibel.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 
@@ -15,6 +14,14 @@ namespace parlowen {
 namespace {
 
 constexpr double kSemitonesPerOctave = 12.0, kLowestTone = 64.0;
+
+/// Level in dB of the 10 ms around a sample's place on the level curve.
+double LevelAt(const SoundDocument& document, int sample) {
+  const LevelCurve& curve = document.Levels();
+  const std::int64_t index = std::int64_t{sample} * curve.rate / document.sampleRate;
+  if (curve.values.empty()) return 0;
+  return curve.values[static_cast<std::size_t>(std::min<std::int64_t>(index, std::ssize(curve.values) - 1))];
+}
 
 }  // namespace
 
@@ -138,7 +145,6 @@ void MainView::EndTool() {
 void MainView::BeginRegion() {
   document_.activity = activities::kRegionDrag;
   regionStarted_ = false;
-  window_.ShowStatus(Hint());
   window_.Repaint();
 }
 
@@ -298,10 +304,9 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
-  const int frameStart = static_cast<int>(frame * document_.sampleRate / 100);
   std::string line = Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
                             separator, document_.samples[sample], separator,
-                            FrameLevel(document_, frameStart));
+                            LevelAt(document_, sample));
   const float period = frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
   if (period > 0) {
     const double frequency = document_.sampleRate / static_cast<double>(period);

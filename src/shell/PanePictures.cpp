@@ -60,10 +60,6 @@ void AddMarginLine(Picture& picture) {
 
 }  // namespace
 
-double FrameLevel(const SoundDocument& document, int start) {
-  return MeanSquareLevel(document, start, start + TenMilliseconds(document));
-}
-
 Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, int width, int height) {
   Picture picture{width, height, {}};
   AddMarginLine(picture);

@@ -26,7 +26,4 @@ Picture TimeAxisPicture(double start, double secondsPerColumn, int left, int wid
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 
-/// Level in dB of the 10 ms from a sample on: 10·log10 of the mean square, floored at 0.
-double FrameLevel(const SoundDocument& document, int start);
-
 }  // namespace parlowen
