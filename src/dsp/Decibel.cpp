@@ -8,9 +8,9 @@
 #include "dsp/Clones.h"
 #include "dsp/SignalTables.h"
 
-// The decade d with 10^d <= x < 10^(d+1) is counted up in principle. Here it comes from the binary exponent, which
-// leaves at most one power of ten to compare with; quotient, index and sum are those of the definition, so every
-// result is the same to the bit.
+// The decade d with 10^d <= x < 10^(d+1) is counted up in principle. Here it comes from the binary exponent,
+// which leaves at most one power of ten to compare with; quotient, index and sum are those of the definition,
+// so every result is the same to the bit.
 
 namespace parlowen {
 namespace {
@@ -65,8 +65,8 @@ double PowerToDb(double power, int reference) {
   return LevelOf(decade, LogarithmIndex(mantissa), reference);
 }
 
-// Three short loops a block instead of one: the quotients and indices in the middle go four at a time, the look-ups
-// before and behind them do not.
+// Three short loops a block instead of one: the quotients and indices in the middle go four at a time, the
+// look-ups before and behind them do not.
 PARLOWEN_CLONES void PowersToDb(const double* powers, int count, int reference, double* levels) {
   constexpr int kBlock = 64;
   alignas(64) double mantissas[kBlock];

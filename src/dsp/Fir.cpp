@@ -14,7 +14,8 @@ constexpr double kSmallestTap = 1e-5;
 
 }  // namespace
 
-void DesignFirFilter(int cutoff, double a, int halfLength, int highpass, double* coefficients, int sampleRate) {
+void DesignFirFilter(int cutoff, double a, int halfLength, int highpass, double* coefficients,
+                     int sampleRate) {
   const double ratio = sampleRate / (2.0 * cutoff);
   coefficients[halfLength] = highpass != 0 ? (ratio - 1.0) / ratio : 1.0 / ratio;
   for (int k = 1; k <= halfLength; ++k) {

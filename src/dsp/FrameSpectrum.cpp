@@ -32,7 +32,8 @@ constexpr int kLanes = 16;
 
 PARLOWEN_CLONES double WeightFrame(const std::int16_t* x, int length, double emphasis, double scale,
                                    double* __restrict frame) {
-  for (int n = 0; n < length; ++n) frame[n] = (x[n + 1] - emphasis * x[n]) * scale * AnalysisWindow[static_cast<std::size_t>(n)];
+  for (int n = 0; n < length; ++n)
+    frame[n] = (x[n + 1] - emphasis * x[n]) * scale * AnalysisWindow[static_cast<std::size_t>(n)];
   std::fill(frame + length, frame + kLongestFrame, 0.0);
   double sums[kLanes] = {};
   for (int n = 0; n < length; n += kLanes) {
@@ -71,8 +72,8 @@ using Packed = detail::PlaneBuffer<std::int32_t>;
 
 bool Fits32(std::int64_t value) { return value >= INT32_MIN && value <= INT32_MAX; }
 
-// A packed value is turned in the last stage at the latest, in a transform of every other one. No such transform has a
-// value above the sum of its moduli, and truncation only makes values smaller.
+// A packed value is turned in the last stage at the latest, in a transform of every other one. No such
+// transform has a value above the sum of its moduli, and truncation only makes values smaller.
 bool CannotWrap(const double* frame) {
   double sums[2] = {0.0, 0.0};
   for (int n = 0; n < kPackedSize; ++n) {
@@ -83,7 +84,8 @@ bool CannotWrap(const double* frame) {
   return sums[0] <= detail::kNeverWraps && sums[1] <= detail::kNeverWraps;
 }
 
-// The transform of the packed frame in 64 bits: true when a turned value or a sum leaves 32 bits before its division.
+// The transform of the packed frame in 64 bits: true when a turned value or a sum leaves 32 bits before its
+// division.
 bool Wraps(const double* frame) {
   std::int64_t re[kPackedSize];
   std::int64_t im[kPackedSize];
@@ -167,7 +169,8 @@ int ComputeFrameSpectrum(SampleSpan samples, int start, int frameLength, int emp
   if (halvings > 0) {
     for (double& power : powers) power = std::ldexp(power, 2 * halvings);
   }
-  PowersToDb(powers, kPackedSize, ReferenceOf(frameLength, emphasisMode, context.sampleRate), spectrum.data());
+  PowersToDb(powers, kPackedSize, ReferenceOf(frameLength, emphasisMode, context.sampleRate),
+             spectrum.data());
   return 0;
 }
 

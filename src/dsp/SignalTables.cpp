@@ -69,9 +69,7 @@ void FillMagnitudes() {
 
 }  // namespace
 
-const std::int16_t* BitReverseTable(int size) {
-  return IsFftSize(size) ? bitReverse.data() + size : nullptr;
-}
+const std::int16_t* BitReverseTable(int size) { return IsFftSize(size) ? bitReverse.data() + size : nullptr; }
 
 int InitSignalTables() {
   FillTwiddles();

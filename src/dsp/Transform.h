@@ -9,11 +9,12 @@
 
 // The stages of the transforms, shared by the double and the 32-bit arithmetic. Internal to dsp/.
 //
-// Decimation in time, every butterfly t = W·lower; lower <- upper - t; upper <- upper + t. Which values meet in which
-// butterfly is what a bit-reversed in-place transform does; only the places differ. A stage that joins pairs of h
-// points finds the h-point transform of the samples r, r + N/h, r + 2N/h .. at r·h and leaves the 2h-point transform r
-// at r·2h of the other buffer, made from the transforms r and r + N/2h. So the samples come in their natural order,
-// and every inner loop runs over neighbours. Two stages at a time, so that each value is stored half as often:
+// Decimation in time, every butterfly t = W·lower; lower <- upper - t; upper <- upper + t. Which values meet
+// in which butterfly is what a bit-reversed in-place transform does; only the places differ. A stage that
+// joins pairs of h points finds the h-point transform of the samples r, r + N/h, r + 2N/h .. at r·h and
+// leaves the 2h-point transform r at r·2h of the other buffer, made from the transforms r and r + N/2h. So
+// the samples come in their natural order, and every inner loop runs over neighbours. Two stages at a time,
+// so that each value is stored half as often:
 //
 //   FirstPass    joins single samples into transforms of 4 points
 //   DoublePass   joins four transforms of h points into one of 4h
@@ -61,9 +62,13 @@ PARLOWEN_INLINE Value<std::int32_t> Minus(Value<std::int32_t> a, Value<std::int3
 template <class Number>
 const StageTwiddles<Number>& TwiddlesOf();
 template <>
-inline const StageTwiddles<double>& TwiddlesOf<double>() { return stageTwiddles; }
+inline const StageTwiddles<double>& TwiddlesOf<double>() {
+  return stageTwiddles;
+}
 template <>
-inline const StageTwiddles<std::int32_t>& TwiddlesOf<std::int32_t>() { return stageTwiddlesQ15; }
+inline const StageTwiddles<std::int32_t>& TwiddlesOf<std::int32_t>() {
+  return stageTwiddlesQ15;
+}
 
 template <class Number>
 PARLOWEN_INLINE Value<Number> At(const Number* re, const Number* im, int index) {
@@ -76,7 +81,8 @@ struct Quartet {
   Value<Number> a, b, c, d;
 };
 template <class Number>
-PARLOWEN_INLINE Quartet<Number> JoinFour(Quartet<Number> x, Value<Number> w1, Value<Number> w2, Value<Number> w3) {
+PARLOWEN_INLINE Quartet<Number> JoinFour(Quartet<Number> x, Value<Number> w1, Value<Number> w2,
+                                         Value<Number> w3) {
   const auto t = Turn(w1, x.c);
   const auto evenLow = Plus(x.a, t);
   const auto evenHigh = Minus(x.a, t);
@@ -97,9 +103,9 @@ PARLOWEN_INLINE void FirstPass(const Number* __restrict re, const Number* __rest
   const auto w3 = At(twRe, twIm, 3);
   const int quarter = size / 4;
   for (int r = 0; r < quarter; ++r) {
-    const auto y = JoinFour<Number>({At(re, im, r), At(re, im, r + quarter), At(re, im, r + 2 * quarter),
-                                     At(re, im, r + 3 * quarter)},
-                                    w1, w2, w3);
+    const auto y = JoinFour<Number>(
+        {At(re, im, r), At(re, im, r + quarter), At(re, im, r + 2 * quarter), At(re, im, r + 3 * quarter)},
+        w1, w2, w3);
     outRe[4 * r] = y.a.re;
     outRe[4 * r + 1] = y.b.re;
     outRe[4 * r + 2] = y.c.re;
@@ -125,9 +131,10 @@ PARLOWEN_INLINE void DoublePass(const Number* __restrict re, const Number* __res
     Number* __restrict toIm = outIm + r * 4 * h;
 #pragma GCC ivdep
     for (int j = 0; j < h; ++j) {
-      const auto y = JoinFour<Number>({At(inRe, inIm, j), At(inRe, inIm, j + quarter),
-                                       At(inRe, inIm, j + 2 * quarter), At(inRe, inIm, j + 3 * quarter)},
-                                      At(twRe, twIm, h + j), At(twRe, twIm, 2 * h + j), At(twRe, twIm, 3 * h + j));
+      const auto y =
+          JoinFour<Number>({At(inRe, inIm, j), At(inRe, inIm, j + quarter), At(inRe, inIm, j + 2 * quarter),
+                            At(inRe, inIm, j + 3 * quarter)},
+                           At(twRe, twIm, h + j), At(twRe, twIm, 2 * h + j), At(twRe, twIm, 3 * h + j));
       toRe[j] = y.a.re;
       toRe[j + h] = y.b.re;
       toRe[j + 2 * h] = y.c.re;
@@ -141,8 +148,8 @@ PARLOWEN_INLINE void DoublePass(const Number* __restrict re, const Number* __res
 }
 
 template <int h, class Number>
-PARLOWEN_INLINE void SinglePass(const Number* __restrict re, const Number* __restrict im, Number* __restrict outRe,
-                                Number* __restrict outIm) {
+PARLOWEN_INLINE void SinglePass(const Number* __restrict re, const Number* __restrict im,
+                                Number* __restrict outRe, Number* __restrict outIm) {
   const auto& twiddles = TwiddlesOf<Number>();
   const Number* __restrict twRe = twiddles.re.data();
   const Number* __restrict twIm = twiddles.im.data();
@@ -159,8 +166,8 @@ PARLOWEN_INLINE void SinglePass(const Number* __restrict re, const Number* __res
   }
 }
 
-/// From transforms of h points in `from` on. `from` and `other` change places with every pass; the buffer that holds
-/// the result is returned.
+/// From transforms of h points in `from` on. `from` and `other` change places with every pass; the buffer
+/// that holds the result is returned.
 template <int h, class Number>
 PARLOWEN_INLINE Planes<Number> PassesFrom(Planes<Number> from, Planes<Number> other, int size) {
   if (size == h) return from;
@@ -193,8 +200,8 @@ PARLOWEN_INLINE Planes<Number> Transform(Planes<const Number> input, int size, P
   return first;
 }
 
-/// The bins of a real signal from the transform z of its even and odd samples packed into `half` complex values:
-/// X[k] = E + W·O, E = (z[k] + conj z[half−k])/2, O = −j(z[k] − conj z[half−k])/2, z[half] = z[0].
+/// The bins of a real signal from the transform z of its even and odd samples packed into `half` complex
+/// values: X[k] = E + W·O, E = (z[k] + conj z[half−k])/2, O = −j(z[k] − conj z[half−k])/2, z[half] = z[0].
 PARLOWEN_INLINE void SplitReal(const double* __restrict zRe, const double* __restrict zIm, int half,
                                double* __restrict re, double* __restrict im) {
   const double* __restrict twRe = stageTwiddles.re.data() + half;
@@ -214,8 +221,8 @@ PARLOWEN_INLINE void SplitReal(const double* __restrict zRe, const double* __res
 }
 
 /// The same of a fixed-point transform: sums and halves in integers, halved toward zero; W·O in double.
-PARLOWEN_INLINE void SplitReal(const std::int32_t* __restrict zRe, const std::int32_t* __restrict zIm, int half,
-                               double* __restrict re, double* __restrict im) {
+PARLOWEN_INLINE void SplitReal(const std::int32_t* __restrict zRe, const std::int32_t* __restrict zIm,
+                               int half, double* __restrict re, double* __restrict im) {
   const double* __restrict twRe = stageTwiddles.re.data() + half;
   const double* __restrict twIm = stageTwiddles.im.data() + half;
   const auto bin = [&](int k, int mirror) {
@@ -223,8 +230,8 @@ PARLOWEN_INLINE void SplitReal(const std::int32_t* __restrict zRe, const std::in
     const std::int32_t evenIm = WrapSub32(zIm[k], zIm[mirror]) / 2;
     const std::int32_t oddRe = WrapAdd32(zIm[k], zIm[mirror]) / 2;
     const std::int32_t oddIm = WrapSub32(zRe[mirror], zRe[k]) / 2;
-    const auto turned = Turn(Value<double>{twRe[k], twIm[k]},
-                             {static_cast<double>(oddRe), static_cast<double>(oddIm)});
+    const auto turned =
+        Turn(Value<double>{twRe[k], twIm[k]}, {static_cast<double>(oddRe), static_cast<double>(oddIm)});
     re[k] = evenRe + turned.re;
     im[k] = evenIm + turned.im;
   };
