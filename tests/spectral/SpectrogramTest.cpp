@@ -44,7 +44,7 @@ auto Tone(double amplitude, double cyclesPerSample) {
 }
 /// Syllables of 100 ms: noise-like, with silence between them and steep onsets.
 auto Bursts(int rate) {
-  return [=](int i) { return i / (rate / 10) % 2 == 0 ? 0 : (i * 7919 % 4001 - 2000) * (1 + i % 5); };
+  return [=](std::int64_t i) { return i / (rate / 10) % 2 == 0 ? 0 : (i * 7919 % 4001 - 2000) * (1 + i % 5); };
 }
 
 int Grey(double contrast, double level) { return std::clamp(255 - static_cast<int>(std::floor(contrast * level)), 0, 255); }
