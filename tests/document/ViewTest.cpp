@@ -73,6 +73,10 @@ TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
   };
   scroll(500);
   EXPECT_EQ(d.insertPoint, 500);
+  d.insertPoint = 123;   // as SHIFT and a click set it
+  scroll(500);
+  EXPECT_EQ(d.insertPoint, 123) << "a view that did not move leaves it";
+  d.insertPoint = 500;
   MarkEnd(d, desk.states, 700);
   EXPECT_EQ(d.insertPoint, 500) << "a right click without a start leaves it";
   EXPECT_FALSE(d.selectionDefined());
