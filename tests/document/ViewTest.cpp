@@ -46,7 +46,7 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   CutCommand(desk.window, d, desk.states);
   EXPECT_EQ(d.viewStart, 99);
   EXPECT_EQ(d.viewLength, 1);
-  EXPECT_TRUE(desk.states.IsEnabled(40013)) << "there is a way back to what the view does not show";
+  EXPECT_FALSE(desk.states.IsEnabled(40013)) << "a pane holds all that is left";
 }
 
 TEST(View, FramesAreCountedInIntegers) {
