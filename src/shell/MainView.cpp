@@ -219,12 +219,14 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   Picture picture{width, height, {}};
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
+  // The picture's own title and axis stay free.
+  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
   const auto edge = [&](int sample, Colour colour, const char* label) {
     const int x = ColumnOf(pane, sample);
     if (x < left || x >= width || outside) return;
     picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
-    picture.Add(BoxMark{x, 0, 14, 14, colour});
-    picture.Add(TextMark{x + 7, 12, label, colours::kWhite, 11, Anchor::Middle});
+    picture.Add(BoxMark{x, flagTop, 14, 14, colour});
+    picture.Add(TextMark{x + 7, flagTop + 12, label, colours::kWhite, 11, Anchor::Middle});
   };
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
