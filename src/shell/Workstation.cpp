@@ -22,6 +22,7 @@ bool IsTool(Menu menu) {
 
 Workstation::Workstation(Window& ownWindow, std::string folder)
     : window(ownWindow), view(ownWindow, document, states, spectrogram), dataFolder(std::move(folder)) {
+  view.palate = &palate;
   InitSignalTables();
 }
 
@@ -64,6 +65,7 @@ void Workstation::DocumentChanged() {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
     spectrogram = {};
+    if (palate.generation != document.soundGeneration) palate = {};
     view.Reset();
     window.Repaint();
     return;

@@ -4,6 +4,7 @@
 
 #include "audio/RecorderSettings.h"
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -39,6 +40,7 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PalateState palate;
   MainView view;
   std::string dataFolder;
 
