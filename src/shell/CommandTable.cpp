@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "channels/ChannelsWindow.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "palatography/NspCommands.h"
@@ -59,7 +60,7 @@ void SaveTwoChannels(Workstation& w) {
 }
 void SwapChannels(Workstation& w) { SwapChannelsCommand(w.window, w.document, w.states); }
 void ShowTwoChannels(Workstation& w) {
-  if (RequireTwoChannels(w.window, w.document)) NotFinished(w);
+  ShowTwoChannelsCommand(w.window, {w.document, w.states, w.channels, w.exportFolder, w.playChannel});
 }
 void OpenTwoChannelNsp(Workstation& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
 
