@@ -80,18 +80,18 @@ void AddLevels(Picture& picture, SampleSpan channel, int sampleRate, const Colum
   if (!curve.points.empty()) picture.Add(std::move(curve));
 }
 
-void AddScale(Picture& picture, Band band, std::initializer_list<int> values, int largest, const char* unit) {
+void AddScale(Picture& picture, Band band, std::initializer_list<int> values, int largest) {
   for (const int value : values) {
     const int y = band.Bottom() - value * (band.height - 1) / largest;
     picture.Add(LineMark{{kPaneMargin, y}, {picture.width - 1, y}, colours::kGrid, 1, LineStyle::Dashed});
-    picture.Add(TextMark{1, std::clamp(y + 3, band.top + 8, band.Bottom()), Format("%d%s", value, unit), colours::kText, 9,
+    picture.Add(TextMark{1, std::clamp(y + 3, band.top + 8, band.Bottom()), Format("%d", value), colours::kText, 9,
                          Anchor::Left, Face::Figures});
   }
 }
 
 void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCurve& curve, const ChannelsView& view,
               Band band) {
-  AddScale(picture, band, {0, 50, 100}, 100, "%");
+  AddScale(picture, band, {0, 50, 100}, 100);
   PolylineMark piece{{}, kRatio, 2};
   const auto finish = [&] {
     if (piece.points.size() == 1) picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, kRatio});
@@ -108,7 +108,7 @@ void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCu
     piece.points.push_back({x, band.Bottom() - TruncateToInt32(double{curve.values[i]} * (band.height - 1) / 100.0)});
   }
   finish();
-  picture.Add(TextMark{kPaneMargin + 4, band.top + 12, "鼻音能量比", kRatio, 12});
+  picture.Add(TextMark{kPaneMargin + 4, band.top + 12, "鼻音能量比 (%)", kRatio, 12});
 }
 
 void AddAxis(Picture& picture, const SoundDocument& document, const ChannelsView& view, int top) {
@@ -193,7 +193,8 @@ Picture ChannelsPicture(const SoundDocument& document, const ChannelsState& stat
   picture.Add(TextMark{kPaneMargin, 13, FiguresLine(document, state), colours::kText, 12});
   AddWaveform(picture, nose, columns, layout.first, range, kNose, "声道1：鼻");
   AddWaveform(picture, mouth, columns, layout.second, range, kMouth, "声道2：口");
-  AddScale(picture, layout.levels, {0, 30, 60, 90}, 90, "");
+  AddScale(picture, layout.levels, {0, 30, 60, 90}, 90);
+  picture.Add(TextMark{kPaneMargin + 4, layout.levels.top + 12, "幅度 (dB)", colours::kText, 12});
   AddLevels(picture, nose, document.sampleRate, columns, layout.levels, kNose);
   AddLevels(picture, mouth, document.sampleRate, columns, layout.levels, kMouth);
   AddRatio(picture, document, state.Curve(document), view, layout.ratio);
