@@ -61,7 +61,8 @@ std::string NasRatioText(const NasalanceCurve& curve, const std::string& source,
     // The middle of a frame of two steps is where the next one begins.
     const double time = (curve.start + static_cast<double>(i + 1) * curve.step) / rate;
     text += Format("%7d   %10.3f", static_cast<int>(i) + 1, time);
-    text += std::isnan(curve.values[i]) ? "          --\r\n" : Format("   %9.2f\r\n", static_cast<double>(curve.values[i]));
+    const double value = curve.values[i];
+    text += std::isnan(value) ? "          --\r\n" : Format("   %9.2f\r\n", value);
   }
   return ToGbk(text);
 }

@@ -75,7 +75,8 @@ void AddLevels(Picture& picture, SampleSpan channel, int sampleRate, const Colum
     std::int64_t sum = 0;
     for (int i = start; i < end; ++i) sum += std::int64_t{channel.data[i]} * channel.data[i];
     const double level = PowerToDb(static_cast<double>(sum) / (end - start), 0);
-    curve.points.push_back({kPaneMargin + c, band.Bottom() - TruncateToInt32(level * (band.height - 1) / kDecibelSpan)});
+    const int y = band.Bottom() - TruncateToInt32(level * (band.height - 1) / kDecibelSpan);
+    curve.points.push_back({kPaneMargin + c, y});
   }
   if (!curve.points.empty()) picture.Add(std::move(curve));
 }
@@ -126,7 +127,8 @@ void AddAxis(Picture& picture, const SoundDocument& document, const ChannelsView
     if (x < kPaneMargin) continue;
     picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
     const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left : x > picture.width - 24 ? Anchor::Right : Anchor::Middle;
-    picture.Add(TextMark{x, top + 14, Format("%.3f", static_cast<double>(time) / 1000), colours::kText, 10, anchor, Face::Figures});
+    const std::string label = Format("%.3f", static_cast<double>(time) / 1000);
+    picture.Add(TextMark{x, top + 14, label, colours::kText, 10, anchor, Face::Figures});
   }
 }
 

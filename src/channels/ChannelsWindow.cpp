@@ -78,7 +78,8 @@ void ChannelsWindow::Click(Window& window, Point at, MouseButton button, bool) {
 
 bool ChannelsWindow::Key(Window& window, const std::string& key) {
   const int length = view_.Length(desk_.document);
-  const std::string name = key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])))) : key;
+  std::string name = key;
+  if (name.size() == 1) name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
   if (name == "1" || name == "2") {
     Play(window, name == "1" ? 1 : 2);
   } else if (name == "S" || name == "X") {
@@ -185,7 +186,8 @@ void ChannelsWindow::ShowCurve(Window& window) {
   const NasalanceCurve& curve = desk_.state.Curve(desk_.document);
   if (curve.values.empty()) return window.Notify(kNoCurve);
   const std::string opened = desk_.state.OpenedName(desk_.document);
-  const std::string text = NasRatioText(curve, opened.empty() ? desk_.document.filePath : opened, desk_.document.sampleRate);
+  const std::string source = opened.empty() ? desk_.document.filePath : opened;
+  const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
   const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
   if (ReplaceFile(path, BytesOf(text)) < 0) return window.ShowError(kCannotOpen);
   window.OpenInEditor(path);

@@ -5,6 +5,7 @@
 #include "palatography/NspFile.h"
 
 #include <algorithm>
+#include <cstring>
 #include <string_view>
 
 #include "base/Gbk.h"
@@ -21,8 +22,7 @@ constexpr std::int64_t kFormHead = 12;
 constexpr std::size_t kLargestMarkerCount = 4096, kLongestLabel = 255;
 
 bool Is(ByteSpan id, std::string_view name) {
-  return id.size() == name.size() && std::equal(name.begin(), name.end(), id.begin(),
-                                                [](char a, std::uint8_t b) { return static_cast<std::uint8_t>(a) == b; });
+  return id.size() == name.size() && std::memcmp(id.data(), name.data(), name.size()) == 0;
 }
 
 /// The body of a speech chunk: what there is of it.
@@ -108,7 +108,7 @@ NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
   if (rate > kLargestNspRate) return NspRefusal::RateTooHigh;
   if (reader.failed() || rate < kSmallestRate) return NspRefusal::NotNsp;
   read.sampleRate = static_cast<int>(rate);
-  const int limit = static_cast<int>(std::min<std::uint32_t>(announced, static_cast<std::uint32_t>(NspSampleLimit(read.sampleRate))));
+  const auto limit = static_cast<int>(std::min<std::int64_t>(announced, NspSampleLimit(read.sampleRate)));
 
   struct FoundMarker {
     EpgMarker marker;

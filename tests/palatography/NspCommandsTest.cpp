@@ -110,21 +110,39 @@ TEST(NspCommands, ARefusalLeavesEverything) {
            desk.palate.recording.palate.size() == 6 && desk.PalateCommandsEnabled() == 4;
   };
   const std::string speech = Speech("SDA_", {1});
+  const auto with = [&](auto change, bool epg) {
+    NspBytes file{.formLength = {}, .headerLength = {}, .chunks = speech};
+    change(file);
+    return epg ? file.Epg(1) : file.TwoChannel();
+  };
+  const auto rate = [&](std::uint32_t hertz, bool epg) { return with([=](NspBytes& f) { f.rate = hertz; }, epg); };
+  const Texts format = {"error||文件格式不对！"}, tooHigh = {"error||采样率太高！"}, wrong = {"error||数据错误！"};
   const struct {
     const char* reason;
     bool epg;
     std::string bytes;
     Texts shown;
   } cases[] = {
-      {"another kind of file", false, std::string(200, 'R'), {}},
-      {"another kind of file", true, std::string(200, 'R'), {}},
-      {"header id", false, EpgFile(speech), {"error||文件格式不对！"}},
+      {"empty", false, "", {}},
+      {"empty", true, "", {}},
+      {"magic", false, with([](NspBytes& f) { f.magic = "FORMDS17"; }, false), {}},
+      {"magic", true, with([](NspBytes& f) { f.magic = "formds16"; }, true), {}},
+      {"magic alone", false, "FORMDS16", format},
+      {"header id", false, EpgFile(speech), format},
       {"header id", true, SpeechFile(speech), {}},
-      {"rate", false, SpeechFile(speech, 32001), {"error||采样率太高！"}},
-      {"rate", true, NspBytes{.formLength = {}, .headerLength = {}, .rate = 32001, .chunks = speech}.Epg(1), {"error||采样率太高！"}},
-      {"small rate", false, SpeechFile(speech, 999), {"error||文件格式不对！"}},
+      {"header length", false, with([](NspBytes& f) { f.headerLength = 101; }, false), format},
+      {"header length", true, with([](NspBytes& f) { f.headerLength = 33; }, true), {}},
+      {"rate", false, rate(32001, false), tooHigh},
+      {"rate", true, rate(32001, true), tooHigh},
+      {"no negative rate", false, rate(0xFFFFFFFF, false), tooHigh},
+      {"not the low 16 bits", true, rate(0x10000 + 16000, true), tooHigh},
+      {"small rate", false, rate(999, false), format},
+      {"small rate", true, rate(999, true), {}},
+      {"no speech", false, SpeechFile(""), format},
+      {"no speech", true, EpgFile(Preferences()), {}},
       {"interleaved channels", true, EpgFile(speech + Speech("SDAB", {1, 2})), {"error||不支持双声道采样！"}},
-      {"preferences", true, EpgFile(speech + Chunk("PREF", "short")), {"error||数据错误！"}},
+      {"short preferences", true, EpgFile(speech + Chunk("PREF", std::string(391, 'p'))), wrong},
+      {"long preferences", true, EpgFile(speech + Chunk("PREF", std::string(394, 'p'))), wrong},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.reason);
@@ -139,6 +157,10 @@ TEST(NspCommands, ARefusalLeavesEverything) {
   OpenEpgCommand(desk.window, desk.document, desk.states, desk.palate);
   EXPECT_EQ(desk.window.Log(), (Texts{"open|打开NSP双声道文件|", "open|打开腭位数据文件|"})) << "a cancel says nothing";
   EXPECT_TRUE(unchanged());
+  for (const std::uint32_t good : {1000u, 32000u}) {
+    EXPECT_EQ(desk.OpenSpeech(rate(good, false)), 1);
+    EXPECT_EQ(desk.OpenEpg(rate(good, true)), 1);
+  }
 }
 
 TEST(NspCommands, MarkersAreDrawnWhileTheSamplesAreTheFiles) {
