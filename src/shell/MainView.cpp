@@ -7,6 +7,7 @@
 #include "base/Format.h"
 #include "document/EditCommands.h"
 #include "document/LevelMeasures.h"
+#include "palatography/MarkerPicture.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 
@@ -240,6 +241,8 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
   if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
   if (document_.selectionStart < 0 && document_.selectionEnd >= 0) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (pane == Pane::Waveform && palate != nullptr)
+    AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   if (cursor) {
     const int x = ColumnOf(pane, *cursor);
     if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
