@@ -30,6 +30,8 @@ constexpr const char* kBadPitchFile = "基频数据文件错误！";
 constexpr const char* kCannotWriteListing = "文件打开错误！";
 constexpr std::size_t kLongestPitchFile = std::size_t{64} << 20;
 
+constexpr const char* kPitchListing = "Pitch.txt";
+
 constexpr const char* kNoContour = "请先求出基频！";
 constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
 constexpr const char* kOnlyVoiced = "只能修改浊音段";
@@ -41,6 +43,7 @@ PitchProgress ProgressOf(Window& window) {
 }
 
 void ContourIsThere(Window& window, SoundDocument& document, CommandStates& states) {
+  window.Progress(1.0);
   document.pitchPresent = true;
   states.onContourChanged(document.SelectionFacts());
   window.Repaint();
@@ -72,10 +75,6 @@ bool AnalyseSelection(Window& window, SoundDocument& document, CommandStates& st
   std::copy(periods.begin(), periods.end(), document.pitchBackup.begin() + frames.first);
   ContourIsThere(window, document, states);
   return true;
-}
-
-std::string ListingPath(const std::string& folder) {
-  return AbsolutePath(folder.empty() ? std::string(kPitchListing) : folder + "/" + kPitchListing);
 }
 
 /// Reports what a step of the repair came to.
@@ -130,6 +129,10 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
   return result;
 }
 
+std::string PitchListingPath(const std::string& exportFolder) {
+  return AbsolutePath(exportFolder.empty() ? std::string(kPitchListing) : exportFolder + "/" + kPitchListing);
+}
+
 int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(PitchFileDialog(kOpenTitle));
   if (!choice) {
@@ -142,7 +145,7 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
     return 1;
   }
   FileReplacement listing;
-  if (listing.Begin(ListingPath(exportFolder)) < 0) {
+  if (listing.Begin(PitchListingPath(exportFolder)) < 0) {
     window.Notify(kCannotWriteListing, Icon::Error);
     return 1;
   }

@@ -32,7 +32,8 @@ int SavePitchSegment(Window& window, const SoundDocument& document);
 /// 40051: writes "Pitch.txt" from a pitch data file into `exportFolder` ("" is the current directory). 0, or 1 when
 /// nothing was listed; after a broken record the text holds the records before it.
 int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder);
-inline constexpr const char* kPitchListing = "Pitch.txt";
+/// The full path of that file.
+std::string PitchListingPath(const std::string& exportFolder);
 
 /// 40042: shows the narrow-band picture of the selection and lets the contour be repaired over it.
 void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram, PitchState& state);

@@ -4,6 +4,7 @@
 
 #include "audio/RecorderSettings.h"
 #include "document/SoundDocument.h"
+#include "pitch/PitchCommands.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -39,8 +40,11 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PitchState pitch;
   MainView view;
   std::string dataFolder;
+  /// Where text exports go; "" is the process's directory.
+  std::string exportFolder;
 
  private:
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
