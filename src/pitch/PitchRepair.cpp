@@ -13,15 +13,16 @@ bool Change(SoundDocument& document, PitchRepair& repair, FrameSpan span, ValueO
   span.last = std::min(span.last, document.ContourLength() - 1);
   if (span.last < span.first) return false;
   RepairStep step{span.first, {document.pitch.begin() + span.first, document.pitch.begin() + span.last + 1}};
-  bool changed = false;
+  bool allowed = false, changed = false;
   for (int frame = span.first; frame <= span.last; ++frame) {
     float& value = document.pitch[static_cast<std::size_t>(frame)];
     if (!(value > 0) && !repair.IsMarked(frame)) continue;
     const float next = valueOf(frame, value);
+    allowed = true;
     changed = changed || next != value;
     value = next;
   }
-  if (!changed) return false;
+  if (!changed) return allowed;
   if (repair.undo.size() == kRepairSteps) repair.undo.erase(repair.undo.begin());
   repair.undo.push_back(std::move(step));
   return true;

@@ -35,8 +35,7 @@ struct PitchRepair {
 };
 inline constexpr std::size_t kRepairSteps = 200;
 
-// Every function that changes the contour tells whether it changed a frame. Only frames with a pitch, and marked ones,
-// are changed.
+// Only frames with a pitch, and marked ones, are changed; every function tells whether there was such a frame.
 
 /// Continues the trace: the frames between the last point and this one get F0 = frequency/harmonic, linear in the
 /// logarithm; the first point sets its own frame.

@@ -45,7 +45,7 @@ constexpr double kNoiseWeight = 2.0;       // times the noise is added to every 
 constexpr double kLeastNoise = 4.0;        // of 16-bit samples, squared
 
 // Costs
-constexpr double kLagWeight = 0.20;        // a period of the longest lag scores that much less than half of it could
+constexpr double kLagWeight = 0.25;        // a period of the longest lag scores that much less than half of it could
 constexpr double kHintWeight = 0.05;       // an octave away from the time-domain stage's period
 constexpr double kVoicingBias = 0.14;      // of voice over silence
 constexpr double kHintBonus = 0.20;        // for voice where the time-domain stage found it, against it elsewhere
