@@ -6,6 +6,7 @@
 
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
+#include "palatography/PalateState.h"
 #include "pitch/PitchRepair.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -94,6 +95,8 @@ class MainView {
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
   /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
   int analysisHeight = 330;
+  /// The palate recording whose markers stand over the waveform; null for none.
+  const PalateState* palate = nullptr;
 
  private:
   void ViewMoved();

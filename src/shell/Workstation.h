@@ -3,7 +3,10 @@
 #include <string>
 
 #include "audio/RecorderSettings.h"
+#include "channels/ChannelsState.h"
+#include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
@@ -41,9 +44,13 @@ class Workstation {
   RecorderSettings recorder;
   SpectrogramState spectrogram;
   PitchState pitch;
+  PalateState palate;
+  ChannelsState channels;
+  /// Plays one channel; empty while there is no player.
+  PlayChannel playChannel;
   MainView view;
   std::string dataFolder;
-  /// Where text exports go; "" is the process's directory.
+  /// Where text exports go; "" is the current directory.
   std::string exportFolder;
 
  private:
