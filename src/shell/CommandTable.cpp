@@ -6,6 +6,7 @@
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "palatography/NspCommands.h"
+#include "pitch/PitchCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/SpectrogramCommands.h"
@@ -33,6 +34,18 @@ void GoToPlace(Workstation& w) {
 }
 void NextScreen(Workstation& w) { w.view.ScrollBy(w.document.FullViewLength()); }
 void PreviousScreen(Workstation& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
+
+// --- Pitch
+
+void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.states, w.pitch); }
+void TrackedPitchOfAll(Workstation& w) { PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch); }
+void PitchAgain(Workstation& w) { PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
+void RepairPitch(Workstation& w) { RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
+void ListSavedPitch(Workstation& w) {
+  if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
+    w.window.OpenInEditor(PitchListingPath(w.exportFolder));
+}
 
 // --- Spectrum
 
@@ -127,13 +140,13 @@ constexpr CommandRow kRows[] = {
     {40024, Menu::Sound, "局部倒放[&R]", nullptr},
     {40025, Menu::Sound, "停止放音[&N]", nullptr},
     {40081, Menu::Sound, "按给定基频合成放音[&Y]", nullptr},
-    {220, Menu::Pitch, "基频（快速法）[&T]", nullptr},
-    {40005, Menu::Pitch, "基频（频域法）[&F]", nullptr},
-    {40103, Menu::Pitch, "再求一次音高[&Q]", nullptr},
-    {40042, Menu::Pitch, "据窄带谱修改基频[&N]", nullptr},
+    {220, Menu::Pitch, "基频（快速法）[&T]", FastPitchOfAll},
+    {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
+    {40103, Menu::Pitch, "再求一次音高[&Q]", PitchAgain},
+    {40042, Menu::Pitch, "据窄带谱修改基频[&N]", RepairPitch},
     {40108, Menu::Pitch, "据倒谱修改基频[&P]", nullptr},
-    {40050, Menu::Pitch, "保存所选段基频[&B]", nullptr},
-    {40051, Menu::Pitch, "显示已保存各段基频[&X]", nullptr},
+    {40050, Menu::Pitch, "保存所选段基频[&B]", SaveSegmentPitch},
+    {40051, Menu::Pitch, "显示已保存各段基频[&X]", ListSavedPitch},
     {40052, Menu::Pitch, "用五度坐标画选定段音高[&D]", nullptr},
     {40106, Menu::Pitch, "选定语音段的语调分析[&I]", AnalyseIntonation},
     {40029, Menu::Tone, "进入某基频统计[&J]", nullptr},

@@ -8,6 +8,8 @@
 #include "document/EditCommands.h"
 #include "document/LevelMeasures.h"
 #include "palatography/MarkerPicture.h"
+#include "pitch/PitchCommands.h"
+#include "pitch/PitchPicture.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 
@@ -26,8 +28,9 @@ double LevelAt(const SoundDocument& document, int sample) {
 
 }  // namespace
 
-MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram)
-    : window_(window), document_(document), states_(states), spectrogram_(spectrogram) {}
+MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
+                   PitchRepair& pitchRepair)
+    : window_(window), document_(document), states_(states), spectrogram_(spectrogram), pitchRepair_(pitchRepair) {}
 
 // --- What a column stands for ---------------------------------------------------------------------------------
 
@@ -79,6 +82,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return;
   }
   if (document_.activity == activities::kStart) return;
+  if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
   if (button == MouseButton::Right) {
     MarkEnd(document_, states_, SampleAt(pane, at.x));
   } else if (shift && pane == Pane::Waveform) {
@@ -88,6 +92,24 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     MarkStart(document_, states_, SampleAt(pane, at.x));
   }
   window_.Repaint();
+}
+
+bool MainView::RepairsPitch(Pane pane) const {
+  return document_.activity == activities::kPitchRepair && pane == Pane::Analysis && spectrogram_.shown;
+}
+
+RepairPoint MainView::RepairPointAt(Point at) const {
+  return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
+          FrequencyAtRow(at.y, analysisHeight, document_.sampleRate)};
+}
+
+void MainView::MarkRepairFrames(int x0, int x1) {
+  if (!RepairsPitch(Pane::Analysis)) return;
+  RepairMark(window_, pitchRepair_, RepairPointAt({x0, 0}).frame, RepairPointAt({x1, 0}).frame);
+}
+
+void MainView::PointAtRepair(Point at) {
+  if (RepairsPitch(Pane::Analysis)) pitchRepair_.pointer = RepairPointAt(at);
 }
 
 void MainView::MarkStretch(Pane pane, int x0, int x1) {
@@ -109,6 +131,7 @@ bool MainView::Key(const std::string& key) {
     if (waveformMode) ZoomKey(name == "S");
     return waveformMode;
   }
+  if (RepairsPitch(Pane::Analysis) && RepairKey(window_, document_, pitchRepair_, name)) return true;
   if ((name == "D" || name == "L") && spectrogram_.shown) {
     DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
     return true;
@@ -247,6 +270,9 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
     const int x = ColumnOf(pane, *cursor);
     if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
   }
+  if (RepairsPitch(pane))
+    picture.Add(PitchRepairPicture(document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); },
+                                   width, height));
   if (document_.activity == activities::kRegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
@@ -334,6 +360,7 @@ std::string MainView::Hint() const {
     case activities::kStart: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case activities::kRegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
     case activities::kRegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+    case activities::kPitchRepair: return kRepairHint;
     default: break;
   }
   if (spectrogram_.shown)

@@ -7,6 +7,7 @@
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
 #include "palatography/PalateState.h"
+#include "pitch/PitchRepair.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
@@ -27,7 +28,8 @@ struct TickLabel {
 /// do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
 class MainView {
  public:
-  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram);
+  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
+           PitchRepair& pitchRepair);
 
   // What a column stands for.
 
@@ -49,6 +51,9 @@ class MainView {
   /// A key of the main window: true when it was used here.
   bool Key(const std::string& key);
   void EndTool();
+  /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.
+  void MarkRepairFrames(int x0, int x1);
+  void PointAtRepair(Point at);
   /// The next two clicks are the corners of a region.
   void BeginRegion();
   /// A new sound is there: nothing of the old one is marked any more.
@@ -88,17 +93,22 @@ class MainView {
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+  /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
+  int analysisHeight = 330;
   /// The palate recording whose markers stand over the waveform; null for none.
   const PalateState* palate = nullptr;
 
  private:
   void ViewMoved();
+  bool RepairsPitch(Pane pane) const;
+  RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
 
   Window& window_;
   SoundDocument& document_;
   CommandStates& states_;
   SpectrogramState& spectrogram_;
+  PitchRepair& pitchRepair_;
   bool regionStarted_ = false;
   mutable WavePyramid pyramid_;
 };

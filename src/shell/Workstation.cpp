@@ -21,7 +21,7 @@ bool IsTool(Menu menu) {
 }  // namespace
 
 Workstation::Workstation(Window& ownWindow, std::string folder)
-    : window(ownWindow), view(ownWindow, document, states, spectrogram), dataFolder(std::move(folder)) {
+    : window(ownWindow), view(ownWindow, document, states, spectrogram, pitch.repair), dataFolder(std::move(folder)) {
   view.palate = &palate;
   InitSignalTables();
 }

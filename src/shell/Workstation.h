@@ -7,6 +7,7 @@
 #include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
+#include "pitch/PitchCommands.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -42,6 +43,7 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PitchState pitch;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.

@@ -54,6 +54,10 @@ inline void WriteSounds(const TempFolder& folder) {
   write("minute.wav", 8000, Ramp(480000));
   write("中文 名 3.wav", 8000, Ramp(10));
   write("pitch.wav", 16000, Ramp(1600), PitchTail({-1, 100, 0, 90, 80, 0, 0, 70, 60, 50, 0, 0}));
+  // 0.3 s of silence, 0.6 s of a sawtooth of 128 Hz, 0.3 s of silence.
+  std::vector<std::int16_t> voice(19200);
+  for (std::size_t n = 4800; n < 14400; ++n) voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
+  write("voice.wav", 16000, std::move(voice));
   WavBytes stereo = write("stereo.wav", 16000, {});
   stereo.blockAlign = 4;
   for (int i = 1; i <= 4000; ++i) {

@@ -43,6 +43,7 @@ bool IsKeyName(const std::string& key) {
 ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
     : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder()) {
   workstation_.document.paneWidth = paneWidth;
+  workstation_.pitch.paneWidth = paneWidth;
   window_.runModalSteps = [this] { RunModalSteps(); };
 }
 
