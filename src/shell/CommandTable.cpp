@@ -4,6 +4,7 @@
 
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
+#include "prosody/DurationCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/SpectrogramCommands.h"
@@ -31,6 +32,11 @@ void GoToPlace(Workstation& w) {
 }
 void NextScreen(Workstation& w) { w.view.ScrollBy(w.document.FullViewLength()); }
 void PreviousScreen(Workstation& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
+
+// --- Durations
+
+void AddDuration(Workstation& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
+void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFolder); }
 
 // --- Spectrum
 
@@ -137,8 +143,8 @@ constexpr CommandRow kRows[] = {
     {40034, Menu::Tone, "画声调格局图[&G]", nullptr},
     {40033, Menu::Tone, "改变格局图的显示坐标[&C]", nullptr},
     {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
-    {40074, Menu::Pitch, "音长加入统计组[&I]", nullptr},
-    {40076, Menu::Pitch, "显示音长统计结果(&H)", nullptr},
+    {40074, Menu::Pitch, "音长加入统计组[&I]", AddDuration},
+    {40076, Menu::Pitch, "显示音长统计结果(&H)", ShowDurations},
     {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
     {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
     {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},

@@ -4,6 +4,7 @@
 
 #include "audio/RecorderSettings.h"
 #include "document/SoundDocument.h"
+#include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -40,7 +41,9 @@ class Workstation {
   RecorderSettings recorder;
   SpectrogramState spectrogram;
   MainView view;
+  CurrentGroup durationGroup;
   std::string dataFolder;
+  std::string exportFolder;   ///< where text exports go; "" is the current directory
 
  private:
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
