@@ -10,6 +10,8 @@
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
 #include "ui/Window.h"
+#include "vowel/FormantStrip.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -26,7 +28,8 @@ struct TickLabel {
 /// do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
 class MainView {
  public:
-  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram);
+  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
+           VowelState& vowels);
 
   // What a column stands for.
 
@@ -38,6 +41,9 @@ class MainView {
   /// Samples a column of the time panes stands for.
   double SamplesPerColumn() const;
   bool AnalysisShowsOwnStretch() const;
+  /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
+  /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
+  bool ChartShown() const;
 
   // What the user does.
 
@@ -91,13 +97,16 @@ class MainView {
  private:
   void ViewMoved();
   const WavePyramid& Pyramid() const;
+  Picture Chart(int width, int height) const;
 
   Window& window_;
   SoundDocument& document_;
   CommandStates& states_;
   SpectrogramState& spectrogram_;
+  VowelState& vowels_;
   bool regionStarted_ = false;
   mutable WavePyramid pyramid_;
+  mutable FormantStrip formantStrip_;
 };
 
 }  // namespace parlowen

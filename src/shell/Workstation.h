@@ -9,6 +9,7 @@
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -40,6 +41,7 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  VowelState vowels;
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
