@@ -120,7 +120,7 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
-  emit Resized();
+  Q_EMIT Resized();
 }
 
 void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
@@ -182,7 +182,7 @@ void PaneWidget::DragTo(Point at) {
 
 void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
-  emit Hovered(this, {at.x, at.y});
+  Q_EMIT Hovered(this, {at.x, at.y});
   if (drag_ == Drag::None) {
     setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor : Qt::CrossCursor);
     return;
@@ -210,7 +210,7 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
   drag_ = Drag::None;
 }
 
-void PaneWidget::leaveEvent(QEvent*) { emit HoverLeft(); }
+void PaneWidget::leaveEvent(QEvent*) { Q_EMIT HoverLeft(); }
 
 void PaneWidget::wheelEvent(QWheelEvent* event) {
   event->accept();
@@ -226,7 +226,7 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
 
 void PaneWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0) {
-    emit MenuAsked(this, mapToGlobal(rect().center()));
+    Q_EMIT MenuAsked(this, mapToGlobal(rect().center()));
     return;
   }
   event->ignore();
@@ -236,7 +236,7 @@ void PaneWidget::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   const bool mouse = event->reason() == QContextMenuEvent::Mouse;
   if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;   // right clicks mark
-  emit MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
+  Q_EMIT MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
 }
 
 }  // namespace parlowen
