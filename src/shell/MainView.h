@@ -56,6 +56,8 @@ class MainView {
   /// A key of the main window: true when it was used here.
   bool Key(const std::string& key);
   void EndTool();
+  /// True while clicks into the pane repair the contour.
+  bool RepairsPitch(Pane pane) const;
   /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.
   void MarkRepairFrames(int x0, int x1);
   void PointAtRepair(Point at);
@@ -105,7 +107,6 @@ class MainView {
 
  private:
   void ViewMoved();
-  bool RepairsPitch(Pane pane) const;
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;

@@ -53,7 +53,7 @@ class PaneWidget : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region };
+  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region, RepairPressed, RepairMark };
 
   Point PointAt(QPoint widgetPosition) const;
   Drag EdgeAt(int x) const;
