@@ -43,7 +43,7 @@ class MainView {
   bool AnalysisShowsOwnStretch() const;
   /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
   /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
-  bool ChartShown() const;
+  bool ChartShown() const { return ShownChart() != 0; }
 
   // What the user does.
 
@@ -98,6 +98,8 @@ class MainView {
   void ViewMoved();
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
+  /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
+  int ShownChart() const;
 
   Window& window_;
   SoundDocument& document_;
@@ -105,6 +107,7 @@ class MainView {
   SpectrogramState& spectrogram_;
   VowelState& vowels_;
   bool regionStarted_ = false;
+  int activityBeforeRegion_ = activities::kWaveform;
   mutable WavePyramid pyramid_;
   mutable FormantStrip formantStrip_;
 };
