@@ -226,7 +226,6 @@ const WavePyramid& MainView::Pyramid() const {
 
 Picture MainView::Chart(int width, int height) const {
   if (!ChartShown()) return {width, height, {}};
-  if (ShownChart() == activities::kGroupPlot) return GroupPlotPicture(vowels_.plot, width, height);
   constexpr int kAxisHeight = 16;
   Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
   std::vector<int> samples;
@@ -236,6 +235,7 @@ Picture MainView::Chart(int width, int height) const {
   picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
   picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
+  if (ShownChart() == activities::kGroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
 }
 
@@ -338,9 +338,10 @@ std::string MainView::SelectionLine() const {
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
-  if (pane == Pane::Chart && ChartShown())
-    return ShownChart() == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at)
-                                                        : PointChartHover(vowels_.chart, at);
+  if (pane == Pane::Chart && ChartShown()) {
+    const std::string group = ShownChart() == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
+    return group.empty() ? PointChartHover(vowels_.chart, at) : group;
+  }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
