@@ -43,8 +43,10 @@ double MainView::SamplesPerColumn() const {
 
 bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !spectrogram_.stretch.followsView; }
 
-bool MainView::ChartShown() const {
-  return document_.activity == activities::kPointChart || document_.activity == activities::kGroupPlot;
+int MainView::ShownChart() const {
+  const bool choosing = document_.activity == activities::kRegionDrag || document_.activity == activities::kRegionChosen;
+  const int activity = choosing ? activityBeforeRegion_ : document_.activity;
+  return activity == activities::kPointChart || activity == activities::kGroupPlot ? activity : 0;
 }
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
@@ -148,7 +150,7 @@ bool MainView::Key(const std::string& key) {
   }
   if (name == "Escape") {
     const bool inTool = document_.activity > activities::kWaveform;
-    if (ChartShown()) {
+    if (ShownChart() == document_.activity) {
       LeaveChart(window_, document_, states_, vowels_);
     } else {
       EndTool();
@@ -176,12 +178,15 @@ bool MainView::Key(const std::string& key) {
 void MainView::EndTool() {
   const int activity = document_.activity;
   if (activity < activities::kRegionDrag || activity > activities::kPitchRepair) return;
-  document_.activity = activities::kWaveform;
+  // A chart that the region was chosen from is shown again.
+  document_.activity = ChartShown() ? ShownChart() : activities::kWaveform;
   regionStarted_ = false;
   window_.Repaint();
 }
 
 void MainView::BeginRegion() {
+  EndTool();   // a second choice begins where the first one did
+  activityBeforeRegion_ = document_.activity;
   document_.activity = activities::kRegionDrag;
   regionStarted_ = false;
   window_.Repaint();
@@ -246,7 +251,6 @@ const WavePyramid& MainView::Pyramid() const {
 
 Picture MainView::Chart(int width, int height) const {
   if (!ChartShown()) return {width, height, {}};
-  if (document_.activity == activities::kGroupPlot) return GroupPlotPicture(vowels_.plot, width, height);
   constexpr int kAxisHeight = 16;
   Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
   std::vector<int> samples;
@@ -256,6 +260,7 @@ Picture MainView::Chart(int width, int height) const {
   picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
   picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
+  if (ShownChart() == activities::kGroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
 }
 
@@ -365,9 +370,10 @@ std::string MainView::SelectionLine() const {
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
-  if (pane == Pane::Chart && ChartShown())
-    return document_.activity == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at)
-                                                        : PointChartHover(vowels_.chart, at);
+  if (pane == Pane::Chart && ChartShown()) {
+    const std::string group = ShownChart() == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
+    return group.empty() ? PointChartHover(vowels_.chart, at) : group;
+  }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;

@@ -45,7 +45,7 @@ class MainView {
   bool AnalysisShowsOwnStretch() const;
   /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
   /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
-  bool ChartShown() const;
+  bool ChartShown() const { return ShownChart() != 0; }
 
   // What the user does.
 
@@ -110,6 +110,8 @@ class MainView {
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
+  /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
+  int ShownChart() const;
 
   Window& window_;
   SoundDocument& document_;
@@ -118,6 +120,7 @@ class MainView {
   PitchRepair& pitchRepair_;
   VowelState& vowels_;
   bool regionStarted_ = false;
+  int activityBeforeRegion_ = activities::kWaveform;
   mutable WavePyramid pyramid_;
   mutable FormantStrip formantStrip_;
 };

@@ -8,13 +8,11 @@ namespace parlowen {
 namespace {
 
 constexpr int kLeft = 700, kRight = 900, kTop = 320, kBottom = 520;
-constexpr int kAscent = 11;   // of 12 pixel type: names are placed by their upper left corner
 
 }  // namespace
 
 Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   Picture picture{width, height, {}};
-  picture.Add(BoxMark{0, kChartTop, width, height - kChartTop, colours::kWhite});
   picture.Add(PolylineMark{{{kLeft, kTop}, {kRight, kTop}, {kRight, kBottom}, {kLeft, kBottom}, {kLeft, kTop}},
                            colours::kGrid});
   picture.Add(TextMark{kLeft, 270, "用相对Bark坐标画元音组位置图"});
@@ -24,7 +22,7 @@ Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   picture.Add(TextMark{kRight + 20, kBottom, "B1Max", colours::kText, 12, Anchor::Left, Face::Figures});
   for (const VowelGroup& group : plot.groups) {
     AddShape(picture, shapes::kDiamond, group.x, group.y, kChartRed);
-    if (plot.showNames) picture.Add(TextMark{group.x + 6, group.y - 8 + kAscent, FromGbk(group.name)});
+    if (plot.showNames) picture.Add(TextMark{group.x + 6, group.y - 8, FromGbk(group.name)});
   }
   return picture;
 }

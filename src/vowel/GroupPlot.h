@@ -7,13 +7,13 @@
 
 namespace parlowen {
 
-/// The plot of the group means, over the lower panes while `activity` is 27.
+/// The plot of the group means, right of the point chart while `activity` is 27.
 struct GroupPlot {
   std::vector<VowelGroup> groups;   ///< placed
   bool showNames = false;
 };
 
-/// Rows count from the top of the amplitude pane, like those of the point chart.
+/// To be drawn over the point chart, whose rows it shares.
 Picture GroupPlotPicture(const GroupPlot& plot, int width, int height);
 
 /// The values of the group under the pointer; "" for none.

@@ -110,10 +110,11 @@ void Correct(Window& window, VowelFormants& formants) {
 }
 
 /// Measures a moment and stores it when it is a vowel.
-void AddMoment(Window& window, const SoundDocument& document, VowelChart& chart, int sample, bool correct) {
+void AddMoment(Window& window, const SoundDocument& document, VowelState& vowels, int sample, bool correct) {
   VowelFormants formants = ChooseFormants(FormantsAt(document, sample), document.sampleRate);
   if (correct) Correct(window, formants);
-  if (IsVowel(formants)) chart.Add(formants.f[0], formants.f[1], formants.f[2]);
+  if (!IsVowel(formants)) return;
+  vowels.unsaved = vowels.chart.Add(formants.f[0], formants.f[1], formants.f[2]) || vowels.unsaved;
 }
 
 /// The chart of a file; nothing when it is refused, with its message.
@@ -159,7 +160,7 @@ void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, 
   if (vowels.chart.count >= VowelChart::kMostClicked) return window.Notify(kChartFull, Icon::Error);
   vowels.lastClick = sample;
   vowels.lastClickSound = document.soundGeneration;
-  AddMoment(window, document, vowels.chart, sample, false);
+  AddMoment(window, document, vowels, sample, false);
   UpdateVowelCommands(document, states, vowels);
   window.Repaint(Pane::Chart);
 }
@@ -168,10 +169,12 @@ void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
   if (vowels.chart.count < 1) return;
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
+    vowels.unsaved = true;
   } else if (vowels.lastClick >= 0 && vowels.lastClickSound == document.soundGeneration) {
     // A correction that leaves no vowel takes the point away.
     --vowels.chart.count;
-    AddMoment(window, document, vowels.chart, vowels.lastClick, true);
+    vowels.unsaved = true;
+    AddMoment(window, document, vowels, vowels.lastClick, true);
   }
   ShowPointChart(window, document, states, vowels, false);
 }
@@ -188,6 +191,7 @@ void ChoosePointShapeCommand(Window& window, VowelState& vowels) {
 
 void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
   vowels.chart.count = 0;
+  vowels.unsaved = false;
   vowels.averages.clear();
   ShowPointChart(window, document, states, vowels, false);
 }
@@ -219,6 +223,7 @@ void TypePointCommand(Window& window, const SoundDocument& document, CommandStat
       continue;
     }
     vowels.chart.Add(f1, f2, 0);
+    vowels.unsaved = true;
     UpdateVowelCommands(document, states, vowels);
     return window.Repaint(Pane::Chart);
   }
@@ -249,11 +254,12 @@ void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, 
 
 // --- Files ----------------------------------------------------------------------------------------------------
 
-void SaveChartCommand(Window& window, const VowelState& vowels) {
+void SaveChartCommand(Window& window, VowelState& vowels) {
   if (vowels.chart.count < 1) return;
   const auto choice = window.AskSaveFile(ChartDialog("保存元音图数据文件"));
   if (!choice || choice->path.empty()) return;
-  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0) return window.Notify(kCannotCreate, Icon::Error);
+  vowels.unsaved = false;
 }
 
 void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
@@ -267,6 +273,7 @@ void OpenChartFile(Window& window, SoundDocument& document, CommandStates& state
   if (!chart) return;
   vowels.chart = std::move(*chart);
   vowels.chart.loadedFromFile = true;
+  vowels.unsaved = false;
   vowels.averages.clear();
   ShowPointChart(window, document, states, vowels, true);
 }
@@ -280,6 +287,7 @@ void ListChartCommand(Window& window, const SoundDocument& document, CommandStat
   if (WriteTextExport(window, exportFolder, kChartListName, ChartListing(*chart)) < 0) return;
   // The chart that is listed is the present one from now on.
   vowels.chart = std::move(*chart);
+  vowels.unsaved = false;
   UpdateVowelCommands(document, states, vowels);
   window.Repaint(Pane::Chart);
   ShowTextExport(window, exportFolder, kChartListName);

@@ -35,7 +35,7 @@ bool MayBeTyped(int f1, int f2);
 
 // Files.
 
-void SaveChartCommand(Window& window, const VowelState& vowels);                                                ///< 40072
+void SaveChartCommand(Window& window, VowelState& vowels);                                                      ///< 40072
 void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);      ///< 40073
 /// The same for a file that was chosen otherwise.
 void OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,

@@ -162,6 +162,23 @@ TEST(FormantFile, DamagedFilesAreSeen) {
   EXPECT_FALSE(ReadFormantFile(Bytes(good.begin(), good.begin() + 110)));
 }
 
+TEST(VowelFiles, AnyByteMayLie) {
+  ByteWriter formants;
+  WriteFormantBlock(formants, TrackOf(0, 2));
+  for (const Bytes& good : {ChartBytes(ChartOf(3, false)).bytes(), ChartBytes(ChartOf(3, true)).bytes(), formants.bytes()})
+    for (std::size_t at = 0; at < good.size(); ++at)
+      for (const int value : {0, 1, 0x7F, 0x80, 0xFF}) {
+        Bytes bytes = good;
+        bytes[at] = static_cast<std::uint8_t>(value);
+        if (auto chart = ReadChart(bytes, {})) {
+          ChartListing(*chart);
+          chart->PlaceAgain();
+          ASSERT_LE(ChartBytes(*chart).bytes().size(), 6u + 200 * 22);
+        }
+        if (const auto blocks = ReadFormantFile(bytes)) FormantListing(*blocks, 11025);
+      }
+}
+
 TEST(FormantFile, NonsenseIsListedWithoutHarm) {
   FormantBlock block;
   block.start = INT32_MIN;

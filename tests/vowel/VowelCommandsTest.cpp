@@ -216,6 +216,7 @@ TEST_F(VowelCommands, AChartGoesToItsFileAndBack) {
   Answer({"file:" + path});
   SaveChartCommand(window, vowels);
   EXPECT_EQ(window.Log(), Texts{"save|保存元音图数据文件|"});
+  EXPECT_FALSE(vowels.unsaved);
   EXPECT_EQ(ReadFile(path).size(), 6u + 48);
 
   const VowelPoint saved = Last();
@@ -232,11 +233,14 @@ TEST_F(VowelCommands, AChartGoesToItsFileAndBack) {
   EXPECT_EQ(Last().f1, saved.f1);
   EXPECT_TRUE(states.IsEnabled(40059));
 
+  EXPECT_FALSE(vowels.unsaved);
+  Undo({"yes"});
+  EXPECT_TRUE(vowels.unsaved);
   const std::string old = ReadFile(path);
   EXPECT_EQ(testing::WithFileSizeLimit(20, [&] {
     Answer({"file:" + path});
     SaveChartCommand(window, vowels);
-    return window.log.back() == Notice("不能建立文件！", nullptr, "error") ? 0 : 1;
+    return window.log.back() == Notice("不能建立文件！", nullptr, "error") && vowels.unsaved ? 0 : 1;
   }), 0);
   EXPECT_EQ(ReadFile(path), old);
 }
