@@ -2,8 +2,10 @@
 
 #include <algorithm>
 
+#include "channels/ChannelsWindow.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
+#include "palatography/NspCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/SpectrogramCommands.h"
@@ -58,8 +60,13 @@ void SaveTwoChannels(Workstation& w) {
 }
 void SwapChannels(Workstation& w) { SwapChannelsCommand(w.window, w.document, w.states); }
 void ShowTwoChannels(Workstation& w) {
-  if (RequireTwoChannels(w.window, w.document)) NotFinished(w);
+  ShowTwoChannelsCommand(w.window, {w.document, w.states, w.channels, w.exportFolder, w.playChannel});
 }
+void OpenTwoChannelNsp(Workstation& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
+
+// --- Palate
+
+void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
 
 // --- Refusals of functions that are still to come
 
@@ -167,7 +174,7 @@ constexpr CommandRow kRows[] = {
     {40062, Menu::Vowel, "人工在元音图中加入一点[J]", AddPointByHand},
     {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", nullptr},
     {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", nullptr},
-    {40060, Menu::Palate, "打开腭位数据文件[&O]", nullptr},
+    {40060, Menu::Palate, "打开腭位数据文件[&O]", OpenEpg},
     {40061, Menu::Palate, "波形-语谱-腭位图[&E]", nullptr},
     {40049, Menu::Palate, "波形-腭位图[&P]", nullptr},
     {40083, Menu::Palate, "腭位数据库内容索引[&Z]", nullptr},
@@ -178,7 +185,7 @@ constexpr CommandRow kRows[] = {
     {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", nullptr},
     {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", nullptr},
     {40110, Menu::TwoChannel, "打开.WAV双声道文件[&S]", OpenTwoChannels},
-    {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", nullptr},
+    {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", OpenTwoChannelNsp},
     {40113, Menu::TwoChannel, "保存双声道数据为文件[&V]", SaveTwoChannels},
     {40114, Menu::TwoChannel, "交换声道1,2的数据[&X]", SwapChannels},
     {40111, Menu::TwoChannel, "显示双声道数据[&D]", ShowTwoChannels},

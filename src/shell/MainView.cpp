@@ -7,6 +7,7 @@
 #include "base/Format.h"
 #include "document/EditCommands.h"
 #include "document/LevelMeasures.h"
+#include "palatography/MarkerPicture.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 
@@ -38,11 +39,12 @@ bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !s
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
   std::int64_t sample = 0;
+  x = std::max(x, kPaneMargin);
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
     const SpectrogramStretch& stretch = spectrogram_.stretch;
     sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / std::max(1, document_.paneWidth);
   } else {
-    const std::int64_t column = std::max(x, kPaneMargin) - kPaneMargin;
+    const std::int64_t column = x - kPaneMargin;
     const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
     const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
     sample = origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);
@@ -218,12 +220,14 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   Picture picture{width, height, {}};
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
+  // The picture's own title and axis stay free.
+  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
   const auto edge = [&](int sample, Colour colour, const char* label) {
     const int x = ColumnOf(pane, sample);
     if (x < left || x >= width || outside) return;
     picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
-    picture.Add(BoxMark{x, 0, 14, 14, colour});
-    picture.Add(TextMark{x + 7, 12, label, colours::kWhite, 11, Anchor::Middle});
+    picture.Add(BoxMark{x, flagTop, 14, 14, colour});
+    picture.Add(TextMark{x + 7, flagTop + 12, label, colours::kWhite, 11, Anchor::Middle});
   };
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
@@ -237,6 +241,8 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
   if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
   if (document_.selectionStart < 0 && document_.selectionEnd >= 0) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (pane == Pane::Waveform && palate != nullptr)
+    AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   if (cursor) {
     const int x = ColumnOf(pane, *cursor);
     if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});

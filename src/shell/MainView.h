@@ -6,6 +6,7 @@
 
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
+#include "palatography/PalateState.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
@@ -87,6 +88,8 @@ class MainView {
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+  /// The palate recording whose markers stand over the waveform; null for none.
+  const PalateState* palate = nullptr;
 
  private:
   void ViewMoved();

@@ -22,6 +22,7 @@ bool IsTool(Menu menu) {
 
 Workstation::Workstation(Window& ownWindow, std::string folder)
     : window(ownWindow), view(ownWindow, document, states, spectrogram), dataFolder(std::move(folder)) {
+  view.palate = &palate;
   InitSignalTables();
 }
 
@@ -65,6 +66,7 @@ void Workstation::DocumentChanged() {
     seenSamples_ = document.samplesVersion;
     seenCount_ = document.sampleCount;
     spectrogram = {};
+    if (palate.generation != document.soundGeneration) palate = {};
     view.Reset();
     window.Repaint();
     return;

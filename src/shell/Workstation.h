@@ -3,7 +3,10 @@
 #include <string>
 
 #include "audio/RecorderSettings.h"
+#include "channels/ChannelsState.h"
+#include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
@@ -39,8 +42,14 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PalateState palate;
+  ChannelsState channels;
+  /// Plays one channel; empty while there is no player.
+  PlayChannel playChannel;
   MainView view;
   std::string dataFolder;
+  /// Where text exports go; "" is the current directory.
+  std::string exportFolder;
 
  private:
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;

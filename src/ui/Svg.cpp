@@ -56,15 +56,14 @@ std::string Image(int x, int y, int width, int height, int columns, int rows, in
                   std::span<const std::uint8_t> pixels) {
   if (columns <= 0 || rows <= 0) return {};
   return Format("<image x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" preserveAspectRatio=\"none\" "
-                "style=\"image-rendering:pixelated\" href=\"data:image/png;base64,", x, y, width, height) +
+                "style=\"image-rendering:pixelated\" xlink:href=\"data:image/png;base64,", x, y, width, height) +
          ToBase64(EncodePng(columns, rows, channels, pixels)) + "\"/>\n";
 }
 
 struct SvgMark {
   std::string operator()(const LineMark& mark) const {
-    return Format("<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n", mark.from.x,
-                  mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
-                  mark.style == LineStyle::Dashed ? " stroke-dasharray=\"4 3\"" : "", kMiddle);
+    return Format("<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n", mark.from.x, mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
+                  mark.style == LineStyle::Dashed ? " stroke-dasharray=\"4 3\"" : " stroke-linecap=\"square\"", kMiddle);
   }
   std::string operator()(const PolylineMark& mark) const {
     return "<polyline points=\"" + PointList(mark.points) +
@@ -111,7 +110,8 @@ struct SvgMark {
 std::string ToSvg(const Picture& picture) {
   std::string svg = Format(
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n"
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+      "width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n"
       "<rect x=\"0\" y=\"0\" width=\"%d\" height=\"%d\" fill=\"#ffffff\"/>\n",
       picture.width, picture.height, picture.width, picture.height, picture.width, picture.height);
   for (const Mark& mark : picture.marks) svg += std::visit(SvgMark{}, mark);

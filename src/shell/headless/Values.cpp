@@ -86,6 +86,16 @@ void SpectrogramValue(const Workstation& w, JsonObject& event) {
   event.Text("kind", w.spectrogram.shown ? SpectrogramKindName(w.spectrogram.kind) : "").Raw("columns", columns + "]");
 }
 
+void NasalanceValue(const Workstation& w, JsonObject& event) {
+  const NasalanceCurve& curve = w.channels.Curve(w.document);
+  const NasalanceFigures figures = FiguresOf(curve.values);
+  event.Raw("values", JsonList(curve.values, [](float v) { return ShortestNumber(v); }))
+      .Number("mean", figures.mean)
+      .Number("sd", figures.deviation)
+      .Number("min", figures.smallest)
+      .Number("max", figures.largest);
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -103,6 +113,8 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
   } else if (what == "spectrogram") {
     SpectrogramValue(workstation, event);
+  } else if (what == "nasalance") {
+    NasalanceValue(workstation, event);
   } else {
     return "no value is called " + what;
   }
