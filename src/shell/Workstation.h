@@ -8,6 +8,7 @@
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
 #include "shell/MainView.h"
+#include "spectral/LpcAnalysis.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
@@ -42,6 +43,7 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  LpcAnalyser lpc;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
