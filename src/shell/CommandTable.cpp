@@ -56,9 +56,9 @@ void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFold
 
 // --- Spectrum
 
-void WideBand(Workstation& w) { SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::WideBand); }
-void NarrowBand(Workstation& w) {
-  SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::NarrowBand);
+template <SpectrogramKind kind>
+void DrawSpectrogram(Workstation& w) {
+  SpectrogramCommand(w.window, w.document, w.spectrogram, kind, {w.recorder.spectrogramShading == 0, &w.lpc});
 }
 
 // --- Vowels
@@ -180,13 +180,13 @@ constexpr CommandRow kRows[] = {
     {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
     {40074, Menu::Pitch, "音长加入统计组[&I]", AddDuration},
     {40076, Menu::Pitch, "显示音长统计结果(&H)", ShowDurations},
-    {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
-    {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
-    {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},
-    {205, Menu::Spectrum, "倒谱[&C]", nullptr},
-    {200, Menu::Spectrum, "同态谱[&T]", nullptr},
-    {210, Menu::Spectrum, "共振峰[&F]", nullptr},
-    {40066, Menu::Spectrum, "宽带语谱图--滤波器法[&Q]", nullptr},
+    {170, Menu::Spectrum, "语谱图—宽带[&B]", DrawSpectrogram<SpectrogramKind::WideBand>},
+    {180, Menu::Spectrum, "语谱图—窄带[&N]", DrawSpectrogram<SpectrogramKind::NarrowBand>},
+    {190, Menu::Spectrum, "LPC 谱[&L]", DrawSpectrogram<SpectrogramKind::Lpc>},
+    {205, Menu::Spectrum, "倒谱[&C]", DrawSpectrogram<SpectrogramKind::Cepstrum>},
+    {200, Menu::Spectrum, "同态谱[&T]", DrawSpectrogram<SpectrogramKind::Homomorphic>},
+    {210, Menu::Spectrum, "共振峰[&F]", DrawSpectrogram<SpectrogramKind::Formants>},
+    {40066, Menu::Spectrum, "宽带语谱图--滤波器法[&Q]", DrawSpectrogram<SpectrogramKind::FilterBank>},
     {212, Menu::Spectrum, "帧参数[&P]", nullptr},
     {40089, Menu::Spectrum, "两帧的参数比较[&J]", nullptr},
     {40090, Menu::Spectrum, "长时平均功率谱(LTA)[&A]", nullptr},

@@ -10,6 +10,7 @@
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
+#include "spectral/LpcAnalysis.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
@@ -46,6 +47,7 @@ class Workstation {
   RecorderSettings recorder;
   SpectrogramState spectrogram;
   PitchState pitch;
+  LpcAnalyser lpc;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
