@@ -36,6 +36,13 @@ constexpr Condition kConditions[] = {{"clean", Noise::None, 0},
                                      {"white 10 dB", Noise::White, 10},
                                      {"pink 10 dB", Noise::Pink, 10}};
 
+/// What of the analysis runs; the second stage alone is command 40005.
+struct Stages {
+  const char* name;
+  bool timeDomain, tracking;
+};
+constexpr Stages kFirst{"first", true, false}, kSecond{"second", false, true}, kBoth{"both", true, true};
+
 struct Score {
   long voiced = 0, unvoiced = 0;  // frames
   long missed = 0, invented = 0;  // voiced taken for unvoiced, and the other way
@@ -101,14 +108,14 @@ void Print(const std::string& name, const char* stage, Score score) {
               percent(score.octave, score.compared), median, percent(voicing + score.gross, frames));
 }
 
-/// Both stages, or the first alone, on the document's frames.
-Score Analyse(const KnownVoice& voice, SoundDocument& document, bool both) {
+Score Analyse(const KnownVoice& voice, SoundDocument& document, const Stages& stages) {
   document.sampleRate = voice.sampleRate;
   document.sampleCount = static_cast<int>(std::min<std::size_t>(voice.samples.size(), kMaxSamples));
   std::copy_n(voice.samples.begin(), document.sampleCount, document.samples.data());
   document.SamplesChanged();
   PitchAnalysisRequest request;
-  request.tracking = both;
+  request.timeDomain = stages.timeDomain;
+  request.tracking = stages.tracking;
   std::vector<float> periods;
   RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1}, periods);
   return Compare(voice, periods);
@@ -116,8 +123,8 @@ Score Analyse(const KnownVoice& voice, SoundDocument& document, bool both) {
 
 void SyntheticTable(SoundDocument& document) {
   const std::vector<std::string> names = VoiceNames();
-  for (const bool both : {false, true}) {
-    const char* stage = both ? "both" : "first";
+  for (const Stages& stages : {kFirst, kSecond, kBoth}) {
+    const char* stage = stages.name;
     std::vector<Score> byVoice(names.size()), byRate(std::size(kRates));
     PrintHead();
     for (const Condition& condition : kConditions) {
@@ -126,7 +133,7 @@ void SyntheticTable(SoundDocument& document) {
         for (std::size_t r = 0; r < std::size(kRates); ++r) {
           KnownVoice voice = MakeVoice(names[v], kRates[r]);
           AddNoise(voice, condition.noise, condition.ratio);
-          const Score score = Analyse(voice, document, both);
+          const Score score = Analyse(voice, document, stages);
           all.Add(score);
           byVoice[v].Add(score);
           byRate[r].Add(score);
@@ -172,10 +179,10 @@ int main(int count, char** arguments) {
       std::fprintf(stderr, "cannot read %s and %s\n", arguments[i], arguments[i + 1]);
       return 1;
     }
-    const Score score = Analyse(voice, *document, true);
+    const Score score = Analyse(voice, *document, kBoth);
     Print(voice.name, "both", score);
     both.Add(score);
-    first.Add(Analyse(voice, *document, false));
+    first.Add(Analyse(voice, *document, kFirst));
   }
   Print("all", "first", first);
   Print("all", "both", both);
