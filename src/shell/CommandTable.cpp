@@ -7,9 +7,12 @@
 #include "document/SoundFileCommands.h"
 #include "palatography/NspCommands.h"
 #include "pitch/PitchCommands.h"
+#include "prosody/DurationCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/SpectrogramCommands.h"
+#include "vowel/VowelCommands.h"
+#include "vowel/VowelGroupCommands.h"
 
 namespace parlowen {
 namespace {
@@ -46,12 +49,35 @@ void ListSavedPitch(Workstation& w) {
   if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
     w.window.OpenInEditor(PitchListingPath(w.exportFolder));
 }
+// --- Durations
+
+void AddDuration(Workstation& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
+void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFolder); }
 
 // --- Spectrum
 
 void WideBand(Workstation& w) { SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::WideBand); }
 void NarrowBand(Workstation& w) {
   SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::NarrowBand);
+}
+
+// --- Vowels
+
+void SegmentVowels(Workstation& w) { SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
+void SaveFormants(Workstation& w) { SaveFormantsCommand(w.window, w.document); }
+void ListFormants(Workstation& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
+void PointChart(Workstation& w) { PointChartCommand(w.window, w.document, w.states, w.vowels); }
+void UndoPoint(Workstation& w) { UndoPointCommand(w.window, w.document, w.states, w.vowels); }
+void ChoosePointShape(Workstation& w) { ChoosePointShapeCommand(w.window, w.vowels); }
+void ClearChart(Workstation& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
+void ShowAverageVowels(Workstation& w) { AverageVowelsCommand(w.window, w.document, w.vowels); }
+void SaveChart(Workstation& w) { SaveChartCommand(w.window, w.vowels); }
+void OpenChart(Workstation& w) { OpenChartCommand(w.window, w.document, w.states, w.vowels); }
+void ListChart(Workstation& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
+void AddPointByHand(Workstation& w) { TypePointCommand(w.window, w.document, w.states, w.vowels); }
+void AddPointToGroup(Workstation& w) { AddPointToGroupCommand(w.window, w.document, w.vowels); }
+void ShowVowelGroups(Workstation& w) {
+  ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
 
 // --- Editing and marking
@@ -99,11 +125,6 @@ void ConsonantSegment(Workstation& w) {
     return w.window.ShowMessage(
         "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段",
         "辅音段未定义", Icon::None);
-  NotFinished(w);
-}
-void AddPointByHand(Workstation& w) {
-  if (w.document.activity != activities::kPointChart)
-    return w.window.Notify("只能在画单点的元音图时使用！");
   NotFinished(w);
 }
 void PalateStatistics(Workstation& w) {
@@ -157,8 +178,8 @@ constexpr CommandRow kRows[] = {
     {40034, Menu::Tone, "画声调格局图[&G]", nullptr},
     {40033, Menu::Tone, "改变格局图的显示坐标[&C]", nullptr},
     {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
-    {40074, Menu::Pitch, "音长加入统计组[&I]", nullptr},
-    {40076, Menu::Pitch, "显示音长统计结果(&H)", nullptr},
+    {40074, Menu::Pitch, "音长加入统计组[&I]", AddDuration},
+    {40076, Menu::Pitch, "显示音长统计结果(&H)", ShowDurations},
     {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
     {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
     {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},
@@ -173,20 +194,20 @@ constexpr CommandRow kRows[] = {
     {40095, Menu::Spectrum, "辅音的帧参数[&S]", nullptr},
     {40096, Menu::Spectrum, "一段辅音的参数图[&D]", ConsonantSegment},
     {40109, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", nullptr},
-    {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", nullptr},
-    {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", nullptr},
-    {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", nullptr},
-    {40057, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", nullptr},
-    {40059, Menu::Vowel, "撤消/修改最近加入的一点[&U]", nullptr},
-    {40070, Menu::Vowel, "点形选择[&X]", nullptr},
-    {40058, Menu::Vowel, "清除F1-F2图全部数据[&C]", nullptr},
-    {40085, Menu::Vowel, "调入主要元音的平均值[&M]", nullptr},
-    {40072, Menu::Vowel, "保存当前元音图[&H]", nullptr},
-    {40073, Menu::Vowel, "显示已保存的元音图[&Y]", nullptr},
-    {40082, Menu::Vowel, "显示已保存元音图数据[&W]", nullptr},
+    {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", SegmentVowels},
+    {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", SaveFormants},
+    {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", ListFormants},
+    {40057, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", PointChart},
+    {40059, Menu::Vowel, "撤消/修改最近加入的一点[&U]", UndoPoint},
+    {40070, Menu::Vowel, "点形选择[&X]", ChoosePointShape},
+    {40058, Menu::Vowel, "清除F1-F2图全部数据[&C]", ClearChart},
+    {40085, Menu::Vowel, "调入主要元音的平均值[&M]", ShowAverageVowels},
+    {40072, Menu::Vowel, "保存当前元音图[&H]", SaveChart},
+    {40073, Menu::Vowel, "显示已保存的元音图[&Y]", OpenChart},
+    {40082, Menu::Vowel, "显示已保存元音图数据[&W]", ListChart},
     {40062, Menu::Vowel, "人工在元音图中加入一点[J]", AddPointByHand},
-    {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", nullptr},
-    {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", nullptr},
+    {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", AddPointToGroup},
+    {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", ShowVowelGroups},
     {40060, Menu::Palate, "打开腭位数据文件[&O]", OpenEpg},
     {40061, Menu::Palate, "波形-语谱-腭位图[&E]", nullptr},
     {40049, Menu::Palate, "波形-腭位图[&P]", nullptr},

@@ -12,6 +12,8 @@
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
 #include "ui/Window.h"
+#include "vowel/FormantStrip.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -29,7 +31,7 @@ struct TickLabel {
 class MainView {
  public:
   MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
-           PitchRepair& pitchRepair);
+           PitchRepair& pitchRepair, VowelState& vowels);
 
   // What a column stands for.
 
@@ -41,6 +43,9 @@ class MainView {
   /// Samples a column of the time panes stands for.
   double SamplesPerColumn() const;
   bool AnalysisShowsOwnStretch() const;
+  /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
+  /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
+  bool ChartShown() const { return ShownChart() != 0; }
 
   // What the user does.
 
@@ -104,14 +109,20 @@ class MainView {
   void ViewMoved();
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
+  Picture Chart(int width, int height) const;
+  /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
+  int ShownChart() const;
 
   Window& window_;
   SoundDocument& document_;
   CommandStates& states_;
   SpectrogramState& spectrogram_;
   PitchRepair& pitchRepair_;
+  VowelState& vowels_;
   bool regionStarted_ = false;
+  int activityBeforeRegion_ = activities::kWaveform;
   mutable WavePyramid pyramid_;
+  mutable FormantStrip formantStrip_;
 };
 
 }  // namespace parlowen

@@ -8,10 +8,12 @@
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
+#include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -48,10 +50,11 @@ class Workstation {
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
+  VowelState vowels;
   MainView view;
+  CurrentGroup durationGroup;
   std::string dataFolder;
-  /// Where text exports go; "" is the current directory.
-  std::string exportFolder;
+  std::string exportFolder;   ///< where text exports go; "" is the current directory
 
  private:
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;

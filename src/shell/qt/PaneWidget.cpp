@@ -121,7 +121,7 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
   if (pane_ == Pane::Analysis) view_.analysisHeight = height();
-  emit Resized();
+  Q_EMIT Resized();
 }
 
 void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
@@ -190,7 +190,7 @@ void PaneWidget::DragTo(Point at) {
 
 void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
-  emit Hovered(this, {at.x, at.y});
+  Q_EMIT Hovered(this, {at.x, at.y});
   if (view_.RepairsPitch(pane_)) {
     view_.PointAtRepair(at);
     update();
@@ -227,7 +227,7 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
   drag_ = Drag::None;
 }
 
-void PaneWidget::leaveEvent(QEvent*) { emit HoverLeft(); }
+void PaneWidget::leaveEvent(QEvent*) { Q_EMIT HoverLeft(); }
 
 void PaneWidget::wheelEvent(QWheelEvent* event) {
   event->accept();
@@ -243,7 +243,7 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
 
 void PaneWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0) {
-    emit MenuAsked(this, mapToGlobal(rect().center()));
+    Q_EMIT MenuAsked(this, mapToGlobal(rect().center()));
     return;
   }
   event->ignore();
@@ -253,7 +253,7 @@ void PaneWidget::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   const bool mouse = event->reason() == QContextMenuEvent::Mouse;
   if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;   // right clicks mark
-  emit MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
+  Q_EMIT MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
 }
 
 }  // namespace parlowen
