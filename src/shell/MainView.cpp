@@ -112,7 +112,7 @@ bool MainView::RepairsPitch(Pane pane) const {
 
 RepairPoint MainView::RepairPointAt(Point at) const {
   return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
-          FrequencyAtRow(at.y, analysisHeight, document_.sampleRate)};
+          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate)};
 }
 
 void MainView::MarkRepairFrames(int x0, int x1) {
