@@ -8,7 +8,9 @@
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
 #include "shell/MainView.h"
-#include "spectral/LpcAnalysis.h"
+#include "spectral/ConsonantCommands.h"
+#include "spectral/FrameState.h"
+#include "spectral/LtaCommands.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
@@ -44,6 +46,9 @@ class Workstation {
   RecorderSettings recorder;
   SpectrogramState spectrogram;
   LpcAnalyser lpc;
+  FrameState frames;
+  LtaState lta;
+  ConsonantState consonant;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
@@ -54,6 +59,10 @@ class Workstation {
   std::string exportFolder;
 
  private:
+  /// Windows that speak of the marked frames follow the selection.
+  void SelectionMoved();
+  void UpdateDerived();
+
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
 };

@@ -4,6 +4,7 @@
 
 #include "shell/Workstation.h"
 #include "shell/headless/Script.h"
+#include "spectral/Formants.h"
 
 namespace parlowen {
 namespace {
@@ -96,6 +97,83 @@ void NasalanceValue(const Workstation& w, JsonObject& event) {
       .Number("max", figures.largest);
 }
 
+// --- Spectra
+
+template <typename Range>
+std::string NumbersJson(const Range& values) {
+  return JsonList(values, [](double value) { return ShortestNumber(value); });
+}
+
+/// The first three formants; 0 where there are fewer.
+template <typename Values>
+std::string FirstThree(const Values& values) {
+  return NumbersJson(std::span(values.data(), 3));
+}
+
+void FormantsValue(const Workstation& w, JsonObject& event) {
+  const SoundDocument& d = w.document;
+  LpcAnalyser analyser;
+  std::string frames = "[";
+  if (d.selectionDefined()) {
+    const double start = FrameTime(d.selectionStart, d.sampleRate);
+    int k = 0;
+    for (const FormantFrame& frame : FormantTrack(d.Samples(), d.sampleRate, d.selectionStart, d.selectionEnd, analyser)) {
+      if (k > 0) frames += ',';
+      // Fewer than three formants: the others stay 0.
+      JsonObject object;
+      object.Number("time", k * 0.01 + start).Raw("f", FirstThree(frame.frequency)).Raw("b", FirstThree(frame.bandwidth));
+      frames += object.Done();
+      ++k;
+    }
+  }
+  event.Raw("frames", frames + "]");
+}
+
+void FrameValue(const Workstation& w, JsonObject& event) {
+  const FrameParameters frame = w.frames.hasFrame ? w.frames.frame : FrameParameters{};
+  const auto count = static_cast<std::size_t>(frame.formants.count);
+  event.Number("time", frame.time)
+      .Number("level", frame.level)
+      .Number("f0", frame.f0)
+      .Integer("f0Cepstral", frame.f0Cepstral)
+      .Raw("f", NumbersJson(std::span(frame.formants.frequency.data(), count)))
+      .Raw("b", NumbersJson(std::span(frame.formants.bandwidth.data(), count)))
+      .Raw("narrow", NumbersJson(frame.narrow))
+      .Raw("lpc", NumbersJson(frame.lpc));
+}
+
+void CompareValue(const Workstation& w, JsonObject& event) {
+  const FrameComparison both = w.frames.hasComparison ? w.frames.comparison : FrameComparison{};
+  event.Number("timeA", both.a.time)
+      .Number("timeB", both.b.time)
+      .Raw("a", NumbersJson(both.a.curve))
+      .Raw("b", NumbersJson(both.b.curve))
+      .Raw("fA", NumbersJson(both.a.frequency))
+      .Raw("bA", NumbersJson(both.a.bandwidth))
+      .Raw("fB", NumbersJson(both.b.frequency))
+      .Raw("bB", NumbersJson(both.b.bandwidth));
+}
+
+void LtaValue(const Workstation& w, JsonObject& event) {
+  event.Integer("frames", w.lta.frames).Raw("levels", NumbersJson(w.lta.levels)).Raw("previous", NumbersJson(w.lta.previous));
+  if (!w.lta.difference) return;
+  event.Number("deviation", w.lta.difference->deviation)
+      .Number("largest", w.lta.difference->largest)
+      .Integer("largestHz", w.lta.difference->largestHz);
+}
+
+void ConsonantValue(const Workstation& w, JsonObject& event) {
+  const ConsonantFrame& frame = w.consonant.frame;
+  event.Raw("bands", NumbersJson(frame.bands))
+      .Number("gravity", frame.gravity)
+      .Number("dispersion", frame.dispersion)
+      .Number("intensity", frame.intensity);
+  if (w.consonant.stretch.empty()) return;
+  event.Raw("stretch", JsonList(w.consonant.stretch, [](const ConsonantFrame& f) {
+              return JsonObject().Number("gravity", f.gravity).Number("dispersion", f.dispersion).Number("intensity", f.intensity).Done();
+            }));
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -113,6 +191,16 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
   } else if (what == "spectrogram") {
     SpectrogramValue(workstation, event);
+  } else if (what == "formants") {
+    FormantsValue(workstation, event);
+  } else if (what == "frame") {
+    FrameValue(workstation, event);
+  } else if (what == "compare") {
+    CompareValue(workstation, event);
+  } else if (what == "lta") {
+    LtaValue(workstation, event);
+  } else if (what == "consonant") {
+    ConsonantValue(workstation, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
   } else {
