@@ -10,7 +10,9 @@
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
-#include "spectral/LpcAnalysis.h"
+#include "spectral/ConsonantCommands.h"
+#include "spectral/FrameState.h"
+#include "spectral/LtaCommands.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
@@ -48,6 +50,9 @@ class Workstation {
   SpectrogramState spectrogram;
   PitchState pitch;
   LpcAnalyser lpc;
+  FrameState frames;
+  LtaState lta;
+  ConsonantState consonant;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
@@ -59,6 +64,10 @@ class Workstation {
   std::string exportFolder;   ///< where text exports go; "" is the current directory
 
  private:
+  /// Windows that speak of the marked frames follow the selection.
+  void SelectionMoved();
+  void UpdateDerived();
+
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
 };
