@@ -1,10 +1,15 @@
 #include "shell/Workstation.h"
 
+#include <algorithm>
+#include <cctype>
+#include <string_view>
+
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
 #include "shell/CommandTable.h"
 #include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
+#include "vowel/VowelCommands.h"
 
 namespace parlowen {
 namespace {
@@ -19,10 +24,25 @@ bool IsTool(Menu menu) {
          menu == Menu::Palate;
 }
 
+/// Commands that draw into the three lower panes: a chart over them gives way.
+bool DrawsInPanes(int command) {
+  constexpr int kCommands[] = {170, 180, 190, 200, 205, 210, 220, 40005, 40042, 40066, 40103, 40108};
+  return std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands);
+}
+
+bool IsChartFile(const std::string& path) {
+  constexpr std::string_view kEnding = ".vch";
+  return path.size() >= kEnding.size() &&
+         std::equal(kEnding.begin(), kEnding.end(), path.end() - kEnding.size(), [](char a, char b) {
+           return a == std::tolower(static_cast<unsigned char>(b));
+         });
+}
+
 }  // namespace
 
 Workstation::Workstation(Window& ownWindow, std::string folder)
-    : window(ownWindow), view(ownWindow, document, states, spectrogram), dataFolder(std::move(folder)) {
+    : window(ownWindow), view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
+      dataFolder(std::move(folder)) {
   view.palate = &palate;
   InitSignalTables();
 }
@@ -31,13 +51,18 @@ bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
   if (IsTool(row->menu)) view.EndTool();
+  if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
   RunCommand(*this, *row);
   DocumentChanged();
   return true;
 }
 
 void Workstation::OpenFile(const std::string& path) {
-  openPath(window, document, states, path, ChannelMode::One, false);
+  if (IsChartFile(path)) {
+    OpenChartFile(window, document, states, vowels, path);
+  } else {
+    openPath(window, document, states, path, ChannelMode::One, false);
+  }
   DocumentChanged();
 }
 
@@ -74,6 +99,7 @@ void Workstation::DocumentChanged() {
 
 void Workstation::UpdateDerived() {
   states.enableCommand(40015, document.activity == activities::kRegionChosen);
+  UpdateVowelCommands(document, states, vowels);
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;

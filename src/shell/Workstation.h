@@ -7,6 +7,8 @@
 #include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
+#include "pitch/PitchCommands.h"
+#include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
 #include "spectral/ConsonantCommands.h"
 #include "spectral/FrameState.h"
@@ -14,6 +16,7 @@
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -45,6 +48,7 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PitchState pitch;
   LpcAnalyser lpc;
   FrameState frames;
   LtaState lta;
@@ -53,10 +57,11 @@ class Workstation {
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
+  VowelState vowels;
   MainView view;
+  CurrentGroup durationGroup;
   std::string dataFolder;
-  /// Where text exports go; "" is the current directory.
-  std::string exportFolder;
+  std::string exportFolder;   ///< where text exports go; "" is the current directory
 
  private:
   /// Windows that speak of the marked frames follow the selection.

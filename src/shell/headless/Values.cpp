@@ -4,7 +4,7 @@
 
 #include "shell/Workstation.h"
 #include "shell/headless/Script.h"
-#include "spectral/Formants.h"
+#include "vowel/VowelFormants.h"
 
 namespace parlowen {
 namespace {
@@ -104,31 +104,6 @@ std::string NumbersJson(const Range& values) {
   return JsonList(values, [](double value) { return ShortestNumber(value); });
 }
 
-/// The first three formants; 0 where there are fewer.
-template <typename Values>
-std::string FirstThree(const Values& values) {
-  return NumbersJson(std::span(values.data(), 3));
-}
-
-void FormantsValue(const Workstation& w, JsonObject& event) {
-  const SoundDocument& d = w.document;
-  LpcAnalyser analyser;
-  std::string frames = "[";
-  if (d.selectionDefined()) {
-    const double start = FrameTime(d.selectionStart, d.sampleRate);
-    int k = 0;
-    for (const FormantFrame& frame : FormantTrack(d.Samples(), d.sampleRate, d.selectionStart, d.selectionEnd, analyser)) {
-      if (k > 0) frames += ',';
-      // Fewer than three formants: the others stay 0.
-      JsonObject object;
-      object.Number("time", k * 0.01 + start).Raw("f", FirstThree(frame.frequency)).Raw("b", FirstThree(frame.bandwidth));
-      frames += object.Done();
-      ++k;
-    }
-  }
-  event.Raw("frames", frames + "]");
-}
-
 void FrameValue(const Workstation& w, JsonObject& event) {
   const FrameParameters frame = w.frames.hasFrame ? w.frames.frame : FrameParameters{};
   const auto count = static_cast<std::size_t>(frame.formants.count);
@@ -174,6 +149,41 @@ void ConsonantValue(const Workstation& w, JsonObject& event) {
             }));
 }
 
+void VowelsValue(const VowelChart& chart, JsonObject& event) {
+  const std::span points(chart.points.data(), static_cast<std::size_t>(chart.count));
+  event.Integer("referenceF0", chart.referenceF0)
+      .Integer("bark", chart.barkMode)
+      .Raw("points", JsonList(points, [](const VowelPoint& point) {
+             return JsonObject()
+                 .Integer("x", point.x)
+                 .Integer("y", point.y)
+                 .Integer("x3", point.x3)
+                 .Integer("shape", point.shape)
+                 .Number("f1", point.f1)
+                 .Number("f2", point.f2)
+                 .Number("f3", point.f3)
+                 .Done();
+           }));
+}
+
+void FormantsValue(const SoundDocument& document, JsonObject& event) {
+  const VowelTrack track = SelectionTrack(document);
+  int start = track.start;
+  event.Raw("frames", JsonList(track.frames, [&](const FormantFrame& frame) {
+              const auto list = [&](const auto& values) {
+                return JsonList(std::span(values.data(), static_cast<std::size_t>(frame.count)),
+                                [](double value) { return ShortestNumber(value); });
+              };
+              const double time = start / static_cast<double>(document.sampleRate);
+              start += track.step;
+              return JsonObject()
+                  .Number("time", time)
+                  .Raw("f", list(frame.frequency))
+                  .Raw("b", list(frame.bandwidth))
+                  .Done();
+            }));
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -191,8 +201,6 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
   } else if (what == "spectrogram") {
     SpectrogramValue(workstation, event);
-  } else if (what == "formants") {
-    FormantsValue(workstation, event);
   } else if (what == "frame") {
     FrameValue(workstation, event);
   } else if (what == "compare") {
@@ -203,6 +211,10 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     ConsonantValue(workstation, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
+  } else if (what == "vowels") {
+    VowelsValue(workstation.vowels.chart, event);
+  } else if (what == "formants") {
+    FormantsValue(workstation.document, event);
   } else {
     return "no value is called " + what;
   }
