@@ -46,6 +46,9 @@ void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.state
 void TrackedPitchOfAll(Workstation& w) { PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch); }
 void PitchAgain(Workstation& w) { PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
 void RepairPitch(Workstation& w) { RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+void RepairPitchOverCepstrum(Workstation& w) {
+  RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch, SpectrogramKind::Cepstrum);
+}
 void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
 void ListSavedPitch(Workstation& w) {
   if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
@@ -169,7 +172,7 @@ constexpr CommandRow kRows[] = {
     {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
     {40103, Menu::Pitch, "再求一次音高[&Q]", PitchAgain},
     {40042, Menu::Pitch, "据窄带谱修改基频[&N]", RepairPitch},
-    {40108, Menu::Pitch, "据倒谱修改基频[&P]", nullptr},
+    {40108, Menu::Pitch, "据倒谱修改基频[&P]", RepairPitchOverCepstrum},
     {40050, Menu::Pitch, "保存所选段基频[&B]", SaveSegmentPitch},
     {40051, Menu::Pitch, "显示已保存各段基频[&X]", ListSavedPitch},
     {40052, Menu::Pitch, "用五度坐标画选定段音高[&D]", nullptr},
