@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "document/ConversionCommands.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "shell/HelpPages.h"
@@ -47,6 +48,9 @@ void Paste(Workstation& w) { PasteCommand(w.window, w.document, w.states); }
 void Undo(Workstation& w) { UndoCommand(w.window, w.document, w.states); }
 void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
 void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
+void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
+void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
+void ConvertRate(Workstation& w) { ConvertRateCommand(w.window, w.document, w.states); }
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
 void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
 
@@ -63,12 +67,6 @@ void ShowTwoChannels(Workstation& w) {
 
 // --- Refusals of functions that are still to come
 
-void FilterSegment(Workstation& w) {
-  if (w.document.sampleRate > 16000) return w.window.Notify("采样频率不宜超过16000Hz！");
-  if (std::int64_t{w.document.SelectionLength()} * 100 < w.document.sampleRate || !w.document.selectionDefined())
-    return w.window.Notify("请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！");
-  NotFinished(w);
-}
 void AnalyseIntonation(Workstation& w) {
   if (!w.document.selectionDefined())
     return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
@@ -187,10 +185,10 @@ constexpr CommandRow kRows[] = {
     {40003, Menu::Edit, "波形粘贴[&P]", Paste},
     {40006, Menu::Edit, "波形增强[&E]", Amplify},
     {40007, Menu::Edit, "波形减弱[&L]", Attenuate},
-    {40040, Menu::Edit, "保存选中的段[&S]", nullptr},
+    {40040, Menu::Edit, "保存选中的段[&S]", SaveSelection},
     {40036, Menu::Edit, "撤消编辑操作[&U]", Undo},
     {40115, Menu::Edit, "对选定段进行滤波[&F]", FilterSegment},
-    {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", nullptr},
+    {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", ConvertRate},
     {40026, Menu::Marking, "全选[&S]", SelectAll},
     {40004, Menu::Marking, "清除选择[&Q]", ClearSelection},
     {40053, Menu::Marking, "插入字符[&I]", nullptr},
