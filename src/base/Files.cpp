@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <filesystem>
 #include <system_error>
 
@@ -14,6 +15,8 @@ namespace fs = std::filesystem;
 namespace {
 
 bool WriteAll(int descriptor, ByteSpan bytes) {
+  // A file size limit is a write that fails, like a full disk, and not the end of the program.
+  [[maybe_unused]] static const auto previous = std::signal(SIGXFSZ, SIG_IGN);
   std::size_t done = 0;
   while (done < bytes.size()) {
     const ssize_t written = ::write(descriptor, bytes.data() + done, bytes.size() - done);
@@ -67,7 +70,8 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::string& path, 
   const InputFile file(path);
   if (!file.isOpen() || file.size() < 0 || static_cast<std::uint64_t>(file.size()) > limit) return {};
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(file.size()));
-  bytes.resize(file.ReadAt(0, bytes.data(), bytes.size()));
+  // Half a file is none: an append would write it back as if it were the whole.
+  if (file.ReadAt(0, bytes.data(), bytes.size()) != bytes.size()) return {};
   return bytes;
 }
 

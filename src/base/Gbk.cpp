@@ -80,10 +80,11 @@ std::string FromGbk(std::string_view gbk) {
       utf8.push_back(gbk[at]);
       continue;
     }
-    const int trail = at + 1 < gbk.size() ? TrailIndex(static_cast<std::uint8_t>(gbk[at + 1])) : -1;
+    // 0x80 and 0xFF begin no pair: what follows them is read by itself.
+    const bool begins = lead >= kFirstLead && lead < kFirstLead + kLeads && at + 1 < gbk.size();
+    const int trail = begins ? TrailIndex(static_cast<std::uint8_t>(gbk[at + 1])) : -1;
     char32_t character = 0;
-    if (lead >= kFirstLead && lead < kFirstLead + kLeads && trail >= 0)
-      character = kGbkTable[(lead - kFirstLead) * kTrails + trail];
+    if (trail >= 0) character = kGbkTable[(lead - kFirstLead) * kTrails + trail];
     AppendUtf8(utf8, character != 0 ? character : kReplacementCharacter);
     // An impossible trail byte is read again: it may be an ordinary character.
     if (trail >= 0) ++at;

@@ -286,7 +286,7 @@ int MainView::OverviewSampleAt(int x, int width) const {
 }
 
 std::string MainView::SelectionLine() const {
-  const double rate = document_.sampleRate;
+  const double rate = std::max(1, document_.sampleRate);   // marks can be made before any sound is there
   if (!document_.selectionDefined()) {
     if (document_.selectionStart >= 0)
       return Format("起 %.3f s (%d)", document_.selectionStart / rate, document_.selectionStart);

@@ -8,7 +8,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLeastForAnalysis = 2000;   // samples that an edited sound needs for its picture to be made anew
+constexpr int kLeastForAnalysis = 2000;   // samples that a cut or pasted sound needs for its picture to be made anew
 
 constexpr std::pair<const char*, int> kFunctionKeys[] = {{"F1", 270}, {"F5", 220}, {"F6", 170}, {"F7", 180}, {"F8", 210}};
 
@@ -63,6 +63,7 @@ void Workstation::DocumentChanged() {
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
+    seenCount_ = document.sampleCount;
     spectrogram = {};
     view.Reset();
     window.Repaint();
@@ -70,8 +71,10 @@ void Workstation::DocumentChanged() {
   }
   if (seenSamples_ == document.samplesVersion) return;
   seenSamples_ = document.samplesVersion;
+  const bool resized = seenCount_ != document.sampleCount;
+  seenCount_ = document.sampleCount;
   if (!spectrogram.shown) return;
-  if (document.sampleCount < kLeastForAnalysis) {
+  if (resized && document.sampleCount < kLeastForAnalysis) {
     spectrogram = {};
   } else {
     RedrawSpectrogram(document, spectrogram);

@@ -44,6 +44,7 @@ class Workstation {
 
  private:
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
+  int seenCount_ = 0;
 };
 
 }  // namespace parlowen

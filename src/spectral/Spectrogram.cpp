@@ -44,6 +44,11 @@ SpectrogramStretch StretchOf(const SoundDocument& document) {
     stretch.maxColumns = document.paneWidth;
     return stretch;
   }
+  return ViewStretchOf(document);
+}
+
+SpectrogramStretch ViewStretchOf(const SoundDocument& document) {
+  SpectrogramStretch stretch;
   stretch.start = document.viewStart;
   stretch.end = document.viewStart + document.viewLength;
   stretch.columnsPerSecond =

@@ -18,6 +18,9 @@ SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate);
 /// it is under a tenth, or else the view under the other panes.
 SpectrogramStretch StretchOf(const SoundDocument& document);
 
+/// The view under the other panes, whatever is selected.
+SpectrogramStretch ViewStretchOf(const SoundDocument& document);
+
 /// The columns of the picture, one frame spectrum each, in order:
 ///   1. the rise of the level at every column (it lifts the frames of an onset);
 ///   2. the window, for wide-band columns cut to one pitch period where that is shorter;

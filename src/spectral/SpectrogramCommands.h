@@ -9,8 +9,8 @@ namespace parlowen {
 void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
                         SpectrogramKind kind);
 
-/// The same picture again over the stretch that is shown or selected now, with the shade steps made so far: after
-/// the view or the samples have changed.
+/// The same picture again, with the shade steps made so far, after the view or the samples have changed: a picture of
+/// the view stays one, any other shows what is selected now.
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram);
 
 /// The keys D (+1) and L (−1); nothing for the cepstrum.

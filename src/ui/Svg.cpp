@@ -21,6 +21,9 @@ std::string PointList(const std::vector<Point>& points) {
   return list;
 }
 
+/// False for the characters that no XML document may hold, not even as entities.
+bool IsXmlCharacter(char32_t character) { return character >= 0x20 && character != 0xFFFE && character != 0xFFFF; }
+
 /// XML text: the five special characters as entities, control characters and broken bytes as U+FFFD.
 std::string Escaped(const std::string& text) {
   std::string out;
@@ -32,7 +35,7 @@ std::string Escaped(const std::string& text) {
       case U'>': out += "&gt;"; break;
       case U'"': out += "&quot;"; break;
       case U'\'': out += "&apos;"; break;
-      default: AppendUtf8(out, character < 0x20 ? kReplacementCharacter : character);
+      default: AppendUtf8(out, IsXmlCharacter(character) ? character : kReplacementCharacter);
     }
   }
   return out;

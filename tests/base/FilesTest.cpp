@@ -1,0 +1,108 @@
+#include "base/Files.h"
+
+#include <gtest/gtest.h>
+
+#include "support/Child.h"
+#include "support/TempFolder.h"
+
+namespace parlowen {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::AsNobody;
+using testing::ReadFile;
+using testing::TempFolder;
+using testing::WithFileSizeLimit;
+using testing::WriteFile;
+
+ByteSpan BytesOf(const std::string& text) { return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}; }
+
+TEST(Files, ReplaceAndAppendWriteExactlyTheirBytes) {
+  const TempFolder folder;
+  const std::string path = folder / "声 音.dat";
+  EXPECT_EQ(AppendToFile(path, BytesOf("made")), 0) << "adding to a file that is not there makes it";
+  EXPECT_EQ(AppendToFile(path, BytesOf(" longer")), 0);
+  EXPECT_EQ(ReadFile(path), "made longer");
+  EXPECT_EQ(ReplaceFile(path, BytesOf("new")), 0);
+  EXPECT_EQ(ReadFile(path), "new");
+  EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), BytesOf("x")), 0) << "the longest name a folder takes";
+  EXPECT_EQ(folder.Names().size(), 2u) << "nothing else is left";
+}
+
+TEST(Files, AFullDiskLeavesTheOldFileAndTheProgramAlive) {
+  const TempFolder folder;
+  const std::string path = WriteFile(folder / "old", std::string("old content"));
+  const std::string big(100000, 'b');
+  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return ReplaceFile(path, BytesOf(big)) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return AppendToFile(path, BytesOf(big)) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(ReadFile(path), "old content");
+  EXPECT_EQ(folder.Names(), std::vector<std::string>{"old"});
+}
+
+TEST(Files, WhatCannotBeWrittenStaysAsItWas) {
+  const TempFolder folder;
+  WriteFile(folder / "file", std::string("kept"));
+  fs::create_directory(folder / "dir");
+  for (const std::string& path : {folder / "file/in-a-file", folder / "missing/name", folder / "dir", folder.path() + "/",
+                                  folder / std::string(256, 'n'), std::string("/dev/null"), std::string()}) {
+    EXPECT_EQ(ReplaceFile(path, BytesOf("new")), -1) << path;
+    EXPECT_EQ(AppendToFile(path, BytesOf("new")), -1) << path;
+  }
+  EXPECT_EQ(ReadFile(folder / "file"), "kept");
+  EXPECT_TRUE(fs::is_empty(folder / "dir"));
+  EXPECT_EQ(folder.Names().size(), 2u);
+}
+
+TEST(Files, PermissionsHoldForAnUnprivilegedUser) {
+  const TempFolder folder;
+  const std::string locked = WriteFile(folder / "locked", std::string("kept"));   // a folder of root's: read-only
+  fs::create_directory(folder / "open");
+  fs::permissions(folder / "open", fs::perms::all);
+  const std::string foreign = WriteFile(folder / "open/foreign", std::string("kept"));
+  const std::string secret = WriteFile(folder / "open/secret", std::string("kept"));
+  fs::permissions(foreign, fs::perms(0644));
+  fs::permissions(secret, fs::perms(0600));
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(locked, BytesOf("new")) == -1 ? 7 : 0; }), 7);
+  // The folder would allow the rename; the file's owner does not.
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(foreign, BytesOf("new")) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(AsNobody([&] { return AppendToFile(secret, BytesOf("new")) == -1 && !ReadWholeFile(secret) ? 7 : 0; }), 7);
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(folder / "open/own", BytesOf("new")) == 0 ? 7 : 0; }), 7);
+  for (const std::string& path : {locked, foreign, secret}) EXPECT_EQ(ReadFile(path), "kept") << path;
+}
+
+TEST(Files, ALinkIsFollowedAndTheModeOfTheFileIsKept) {
+  const TempFolder folder;
+  const std::string target = WriteFile(folder / "target", std::string("old"));
+  fs::permissions(target, fs::perms(0640));
+  fs::create_symlink("target", folder / "link");
+  fs::create_symlink("link", folder / "link2");
+  EXPECT_EQ(ReplaceFile(folder / "link2", BytesOf("new")), 0);
+  EXPECT_TRUE(fs::is_symlink(folder / "link") && fs::is_symlink(folder / "link2"));
+  EXPECT_EQ(ReadFile(target), "new");
+  EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+}
+
+TEST(Files, OnlyOrdinaryFilesOpenAndTheLimitHolds) {
+  const TempFolder folder;
+  ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
+  for (const std::string& path : {folder.path(), folder / "pipe", folder / "missing", std::string("/dev/zero"), std::string()})
+    EXPECT_FALSE(InputFile(path).isOpen()) << path;
+  const std::string path = WriteFile(folder / "ten", std::string("0123456789"));
+  EXPECT_TRUE(ReadWholeFile(path, 10));
+  EXPECT_FALSE(ReadWholeFile(path, 9));
+  char buffer[4] = {'?', '?', '?', '?'};
+  EXPECT_EQ(InputFile(path).ReadAt(8, buffer, 4), 2u);
+  EXPECT_EQ(std::string(buffer, 4), "89??");
+  EXPECT_EQ(InputFile(path).ReadAt(11, buffer, 4), 0u);
+}
+
+TEST(Files, PathsBecomeAbsoluteWithoutLookingAtLinks) {
+  const std::string here = fs::current_path();
+  EXPECT_EQ(AbsolutePath("a b/../声.wav"), here + "/声.wav");
+  EXPECT_EQ(AbsolutePath("/x/./y"), "/x/y");
+  EXPECT_EQ(FileNameOf("/x/a\\b.wav"), "a\\b.wav");
+  EXPECT_EQ(FileNameOf("plain"), "plain");
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,196 @@
+#include <gtest/gtest.h>
+
+#include "document/Desk.h"
+
+namespace parlowen {
+namespace {
+
+using testing::Desk;
+using testing::PitchTail;
+using testing::Ramp;
+using testing::Texts;
+using testing::WavBytes;
+
+using Samples = std::vector<std::int16_t>;
+
+TEST(Editing, AmplifyDoublesOrClipsAndAttenuateTruncatesTowardZero) {
+  const Samples values = {0, 1, -1, 3, -3, 16383, -16383, 16384, -16384, 32767, -32768};
+  const Samples doubled = {0, 2, -2, 6, -6, 32766, -32766, 32767, -32768, 32767, -32768};
+  const Samples halved = {0, 0, 0, 1, -1, 8191, -8191, 8192, -8192, 16383, -16384};
+  Desk desk;
+  const auto framed = [](Samples inner) {
+    inner.insert(inner.begin(), 20000);
+    inner.push_back(-20000);
+    return inner;
+  };
+  desk.Load(framed(values));
+  desk.Mark(1, static_cast<int>(values.size()) + 1);
+  AmplifyCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.Samples(), framed(doubled)) << "the neighbours of the selection keep their values";
+  EXPECT_EQ(desk.window.Log(), Texts{"warning|警告|数据太大，产生限幅失真"});
+  EXPECT_EQ(desk.document.viewSamples[6], 32766) << "what is drawn follows";
+  desk.Load(framed(values));
+  desk.Mark(1, static_cast<int>(values.size()) + 1);
+  AttenuateCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.Samples(), framed(halved));
+  desk.Mark(1, 7);   // -3 .. 16383, halved
+  AmplifyCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), Texts{}) << "nothing clipped, nothing said";
+}
+
+TEST(Editing, ACutIsUndoneExactlyWhateverWasCopiedSince) {
+  Desk desk;
+  const Samples sound = Ramp(5000);
+  desk.Load(sound);
+  desk.Mark(1000, 3000);
+  CutCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 3000);
+  EXPECT_EQ(desk.document.samples[1000], sound[3000]);
+  EXPECT_EQ(desk.document.clipSamples, Samples(sound.begin() + 1000, sound.begin() + 3000));
+  EXPECT_EQ(desk.document.selectionStart, -1000);
+  EXPECT_EQ(desk.document.selectionEnd, -1000);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
+  EXPECT_FALSE(desk.states.IsEnabled(40001) || desk.states.IsEnabled(160));
+  EXPECT_TRUE(desk.states.IsEnabled(40003) && desk.states.IsEnabled(40036));
+  desk.Mark(0, 10);
+  CopyCommand(desk.document, desk.states);
+  UndoCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.Samples(), sound);
+  EXPECT_EQ(desk.document.undoKind, 0);
+  EXPECT_FALSE(desk.states.IsEnabled(40036));
+  EXPECT_EQ(desk.document.clipSamples.size(), 10u) << "the clip is the copy's";
+}
+
+TEST(Editing, TheWholeSoundCanBeCutAndBroughtBack) {
+  Desk desk;
+  desk.Load(Ramp(300));
+  SelectAllCommand(desk.window, desk.document, desk.states);
+  CutCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 0);
+  EXPECT_EQ(desk.document.viewLength, 0);
+  SelectAllCommand(desk.window, desk.document, desk.states);
+  EXPECT_FALSE(desk.states.IsEnabled(40001)) << "nothing of nothing is selected";
+  desk.document.insertPoint = 1000000;
+  PasteCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.insertPoint, 0) << "clamped to the sound";
+  EXPECT_EQ(desk.Samples(), Ramp(300));
+  UndoCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 0);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
+}
+
+TEST(Editing, APasteAtTheCapacityIsUndoneWhole) {
+  const int count = kMaxSamples - 100;
+  const Samples sound = Ramp(count), clip = Ramp(300, 7);
+  Desk desk;
+  desk.Load(sound);
+  for (const int at : {0, count / 2, count - 50, count}) {
+    SCOPED_TRACE(at);
+    desk.document.clipSamples = clip;
+    desk.document.insertPoint = at;
+    PasteCommand(desk.window, desk.document, desk.states);
+    ASSERT_EQ(desk.document.sampleCount, kMaxSamples);
+    const int inserted = std::min(300, kMaxSamples - at);
+    const Samples pasted = desk.Samples();
+    EXPECT_TRUE(std::equal(sound.begin(), sound.begin() + at, pasted.begin()));
+    EXPECT_TRUE(std::equal(clip.begin(), clip.begin() + inserted, pasted.begin() + at));
+    EXPECT_TRUE(std::equal(pasted.begin() + at + inserted, pasted.end(), sound.begin() + at));
+    EXPECT_TRUE(desk.SilentBehindTheEnd());
+    UndoCommand(desk.window, desk.document, desk.states);
+    EXPECT_TRUE(desk.Samples() == sound);
+    EXPECT_TRUE(desk.SilentBehindTheEnd());
+  }
+  desk.document.insertPoint = 0;
+  PasteCommand(desk.window, desk.document, desk.states);
+  PasteCommand(desk.window, desk.document, desk.states);   // into a full document
+  EXPECT_EQ(desk.document.sampleCount, kMaxSamples);
+  EXPECT_EQ(desk.document.samples[300], clip[0]);
+}
+
+TEST(Editing, ACutOrPasteThatBreaksTwoChannelsAsksFirst) {
+  WavBytes wav;
+  wav.blockAlign = 4;
+  wav.samples = {1, -1, 2, -2, 3, -3};
+  const std::string question = "ask|Parlowen(Tessiran) -- ";
+  for (const bool cut : {true, false}) {
+    Desk desk;
+    desk.Open(wav.Bytes(), ChannelMode::Two);
+    desk.Mark(1, 2);
+    CopyCommand(desk.document, desk.states);
+    const auto edit = [&](const char* answer) {
+      desk.window.answers = {answer};
+      cut ? CutCommand(desk.window, desk.document, desk.states) : PasteCommand(desk.window, desk.document, desk.states);
+      return desk.window.Log();
+    };
+    EXPECT_EQ(edit("no"), Texts{question + desk.document.filePath + "|此操作将破坏双声道数据的同步，继续吗？"});
+    EXPECT_EQ(desk.document.sampleCount, 3);
+    EXPECT_TRUE(desk.document.twoChannel && desk.states.IsEnabled(40114));
+    edit("yes");
+    EXPECT_EQ(desk.document.sampleCount, cut ? 2 : 4);
+    EXPECT_FALSE(desk.document.twoChannel || desk.states.IsEnabled(40114));
+    desk.Mark(0, 1);
+    EXPECT_EQ(edit("no"), Texts{}) << "it is a mono sound now";
+  }
+}
+
+TEST(Editing, SwappingTheChannelsExchangesThemAndDropsTheContour) {
+  WavBytes wav;
+  wav.blockAlign = 4;
+  wav.samples = {1, -1, 2, -2};
+  wav.behind = PitchTail({5, 5, 0, 0});
+  Desk desk;
+  desk.Open(wav.Bytes(), ChannelMode::Two);
+  SwapChannelsCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.Samples(), (Samples{-1, -2}));
+  EXPECT_EQ(desk.Samples2(), (Samples{1, 2}));
+  EXPECT_EQ(desk.document.viewSamples[0], -1);
+  EXPECT_FALSE(desk.document.pitchPresent);
+  desk.Load(Ramp(5));
+  SwapChannelsCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.window.Log().size(), 1u);
+  EXPECT_EQ(desk.Samples(), Ramp(5));
+}
+
+TEST(Editing, OnlyAnEditThatMovesSamplesDropsTheContour) {
+  WavBytes wav;
+  wav.samples = Ramp(1600);
+  wav.behind = PitchTail({5, 5, 5});
+  using Edit = void (*)(Desk&);
+  const struct {
+    const char* what;
+    Edit edit;
+    bool kept;
+  } cases[] = {
+      {"amplify", [](Desk& d) { AmplifyCommand(d.window, d.document); }, true},
+      {"attenuate", [](Desk& d) { AttenuateCommand(d.window, d.document); }, true},
+      {"cut", [](Desk& d) { CutCommand(d.window, d.document, d.states); }, false},
+      {"paste", [](Desk& d) { CopyCommand(d.document, d.states); PasteCommand(d.window, d.document, d.states); }, false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Desk desk;
+    desk.Open(wav.Bytes());
+    desk.Mark(100, 200);
+    EXPECT_TRUE(desk.states.IsEnabled(40050));
+    c.edit(desk);
+    EXPECT_EQ(desk.document.pitchPresent, c.kept);
+    EXPECT_EQ(desk.states.IsEnabled(40103), c.kept);
+    EXPECT_EQ(desk.document.pitch[1], c.kept ? 5.0f : kNoValue);
+  }
+}
+
+TEST(Editing, AnUndoneSoundHoldsItsSelection) {
+  Desk desk;
+  desk.Load(Ramp(1000));
+  desk.Mark(0, 500);
+  CopyCommand(desk.document, desk.states);
+  PasteCommand(desk.window, desk.document, desk.states);
+  desk.Mark(1200, 1500);
+  UndoCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 1000);
+  EXPECT_LE(desk.document.selectionEnd, 1000);
+  EXPECT_FALSE(desk.states.IsEnabled(40001)) << "nothing of it is left";
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,142 @@
+// The rooms of src/ and what they may include; Qt in its two folders.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <map>
+#include <regex>
+#include <set>
+#include <sstream>
+#include <vector>
+
+#include "support/TempFolder.h"
+
+namespace parlowen {
+namespace {
+
+namespace fs = std::filesystem;
+using Rooms = std::set<std::string>;
+
+const std::map<std::string, Rooms>& MayInclude() {
+  static const auto table = [] {
+    const Rooms document = {"base", "ui", "dsp", "document"};
+    const auto with = [](Rooms rooms, const Rooms& more) {
+      rooms.insert(more.begin(), more.end());
+      return rooms;
+    };
+    std::map<std::string, Rooms> made = {
+        {"base", {}},
+        {"ui", {"base"}},
+        {"dsp", {"base"}},
+        {"document", {"base", "ui", "dsp"}},
+        {"spectral", document},
+        {"prosody", document},
+        {"palatography", document},
+        {"audio", {"base", "ui", "document"}},
+        {"pitch", with(document, {"spectral"})},
+        {"vowel", with(document, {"spectral", "prosody"})},
+        {"annotation", with(document, {"audio"})},
+        {"synthesis", with(document, {"pitch", "spectral", "audio"})},
+        {"channels", with(document, {"audio", "palatography"})},
+    };
+    Rooms below;
+    for (const auto& [room, unused] : made) below.insert(room);
+    made["audio/file"] = made["audio/qt"] = with(made["audio"], {"audio"});
+    made["interchange"] = below;
+    made["shell"] = with(below, {"interchange", "audio/file"});
+    made["shell/headless"] = with(made["shell"], {"shell"});
+    made["shell/qt"] = with(made["shell"], {"shell", "audio/qt"});
+    return made;
+  }();
+  return table;
+}
+
+/// "shell/qt" of "shell/qt/MainWindow.h", "document" of "document/WavFile.h"; "" of a name without a folder.
+std::string RoomOf(const std::string& path) {
+  std::string room = fs::path(path).parent_path().generic_string();
+  while (!room.empty() && !MayInclude().contains(room)) room = fs::path(room).parent_path().generic_string();
+  return room;
+}
+
+/// What the include lines of a source file do against the table; `path` counts from src/.
+std::vector<std::string> Violations(const std::string& path, const std::string& text) {
+  static const std::regex kInclude(R"re(^\s*#\s*include\s*([<"])([^>"]+)[>"])re");
+  std::vector<std::string> wrong;
+  const std::string room = RoomOf(path);
+  const auto allowed = MayInclude().find(room);
+  if (allowed == MayInclude().end()) return {path + ": no such room"};
+  std::istringstream lines(text);
+  for (std::string line; std::getline(lines, line);) {
+    std::smatch match;
+    if (!std::regex_search(line, match, kInclude)) continue;
+    const std::string name = match[2];
+    if (match[1] == "<") {
+      const bool qt = name.starts_with("Q") || name.starts_with("qt") || name.starts_with("private/q");
+      if (qt && room != "shell/qt" && room != "audio/qt") wrong.push_back(path + ": " + name);
+    } else {
+      const std::string other = RoomOf(name);
+      if (other != room && !allowed->second.contains(other)) wrong.push_back(path + ": " + name);
+    }
+  }
+  return wrong;
+}
+
+TEST(House, EveryIncludeGoesDownwards) {
+  const fs::path root = fs::path(PARLOWEN_SOURCE_DIR) / "src";
+  std::vector<std::string> wrong;
+  int files = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    const std::string kind = entry.path().extension();
+    if (kind != ".h" && kind != ".cpp") continue;
+    ++files;
+    for (std::string& line : Violations(fs::relative(entry.path(), root).generic_string(), testing::ReadFile(entry.path())))
+      wrong.push_back(std::move(line));
+  }
+  EXPECT_GT(files, 50);
+  EXPECT_EQ(wrong, std::vector<std::string>{});
+}
+
+TEST(House, EveryRoomLinksOnlyWhatItMayInclude) {
+  static const std::regex kRoom(R"(parlowen_room\(\s*(\w+)[^)]*?LINKS([^)]*)\))");
+  int rooms = 0;
+  for (const auto& entry : fs::recursive_directory_iterator(fs::path(PARLOWEN_SOURCE_DIR) / "src")) {
+    if (entry.path().filename() != "CMakeLists.txt") continue;
+    const std::string text = testing::ReadFile(entry.path());
+    for (std::sregex_iterator match(text.begin(), text.end(), kRoom), none; match != none; ++match, ++rooms) {
+      const auto folderOf = [](std::string name) {
+        const std::size_t cut = name.find('_');
+        return cut == std::string::npos ? name : name.replace(cut, 1, "/");
+      };
+      const std::string room = folderOf((*match)[1]);
+      ASSERT_TRUE(MayInclude().contains(room)) << room;
+      std::istringstream links((*match)[2]);
+      for (std::string link; links >> link;)
+        EXPECT_TRUE(MayInclude().at(room).contains(folderOf(link))) << room << " links " << link;
+    }
+  }
+  EXPECT_GE(rooms, 5);
+}
+
+TEST(House, TheCheckSeesWhatItIsFor) {
+  const struct {
+    const char *path, *line;
+    bool wrong;
+  } cases[] = {
+      {"base/Files.cpp", "#include \"ui/Window.h\"", true},
+      {"ui/Svg.cpp", "#include \"dsp/Fft.h\"", true},
+      {"audio/Player.cpp", "#include \"dsp/Fft.h\"", true},
+      {"spectral/Lpc.cpp", "  #  include \"shell/Workstation.h\"", true},
+      {"spectral/Lpc.cpp", "#include \"spectral/Lpc.h\"\n#include <vector>\n#include \"document/SoundDocument.h\"", false},
+      {"shell/MainView.cpp", "#include \"shell/headless/Script.h\"", true},
+      {"shell/MainView.cpp", "#include <QWidget>", true},
+      {"shell/headless/main.cpp", "#include <QtCore/QString>", true},
+      {"shell/qt/main.cpp", "#include <QWidget>\n#include \"shell/MainView.h\"", false},
+      {"audio/file/NullDevice.cpp", "#include \"audio/SoundDevice.h\"", false},
+      {"audio/Player.cpp", "#include \"audio/file/NullDevice.h\"", true},
+      {"attic/Old.cpp", "", true},
+  };
+  for (const auto& c : cases) EXPECT_EQ(!Violations(c.path, c.line).empty(), c.wrong) << c.path << ' ' << c.line;
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,68 @@
+#pragma once
+#include <algorithm>
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "ui/Window.h"
+
+namespace parlowen::testing {
+
+/// A window that writes down what a user would see and answers from a queue: "yes", "no", "cancel", "file:PATH",
+/// "raw:PATH" (the second filter), "ok:VALUE" (of the first field). With no answer left, everything is cancelled.
+class FakeWindow : public Window {
+ public:
+  std::vector<std::string> log;
+  std::deque<std::string> answers;
+
+  void ShowMessage(const std::string& text, const std::string& caption, Icon icon) override {
+    constexpr const char* kIcons[] = {"none", "info", "question", "warning", "error"};
+    log.push_back(std::string(kIcons[static_cast<int>(icon)]) + "|" + caption + "|" + text);
+  }
+  bool AskYesNo(const std::string& text, const std::string& caption) override {
+    log.push_back("ask|" + caption + "|" + text);
+    return Next() == "yes";
+  }
+  std::optional<FileChoice> AskOpenFile(const FileDialog& dialog) override { return AskFile("open", dialog); }
+  std::optional<FileChoice> AskSaveFile(const FileDialog& dialog) override { return AskFile("save", dialog); }
+  bool AskInput(InputForm& form) override {
+    log.push_back("input|" + form.title + "|" + form.fields[0].label + form.fields[0].value);
+    const std::string answer = Next();
+    if (!answer.starts_with("ok:")) return false;
+    form.fields[0].value = answer.substr(3);
+    return true;
+  }
+  void ShowStatus(const std::string& text) override { log.push_back("status|" + text); }
+  void SetCaption(const std::string& text) override { caption_ = text; }
+  const std::string& Caption() const override { return caption_; }
+  void OpenInEditor(const std::string& path) override { log.push_back("editor|" + path); }
+  void Repaint(std::optional<Pane>) override {}
+  void OpenToolWindow(std::unique_ptr<ToolWindow>) override {}
+  void RunModal(ToolWindow&) override {}
+  bool Progress(double) override { return true; }
+  void CopyRegion(const PaneRegion&) override { log.push_back("region"); }
+  void Quit() override { log.push_back("quit"); }
+
+  /// What was written down since the last call.
+  std::vector<std::string> Log() { return std::exchange(log, {}); }
+
+ private:
+  std::string Next() {
+    if (answers.empty()) return "cancel";
+    const std::string answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+  std::optional<FileChoice> AskFile(const char* kind, const FileDialog& dialog) {
+    log.push_back(std::string(kind) + "|" + dialog.title + "|" + dialog.proposed);
+    const std::string answer = Next();
+    if (answer.starts_with("file:")) return FileChoice{answer.substr(5), 0};
+    if (answer.starts_with("raw:")) return FileChoice{answer.substr(4), 1};
+    return {};
+  }
+  std::string caption_ = "Parlowen(Tessiran)";
+};
+
+using Texts = std::vector<std::string>;
+
+}  // namespace parlowen::testing
