@@ -2,7 +2,10 @@
 #include <cstdint>
 #include <string>
 
+#include "audio/Player.h"
+#include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
+#include "audio/SoundDevice.h"
 #include "document/SoundDocument.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
@@ -16,7 +19,7 @@ namespace parlowen {
 class Workstation {
  public:
   /// `dataFolder` holds the help pages.
-  Workstation(Window& window, std::string dataFolder);
+  Workstation(Window& window, std::string dataFolder, SoundDevices devices = {});
 
   /// Runs the command if it is enabled; false when it is greyed or unknown.
   bool dispatchCommand(int number);
@@ -34,6 +37,13 @@ class Workstation {
   /// what is derived from the samples and the view.
   void DocumentChanged();
 
+  /// To be called when a microphone has come or gone: enables or greys the recordings.
+  void InputDevicesChanged();
+  /// Puts the cursor where the play is; false when nothing plays.
+  bool MoveCursor();
+  /// Where a file of a fixed name is written: in `exportFolder`.
+  std::string ExportPath(const std::string& name) const;
+
   Window& window;
   SoundDocument document;
   CommandStates states;
@@ -41,8 +51,14 @@ class Workstation {
   SpectrogramState spectrogram;
   MainView view;
   std::string dataFolder;
+  std::string exportFolder;   ///< "": the current directory
+  Player player;
+  Recorder recording;
 
  private:
+  void StopPlayFor(int command);
+
+  SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
 };
