@@ -7,10 +7,10 @@ namespace parlowen {
 
 std::string FileMicrophone::Listen(const std::string& path) {
   auto file = std::make_unique<InputFile>(path);
-  if (!file->isOpen()) return "cannot open " + path;
+  if (!file->isOpen()) return "cannot open";
   const auto layout = ReadWavLayout(*file, WavHeaderRule::OneChunkSkipped);
   if (!layout || layout->bitsPerSample != 16 || (layout->blockAlign != 2 && layout->blockAlign != 4))
-    return "no WAV file of 16 bits and one or two channels: " + path;
+    return "no WAV file of 16 bits and one or two channels:";
   file_ = std::move(file);
   layout_ = *layout;
   return {};

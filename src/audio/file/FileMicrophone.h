@@ -14,7 +14,7 @@ namespace parlowen {
 /// channel one. Time passes only in Deliver.
 class FileMicrophone : public SoundInput {
  public:
-  /// "" or what is wrong with the file. Then the old one stays.
+  /// "" or what is wrong, to be followed by the name of the file. Then the old file stays.
   std::string Listen(const std::string& path);
 
   /// Fills the next queued block; false when none is queued or nothing is started.

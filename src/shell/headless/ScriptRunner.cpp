@@ -211,7 +211,7 @@ std::string ScriptRunner::SoundInput(const ScriptStep& step) {
   const auto blocks = count == 3 ? ParseInteger(step.words[2]) : std::nullopt;
   if (count < 2 || count > 3 || (count == 3 && (!blocks || *blocks < 0))) return "sound-input needs FILE.wav [BLOCKS]";
   const std::string wrong = microphone_.Listen(AbsolutePath(step.words[1]));
-  if (!wrong.empty()) return wrong;
+  if (!wrong.empty()) return wrong + " " + step.words[1];
   blockLimit_ = blocks;
   workstation_.InputDevicesChanged();
   return {};
