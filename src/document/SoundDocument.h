@@ -112,7 +112,7 @@ class SoundDocument {
   int StartSamplesPerPixel() const;
   /// Samples that a whole pane shows at the present scale.
   int FullViewLength() const;
-  bool IsLongerThanView() const { return viewLength < sampleCount; }
+  bool IsLongerThanView() const { return sampleCount > FullViewLength(); }
 
   SampleSpan Samples() const { return {samples.data(), sampleCount}; }
 

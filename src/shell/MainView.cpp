@@ -38,11 +38,12 @@ bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !s
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
   std::int64_t sample = 0;
+  x = std::max(x, kPaneMargin);
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
     const SpectrogramStretch& stretch = spectrogram_.stretch;
     sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / std::max(1, document_.paneWidth);
   } else {
-    const std::int64_t column = std::max(x, kPaneMargin) - kPaneMargin;
+    const std::int64_t column = x - kPaneMargin;
     const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
     const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
     sample = origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);

@@ -34,8 +34,8 @@ SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate) {
 SpectrogramStretch StretchOf(const SoundDocument& document) {
   SpectrogramStretch stretch;
   if (document.selectionDefined()) {
-    stretch.start = document.selectionStart;
-    stretch.end = document.selectionEnd;
+    stretch.start = stretch.levelStart = document.selectionStart;
+    stretch.end = stretch.levelEnd = document.selectionEnd;
     if (stretch.end - stretch.start < document.sampleRate / 10) stretch.end = stretch.start + document.sampleRate;
     stretch.end = std::min(stretch.end, document.sampleCount);
     const int length = std::max(1, stretch.end - stretch.start);
@@ -49,8 +49,8 @@ SpectrogramStretch StretchOf(const SoundDocument& document) {
 
 SpectrogramStretch ViewStretchOf(const SoundDocument& document) {
   SpectrogramStretch stretch;
-  stretch.start = document.viewStart;
-  stretch.end = document.viewStart + document.viewLength;
+  stretch.start = stretch.levelStart = document.viewStart;
+  stretch.end = stretch.levelEnd = document.viewStart + document.viewLength;
   stretch.columnsPerSecond =
       document.AtStartScale() ? 100 : std::max(1, document.sampleRate / document.samplesPerPixel);
   stretch.firstX = kPaneMargin;
@@ -66,7 +66,7 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
   if (rate <= 0) return matrix;
   matrix.greys.reserve(static_cast<std::size_t>(stretch.maxColumns) * kSpectrogramRows);
   const SampleSpan samples = document.Samples();
-  const int peakLevel = SegmentPeakLevel(samples, stretch.start, stretch.end);
+  const int peakLevel = SegmentPeakLevel(samples, stretch.levelStart, stretch.levelEnd);
   const LevelCurve levels = MakeLevelCurve(samples, rate, stretch.columnsPerSecond, stretch.start, stretch.maxColumns);
 
   int windowLength = settings.frameLength;

@@ -8,6 +8,7 @@ namespace parlowen {
 /// The stretch that a picture shows and how its columns lie in it.
 struct SpectrogramStretch {
   int start = 0, end = 0;       ///< samples
+  int levelStart = 0, levelEnd = 0;   ///< where the peak level is looked for: what was marked, never widened
   int columnsPerSecond = 100;   ///< column j begins at start + j·sampleRate/columnsPerSecond
   int firstX = 0;               ///< pane column of column 0
   int maxColumns = 0;

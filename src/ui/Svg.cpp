@@ -56,7 +56,7 @@ std::string Image(int x, int y, int width, int height, int columns, int rows, in
                   std::span<const std::uint8_t> pixels) {
   if (columns <= 0 || rows <= 0) return {};
   return Format("<image x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" preserveAspectRatio=\"none\" "
-                "style=\"image-rendering:pixelated\" href=\"data:image/png;base64,", x, y, width, height) +
+                "style=\"image-rendering:pixelated\" xlink:href=\"data:image/png;base64,", x, y, width, height) +
          ToBase64(EncodePng(columns, rows, channels, pixels)) + "\"/>\n";
 }
 
@@ -111,7 +111,8 @@ struct SvgMark {
 std::string ToSvg(const Picture& picture) {
   std::string svg = Format(
       "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-      "<svg xmlns=\"http://www.w3.org/2000/svg\" width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n"
+      "<svg xmlns=\"http://www.w3.org/2000/svg\" xmlns:xlink=\"http://www.w3.org/1999/xlink\" "
+      "width=\"%d\" height=\"%d\" viewBox=\"0 0 %d %d\">\n"
       "<rect x=\"0\" y=\"0\" width=\"%d\" height=\"%d\" fill=\"#ffffff\"/>\n",
       picture.width, picture.height, picture.width, picture.height, picture.width, picture.height);
   for (const Mark& mark : picture.marks) svg += std::visit(SvgMark{}, mark);

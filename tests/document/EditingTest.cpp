@@ -33,7 +33,12 @@ TEST(Editing, AmplifyDoublesOrClipsAndAttenuateTruncatesTowardZero) {
   desk.Mark(1, static_cast<int>(values.size()) + 1);
   AttenuateCommand(desk.window, desk.document);
   EXPECT_EQ(desk.Samples(), framed(halved));
-  desk.Mark(1, 7);   // -3 .. 16383, halved
+  desk.Mark(9, 10);   // -8192 is doubled; -16384 counts as clipped although it fits
+  for (const Texts& said : {Texts{}, Texts{"warning|警告|数据太大，产生限幅失真"}}) {
+    AmplifyCommand(desk.window, desk.document);
+    EXPECT_EQ(desk.window.Log(), said) << desk.document.samples[9];
+  }
+  desk.Mark(1, 7);   // 0 .. 8191, halved
   AmplifyCommand(desk.window, desk.document);
   EXPECT_EQ(desk.window.Log(), Texts{}) << "nothing clipped, nothing said";
 }

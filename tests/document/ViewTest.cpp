@@ -46,7 +46,7 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   CutCommand(desk.window, d, desk.states);
   EXPECT_EQ(d.viewStart, 99);
   EXPECT_EQ(d.viewLength, 1);
-  EXPECT_TRUE(desk.states.IsEnabled(40013)) << "there is a way back to what the view does not show";
+  EXPECT_FALSE(desk.states.IsEnabled(40013)) << "a pane holds all that is left";
 }
 
 TEST(View, FramesAreCountedInIntegers) {
@@ -73,6 +73,10 @@ TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
   };
   scroll(500);
   EXPECT_EQ(d.insertPoint, 500);
+  d.insertPoint = 123;   // as SHIFT and a click set it
+  scroll(500);
+  EXPECT_EQ(d.insertPoint, 123) << "a view that did not move leaves it";
+  d.insertPoint = 500;
   MarkEnd(d, desk.states, 700);
   EXPECT_EQ(d.insertPoint, 500) << "a right click without a start leaves it";
   EXPECT_FALSE(d.selectionDefined());

@@ -92,6 +92,7 @@ TEST(Spectrogram, EveryColumnOfASelectionFollowsTheRules) {
       {8000, 9000, 800, 1600, "a tenth of a second: several columns a sample"},
       {22050, 30000, 0, 30000, "to the end of the sound: the margin cuts it"},
       {44100, 44100, 30000, 44100, "half the pane stays empty"},
+      {8000, 20000, 500, 8684, "column 1023, at 500 + 1023·8000/1000, begins exactly at the end and is drawn"},
       {1000, 3000, 100, 2900, "the slowest rate"},
   };
   for (const auto& c : cases)

@@ -1,0 +1,174 @@
+#include "shell/qt/FormDialog.h"
+
+#include <QButtonGroup>
+#include <QDialogButtonBox>
+#include <QGridLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QToolButton>
+#include <QVBoxLayout>
+#include <map>
+
+#include "base/Format.h"
+#include "base/Gbk.h"
+
+namespace parlowen {
+namespace {
+
+bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || field.kind == FieldKind::Number; }
+
+}  // namespace
+
+std::string EntryComplaint(const FormField& field, const std::string& text) {
+  if (!IsEdit(field)) return {};
+  if (!HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
+  if (field.maxGbkBytes > 0 && ToGbk(text).size() > static_cast<std::size_t>(field.maxGbkBytes))
+    return Format("最多 %d 个字节（一个汉字 2 个）", field.maxGbkBytes);
+  return {};
+}
+
+FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form_(form) {
+  setWindowTitle(QString::fromStdString(form.title));
+  setWindowFlag(Qt::WindowContextHelpButtonHint, false);
+  QWidget* fields = MakeFields();
+  auto* layout = new QVBoxLayout(this);
+  const int tallest = screen()->availableGeometry().height() * 3 / 4;
+  if (fields->sizeHint().height() > tallest) {
+    auto* area = new QScrollArea;
+    area->setWidget(fields);
+    area->setWidgetResizable(true);
+    area->setFrameShape(QFrame::NoFrame);
+    area->setMinimumSize(fields->sizeHint().width() + 30, tallest);
+    layout->addWidget(area);
+  } else {
+    layout->addWidget(fields);
+  }
+  complaint_ = new QLabel;
+  complaint_->setWordWrap(true);
+  QFont bold = font();
+  bold.setBold(true);
+  complaint_->setFont(bold);
+  complaint_->hide();
+  layout->addWidget(complaint_);
+  auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
+  buttons->button(QDialogButtonBox::Ok)->setText("确定");
+  buttons->button(QDialogButtonBox::Cancel)->setText("取消");
+  connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
+  connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
+  layout->addWidget(buttons);
+  setMinimumWidth(std::max(280, fontMetrics().horizontalAdvance(windowTitle()) + 120));
+}
+
+QWidget* FormDialog::MakeFields() {
+  auto* box = new QWidget;
+  auto* grid = new QGridLayout(box);
+  grid->setColumnStretch(1, 1);
+  grid->setContentsMargins(0, 0, 0, 0);
+  std::map<int, QButtonGroup*> groups;
+  bool focused = false;
+  for (std::size_t i = 0; i < form_.fields.size(); ++i) {
+    FormField& field = form_.fields[i];
+    const int row = static_cast<int>(i);
+    edits_.push_back(nullptr);
+    radios_.push_back(nullptr);
+    const QString label = QString::fromStdString(field.label);
+    if (field.kind == FieldKind::Label) {
+      auto* text = new QLabel(label);
+      text->setTextFormat(Qt::PlainText);
+      grid->addWidget(text, row, 0, 1, 2);
+    } else if (field.kind == FieldKind::Radio) {
+      auto* radio = new QRadioButton(label);
+      radio->setChecked(field.checked);
+      QButtonGroup*& group = groups[field.group];
+      if (group == nullptr) group = new QButtonGroup(this);
+      group->addButton(radio);
+      grid->addWidget(radio, row, 0, 1, 2);
+      radios_.back() = radio;
+    } else {
+      auto* text = new QLabel(label);
+      text->setTextFormat(Qt::PlainText);
+      QWidget* edit = MakeEdit(field, i);
+      text->setBuddy(edits_.back());
+      grid->addWidget(text, row, 0);
+      grid->addWidget(edit, row, 1);
+      edits_.back()->setAccessibleName(label);
+      if (!focused) {
+        edits_.back()->setFocus();
+        edits_.back()->selectAll();
+        focused = true;
+      }
+    }
+  }
+  return box;
+}
+
+QWidget* FormDialog::MakeEdit(FormField& field, std::size_t index) {
+  auto* edit = new QLineEdit(QString::fromStdString(field.value));
+  edit->setMinimumWidth(140);
+  if (field.kind == FieldKind::Number) edit->setInputMethodHints(Qt::ImhPreferNumbers);
+  edits_[index] = edit;
+  if (!field.step) return edit;
+
+  auto* box = new QWidget;
+  auto* row = new QHBoxLayout(box);
+  row->setContentsMargins(0, 0, 0, 0);
+  row->setSpacing(2);
+  row->addWidget(edit, 1);
+  const auto stepBy = [&field, edit](int direction) {
+    edit->setText(QString::fromStdString(field.step(edit->text().toStdString(), direction)));
+  };
+  struct Arrow {
+    Qt::ArrowType type;
+    int direction;
+    Qt::Key key;
+    const char* name;
+  };
+  for (const Arrow& arrow : {Arrow{Qt::UpArrow, +1, Qt::Key_Up, "加"}, Arrow{Qt::DownArrow, -1, Qt::Key_Down, "减"}}) {
+    auto* button = new QToolButton;
+    button->setArrowType(arrow.type);
+    button->setAutoRepeat(true);
+    button->setAccessibleName(arrow.name);
+    connect(button, &QToolButton::clicked, this, [stepBy, direction = arrow.direction] { stepBy(direction); });
+    auto* shortcut = new QShortcut(QKeySequence(arrow.key), edit, nullptr, nullptr, Qt::WidgetShortcut);
+    connect(shortcut, &QShortcut::activated, this, [stepBy, direction = arrow.direction] { stepBy(direction); });
+    row->addWidget(button);
+  }
+  return box;
+}
+
+QLineEdit* FormDialog::Edit(int control) const {
+  for (std::size_t i = 0; i < form_.fields.size(); ++i)
+    if (edits_[i] != nullptr && form_.fields[i].control == control) return edits_[i];
+  return nullptr;
+}
+
+bool FormDialog::Check() {
+  for (std::size_t i = 0; i < form_.fields.size(); ++i) {
+    if (edits_[i] == nullptr) continue;
+    const std::string complaint = EntryComplaint(form_.fields[i], edits_[i]->text().toStdString());
+    if (complaint.empty()) continue;
+    complaint_->setText(QString::fromStdString(complaint));
+    complaint_->show();
+    edits_[i]->setFocus();
+    edits_[i]->selectAll();
+    return false;
+  }
+  return true;
+}
+
+void FormDialog::accept() {
+  if (!Check()) return;
+  for (std::size_t i = 0; i < form_.fields.size(); ++i) {
+    if (edits_[i] != nullptr) form_.fields[i].value = edits_[i]->text().toStdString();
+    if (radios_[i] != nullptr) form_.fields[i].checked = radios_[i]->isChecked();
+  }
+  QDialog::accept();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,482 @@
+#include "shell/qt/MainWindow.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QCloseEvent>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QKeyEvent>
+#include <QMenuBar>
+#include <QMimeData>
+#include <QStatusBar>
+#include <QTimer>
+#include <QToolBar>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/Files.h"
+#include "document/SoundFileCommands.h"
+#include "shell/qt/CommandToolTips.h"
+#include "shell/qt/ElidedLabel.h"
+#include "shell/qt/KeyNames.h"
+#include "shell/qt/OverviewStrip.h"
+#include "shell/qt/PaneSplitter.h"
+#include "shell/qt/PaneWidget.h"
+#include "shell/qt/PictureExport.h"
+#include "shell/qt/PicturePainter.h"
+#include "shell/qt/Preferences.h"
+#include "shell/qt/TimeAxisStrip.h"
+
+namespace parlowen {
+namespace {
+
+constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
+constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗", "波形窗"};
+constexpr int kPaneParts[] = {2, 3, 6, 3};   // heights 1 : 1.5 : 3 : 1.5
+
+constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
+constexpr const char* kMayLoseCaption = "尚未保存";
+
+struct Shortcut {
+  int command;
+  const char* keys;
+};
+constexpr Shortcut kShortcuts[] = {
+    {110, "Ctrl+O"},   {120, "Ctrl+S"},   {130, "Ctrl+Shift+S"}, {40093, "Ctrl+N"}, {40001, "Ctrl+X"},
+    {40002, "Ctrl+C"}, {40003, "Ctrl+V"}, {40036, "Ctrl+Z"},     {40026, "Ctrl+A"}, {40004, "Ctrl+D"},
+    {272, "Ctrl+R"},   {220, "F5"},       {170, "F6"},           {180, "F7"},       {210, "F8"},
+    {270, "F1"},
+};
+
+/// The keyboard's way to a menu; the names of the menus have none of their own.
+constexpr char kMenuLetters[] = {'F', 'R', 'P', 'T', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X'};
+
+QString MenuTitle(Menu menu) {
+  return QString("%1(&%2)").arg(MenuName(menu)).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
+}
+
+/// Entries of the panes' own menus that save what is seen there.
+std::vector<int> ExportCommands(Pane pane) {
+  switch (pane) {
+    case Pane::Pitch: return {40050};
+    case Pane::Analysis: return {40068};
+    case Pane::Waveform: return {40040};
+    default: return {};
+  }
+}
+
+bool IsSoundName(const QString& path) {
+  const QString suffix = QFileInfo(path).suffix().toLower();
+  return suffix == "wav" || suffix == "nsp" || suffix == "ipa" || suffix == "vch";
+}
+
+QString DroppedFile(const QMimeData* data) {
+  if (data == nullptr || !data->hasUrls() || data->urls().isEmpty()) return {};
+  const QString path = data->urls().constFirst().toLocalFile();
+  return IsSoundName(path) ? path : QString();
+}
+
+}  // namespace
+
+MainWindow::MainWindow(std::string dataFolder, Preferences& preferences)
+    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder)),
+      guard_(station_.document) {
+  setAcceptDrops(true);
+  setContextMenuPolicy(Qt::NoContextMenu);
+  MakeMenus();
+  MakeToolBar();
+  MakeCentre();
+  MakeStatusBar();
+  Connect();
+  dialogs_.SetCaption(kProgramCaption);
+  splitter_->RestoreHeights(preferences_.Layout());
+  resize(1280, 800);
+  PaneOf(Pane::Waveform).setFocus();
+  Renew();
+}
+
+MainWindow::~MainWindow() { dialogs_.CloseAllToolWindows(); }
+
+// --- Making ---------------------------------------------------------------------------------------------------
+
+void MainWindow::MakeMenus() {
+  std::map<Menu, QMenu*> menus;
+  for (int i = 0; i <= static_cast<int>(Menu::Extension); ++i) {
+    const Menu menu = static_cast<Menu>(i);
+    if (menu == Menu::Tone) continue;
+    menus[menu] = menuBar()->addMenu(MenuTitle(menu));
+    menus[menu]->setToolTipsVisible(true);
+  }
+  for (const CommandRow& row : CommandTable()) {
+    if (row.menu == Menu::Tone && !menus.contains(Menu::Tone)) {
+      menus[Menu::Tone] = menus[Menu::Pitch]->addMenu(MenuTitle(Menu::Tone));
+      menus[Menu::Tone]->setToolTipsVisible(true);
+    }
+    QAction* action = menus[row.menu]->addAction(QString::fromUtf8(row.label));
+    connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
+    actions_[row.number] = action;
+  }
+  for (const Shortcut& shortcut : kShortcuts)
+    if (QAction* action = ActionOf(shortcut.command)) action->setShortcut(QKeySequence(shortcut.keys));
+  MakeExtensionMenu(*menus[Menu::Extension]);
+}
+
+void MainWindow::MakeExtensionMenu(QMenu& menu) {
+  if (!menu.isEmpty()) menu.addSeparator();
+  const auto add = [&](const char* text, const char* keys, bool needsSelection, auto&& act) {
+    QAction* action = menu.addAction(text);
+    action->setShortcut(QKeySequence(keys));
+    connect(action, &QAction::triggered, this, [this, act] { gate_.Run(act); });
+    ownActions_.push_back({action, needsSelection});
+  };
+  recentMenu_ = menu.addMenu("最近的文件(&R)");
+  connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RenewRecentFiles);
+  QMenu* pictures = menu.addMenu("图形输出(&P)");
+  connect(pictures, &QMenu::aboutToShow, this, [this, pictures] {
+    pictures->clear();
+    for (std::size_t i = 0; i < std::size(kPanes); ++i) MakePictureMenu(*pictures->addMenu(kPaneNames[i]), *panes_[i]);
+  });
+  menu.addSeparator();
+  add("选定...(&S)", "Ctrl+G", false, [this] { AskSelection(); });
+  add("放大(&I)", "Ctrl++", false, [this] { station_.view.ZoomKey(false); });
+  add("缩小(&O)", "Ctrl+-", false, [this] { station_.view.ZoomKey(true); });
+  add("显示选定的段(&E)", "Ctrl+E", true, [this] {
+    station_.view.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd);
+  });
+  add("显示整个声音(&W)", "Ctrl+0", false, [this] { station_.view.ZoomTo(0, station_.document.sampleCount); });
+  menu.addSeparator();
+  add("复制读数(&C)", "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
+}
+
+void MainWindow::MakePictureMenu(QMenu& menu, PaneWidget& pane) {
+  AddPictureActions(menu, dialogs_, gate_, 0, [&pane] { return pane.Shown(); });
+}
+
+void MainWindow::MakeToolBar() {
+  QToolBar* bar = addToolBar("工具栏");
+  bar->setObjectName("tools");
+  bar->setMovable(false);
+  bar->setFloatable(false);
+  bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+  bar->setIconSize({20, 20});
+  const QColor ink = palette().color(QPalette::ButtonText);
+  const auto add = [&](ToolIcon icon, const char* name, std::vector<int> commands) {
+    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
+    connect(action, &QAction::triggered, this, [this, commands] {
+      for (const int command : commands)
+        if (station_.states.IsEnabled(command)) return void(Dispatch(command));
+    });
+    toolButtons_.push_back({std::move(commands), action, name});
+  };
+  const auto addZoom = [&](ToolIcon icon, const char* name, const char* toolTip, bool out) {
+    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
+    action->setToolTip(toolTip);
+    connect(action, &QAction::triggered, this, [this, out] { gate_.Run([&] { station_.view.ZoomKey(out); }); });
+    ownActions_.push_back({action, false});
+  };
+  add(ToolIcon::Open, "打开", {110});
+  add(ToolIcon::Save, "保存", {120});
+  bar->addSeparator();
+  add(ToolIcon::Record, "录音", {272});
+  add(ToolIcon::Play, "放音", {160, 40023});
+  add(ToolIcon::Stop, "停止", {274, 40025});
+  bar->addSeparator();
+  addZoom(ToolIcon::ZoomOut, "缩小", "缩小 (S)", true);
+  addZoom(ToolIcon::ZoomIn, "放大", "放大 (X)", false);
+  bar->addSeparator();
+  add(ToolIcon::Pitch, "基频", {220});
+  add(ToolIcon::WideBand, "宽带", {170});
+  add(ToolIcon::NarrowBand, "窄带", {180});
+}
+
+void MainWindow::MakeCentre() {
+  auto* centre = new QWidget(this);
+  auto* column = new QVBoxLayout(centre);
+  column->setContentsMargins(4, 2, 4, 2);
+  column->setSpacing(2);
+  selectionLine_ = new ElidedLabel(centre);
+  column->addWidget(selectionLine_);
+
+  splitter_ = new PaneSplitter(centre);
+  for (std::size_t i = 0; i < std::size(kPanes); ++i) {
+    auto* pane = new PaneWidget(kPanes[i], station_.view, station_.document, gate_, splitter_);
+    splitter_->AddPane(pane, kPaneParts[i]);
+    panes_[i] = pane;
+  }
+  column->addWidget(splitter_, 1);
+  axis_ = new TimeAxisStrip(station_.view, centre);
+  column->addWidget(axis_);
+  overview_ = new OverviewStrip(station_.view, station_.document, gate_, centre);
+  column->addWidget(overview_);
+  setCentralWidget(centre);
+}
+
+/// Two lines: the hint needs all the width of a small screen; under it what the pointer shows and what was reported.
+void MainWindow::MakeStatusBar() {
+  auto* lines = new QWidget(this);
+  auto* grid = new QGridLayout(lines);
+  grid->setContentsMargins(4, 0, 4, 2);
+  grid->setVerticalSpacing(0);
+  hint_ = new ElidedLabel(lines);
+  hover_ = new ElidedLabel(lines);
+  status_ = new ElidedLabel(lines);
+  status_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  QFont bold = font();
+  bold.setBold(true);
+  status_->setFont(bold);
+  grid->addWidget(hint_, 0, 0, 1, 2);
+  grid->addWidget(hover_, 1, 0);
+  grid->addWidget(status_, 1, 1);
+  grid->setColumnStretch(0, 3);
+  grid->setColumnStretch(1, 2);
+  statusBar()->setSizeGripEnabled(false);
+  statusBar()->addWidget(lines, 1);
+}
+
+void MainWindow::Connect() {
+  renewal_ = new QTimer(this);
+  renewal_->setSingleShot(true);
+  connect(renewal_, &QTimer::timeout, this, &MainWindow::Renew);
+  connect(&gate_, &ActionGate::Finished, this, [this](int level) {
+    if (level != 0) return;
+    station_.DocumentChanged();
+    Renew();
+  });
+  connect(&dialogs_, &QtWindow::CaptionChanged, this, &QWidget::setWindowTitle);
+  connect(&dialogs_, &QtWindow::StatusShown, status_, &ElidedLabel::SetText);
+  connect(&dialogs_, &QtWindow::RepaintAsked, this, &MainWindow::RepaintPanes);
+  connect(&dialogs_, &QtWindow::RegionCopied, this, &MainWindow::CopyRegionOf);
+  connect(&dialogs_, &QtWindow::KeyUnused, this, &MainWindow::UseKey);
+  // The handler that asks to quit is still running: the window closes when it has returned.
+  connect(&dialogs_, &QtWindow::QuitAsked, this, &QWidget::close, Qt::QueuedConnection);
+  for (PaneWidget* pane : panes_) {
+    connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
+    connect(pane, &PaneWidget::HoverLeft, this, &MainWindow::ClearHover);
+    connect(pane, &PaneWidget::Resized, this, &MainWindow::TakePaneWidth);
+    connect(pane, &PaneWidget::MenuAsked, this, &MainWindow::ShowPaneMenu);
+  }
+}
+
+// --- Doing ----------------------------------------------------------------------------------------------------
+
+PaneWidget& MainWindow::PaneOf(Pane pane) const {
+  const auto at = std::find(std::begin(kPanes), std::end(kPanes), pane);
+  const auto index = at != std::end(kPanes) ? at - std::begin(kPanes) : 0;
+  return *panes_[static_cast<std::size_t>(index)];
+}
+
+QAction* MainWindow::ActionOf(int command) const {
+  const auto at = actions_.find(command);
+  return at != actions_.end() ? at->second : nullptr;
+}
+
+bool MainWindow::Dispatch(int command) {
+  if (!station_.states.IsEnabled(command)) return false;
+  bool done = false;
+  gate_.Run([&] {
+    if (LossGuard::Replaces(command) && !MayLoseSound()) return;
+    status_->SetText({});
+    guard_.CommandBegins(dialogs_.ErrorsShown());
+    done = station_.dispatchCommand(command);
+    guard_.CommandEnded(command, dialogs_.ErrorsShown());
+    SoundFileSeen();
+  });
+  return done;
+}
+
+void MainWindow::OpenFile(const QString& path) {
+  gate_.Run([&] {
+    if (!MayLoseSound()) return;
+    status_->SetText({});
+    guard_.CommandBegins(dialogs_.ErrorsShown());
+    station_.OpenFile(AbsolutePath(path.toStdString()));
+    guard_.FileOpened();
+    SoundFileSeen();
+  });
+}
+
+void MainWindow::SoundFileSeen() {
+  const std::string& path = station_.document.filePath;
+  if (path == seenPath_) return;
+  seenPath_ = path;
+  if (path.empty()) return;
+  const QString file = QString::fromStdString(path);
+  preferences_.AddRecentFile(file);
+  preferences_.SetFolder(QFileInfo(file).absolutePath());
+}
+
+bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
+
+bool MainWindow::UseKey(const std::string& key) {
+  bool used = false;
+  gate_.Run([&] { used = station_.Key(key); });
+  return used;
+}
+
+void MainWindow::keyPressEvent(QKeyEvent* event) {
+  const std::string key = KeyName(*event);
+  if (key.empty() || !UseKey(key)) QMainWindow::keyPressEvent(event);
+}
+
+void MainWindow::closeEvent(QCloseEvent* event) {
+  bool mayClose = false;
+  gate_.Run([&] { mayClose = MayLoseSound(); });
+  if (!mayClose) return event->ignore();
+  preferences_.SetLayout(splitter_->ChosenHeights());
+  dialogs_.CloseAllToolWindows();
+  event->accept();
+}
+
+void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
+  if (gate_.Depth() == 0 && !DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+}
+
+void MainWindow::dropEvent(QDropEvent* event) {
+  const QString path = DroppedFile(event->mimeData());
+  if (path.isEmpty()) return;
+  event->acceptProposedAction();
+  // Whoever dropped it waits until this returns; a question must not keep it waiting.
+  QTimer::singleShot(0, this, [this, path] { OpenFile(path); });
+}
+
+void MainWindow::AskSelection() {
+  const SoundDocument& document = station_.document;
+  const double rate = std::max(1, document.sampleRate);
+  const bool defined = document.selectionDefined();
+  const int start = defined ? document.selectionStart : document.viewStart;
+  const int end = defined ? document.selectionEnd : document.viewStart + document.viewLength;
+  const auto edge = [rate](int control, const char* label, int at) {
+    FormField field;
+    field.control = control;
+    field.kind = FieldKind::Number;
+    field.label = label;
+    field.value = QString::number(at / rate, 'f', 4).toStdString();
+    return field;
+  };
+  const auto unitChoice = [](const char* label, bool checked) {
+    FormField field;
+    field.kind = FieldKind::Radio;
+    field.label = label;
+    field.checked = checked;
+    return field;
+  };
+  InputForm form;
+  form.title = "选定";
+  form.fields = {edge(1000, "起", start), edge(1001, "止", end), unitChoice("秒", true), unitChoice("样点", false)};
+  if (!dialogs_.AskInput(form)) return;
+  const double unit = form.CheckedIndex() == 0 ? rate : 1.0;
+  const auto sample = [&](int control) {
+    const double value = QString::fromStdString(form.ValueOf(control)).toDouble() * unit + 0.5;
+    return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(document.sampleCount)));
+  };
+  station_.Select(sample(1000), sample(1001));
+}
+
+void MainWindow::CopyRegionOf(const PaneRegion& region) {
+  const PaneWidget& pane = PaneOf(region.pane);
+  const double scale = dialogs_.DevicePixelRatio();
+  // The frame around the region is no part of it.
+  const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y)).normalized().adjusted(1, 1, -1, -1);
+  if (area.isEmpty()) return;
+  const QImage whole = RenderPicture(pane.Shown(), scale);
+  QApplication::clipboard()->setImage(
+      whole.copy(QRectF(area.x() * scale, area.y() * scale, area.width() * scale, area.height() * scale).toAlignedRect()));
+}
+
+void MainWindow::CopyHoverLine() {
+  if (hoverPane_ == nullptr) return;
+  const std::string line = station_.view.HoverLine(hoverPane_->pane(), {hoverAt_.x(), hoverAt_.y()}, hoverPane_->height(), "\t");
+  if (!line.empty()) QApplication::clipboard()->setText(QString::fromStdString(line));
+}
+
+// --- Showing --------------------------------------------------------------------------------------------------
+
+void MainWindow::RepaintPanes(std::optional<Pane> pane) {
+  for (PaneWidget* widget : panes_)
+    if (widget != nullptr && (!pane || *pane == widget->pane() || *pane == Pane::Chart)) widget->Invalidate();
+  if (renewal_ != nullptr) renewal_->start(0);
+}
+
+void MainWindow::TakePaneWidth() { station_.view.SetPaneWidth(panes_[0]->PaneSize().width()); }
+
+void MainWindow::Renew() {
+  selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
+  hint_->SetText(QString::fromStdString(station_.view.Hint()));
+  axis_->update();
+  overview_->update();
+  RenewActions();
+  if (hoverPane_ != nullptr) ShowHover(hoverPane_, hoverAt_);
+}
+
+void MainWindow::RenewActions() {
+  const CommandStates& states = station_.states;
+  const SoundDocument& document = station_.document;
+  for (const auto& [number, action] : actions_) {
+    action->setEnabled(states.IsEnabled(number));
+    action->setToolTip(number == 40036 && action->isEnabled() ? UndoToolTip(document)
+                                                              : MissingFor(number, document, states));
+  }
+  for (const ToolButton& button : toolButtons_) {
+    const auto enabled = std::find_if(button.commands.begin(), button.commands.end(),
+                                      [&](int command) { return states.IsEnabled(command); });
+    const bool can = enabled != button.commands.end();
+    const QAction* entry = ActionOf(can ? *enabled : button.commands.back());
+    if (entry == nullptr) continue;
+    button.action->setEnabled(can);
+    QString toolTip = QString(entry->text()).remove('&');
+    if (!entry->shortcut().isEmpty()) toolTip += "  " + entry->shortcut().toString(QKeySequence::NativeText);
+    if (!can) toolTip += "\n" + entry->toolTip();
+    button.action->setToolTip(toolTip);
+  }
+  const bool sound = document.sampleCount > 0;
+  for (const OwnAction& own : ownActions_) own.action->setEnabled(sound && (!own.needsSelection || document.selectionDefined()));
+}
+
+void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
+  hoverPane_ = pane;
+  hoverAt_ = at;
+  const MainView& view = station_.view;
+  const int sample = view.SampleAt(pane->pane(), at.x());
+  const bool sound = station_.document.sampleCount > 0;
+  for (PaneWidget* other : panes_) {
+    std::optional<int> column;
+    if (sound) column = other == pane ? at.x() : view.ColumnOf(other->pane(), sample);
+    other->ShowHover(column);
+  }
+  hover_->SetText(QString::fromStdString(view.HoverLine(pane->pane(), {at.x(), at.y()}, pane->height(), "  ")));
+}
+
+void MainWindow::ClearHover() {
+  for (PaneWidget* pane : panes_) pane->ShowHover({});
+  // The line stays, so that it can be copied from the menu.
+}
+
+void MainWindow::ShowPaneMenu(PaneWidget* pane, QPoint global) {
+  if (gate_.Depth() != 0) return;
+  QMenu menu(this);
+  menu.setToolTipsVisible(true);
+  MakePictureMenu(menu, *pane);
+  const std::vector<int> exports = ExportCommands(pane->pane());
+  if (!exports.empty()) menu.addSeparator();
+  for (const int command : exports)
+    if (QAction* action = ActionOf(command)) menu.addAction(action);
+  menu.exec(global);
+}
+
+void MainWindow::RenewRecentFiles() {
+  recentMenu_->clear();
+  int number = 0;
+  for (const QString& path : preferences_.RecentFiles()) {
+    const QString shown = fontMetrics().elidedText(path, Qt::ElideMiddle, 500).replace('&', "&&");
+    QAction* action = recentMenu_->addAction(QString("&%1  %2").arg(++number).arg(shown));
+    connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });
+  }
+  if (number == 0) recentMenu_->addAction("（无）")->setEnabled(false);
+}
+
+QString MainWindow::HintShown() const { return hint_->Text(); }
+QString MainWindow::HoverShown() const { return hover_->Text(); }
+QString MainWindow::SelectionShown() const { return selectionLine_->Text(); }
+
+}  // namespace parlowen

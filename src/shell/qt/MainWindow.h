@@ -1,0 +1,115 @@
+#pragma once
+#include <QMainWindow>
+#include <QPointer>
+#include <array>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "shell/CommandTable.h"
+#include "shell/Workstation.h"
+#include "shell/qt/ActionGate.h"
+#include "shell/qt/LossGuard.h"
+#include "shell/qt/QtWindow.h"
+#include "shell/qt/ToolBarIcons.h"
+
+class QLabel;
+class QMenu;
+class QTimer;
+
+namespace parlowen {
+
+class ElidedLabel;
+class OverviewStrip;
+class PaneSplitter;
+class PaneWidget;
+class Preferences;
+class TimeAxisStrip;
+
+/// The window of the desktop program: menus, tool bar, panes, strips. It shows a workstation and hands on to it what
+/// the user does.
+class MainWindow : public QMainWindow {
+  Q_OBJECT
+ public:
+  MainWindow(std::string dataFolder, Preferences& preferences);
+  ~MainWindow() override;
+
+  /// Runs a command of the table, after asking about what it would lose; false when it is greyed or something else is
+  /// open.
+  bool Dispatch(int command);
+  /// Opens a file that was dropped, chosen among the recent ones or named at the start.
+  void OpenFile(const QString& path);
+
+  Workstation& Station() { return station_; }
+  QtWindow& Dialogs() { return dialogs_; }
+  PaneWidget& PaneOf(Pane pane) const;
+  QAction* ActionOf(int command) const;   ///< the entry of the menu, or null
+  QString HintShown() const;
+  QString HoverShown() const;
+  QString SelectionShown() const;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
+
+ private:
+  struct ToolButton {
+    std::vector<int> commands;   ///< the first that is enabled is run
+    QAction* action;
+    QString name;
+  };
+  struct OwnAction {
+    QAction* action;
+    bool needsSelection;
+  };
+
+  void MakeMenus();
+  void MakeExtensionMenu(QMenu& menu);
+  void MakePictureMenu(QMenu& menu, PaneWidget& pane);
+  void MakeToolBar();
+  void MakeCentre();
+  void MakeStatusBar();
+  void Connect();
+
+  void RepaintPanes(std::optional<Pane> pane);
+  void TakePaneWidth();
+  void Renew();
+  void RenewActions();
+  void ShowHover(PaneWidget* pane, QPoint at);
+  void ClearHover();
+  void ShowPaneMenu(PaneWidget* pane, QPoint global);
+  void CopyRegionOf(const PaneRegion& region);
+  void CopyHoverLine();
+  void AskSelection();
+  void RenewRecentFiles();
+  void SoundFileSeen();
+  bool MayLoseSound();
+  bool UseKey(const std::string& key);
+
+  Preferences& preferences_;
+  ActionGate gate_;
+  QtWindow dialogs_;
+  Workstation station_;
+  LossGuard guard_;
+
+  std::map<int, QAction*> actions_;
+  std::vector<ToolButton> toolButtons_;
+  std::vector<OwnAction> ownActions_;
+  QMenu* recentMenu_ = nullptr;
+  ElidedLabel* selectionLine_ = nullptr;
+  ElidedLabel* status_ = nullptr;
+  ElidedLabel* hint_ = nullptr;
+  ElidedLabel* hover_ = nullptr;
+  PaneSplitter* splitter_ = nullptr;
+  std::array<PaneWidget*, 4> panes_{};
+  TimeAxisStrip* axis_ = nullptr;
+  OverviewStrip* overview_ = nullptr;
+  QTimer* renewal_ = nullptr;      ///< gathers repaints asked for outside of an action
+  PaneWidget* hoverPane_ = nullptr;
+  QPoint hoverAt_;
+  std::string seenPath_;
+};
+
+}  // namespace parlowen

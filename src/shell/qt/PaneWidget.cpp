@@ -1,0 +1,242 @@
+#include "shell/qt/PaneWidget.h"
+
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QRubberBand>
+#include <algorithm>
+#include <cstdlib>
+
+#include "base/Format.h"
+#include "shell/qt/ActionGate.h"
+#include "shell/qt/PicturePainter.h"
+
+namespace parlowen {
+namespace {
+
+constexpr int kEdgeReach = 4;     // pixels on either side of an edge that take hold of it
+constexpr int kTickHeight = 11;   // type size of the tick labels
+constexpr QRgb kHoverLine = 0xFF707070;
+
+struct PaneTexts {
+  const char* name;
+  int proposedHeight;
+};
+PaneTexts TextsOf(Pane pane) {
+  switch (pane) {
+    case Pane::Amplitude: return {"幅度能量窗", 110};
+    case Pane::Pitch: return {"基频窗", 165};
+    case Pane::Analysis: return {"分析窗", 330};
+    default: return {"波形窗", 165};
+  }
+}
+
+}  // namespace
+
+PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent)
+    : QWidget(parent), pane_(pane), view_(view), document_(document), gate_(gate) {
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  setAttribute(Qt::WA_InputMethodEnabled, false);   // letters are keys here, also while an input method is on
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  setCursor(Qt::CrossCursor);
+  UpdateAccessibleName();
+}
+
+QSize PaneWidget::sizeHint() const { return {kGutter + 1024, TextsOf(pane_).proposedHeight}; }
+
+void PaneWidget::Invalidate() {
+  baseValid_ = false;
+  UpdateAccessibleName();
+  update();
+}
+
+void PaneWidget::UpdateAccessibleName() {
+  std::string name = TextsOf(pane_).name;
+  if (document_.selectionDefined() && document_.sampleRate > 0) {
+    const double rate = document_.sampleRate;
+    name += Format("，选定 %.2f–%.2f 秒", document_.selectionStart / rate, document_.selectionEnd / rate);
+  }
+  const QString text = QString::fromStdString(name);
+  if (text != accessibleName()) setAccessibleName(text);
+}
+
+void PaneWidget::ShowHover(std::optional<int> column) {
+  if (column == hoverColumn_) return;
+  for (const auto& stale : {hoverColumn_, column})
+    if (stale) update(kGutter + *stale - 1, 0, 3, height());
+  hoverColumn_ = column;
+}
+
+Picture PaneWidget::Shown() const { return view_.Whole(pane_, PaneSize().width(), PaneSize().height()); }
+
+// --- Painting -------------------------------------------------------------------------------------------------
+
+void PaneWidget::RenderBase() {
+  const QSize size = PaneSize();
+  const double ratio = devicePixelRatioF();
+  base_ = QPixmap(size * ratio);
+  base_.setDevicePixelRatio(ratio);
+  base_.fill(Qt::white);
+  QPainter painter(&base_);
+  PaintPicture(painter, view_.Base(pane_, size.width(), size.height()));
+  baseValid_ = true;
+}
+
+void PaneWidget::PaintGutter(QPainter& painter) const {
+  painter.fillRect(0, 0, kGutter, height(), palette().window());
+  QFont font = painter.font();
+  font.setPixelSize(kTickHeight);
+  painter.setFont(font);
+  painter.setPen(palette().color(QPalette::WindowText));
+  std::vector<int> tops;
+  for (const TickLabel& tick : view_.Ticks(pane_, height())) {
+    painter.fillRect(kGutter - 4, tick.y, 4, 1, palette().color(QPalette::WindowText));
+    const int top = std::clamp(tick.y - 8, 0, height() - 16);
+    // A label that another one leaves no room for is left out; its tick stays.
+    if (std::any_of(tops.begin(), tops.end(), [top](int other) { return std::abs(other - top) < kTickHeight + 1; })) continue;
+    tops.push_back(top);
+    painter.drawText(QRect(0, top, kGutter - 6, 16), Qt::AlignRight | Qt::AlignVCenter, QString::fromStdString(tick.text));
+  }
+}
+
+void PaneWidget::paintEvent(QPaintEvent* event) {
+  if (PaneSize().width() <= 0) return;
+  if (!baseValid_ || base_.devicePixelRatio() != devicePixelRatioF()) RenderBase();
+  QPainter painter(this);
+  if (event->rect().left() < kGutter) PaintGutter(painter);
+  painter.save();
+  painter.translate(kGutter, 0);
+  painter.drawPixmap(0, 0, base_);
+  PaintPicture(painter, view_.Overlay(pane_, PaneSize().width(), height()));
+  if (hoverColumn_ && *hoverColumn_ >= 0) painter.fillRect(*hoverColumn_, 0, 1, height(), QColor(kHoverLine));
+  painter.restore();
+  if (!hasFocus()) return;
+  painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
+  painter.drawRect(QRect(0, 0, width() - 1, height() - 1));
+}
+
+void PaneWidget::resizeEvent(QResizeEvent*) {
+  baseValid_ = false;
+  emit Resized();
+}
+
+void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
+
+void PaneWidget::focusOutEvent(QFocusEvent*) { update(); }
+
+// --- Mouse ----------------------------------------------------------------------------------------------------
+
+Point PaneWidget::PointAt(QPoint position) const {
+  return {std::clamp(position.x() - kGutter, 0, std::max(0, PaneSize().width() - 1)),
+          std::clamp(position.y(), 0, std::max(0, height() - 1))};
+}
+
+PaneWidget::Drag PaneWidget::EdgeAt(int x) const {
+  if (!document_.selectionDefined() || document_.activity > activities::kWaveform) return Drag::None;
+  const int toStart = std::abs(x - view_.ColumnOf(pane_, document_.selectionStart));
+  const int toEnd = std::abs(x - view_.ColumnOf(pane_, document_.selectionEnd));
+  if (std::min(toStart, toEnd) > kEdgeReach) return Drag::None;
+  return toStart < toEnd ? Drag::StartEdge : Drag::EndEdge;
+}
+
+void PaneWidget::mousePressEvent(QMouseEvent* event) {
+  if (gate_.Depth() != 0) return;
+  const Point at = PointAt(event->pos());
+  const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
+  const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
+  if (event->button() == Qt::RightButton && !control) {
+    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Right, shift); });
+    return;
+  }
+  if (event->button() != Qt::LeftButton) return;
+  pressedAt_ = at;
+  if (document_.activity == activities::kRegionDrag) {
+    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, false); });
+    drag_ = Drag::Region;
+    if (band_ == nullptr) band_ = new QRubberBand(QRubberBand::Rectangle, this);
+    band_->setGeometry(QRect(event->pos(), QSize(1, 1)));
+    band_->show();
+  } else if (document_.activity <= activities::kWaveform && !shift) {
+    // A click takes effect when the button comes up, for until then it may become a drag.
+    drag_ = Drag::Pressed;
+    pressedOn_ = EdgeAt(at.x);
+  } else {
+    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, shift); });
+  }
+}
+
+void PaneWidget::DragTo(Point at) {
+  if (drag_ == Drag::Stretch) {
+    gate_.Run([&] { view_.MarkStretch(pane_, pressedAt_.x, at.x); });
+  } else if (drag_ == Drag::StartEdge) {
+    const int x = std::min(at.x, view_.ColumnOf(pane_, document_.selectionEnd) - 1);
+    gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Left, false); });
+  } else if (drag_ == Drag::EndEdge) {
+    const int x = std::max(at.x, view_.ColumnOf(pane_, document_.selectionStart) + 1);
+    gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Right, false); });
+  }
+}
+
+void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
+  const Point at = PointAt(event->pos());
+  emit Hovered(this, {at.x, at.y});
+  if (drag_ == Drag::None) {
+    setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor : Qt::CrossCursor);
+    return;
+  }
+  if (drag_ == Drag::Region) {
+    band_->setGeometry(QRect(QPoint(pressedAt_.x + kGutter, pressedAt_.y), QPoint(at.x + kGutter, at.y)).normalized());
+    return;
+  }
+  if (drag_ == Drag::Pressed && std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance())
+    drag_ = pressedOn_ == Drag::None ? Drag::Stretch : pressedOn_;
+  DragTo(at);
+}
+
+void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || drag_ == Drag::None) return;
+  const Point at = PointAt(event->pos());
+  if (drag_ == Drag::Pressed) {
+    gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Left, false); });
+  } else if (drag_ == Drag::Region) {
+    band_->hide();
+    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, false); });
+  } else {
+    DragTo(at);
+  }
+  drag_ = Drag::None;
+}
+
+void PaneWidget::leaveEvent(QEvent*) { emit HoverLeft(); }
+
+void PaneWidget::wheelEvent(QWheelEvent* event) {
+  event->accept();
+  const bool zoom = (event->modifiers() & Qt::ControlModifier) != 0;
+  const int notches = (zoom ? wheelZoom_ : wheelScroll_).Take(*event);
+  if (notches == 0) return;
+  const Point at = PointAt(event->position().toPoint());
+  gate_.Run([&] {
+    if (!zoom) return view_.ScrollTenths(-notches);
+    for (int i = 0; i < std::abs(notches); ++i) view_.ZoomAt(at.x, notches < 0);
+  });
+}
+
+void PaneWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0) {
+    emit MenuAsked(this, mapToGlobal(rect().center()));
+    return;
+  }
+  event->ignore();
+}
+
+void PaneWidget::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  const bool mouse = event->reason() == QContextMenuEvent::Mouse;
+  if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;   // right clicks mark
+  emit MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
+}
+
+}  // namespace parlowen

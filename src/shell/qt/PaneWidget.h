@@ -1,0 +1,79 @@
+#pragma once
+#include <QPixmap>
+#include <QWidget>
+#include <optional>
+
+#include "shell/MainView.h"
+#include "shell/qt/WheelSteps.h"
+
+class QRubberBand;
+
+namespace parlowen {
+
+class ActionGate;
+
+/// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates begin
+/// there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated.
+class PaneWidget : public QWidget {
+  Q_OBJECT
+ public:
+  static constexpr int kGutter = 60;         ///< logical pixels left of the pane's column 0
+  static constexpr int kSmallestHeight = 100;
+
+  PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent);
+
+  Pane pane() const { return pane_; }
+  QSize PaneSize() const { return {width() - kGutter, height()}; }
+  /// The data behind the pane changed.
+  void Invalidate();
+  /// The column of the thin line that follows the pointer; none hides it.
+  void ShowHover(std::optional<int> column);
+  /// Base, tick labels and overlay as they stand on the screen, the gutter left out.
+  Picture Shown() const;
+
+ signals:
+  void Hovered(parlowen::PaneWidget* pane, QPoint at);
+  void HoverLeft();
+  void Resized();
+  void MenuAsked(parlowen::PaneWidget* pane, QPoint global);
+
+ protected:
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return {kGutter + 200, kSmallestHeight}; }
+  void paintEvent(QPaintEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+
+ private:
+  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region };
+
+  Point PointAt(QPoint widgetPosition) const;
+  Drag EdgeAt(int x) const;
+  void DragTo(Point at);
+  void RenderBase();
+  void PaintGutter(QPainter& painter) const;
+  void UpdateAccessibleName();
+
+  const Pane pane_;
+  MainView& view_;
+  const SoundDocument& document_;
+  ActionGate& gate_;
+  QPixmap base_;
+  bool baseValid_ = false;
+  std::optional<int> hoverColumn_;
+  Drag drag_ = Drag::None;
+  Drag pressedOn_ = Drag::None;   ///< the edge under the press, if any
+  Point pressedAt_;
+  QRubberBand* band_ = nullptr;
+  WheelSteps wheelScroll_, wheelZoom_;
+};
+
+}  // namespace parlowen

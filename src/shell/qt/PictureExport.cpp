@@ -1,0 +1,100 @@
+#include "shell/qt/PictureExport.h"
+
+#include <QBuffer>
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QPainter>
+#include <QPdfWriter>
+
+#include "base/Files.h"
+#include "shell/qt/ActionGate.h"
+#include "shell/qt/PicturePainter.h"
+#include "shell/qt/QtWindow.h"
+#include "ui/Svg.h"
+
+namespace parlowen {
+namespace {
+
+constexpr double kPixelsPerInch = 96.0;
+constexpr int kPrintDotsPerInch = 300;
+constexpr const char* kCannotWrite = "文件夹或文件名不对，请重选";
+constexpr const char* kCannotWriteCaption = "文件夹或文件名错误";
+
+QByteArray SvgBytes(const Picture& picture) { return QByteArray::fromStdString(ToSvg(picture)); }
+
+QByteArray PdfBytes(const Picture& picture) {
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  QPdfWriter writer(&buffer);
+  const double points = 72.0 / kPixelsPerInch;
+  writer.setPageSize(QPageSize(QSizeF(picture.width * points, picture.height * points), QPageSize::Point, QString(),
+                               QPageSize::ExactMatch));
+  writer.setPageMargins(QMarginsF());
+  writer.setResolution(kPrintDotsPerInch);
+  QPainter painter(&writer);
+  const double scale = kPrintDotsPerInch / kPixelsPerInch;
+  painter.scale(scale, scale);
+  PaintPicture(painter, picture);
+  painter.end();
+  return bytes;
+}
+
+QByteArray PngBytes(const Picture& picture) {
+  QImage image = RenderPicture(picture, kPrintDotsPerInch / kPixelsPerInch);
+  constexpr double kMetresPerInch = 0.0254;
+  const int dotsPerMetre = static_cast<int>(kPrintDotsPerInch / kMetresPerInch + 0.5);
+  image.setDotsPerMeterX(dotsPerMetre);
+  image.setDotsPerMeterY(dotsPerMetre);
+  QByteArray bytes;
+  QBuffer buffer(&bytes);
+  buffer.open(QIODevice::WriteOnly);
+  image.save(&buffer, "PNG");
+  return bytes;
+}
+
+struct FormatRow {
+  PictureFormat format;
+  const char* menuText;
+  const char* filter;
+  const char* pattern;
+  const char* extension;
+};
+constexpr FormatRow kFormats[] = {
+    {PictureFormat::Svg, "图形存为 SVG(&V)...", "SVG 图形(*.svg)", "*.svg", "svg"},
+    {PictureFormat::Pdf, "图形存为 PDF(&F)...", "PDF 文件(*.pdf)", "*.pdf", "pdf"},
+    {PictureFormat::Png, "图形存为 PNG，300 dpi(&G)...", "PNG 图像(*.png)", "*.png", "png"},
+};
+
+void AskAndSave(QtWindow& window, const Picture& picture, const FormatRow& row) {
+  const auto choice = window.AskSaveFile({"图形存为", {{row.filter, row.pattern}}, row.extension, ""});
+  if (choice && SavePicture(picture, choice->path, row.format) < 0) window.ShowError(kCannotWrite, kCannotWriteCaption);
+}
+
+}  // namespace
+
+int SavePicture(const Picture& picture, const std::string& path, PictureFormat format) {
+  const QByteArray bytes = format == PictureFormat::Svg   ? SvgBytes(picture)
+                           : format == PictureFormat::Pdf ? PdfBytes(picture)
+                                                          : PngBytes(picture);
+  if (bytes.isEmpty()) return -1;
+  return ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
+                            static_cast<std::size_t>(bytes.size())});
+}
+
+void CopyPicture(const Picture& picture, double scale) {
+  QGuiApplication::clipboard()->setImage(RenderPicture(picture, scale));
+}
+
+void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int level, std::function<Picture()> picture) {
+  menu.addAction("复制为图片(&C)", &menu, [&window, &gate, level, picture] {
+    gate.Run([&] { CopyPicture(picture(), window.DevicePixelRatio()); }, level);
+  });
+  for (const FormatRow& row : kFormats)
+    menu.addAction(row.menuText, &menu, [&window, &gate, level, picture, &row] {
+      gate.Run([&] { AskAndSave(window, picture(), row); }, level);
+    });
+}
+
+}  // namespace parlowen

@@ -1,0 +1,27 @@
+#pragma once
+#include <QByteArray>
+#include <QSettings>
+#include <QStringList>
+
+namespace parlowen {
+
+/// What the desktop remembers from one run to the next. The settings of a recording are not among it.
+class Preferences {
+ public:
+  /// Kept in `file`, or in the user's settings when it is empty.
+  explicit Preferences(const QString& file = {});
+
+  QString Folder() const;              ///< of the last file dialog; at first the user's documents
+  void SetFolder(const QString& folder);
+  QStringList RecentFiles() const;     ///< newest first, at most kMostRecentFiles
+  void AddRecentFile(const QString& path);
+  QByteArray Layout() const;           ///< the heights of the panes
+  void SetLayout(const QByteArray& state);
+
+  static constexpr int kMostRecentFiles = 9;
+
+ private:
+  QSettings settings_;
+};
+
+}  // namespace parlowen

@@ -1,0 +1,296 @@
+#include "shell/qt/QtWindow.h"
+
+#include <QApplication>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QGridLayout>
+#include <QHeaderView>
+#include <QMessageBox>
+#include <QProgressDialog>
+#include <QPushButton>
+#include <QSplitter>
+#include <QTreeView>
+#include <QUrl>
+#include <algorithm>
+
+#include "base/Files.h"
+#include "shell/qt/FormDialog.h"
+#include "shell/qt/Preferences.h"
+#include "shell/qt/TextWindow.h"
+#include "shell/qt/ToolWidget.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kDefaultErrorCaption = "错误";
+constexpr int kQuietMilliseconds = 500;   // work shorter than this shows no progress
+constexpr int kProgressSteps = 1000;
+
+QMessageBox::Icon IconOf(Icon icon) {
+  switch (icon) {
+    case Icon::Info: return QMessageBox::Information;
+    case Icon::Question: return QMessageBox::Question;
+    case Icon::Warning: return QMessageBox::Warning;
+    case Icon::Error: return QMessageBox::Critical;
+    default: return QMessageBox::NoIcon;
+  }
+}
+
+/// The carriage returns of the texts would show as gaps.
+QString BoxText(const std::string& text) { return QString::fromStdString(text).remove('\r'); }
+
+/// A filter as the file dialog wants it: what is shown, then the patterns in brackets, which it hides. A pattern that
+/// wants a dot in every name means all files.
+QString NameFilter(const std::pair<std::string, std::string>& filter) {
+  const QString pattern = QString::fromStdString(filter.second);
+  QStringList patterns;
+  for (const QString& one : pattern.split(';', Qt::SkipEmptyParts)) {
+    const QString trimmed = one.trimmed();
+    if (trimmed == "*.*") {
+      patterns += "*";
+    } else {
+      patterns += trimmed.toLower();
+      if (trimmed.toLower() != trimmed.toUpper()) patterns += trimmed.toUpper();
+    }
+  }
+  return QString::fromStdString(filter.first) + " (" + patterns.join(' ') + ")";
+}
+
+/// A box is made for its text; its caption should be readable too.
+void MakeRoomForCaption(QMessageBox& box) {
+  constexpr int kTitleBarButtons = 170;
+  auto* grid = qobject_cast<QGridLayout*>(box.layout());
+  if (grid == nullptr) return;
+  const int width = box.fontMetrics().horizontalAdvance(box.windowTitle()) + kTitleBarButtons;
+  grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+/// Sizes and dates whole, names take the rest.
+void ShareColumns(QFileDialog& box) {
+  box.resize(860, 540);
+  if (auto* halves = box.findChild<QSplitter*>("splitter")) halves->setSizes({160, 680});
+  if (auto* files = box.findChild<QTreeView*>("treeView")) {
+    files->header()->setStretchLastSection(false);
+    files->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    files->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+  }
+}
+
+std::string WithExtension(const std::string& path, const std::string& extension) {
+  if (extension.empty() || FileNameOf(path).find('.') != std::string::npos) return path;
+  return path + "." + extension;
+}
+
+}  // namespace
+
+QtWindow::QtWindow(QWidget& host, ActionGate& gate, Preferences& preferences)
+    : openExternally([](const QUrl& url) { return QDesktopServices::openUrl(url); }),
+      host_(host), gate_(gate), preferences_(preferences) {
+  connect(&gate_, &ActionGate::Began, this, [this] { sinceAction_.start(); });
+  connect(&gate_, &ActionGate::Finished, this, &QtWindow::ActionEnded);
+}
+
+QtWindow::~QtWindow() { CloseAllToolWindows(); }
+
+QWidget* QtWindow::DialogParent() const {
+  if (!modalTools_.empty()) return modalTools_.back();
+  QWidget* active = QApplication::activeWindow();
+  const bool ours = std::any_of(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == active; });
+  return ours ? active : &host_;
+}
+
+void QtWindow::ActionEnded(int level) {
+  delete progress_;
+  if (level == 0) closedTools_.clear();
+}
+
+void QtWindow::ShowMessage(const std::string& text, const std::string& caption, Icon icon) {
+  if (icon == Icon::Error) ++errorsShown_;
+  const ActionGate::Hold hold(gate_);
+  QMessageBox box(DialogParent());
+  box.setIcon(IconOf(icon));
+  const std::string& fallback = icon == Icon::Error ? std::string(kDefaultErrorCaption) : caption_;
+  box.setWindowTitle(QString::fromStdString(caption.empty() ? fallback : caption));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(BoxText(text));
+  box.addButton("确定", QMessageBox::AcceptRole);
+  MakeRoomForCaption(box);
+  box.exec();
+}
+
+bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
+  const ActionGate::Hold hold(gate_);
+  QMessageBox box(DialogParent());
+  box.setIcon(QMessageBox::Question);
+  box.setWindowTitle(QString::fromStdString(caption.empty() ? caption_ : caption));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(BoxText(text));
+  QPushButton* yes = box.addButton("是(&Y)", QMessageBox::YesRole);
+  QPushButton* no = box.addButton("否(&N)", QMessageBox::NoRole);
+  box.setDefaultButton(yes);
+  box.setEscapeButton(no);
+  MakeRoomForCaption(box);
+  box.exec();
+  return box.clickedButton() == yes;
+}
+
+std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save) {
+  const ActionGate::Hold hold(gate_);
+  QFileDialog box(DialogParent(), QString::fromStdString(dialog.title), preferences_.Folder());
+  box.setOption(QFileDialog::DontUseNativeDialog);
+  box.setOption(QFileDialog::HideNameFilterDetails);
+  // A refusal of a missing file is the reader's; some files are opened in order to be made.
+  box.setFileMode(QFileDialog::AnyFile);
+  box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
+  QStringList filters;
+  bool replaces = false;
+  for (const auto& filter : dialog.filters) {
+    filters += NameFilter(filter);
+    for (const char* whole : {"*.wav", "*.svg", "*.pdf", "*.png"}) replaces = replaces || filter.second == whole;
+  }
+  // Files that can be added to are asked about by their handlers; only what is always replaced is asked about here.
+  box.setOption(QFileDialog::DontConfirmOverwrite, !(save && replaces));
+  if (!filters.isEmpty()) box.setNameFilters(filters);
+  if (save && replaces) box.setDefaultSuffix(QString::fromStdString(dialog.filters.front().second).mid(2));
+  box.setLabelText(QFileDialog::Accept, save ? "保存(&S)" : "打开(&O)");
+  box.setLabelText(QFileDialog::Reject, "取消");
+  box.setLabelText(QFileDialog::LookIn, "查找范围:");
+  box.setLabelText(QFileDialog::FileName, "文件名(&N):");
+  box.setLabelText(QFileDialog::FileType, "文件类型:");
+  ShareColumns(box);
+  if (!dialog.proposed.empty()) {
+    const QFileInfo proposed(QString::fromStdString(dialog.proposed));
+    if (proposed.isAbsolute() && proposed.dir().exists()) box.setDirectory(proposed.dir());
+    box.selectFile(proposed.fileName());
+  }
+  if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty()) return {};
+  const QString chosen = box.selectedFiles().constFirst();
+  preferences_.SetFolder(QFileInfo(chosen).absolutePath());
+  FileChoice choice;
+  choice.path = WithExtension(AbsolutePath(chosen.toStdString()), dialog.defaultExtension);
+  // Two filters may look the same without their details: the place in the list tells them apart.
+  const auto* list = box.findChild<QComboBox*>("fileTypeCombo");
+  choice.filter = list != nullptr ? std::max(0, list->currentIndex()) : 0;
+  return choice;
+}
+
+std::optional<FileChoice> QtWindow::AskOpenFile(const FileDialog& dialog) { return AskFile(dialog, false); }
+
+std::optional<FileChoice> QtWindow::AskSaveFile(const FileDialog& dialog) { return AskFile(dialog, true); }
+
+bool QtWindow::AskInput(InputForm& form) {
+  const ActionGate::Hold hold(gate_);
+  FormDialog dialog(form, DialogParent());
+  return dialog.exec() == QDialog::Accepted;
+}
+
+void QtWindow::ShowStatus(const std::string& text) { emit StatusShown(QString::fromStdString(text)); }
+
+void QtWindow::SetCaption(const std::string& text) {
+  caption_ = text;
+  emit CaptionChanged(QString::fromStdString(text));
+}
+
+void QtWindow::OpenInEditor(const std::string& path) {
+  // A help page may come with the section to show behind a '#'.
+  QString file = QString::fromStdString(path), fragment;
+  if (const qsizetype hash = file.lastIndexOf('#'); hash > 0 && !QFileInfo::exists(file)) {
+    fragment = file.mid(hash + 1);
+    file.truncate(hash);
+  }
+  QUrl url = QUrl::fromLocalFile(file);
+  if (!fragment.isEmpty()) url.setFragment(fragment);
+  if (openExternally && openExternally(url)) return;
+  const QString suffix = QFileInfo(file).suffix().toLower();
+  const bool html = suffix == "html" || suffix == "htm";
+  QWidget* shown = html ? ShowHelpPage(file, fragment, &host_) : ShowTextFile(file, &host_);
+  if (shown == nullptr) ShowError("文件打开错误");
+}
+
+void QtWindow::Repaint(std::optional<Pane> pane) {
+  emit RepaintAsked(pane);
+  for (const OpenTool& open : tools_) open.widget->Renew();
+  for (ToolWidget* widget : modalTools_) widget->Renew();
+}
+
+ToolWidget* QtWindow::FindToolWindow(const std::string& name) const {
+  for (const OpenTool& open : tools_)
+    if (open.tool->Name() == name) return open.widget;
+  return nullptr;
+}
+
+void QtWindow::OpenToolWindow(std::unique_ptr<ToolWindow> tool) {
+  if (!tool) return;
+  CloseToolWindow(tool->Name());
+  auto* widget = new ToolWidget(*tool, *this, gate_, 0, &host_);
+  connect(widget, &QDialog::finished, this, [this, widget] { ToolClosed(widget); });
+  connect(widget, &ToolWidget::KeyUnused, this, &QtWindow::KeyUnused);
+  tools_.push_back({std::move(tool), widget});
+  widget->show();
+}
+
+bool QtWindow::CloseToolWindow(const std::string& name) {
+  ToolWidget* widget = FindToolWindow(name);
+  if (widget == nullptr) return false;
+  widget->CloseNow();
+  return true;
+}
+
+void QtWindow::CloseAllToolWindows() {
+  while (!tools_.empty()) tools_.back().widget->CloseNow();
+}
+
+void QtWindow::ToolClosed(ToolWidget* widget) {
+  const auto at = std::find_if(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == widget; });
+  if (at == tools_.end()) return;
+  std::unique_ptr<ToolWindow> tool = std::move(at->tool);
+  tools_.erase(at);
+  widget->Detach();
+  widget->deleteLater();
+  const bool outermost = gate_.Depth() == 0;
+  if (outermost) {
+    gate_.Run([&] { tool->Closed(*this); });
+  } else {
+    tool->Closed(*this);
+    closedTools_.push_back(std::move(tool));
+  }
+}
+
+void QtWindow::RunModal(ToolWindow& tool) {
+  const ActionGate::Hold hold(gate_);
+  ToolWidget widget(tool, *this, gate_, gate_.Depth(), DialogParent());
+  modalTools_.push_back(&widget);
+  widget.exec();
+  modalTools_.pop_back();
+  widget.Detach();
+  tool.Closed(*this);
+}
+
+bool QtWindow::Progress(double share) {
+  if (!progress_) {
+    if (share >= 1.0 || !sinceAction_.isValid() || sinceAction_.elapsed() < kQuietMilliseconds) return true;
+    progress_ = new QProgressDialog("正在计算...", "取消", 0, kProgressSteps, DialogParent());
+    progress_->setWindowTitle(QString::fromStdString(caption_));
+    progress_->setWindowModality(Qt::ApplicationModal);
+    progress_->setMinimumDuration(0);
+    progress_->setAutoClose(false);
+    progress_->setAutoReset(false);
+    progress_->show();
+  }
+  progress_->setValue(static_cast<int>(std::clamp(share, 0.0, 1.0) * kProgressSteps));
+  QApplication::processEvents();
+  const bool goOn = progress_ && !progress_->wasCanceled();
+  if (!goOn || share >= 1.0) delete progress_;
+  return goOn;
+}
+
+void QtWindow::CopyRegion(const PaneRegion& region) { emit RegionCopied(region); }
+
+void QtWindow::Quit() { emit QuitAsked(); }
+
+double QtWindow::DevicePixelRatio() const { return host_.devicePixelRatioF(); }
+
+}  // namespace parlowen

@@ -1,0 +1,86 @@
+#pragma once
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "shell/qt/ActionGate.h"
+#include "ui/Window.h"
+
+class QProgressDialog;
+class QUrl;
+class QWidget;
+
+namespace parlowen {
+
+class Preferences;
+class ToolWidget;
+
+/// The window that the handlers ask, made of dialogs over a host widget. What concerns the main window itself (its
+/// caption, its panes, its end) goes out as signals.
+class QtWindow : public QObject, public Window {
+  Q_OBJECT
+ public:
+  QtWindow(QWidget& host, ActionGate& gate, Preferences& preferences);
+  ~QtWindow() override;
+
+  void ShowMessage(const std::string& text, const std::string& caption, Icon icon) override;
+  bool AskYesNo(const std::string& text, const std::string& caption) override;
+  std::optional<FileChoice> AskOpenFile(const FileDialog& dialog) override;
+  std::optional<FileChoice> AskSaveFile(const FileDialog& dialog) override;
+  bool AskInput(InputForm& form) override;
+  void ShowStatus(const std::string& text) override;
+  void SetCaption(const std::string& text) override;
+  const std::string& Caption() const override { return caption_; }
+  void OpenInEditor(const std::string& path) override;
+  void Repaint(std::optional<Pane> pane = {}) override;
+  void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
+  void RunModal(ToolWindow& tool) override;
+  bool Progress(double share) override;
+  void CopyRegion(const PaneRegion& region) override;
+  void Quit() override;
+
+  /// Failures shown so far: a command that adds none has done its work.
+  int ErrorsShown() const { return errorsShown_; }
+  bool CloseToolWindow(const std::string& name);
+  ToolWidget* FindToolWindow(const std::string& name) const;
+  void CloseAllToolWindows();
+  double DevicePixelRatio() const;
+
+  /// What hands a file to the system; true when something took it. Tests put their own here.
+  std::function<bool(const QUrl&)> openExternally;
+
+ signals:
+  void CaptionChanged(const QString& caption);
+  void StatusShown(const QString& text);
+  void RepaintAsked(std::optional<parlowen::Pane> pane);
+  void RegionCopied(const parlowen::PaneRegion& region);
+  void KeyUnused(const std::string& key);   ///< a key that a tool window had no use for
+  void QuitAsked();
+
+ private:
+  struct OpenTool {
+    std::unique_ptr<ToolWindow> tool;
+    ToolWidget* widget;
+  };
+  std::optional<FileChoice> AskFile(const FileDialog& dialog, bool save);
+  void ToolClosed(ToolWidget* widget);
+  void ActionEnded(int level);
+  QWidget* DialogParent() const;
+
+  QWidget& host_;
+  ActionGate& gate_;
+  Preferences& preferences_;
+  std::string caption_;
+  std::vector<OpenTool> tools_;
+  std::vector<std::unique_ptr<ToolWindow>> closedTools_;   ///< they may still be on the stack until the action ends
+  std::vector<ToolWidget*> modalTools_;
+  QPointer<QProgressDialog> progress_;
+  QElapsedTimer sinceAction_;
+  int errorsShown_ = 0;
+};
+
+}  // namespace parlowen

@@ -1,0 +1,59 @@
+#include "shell/qt/Splash.h"
+
+#include <QPainter>
+#include <QPainterPath>
+#include <QSplashScreen>
+#include <QTimer>
+#include <cmath>
+
+namespace parlowen {
+namespace {
+
+constexpr int kWidth = 440, kHeight = 220;
+constexpr int kShownMilliseconds = 1200;
+
+/// A swelling vibration under the name: what the program is about.
+QPainterPath Vibration() {
+  QPainterPath path({0, 150});
+  for (int x = 1; x < kWidth; ++x) {
+    const double t = x / double(kWidth);
+    const double swell = std::exp(-std::pow((t - 0.35) / 0.16, 2)) + 0.7 * std::exp(-std::pow((t - 0.75) / 0.10, 2));
+    path.lineTo(x, 150 - 48 * swell * std::sin(x * 0.75) * (0.75 + 0.25 * std::sin(x * 0.11)));
+  }
+  return path;
+}
+
+QPixmap Drawing(double ratio) {
+  QPixmap pixmap(QSize(kWidth, kHeight) * ratio);
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(QColor(0xF7, 0xFA, 0xFF));
+  QPainter painter(&pixmap);
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(QPen(QColor(0x1F, 0x3F, 0x77), 1.2));
+  painter.drawPath(Vibration());
+  QFont font;
+  font.setPixelSize(34);
+  font.setBold(true);
+  painter.setFont(font);
+  painter.drawText(QRect(0, 22, kWidth, 44), Qt::AlignCenter, "Parlowen");
+  font.setPixelSize(16);
+  font.setBold(false);
+  painter.setFont(font);
+  painter.drawText(QRect(0, 66, kWidth, 26), Qt::AlignCenter, "语音分析工作站");
+  painter.setPen(QColor(0x9D, 0xB8, 0xD9));
+  painter.setBrush(Qt::NoBrush);
+  painter.setRenderHint(QPainter::Antialiasing, false);
+  painter.drawRect(0, 0, kWidth - 1, kHeight - 1);
+  return pixmap;
+}
+
+}  // namespace
+
+void ShowSplash(QWidget& window) {
+  auto* splash = new QSplashScreen(Drawing(window.devicePixelRatioF()), Qt::WindowStaysOnTopHint);
+  splash->setAttribute(Qt::WA_DeleteOnClose);
+  splash->show();
+  QTimer::singleShot(kShownMilliseconds, splash, &QWidget::close);
+}
+
+}  // namespace parlowen

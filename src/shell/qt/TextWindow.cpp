@@ -1,0 +1,59 @@
+#include "shell/qt/TextWindow.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QFontDatabase>
+#include <QPlainTextEdit>
+#include <QTextBrowser>
+#include <QUrl>
+
+#include "base/Gbk.h"
+#include "base/Utf8.h"
+
+namespace parlowen {
+namespace {
+
+constexpr qint64 kLongestText = qint64{16} << 20;
+
+void ShowAsWindow(QWidget& widget, const QString& title) {
+  widget.setWindowFlag(Qt::Window);
+  widget.setAttribute(Qt::WA_DeleteOnClose);
+  widget.setWindowTitle(title);
+  widget.resize(820, 600);
+  widget.show();
+}
+
+}  // namespace
+
+QString DecodedText(const QByteArray& bytes) {
+  const std::string text = bytes.toStdString();
+  return QString::fromStdString(IsUtf8(text) ? text : FromGbk(text));
+}
+
+QWidget* ShowTextFile(const QString& path, QWidget* parent) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly)) return nullptr;
+  auto* view = new QPlainTextEdit(parent);
+  view->setReadOnly(true);
+  view->setLineWrapMode(QPlainTextEdit::NoWrap);
+  QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+  font.setFamilies({"Noto Sans Mono CJK SC", font.family()});
+  view->setFont(font);
+  view->setPlainText(DecodedText(file.read(kLongestText)));
+  ShowAsWindow(*view, QFileInfo(path).fileName());
+  return view;
+}
+
+QWidget* ShowHelpPage(const QString& path, const QString& fragment, QWidget* parent) {
+  if (!QFileInfo(path).isReadable()) return nullptr;
+  auto* view = new QTextBrowser(parent);
+  view->setOpenLinks(true);
+  view->setOpenExternalLinks(false);
+  QUrl url = QUrl::fromLocalFile(path);
+  if (!fragment.isEmpty()) url.setFragment(fragment);
+  view->setSource(url);
+  ShowAsWindow(*view, view->documentTitle().isEmpty() ? "帮助" : view->documentTitle());
+  return view;
+}
+
+}  // namespace parlowen

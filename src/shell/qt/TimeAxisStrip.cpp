@@ -1,0 +1,28 @@
+#include "shell/qt/TimeAxisStrip.h"
+
+#include <QPainter>
+
+#include "shell/qt/PaneWidget.h"
+#include "shell/qt/PicturePainter.h"
+
+namespace parlowen {
+
+TimeAxisStrip::TimeAxisStrip(const MainView& view, QWidget* parent) : QWidget(parent), view_(view) {
+  setFixedHeight(22);
+  setAccessibleName("时间轴（秒）");
+}
+
+void TimeAxisStrip::paintEvent(QPaintEvent*) {
+  constexpr int kLeft = PaneWidget::kGutter;
+  QPainter painter(this);
+  painter.setPen(palette().color(QPalette::WindowText));
+  QFont small = font();
+  small.setPixelSize(11);
+  painter.setFont(small);
+  painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter, "秒");
+  painter.translate(kLeft, 0);
+  painter.fillRect(0, 0, width() - kLeft, height(), Qt::white);
+  PaintPicture(painter, view_.TimeAxis(width() - kLeft, height()));
+}
+
+}  // namespace parlowen

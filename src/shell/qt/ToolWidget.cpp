@@ -1,0 +1,168 @@
+#include "shell/qt/ToolWidget.h"
+
+#include <QContextMenuEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "shell/qt/ActionGate.h"
+#include "shell/qt/KeyNames.h"
+#include "shell/qt/PictureExport.h"
+#include "shell/qt/PicturePainter.h"
+#include "shell/qt/QtWindow.h"
+
+namespace parlowen {
+
+/// The drawing area of a tool window.
+class ToolCanvas : public QWidget {
+ public:
+  explicit ToolCanvas(ToolWidget& owner) : QWidget(&owner), owner_(owner) {
+    setMouseTracking(true);
+    setFocusPolicy(Qt::StrongFocus);
+    setAttribute(Qt::WA_InputMethodEnabled, false);
+    setAttribute(Qt::WA_OpaquePaintEvent);
+    setMinimumSize(320, 200);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  }
+  QSize sizeHint() const override { return {900, 520}; }
+
+ protected:
+  void paintEvent(QPaintEvent*) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), Qt::white);
+    if (owner_.tool_ != nullptr) PaintPicture(painter, owner_.tool_->Draw(width(), height()));
+    if (!hasFocus()) return;
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
+    painter.drawRect(rect().adjusted(0, 0, -1, -1));
+  }
+  void mousePressEvent(QMouseEvent* event) override {
+    const bool menuClick = event->button() == Qt::RightButton && (event->modifiers() & Qt::ControlModifier) != 0;
+    if (menuClick || (event->button() != Qt::LeftButton && event->button() != Qt::RightButton)) return;
+    const Point at{event->pos().x(), event->pos().y()};
+    const MouseButton button = event->button() == Qt::LeftButton ? MouseButton::Left : MouseButton::Right;
+    const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
+    owner_.gate_.Run([&] { if (owner_.tool_ != nullptr) owner_.tool_->Click(owner_.window_, at, button, shift); },
+                     owner_.level_);
+    owner_.Renew();
+  }
+  void mouseMoveEvent(QMouseEvent* event) override {
+    if (owner_.tool_ == nullptr) return;
+    owner_.readout_->setText(QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
+  }
+  void contextMenuEvent(QContextMenuEvent* event) override {
+    // Right clicks belong to the tool.
+    const bool asked = event->reason() != QContextMenuEvent::Mouse || (event->modifiers() & Qt::ControlModifier) != 0;
+    if (asked) owner_.ShowMenu(event->globalPos());
+  }
+
+ private:
+  ToolWidget& owner_;
+};
+
+ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent)
+    : QDialog(parent, Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
+      tool_(&tool), window_(window), gate_(gate), level_(level), canvas_(new ToolCanvas(*this)), readout_(new QLabel),
+      buttonColumn_(new QVBoxLayout) {
+  readout_->setTextFormat(Qt::PlainText);
+  readout_->setMinimumHeight(readout_->fontMetrics().height());
+  auto* layout = new QVBoxLayout(this);
+  layout->setContentsMargins(6, 6, 6, 4);
+  layout->setSpacing(4);
+  auto* row = new QHBoxLayout;
+  row->addWidget(canvas_, 1);
+  row->addLayout(buttonColumn_);
+  layout->addLayout(row, 1);
+  layout->addWidget(readout_);
+  Renew();
+  canvas_->setFocus();
+}
+
+QWidget* ToolWidget::Canvas() const { return canvas_; }
+
+Picture ToolWidget::Shown() const {
+  return tool_ != nullptr ? tool_->Draw(canvas_->width(), canvas_->height()) : Picture{1, 1, {}};
+}
+
+void ToolWidget::Renew() {
+  if (tool_ == nullptr) return;
+  setWindowTitle(QString::fromStdString(tool_->Title()));
+  const std::vector<ToolControl> controls = tool_->Controls();
+  const bool same = std::equal(controls.begin(), controls.end(), controls_.begin(), controls_.end(),
+                               [](const ToolControl& a, const ToolControl& b) {
+                                 return a.number == b.number && a.text == b.text;
+                               });
+  controls_ = controls;
+  if (!same) MakeButtons(controls);
+  for (std::size_t i = 0; i < controls.size(); ++i) buttons_[i]->setEnabled(controls[i].enabled);
+  canvas_->setAccessibleName(windowTitle());
+  canvas_->update();
+}
+
+void ToolWidget::MakeButtons(const std::vector<ToolControl>& controls) {
+  while (QLayoutItem* item = buttonColumn_->takeAt(0)) {
+    if (item->widget() != nullptr) item->widget()->deleteLater();   // it may be the one being clicked
+    delete item;
+  }
+  buttons_.clear();
+  for (const ToolControl& control : controls) {
+    auto* button = new QPushButton(QString::fromStdString(control.text));
+    button->setAutoDefault(false);
+    connect(button, &QPushButton::clicked, this,
+            [this, number = control.number, text = control.text] { PressButton(number, text); });
+    buttonColumn_->addWidget(button);
+    buttons_.push_back(button);
+  }
+  buttonColumn_->addStretch(1);
+}
+
+QPushButton* ToolWidget::Button(const std::string& text) const {
+  for (std::size_t i = 0; i < controls_.size(); ++i)
+    if (controls_[i].text == text) return buttons_[i];
+  return nullptr;
+}
+
+void ToolWidget::PressButton(int number, const std::string& text) {
+  gate_.Run([&] { if (tool_ != nullptr) tool_->Press(window_, ToolControl{number, text, true}); }, level_);
+  Renew();
+}
+
+void ToolWidget::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0)
+    return ShowMenu(canvas_->mapToGlobal(canvas_->rect().center()));
+  const std::string key = KeyName(*event);
+  if (key.empty()) return QDialog::keyPressEvent(event);
+  bool used = false;
+  const bool ran = gate_.Run([&] { used = tool_ != nullptr && tool_->Key(window_, key); }, level_);
+  Renew();
+  if (used || !ran) return;
+  if (key == "Escape") return reject();
+  if (level_ == 0) emit KeyUnused(key);
+}
+
+void ToolWidget::wheelEvent(QWheelEvent* event) {
+  const int steps = wheel_.Take(*event);
+  if (steps != 0) gate_.Run([&] { if (tool_ != nullptr) tool_->Scroll(window_, -steps); }, level_);
+  Renew();
+  event->accept();
+}
+
+void ToolWidget::reject() {
+  if (gate_.Depth() == level_) QDialog::reject();
+}
+
+void ToolWidget::CloseNow() { QDialog::reject(); }
+
+void ToolWidget::ShowMenu(QPoint global) {
+  if (gate_.Depth() != level_) return;
+  QMenu menu(this);
+  AddPictureActions(menu, window_, gate_, level_, [this] { return Shown(); });
+  menu.exec(global);
+}
+
+}  // namespace parlowen

@@ -1,0 +1,65 @@
+#pragma once
+#include <QDialog>
+#include <string>
+#include <vector>
+
+#include "shell/qt/WheelSteps.h"
+#include "ui/ToolWindow.h"
+
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
+namespace parlowen {
+
+class ActionGate;
+class QtWindow;
+class ToolCanvas;
+
+/// The window over a room's tool: its drawing, its buttons, the readout of the pointer. Modeless, or modal by exec().
+class ToolWidget : public QDialog {
+  Q_OBJECT
+ public:
+  /// `level` is the depth of open actions at which this window may act: 0 for a modeless one.
+  ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent);
+
+  /// Takes over title, buttons and drawing from the tool.
+  void Renew();
+  /// Closes without asking whether something else is open.
+  void CloseNow();
+  /// The tool is gone: the window shows nothing more and asks nothing.
+  void Detach() { tool_ = nullptr; }
+
+  QWidget* Canvas() const;
+  QPushButton* Button(const std::string& text) const;
+  Picture Shown() const;
+
+ signals:
+  void KeyUnused(const std::string& key);
+
+ public slots:
+  void reject() override;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
+
+ private:
+  friend class ToolCanvas;
+  void PressButton(int number, const std::string& text);
+  void ShowMenu(QPoint global);
+  void MakeButtons(const std::vector<ToolControl>& controls);
+
+  ToolWindow* tool_;
+  QtWindow& window_;
+  ActionGate& gate_;
+  const int level_;
+  ToolCanvas* canvas_;
+  QLabel* readout_;
+  QVBoxLayout* buttonColumn_;
+  std::vector<ToolControl> controls_;
+  std::vector<QPushButton*> buttons_;
+  WheelSteps wheel_;
+};
+
+}  // namespace parlowen

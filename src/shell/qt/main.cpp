@@ -1,0 +1,38 @@
+#include <QApplication>
+#include <QGuiApplication>
+#include <QScreen>
+#include <QTimer>
+#include <clocale>
+
+#include "shell/DataFolder.h"
+#include "shell/qt/InterfaceTexts.h"
+#include "shell/qt/MainWindow.h"
+#include "shell/qt/Preferences.h"
+#include "shell/qt/Splash.h"
+
+namespace {
+
+constexpr QSize kSmallestScreen(1024, 720);
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  QApplication application(argc, argv);
+  std::setlocale(LC_NUMERIC, "C");   // numbers in files and reports have a point in every country
+  QApplication::setApplicationName("parlowen");
+  parlowen::InstallInterfaceTexts(application);
+
+  parlowen::Preferences preferences;
+  parlowen::MainWindow window(parlowen::DataFolder(), preferences);
+  parlowen::ShowSplash(window);
+  window.showMaximized();
+
+  const QSize screen = QGuiApplication::primaryScreen()->size();
+  const QStringList arguments = QApplication::arguments();
+  QTimer::singleShot(0, &window, [&] {
+    if (screen.width() < kSmallestScreen.width() || screen.height() < kSmallestScreen.height())
+      window.Dialogs().ShowMessage("显示器分辨率不低于1024*720!", "警告", parlowen::Icon::Warning);
+    if (arguments.size() > 1) window.OpenFile(arguments.at(1));
+  });
+  return QApplication::exec();
+}

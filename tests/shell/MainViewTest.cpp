@@ -1,0 +1,212 @@
+#include <gtest/gtest.h>
+
+#include "shell/Station.h"
+
+namespace parlowen {
+namespace {
+
+using testing::Ramp;
+using testing::Station;
+using testing::Texts;
+
+constexpr auto kLeft = MouseButton::Left, kRight = MouseButton::Right;
+
+TEST(MainView, AClickIsTheSampleThatItsFormulaSays) {
+  Station s;
+  s.Load(Ramp(400000), 11025);
+  SoundDocument& d = s.w.document;
+  s.w.view.ScrollTo(5000);
+  const MainView& view = s.w.view;
+  // Start scale: 110 samples a pixel in the waveform, 110.25 in the other panes.
+  EXPECT_EQ(view.SampleAt(Pane::Waveform, 420), 5000 + 400 * 110);
+  EXPECT_EQ(view.SampleAt(Pane::Amplitude, 423), 5000 + 403 * 11025 / 100);
+  EXPECT_EQ(view.SampleAt(Pane::Pitch, 3), 5000) << "the margin counts as its edge";
+  d.insertPoint = 77;
+  EXPECT_EQ(view.SampleAt(Pane::Waveform, 30, true), 77 + 1100);
+  EXPECT_EQ(view.SampleAt(Pane::Amplitude, 30, true), 5000 + 1102) << "only the waveform counts from the insert point";
+  s.w.Key("s");
+  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform}) EXPECT_EQ(view.SampleAt(pane, 421), 5000 + 401 * 220);
+  EXPECT_EQ(view.SampleAt(Pane::Waveform, 100000), 400000);
+  for (const int x : {20, 21, 500, 1023}) EXPECT_EQ(view.ColumnOf(Pane::Pitch, view.SampleAt(Pane::Pitch, x)), x);
+
+  s.w.Select(10000, 30000);
+  s.w.dispatchCommand(170);
+  EXPECT_EQ(view.SampleAt(Pane::Analysis, 512), 20000) << "a stretch of its own fills the pane";
+  EXPECT_EQ(view.SampleAt(Pane::Waveform, 421), 5000 + 401 * 220);
+}
+
+TEST(MainView, TheScaleDoublesAndHalvesWithinItsBounds) {
+  Station s;
+  s.Load(Ramp(400000), 22050);
+  SoundDocument& d = s.w.document;
+  const auto press = [&](const char* key, int times) {
+    for (int i = 0; i < times; ++i) s.w.Key(key);
+    return d.samplesPerPixel;
+  };
+  EXPECT_EQ(press("S", 1), 440);
+  EXPECT_EQ(press("x", 1), 220);
+  EXPECT_TRUE(d.AtStartScale());
+  EXPECT_EQ(press("X", 3), 27);
+  EXPECT_EQ(press("X", 20), 1);
+  EXPECT_EQ(d.viewLength, 1004);
+  EXPECT_EQ(press("S", 30), 16384);
+  EXPECT_EQ(d.viewLength, 400000);
+  EXPECT_FALSE(s.w.states.IsEnabled(40013));
+  EXPECT_EQ(d.pixelsPerSecond, 100);
+  d.activity = activities::kSegmentChart;
+  EXPECT_FALSE(s.w.Key("S"));
+  EXPECT_EQ(d.samplesPerPixel, 16384) << "only in the waveform mode";
+}
+
+TEST(MainView, PagingStopsAtTheEndsOfTheSound) {
+  Station s;
+  s.Load(Ramp(250000), 1000);   // a view is 10040 samples
+  SoundDocument& d = s.w.document;
+  const auto after = [&](const char* key) {
+    s.w.Key(key);
+    return d.viewStart;
+  };
+  EXPECT_EQ(after("PageUp"), 0);
+  EXPECT_EQ(after("PageDown"), 10040);
+  EXPECT_EQ(after("Right"), 11044);
+  EXPECT_EQ(after("Left"), 10040);
+  EXPECT_EQ(after("End"), 250000 - 10040);
+  EXPECT_EQ(after("PageDown"), 250000 - 10040);
+  EXPECT_EQ(d.viewLength, 10040);
+  s.w.dispatchCommand(40014);
+  EXPECT_EQ(d.viewStart, 250000 - 20080);
+  EXPECT_EQ(after("Home"), 0);
+  for (const auto& [answer, start] : {std::pair{"ok:17", 17000}, {"ok:999999999", 239960}, {"ok:-1", 0}, {"cancel", 0}}) {
+    s.window.answers = {answer};
+    s.w.dispatchCommand(40027);
+    EXPECT_EQ(d.viewStart, start) << answer;
+    EXPECT_EQ(s.window.Log(), Texts{"input| 选择所需的地点|输入该处的秒数（Max=）250"});
+  }
+}
+
+TEST(MainView, ZoomingAtThePointerKeepsItsSample) {
+  Station s;
+  s.Load(Ramp(1000000), 16000);
+  s.w.view.ScrollTo(400000);
+  for (const bool out : {false, false, false, true, true}) {
+    const int before = s.w.view.SampleAt(Pane::Waveform, 700);
+    s.w.view.ZoomAt(700, out);
+    EXPECT_NEAR(s.w.view.SampleAt(Pane::Waveform, 700), before, 1);
+  }
+  s.w.view.ZoomTo(500000, 510041);
+  EXPECT_EQ(s.w.document.samplesPerPixel, 11) << "10 would show one sample less";
+  EXPECT_EQ(s.w.document.viewStart, 500000);
+  s.w.view.ZoomTo(5, 5);
+  EXPECT_EQ(s.w.document.samplesPerPixel, 1);
+}
+
+TEST(MainView, ADragIsALeftAndARightClick) {
+  Station s, t;
+  for (Station* station : {&s, &t}) station->Load(Ramp(100000));
+  s.w.view.MarkStretch(Pane::Waveform, 300, 100);
+  t.Click(Pane::Waveform, 100);
+  t.Click(Pane::Waveform, 300, kRight);
+  EXPECT_EQ(s.w.document.selectionStart, 80 * 160);
+  EXPECT_EQ(s.w.document.selectionEnd, 280 * 160);
+  EXPECT_EQ(t.w.document.selectionStart, s.w.document.selectionStart);
+  EXPECT_EQ(t.w.document.selectionEnd, s.w.document.selectionEnd);
+  EXPECT_EQ(t.w.states.Enabled(), s.w.states.Enabled());
+}
+
+TEST(MainView, AShiftClickSetsTheInsertPointAndPastesOnlyAClip) {
+  Station s;
+  s.Load(Ramp(10000));
+  s.Click(Pane::Waveform, 30);
+  s.Click(Pane::Waveform, 25, kLeft, true);
+  EXPECT_EQ(s.w.document.insertPoint, 10 * 160 + 5 * 160);
+  EXPECT_EQ(s.w.document.sampleCount, 10000) << "nothing was copied yet";
+  EXPECT_EQ(s.w.document.selectionStart, 1600) << "the mark stays";
+  s.w.Select(0, 7);
+  s.w.dispatchCommand(40002);
+  s.Click(Pane::Pitch, 25, kLeft, true);
+  EXPECT_EQ(s.w.document.sampleCount, 10000) << "only in the waveform";
+  EXPECT_EQ(s.w.document.selectionStart, 5 * 160) << "elsewhere it is a left click";
+  s.Click(Pane::Waveform, 99999, kLeft, true);
+  EXPECT_EQ(s.w.document.sampleCount, 10007);
+  EXPECT_EQ(s.w.document.samples[10006], 7);
+}
+
+TEST(MainView, ARegionIsTwoClicksOfOnePane) {
+  Station s;
+  s.Load(Ramp(10000));
+  s.w.dispatchCommand(40010);
+  EXPECT_EQ(s.w.document.activity, 7);
+  s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
+  EXPECT_FALSE(s.w.states.IsEnabled(40015));
+  s.w.Click(Pane::Analysis, {100, 20}, kRight, true);
+  EXPECT_EQ(s.w.document.activity, 8);
+  EXPECT_TRUE(s.w.states.IsEnabled(40015));
+  EXPECT_EQ(s.w.view.region.from, (Point{300, 200}));
+  EXPECT_EQ(s.w.view.region.to, (Point{100, 20}));
+  EXPECT_FALSE(s.w.document.selectionDefined());
+  s.window.Log();
+  s.Load(Ramp(10));
+  EXPECT_EQ(s.w.document.activity, 1);
+  EXPECT_FALSE(s.w.states.IsEnabled(40015));
+  s.w.dispatchCommand(40010);
+  s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
+  s.w.dispatchCommand(180);   // another tool
+  EXPECT_EQ(s.w.document.activity, 1);
+  s.w.dispatchCommand(40010);
+  s.w.Click(Pane::Waveform, {1, 2}, kLeft, false);
+  EXPECT_EQ(s.w.document.activity, 7) << "the corner of the broken-off region is forgotten";
+}
+
+TEST(MainView, ThePictureFollowsViewShadesAndEdits) {
+  Station s;
+  s.Load(Ramp(300000));
+  s.w.dispatchCommand(180);
+  const SpectrogramState& shown = s.w.spectrogram;
+  EXPECT_TRUE(s.w.Key("d"));
+  const auto shaded = shown.matrix.greys;
+  s.w.Select(1000, 90000);
+  s.w.Key("PageDown");
+  EXPECT_TRUE(shown.stretch.followsView);
+  EXPECT_EQ(shown.stretch.start, s.w.document.viewStart);
+  s.w.Key("Home");
+  EXPECT_EQ(shown.matrix.greys, shaded);
+  s.w.dispatchCommand(40001);
+  EXPECT_TRUE(shown.shown);
+  EXPECT_NE(shown.matrix.greys, shaded);
+  s.Load(Ramp(1500));
+  EXPECT_FALSE(shown.shown) << "a new sound has no picture";
+  EXPECT_FALSE(s.w.Key("D"));
+  s.w.dispatchCommand(170);
+  s.w.Select(0, 700);
+  s.w.dispatchCommand(40007);
+  EXPECT_TRUE(shown.shown);
+  s.w.dispatchCommand(40001);
+  EXPECT_FALSE(shown.shown) << "too little is left for a picture";
+}
+
+TEST(MainView, MarksBeforeAnySoundDoNoHarm) {
+  Station s;
+  s.Click(Pane::Waveform, 500);
+  EXPECT_EQ(s.w.document.selectionStart, -1000);
+  s.w.OpenFile(s.folder / "missing.wav");
+  s.Click(Pane::Waveform, 500);
+  s.Click(Pane::Waveform, 900, kRight);
+  EXPECT_FALSE(s.w.document.selectionDefined());
+  for (const char* key : {"S", "X", "PageDown", "End", "Right", "D", "Space", "Escape"}) s.w.Key(key);
+  EXPECT_EQ(s.w.view.SelectionLine(), "起 0.000 s (0)");
+  EXPECT_EQ(s.w.view.HoverLine(Pane::Waveform, {500, 5}, 165, " "), "");
+  EXPECT_EQ(s.w.document.viewLength, 0);
+}
+
+TEST(MainView, TheLinesUnderThePointerAndTheSelection) {
+  Station s;
+  s.Load(Ramp(16000), 16000, testing::PitchTail(std::vector<float>(102, 125.0f)));
+  EXPECT_EQ(s.w.view.SelectionLine(), "未选定语音段");
+  s.w.Select(1600, 9600);
+  EXPECT_EQ(s.w.view.SelectionLine(), "起 0.100 s │ 0.500 s (2.000/s) │ 止 0.600 s      样点 1600 │ 8000 │ 9600");
+  // 16000/125 = 128 Hz, an octave above 64 Hz. The frame holds 1601 … 1760: mean square 1681² + (160² − 1)/12, 64.5 dB.
+  EXPECT_EQ(s.w.view.HoverLine(Pane::Waveform, {30, 0}, 165, "\t"), "0.100 s\t样点 1600\t幅度 1601\t64.5 dB\tF0 128.0 Hz\t12.0 半音");
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,201 @@
+#include <QApplication>
+#include <QFile>
+#include <QPainter>
+#include <QSvgRenderer>
+#include <QTest>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "shell/qt/PictureExport.h"
+#include "shell/qt/PicturePainter.h"
+#include "shell_qt/Doubles.h"
+
+namespace parlowen {
+namespace {
+
+constexpr QRgb kWhitePixel = 0xFFFFFFFF;
+
+QImage SvgAsImage(const QByteArray& svg, QSize size) {
+  QSvgRenderer renderer(svg);
+  EXPECT_TRUE(renderer.isValid());
+  QImage image(size, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  QPainter painter(&image);
+  renderer.render(&painter, QRectF(QPointF(), QSizeF(size)));
+  return image;
+}
+
+QByteArray BytesOf(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+  return file.readAll();
+}
+
+/// Mean distance of the grey values of two images, 0..255.
+double MeanDistance(const QImage& a, const QImage& b) {
+  EXPECT_EQ(a.size(), b.size());
+  double sum = 0;
+  for (int y = 0; y < a.height(); ++y)
+    for (int x = 0; x < a.width(); ++x) sum += std::abs(qGray(a.pixel(x, y)) - qGray(b.pixel(x, y)));
+  return sum / (double(a.width()) * a.height());
+}
+
+/// Cells of `side` by `side` pixels: the two painters smooth edges and rows of an image in ways of their own.
+QImage Coarse(const QImage& image, int side) {
+  return image.scaled(image.width() / side, image.height() / side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage WhitePaper(QSize size) {
+  QImage image(size, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  return image;
+}
+
+TEST(PicturePainterTest, LinesAndBoxesCoverExactlyTheirPixels) {
+  Picture picture{12, 12, {}};
+  picture.Add(LineMark{{2, 1}, {2, 9}, 0x112233});
+  picture.Add(LineMark{{10, 6}, {5, 6}, 0x445566});
+  picture.Add(BoxMark{4, 8, 3, 2, 0x00AA00});
+  const QImage image = RenderPicture(picture, 1.0);
+  for (int y = 0; y < 12; ++y)
+    for (int x = 0; x < 12; ++x) {
+      QRgb expected = kWhitePixel;
+      if (x == 2 && y >= 1 && y <= 9) expected = 0xFF112233;
+      if (y == 6 && x >= 5 && x <= 10) expected = 0xFF445566;
+      if (x >= 4 && x <= 6 && y >= 8 && y <= 9) expected = 0xFF00AA00;
+      EXPECT_EQ(image.pixel(x, y), expected) << x << ", " << y;
+    }
+}
+
+TEST(PicturePainterTest, AScaleSharpensAndDoesNotBlur) {
+  Picture picture{8, 4, {}};
+  picture.Add(LineMark{{2, 0}, {2, 3}, 0x000000});
+  picture.Add(GreyImageMark{4, 0, 2, 2, 2, 1, {0, 200}});
+  const QImage twice = RenderPicture(picture, 2.0);
+  for (int x = 0; x < 8; ++x) EXPECT_EQ(twice.pixel(x, 6), x == 4 || x == 5 ? 0xFF000000 : kWhitePixel) << x;
+  EXPECT_EQ(qGray(twice.pixel(8, 1)), 0);
+  EXPECT_EQ(qGray(twice.pixel(9, 1)), 0);
+  EXPECT_EQ(qGray(twice.pixel(10, 1)), 200);
+}
+
+TEST(PicturePainterTest, AtAFractionalScaleLinesStayCrispAndEquallyWide) {
+  Picture picture{64, 4, {}};
+  for (int x = 2; x < 64; x += 5) picture.Add(LineMark{{x, 0}, {x, 3}, 0x000000});
+  for (const double scale : {1.25, 1.5, 1.75}) {
+    const QImage image = RenderPicture(picture, scale);
+    std::vector<int> widths;
+    int run = 0;
+    for (int x = 0; x < image.width(); ++x) {
+      const int grey = qGray(image.pixel(x, 2));
+      ASSERT_TRUE(grey == 0 || grey == 255) << x << " at " << scale;
+      if (grey == 0) ++run;
+      if (grey == 255 && run > 0) widths.push_back(std::exchange(run, 0));
+    }
+    ASSERT_EQ(widths.size(), 13u);
+    for (const int width : widths) EXPECT_EQ(width, static_cast<int>(std::lround(scale))) << scale;
+  }
+}
+
+TEST(PicturePainterTest, NothingIsDrawnOutsideThePicture) {
+  QImage image(20, 20, QImage::Format_RGB32);
+  image.fill(Qt::white);
+  Picture picture{10, 10, {}};
+  picture.Add(BoxMark{-5, -5, 100, 100, 0x000000});
+  QPainter painter(&image);
+  painter.translate(5, 5);
+  PaintPicture(painter, picture);
+  painter.end();
+  EXPECT_EQ(image.pixel(4, 8), kWhitePixel);
+  EXPECT_EQ(image.pixel(5, 5), 0xFF000000);
+  EXPECT_EQ(image.pixel(14, 14), 0xFF000000);
+  EXPECT_EQ(image.pixel(15, 14), kWhitePixel);
+}
+
+TEST(PicturePainterTest, TextStandsAtItsAnchor) {
+  const auto inkColumns = [](Anchor anchor) {
+    Picture picture{200, 30, {}};
+    picture.Add(TextMark{100, 20, "100 Hz", 0x000000, 12, anchor, Face::Figures});
+    const QImage image = RenderPicture(picture, 1.0);
+    int first = 200, last = -1;
+    for (int x = 0; x < 200; ++x)
+      for (int y = 0; y < 30; ++y)
+        if (image.pixel(x, y) != kWhitePixel) {
+          first = std::min(first, x);
+          last = std::max(last, x);
+        }
+    return std::pair(first, last);
+  };
+  EXPECT_NEAR(inkColumns(Anchor::Left).first, 101, 2);
+  EXPECT_NEAR(inkColumns(Anchor::Right).second, 99, 2);
+  const auto [first, last] = inkColumns(Anchor::Middle);
+  EXPECT_NEAR((first + last) / 2.0, 100, 2);
+}
+
+class PictureTest : public WindowTest {
+ protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    Open(SoundsFile("mandarin_mao_four_tones_male_44100.wav"));
+    Station().Select(20000, 60000);
+    window->setFocus();   // no ring around a pane
+  }
+};
+
+TEST_F(PictureTest, TheExportedSvgShowsWhatTheScreenShows) {
+  ASSERT_TRUE(window->Dispatch(170));
+  for (const Pane pane : {Pane::Amplitude, Pane::Waveform, Pane::Analysis}) {
+    PaneWidget& widget = window->PaneOf(pane);
+    const QString path = folder.filePath("pane.svg");
+    ASSERT_EQ(SavePicture(widget.Shown(), path.toStdString(), PictureFormat::Svg), 0);
+    const QSize size = widget.PaneSize();
+    const QImage svg = SvgAsImage(BytesOf(path), size);
+    const QImage screen = widget.grab(QRect(QPoint(PaneWidget::kGutter, 0), size)).toImage().scaled(size);
+    // The tick labels stand in the gutter on the screen: both are compared right of the margin.
+    const QRect inside(kPaneMargin + 40, 0, size.width() - kPaneMargin - 40, size.height());
+    // A dash and its gap are 7 pixels.
+    const int side = pane == Pane::Analysis ? 7 : 3;
+    const QImage fromFile = Coarse(svg.copy(inside), side), fromScreen = Coarse(screen.copy(inside), side);
+    const double distance = MeanDistance(fromFile, fromScreen);
+    const double ink = MeanDistance(fromScreen, WhitePaper(fromScreen.size()));
+    EXPECT_GT(ink, 2.0);
+    EXPECT_LT(distance, 0.08 * ink) << "pane " << static_cast<int>(pane) << ", ink " << ink;
+  }
+}
+
+TEST_F(PictureTest, ADarkThemeLeavesThePaperWhite) {
+  ASSERT_TRUE(window->Dispatch(170));
+  PaneWidget& pane = window->PaneOf(Pane::Analysis);
+  const QRect paper(QPoint(PaneWidget::kGutter, 0), pane.PaneSize()), gutter(0, 0, PaneWidget::kGutter, pane.height());
+  const QImage light = pane.grab(paper).toImage();
+  const QPalette before = QApplication::palette();
+  QApplication::setPalette(QPalette(QColor(60, 60, 60), QColor(30, 30, 30)));
+  QApplication::processEvents();
+  const QImage dark = pane.grab(paper).toImage();
+  const QRgb gutterCorner = pane.grab(gutter).toImage().pixel(2, pane.height() - 2);
+  QApplication::setPalette(before);
+  EXPECT_EQ(light, dark);
+  EXPECT_LT(qGray(gutterCorner), 100);
+}
+
+TEST_F(PictureTest, APngHas300DotsAnInchAndAPdfIsOne) {
+  const Picture picture = Waveform().Shown();
+  const QString png = folder.filePath("p.png"), pdf = folder.filePath("p.pdf");
+  ASSERT_EQ(SavePicture(picture, png.toStdString(), PictureFormat::Png), 0);
+  const QImage image(png);
+  EXPECT_EQ(image.width(), std::lround(picture.width * 300.0 / 96.0));
+  EXPECT_EQ(image.dotsPerMeterX(), 11811);
+  ASSERT_EQ(SavePicture(picture, pdf.toStdString(), PictureFormat::Pdf), 0);
+  const QByteArray bytes = BytesOf(pdf);
+  EXPECT_TRUE(bytes.startsWith("%PDF-"));
+  EXPECT_TRUE(bytes.contains("/MediaBox"));
+  EXPECT_FALSE(bytes.contains("/Subtype /Image")) << "lines were turned into pixels";
+}
+
+TEST_F(PictureTest, AFileThatCannotBeWrittenIsReported) {
+  for (const PictureFormat format : {PictureFormat::Svg, PictureFormat::Pdf, PictureFormat::Png})
+    EXPECT_EQ(SavePicture(Waveform().Shown(), folder.filePath("missing/p").toStdString(), format), -1);
+}
+
+}  // namespace
+}  // namespace parlowen

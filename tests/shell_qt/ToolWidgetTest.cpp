@@ -1,0 +1,113 @@
+#include "shell/qt/ToolWidget.h"
+
+#include <QApplication>
+#include <QPushButton>
+#include <QTest>
+
+#include "shell_qt/Doubles.h"
+
+namespace parlowen {
+namespace {
+
+/// Writes down what it is told.
+class Recorder : public ToolWindow {
+ public:
+  explicit Recorder(QStringList& log, std::string name = "recorder") : log_(log), name_(std::move(name)) {}
+  ~Recorder() override { log_ += "gone"; }
+
+  std::string Name() const override { return name_; }
+  std::string Title() const override { return "记录"; }
+  std::vector<ToolControl> Controls() const override { return {{1101, "甲", true}, {0, "乙", false}, {0, "重开", true}}; }
+  Picture Draw(int width, int height) const override { return {width, height, {}}; }
+  void Click(Window& window, Point at, MouseButton button, bool shift) override {
+    log_ += QString("click %1 %2 %3 %4").arg(at.x).arg(at.y).arg(button == MouseButton::Left ? "L" : "R").arg(shift);
+    window.Repaint();
+  }
+  bool Key(Window&, const std::string& key) override {
+    log_ += "key " + QString::fromStdString(key);
+    return key == "D" || key == "Escape";
+  }
+  void Press(Window& window, const ToolControl& control) override {
+    log_ += "press " + QString::number(control.number);
+    // Takes its own place while it is still at work.
+    if (control.text == "重开") window.OpenToolWindow(std::make_unique<Recorder>(log_, name_));
+    log_ += "pressed";
+  }
+  void Scroll(Window&, int steps) override { log_ += "scroll " + QString::number(steps); }
+  void Closed(Window&) override { log_ += "closed"; }
+
+ private:
+  QStringList& log_;
+  std::string name_;
+};
+
+class ToolWidgetTest : public WindowTest {
+ protected:
+  ToolWidget* Open(const char* name = "recorder") {
+    window->Dialogs().OpenToolWindow(std::make_unique<Recorder>(log, name));
+    QApplication::processEvents();
+    return window->Dialogs().FindToolWindow(name);
+  }
+  void TearDown() override {
+    window->Dialogs().CloseAllToolWindows();   // they still write into the log
+    WindowTest::TearDown();
+  }
+  QStringList log;
+};
+
+TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
+  ToolWidget* widget = Open();
+  ASSERT_NE(widget, nullptr);
+  EXPECT_EQ(widget->windowTitle(), "记录");
+  QTest::mouseClick(widget->Canvas(), Qt::LeftButton, {}, QPoint(30, 40));
+  QTest::mouseClick(widget->Canvas(), Qt::RightButton, Qt::ShiftModifier, QPoint(31, 41));
+  QTest::keyClick(widget->Canvas(), Qt::Key_D);
+  widget->Button("甲")->click();
+  EXPECT_FALSE(widget->Button("乙")->isEnabled());
+  widget->Button("乙")->click();
+  TurnWheel(*widget, {10, 10}, -240);
+  EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0|click 31 41 R 1|key D|press 1101|pressed|scroll 2");
+}
+
+TEST_F(ToolWidgetTest, AKeyTheToolHasNoUseForGoesToTheMainWindow) {
+  WindowTest::Open(WriteRamp("ramp.wav", 16000, 48000));
+  ToolWidget* widget = Open();
+  QTest::keyClick(widget->Canvas(), Qt::Key_X);
+  EXPECT_EQ(Document().samplesPerPixel, 80);
+  QTest::keyClick(widget->Canvas(), Qt::Key_Escape);
+  EXPECT_TRUE(widget->isVisible());   // the tool used it
+}
+
+TEST_F(ToolWidgetTest, OpeningANameAgainClosesTheFirstAlsoFromWithinItself) {
+  Open();
+  ToolWidget* second = Open();
+  EXPECT_EQ(log, QStringList({"closed", "gone"}));
+  log.clear();
+  second->Button("重开")->click();
+  QApplication::processEvents();
+  EXPECT_EQ(log, QStringList({"press 0", "closed", "pressed", "gone"}));
+  Open("other");
+  ToolWidget* third = window->Dialogs().FindToolWindow("recorder");
+  ASSERT_NE(third, nullptr);
+  third->close();
+  EXPECT_EQ(window->Dialogs().FindToolWindow("recorder"), nullptr);
+  EXPECT_NE(window->Dialogs().FindToolWindow("other"), nullptr);
+}
+
+TEST_F(ToolWidgetTest, AModalToolActsWhileTheMainWindowWaits) {
+  WindowTest::Open(WriteRamp("ramp.wav", 16000, 48000));
+  Recorder tool(log);
+  BoxWatcher watcher([&](QWidget& widget) {
+    auto* modal = qobject_cast<ToolWidget*>(&widget);
+    ASSERT_NE(modal, nullptr);
+    modal->Button("甲")->click();
+    EXPECT_FALSE(window->Dispatch(40026));
+    QTest::keyClick(&Waveform(), Qt::Key_X);
+    modal->close();
+  });
+  window->Dialogs().RunModal(tool);
+  EXPECT_EQ(log, QStringList({"press 1101", "pressed", "closed"}));
+}
+
+}  // namespace
+}  // namespace parlowen
