@@ -72,7 +72,7 @@ int Recorder::Start(int channels) {
   const bool usable = std::find(kRecordingRates.begin(), kRecordingRates.end(), document_.sampleRate) != kRecordingRates.end();
   sampleRate_ = usable ? document_.sampleRate : kUsualRecordingRate;
   channels_ = channels;
-  ringIndex_ = silentBlocks_ = recorded_ = 0;
+  ringIndex_ = silentBlocks_ = recorded_ = blockCount_ = 0;
   started_ = false;
   levels_ = {};
   if (gainTest_) gainTest_.emplace(sampleRate_);
@@ -116,6 +116,7 @@ int Recorder::onBlockFilled(std::span<std::int16_t> block) {
     stopRecording();
     return 0;
   }
+  ++blockCount_;
   levels_ = ConditionBlock(block, channels_, settings_.recordGain);
   if (gainTest_) {
     if (gainTest_->Add(levels_.first + levels_.second)) stopRecording();

@@ -49,7 +49,8 @@ class Recorder {
   bool keeping() const { return started_; }                     ///< voice was found
   bool listensOnly() const { return gainTest_.has_value(); }    ///< a gain test
   int recorded() const { return recorded_; }                    ///< samples a channel
-  const BlockLevels& Levels() const { return levels_; }         ///< of the last block
+  int blocks() const { return blockCount_; }                    ///< heard since the start
+  const BlockLevels& Levels() const { return levels_; }         ///< of the last of them
 
   /// Called after every block and at start and end.
   std::function<void()> changed;
@@ -91,6 +92,7 @@ class Recorder {
   bool started_ = false;
   int silentBlocks_ = 0;
   int recorded_ = 0;
+  int blockCount_ = 0;
   BlockLevels levels_;
   std::optional<GainTest> gainTest_;   ///< only while one runs
   std::string gainFile_;

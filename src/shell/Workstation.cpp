@@ -34,7 +34,11 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
       recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
   InitSignalTables();
   player.changed = [this] { MoveCursor(); };
-  recording.changed = [this] { DocumentChanged(); };
+  recording.changed = [this] {
+    view.recording = recording.running();
+    DocumentChanged();
+  };
+  view.beforeEdit = [this] { player.stopPlayback(); };
   InputDevicesChanged();
 }
 
@@ -60,14 +64,11 @@ void Workstation::OpenFile(const std::string& path) {
 }
 
 void Workstation::Select(int start, int end) {
-  if (recording.running()) return;
   view.Select(start, end);
   DocumentChanged();
 }
 
 void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
-  if (recording.running()) return;
-  if (shift && document.pasteReady) player.stopPlayback();
   view.Click(pane, at, button, shift);
   DocumentChanged();
 }

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -20,6 +21,7 @@
 #include "shell/qt/CommandToolTips.h"
 #include "shell/qt/ElidedLabel.h"
 #include "shell/qt/KeyNames.h"
+#include "shell/qt/LevelMeter.h"
 #include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneSplitter.h"
 #include "shell/qt/PaneWidget.h"
@@ -34,6 +36,8 @@ namespace {
 constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
 constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗", "波形窗"};
 constexpr int kPaneParts[] = {2, 3, 6, 3};   // heights 1 : 1.5 : 3 : 1.5
+
+constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
 
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
@@ -79,8 +83,8 @@ QString DroppedFile(const QMimeData* data) {
 
 }  // namespace
 
-MainWindow::MainWindow(std::string dataFolder, Preferences& preferences)
-    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder)),
+MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
+    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder), devices),
       guard_(station_.document) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -90,6 +94,8 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences)
   MakeStatusBar();
   Connect();
   dialogs_.SetCaption(kProgramCaption);
+  dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
+  ChooseExportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -228,6 +234,9 @@ void MainWindow::MakeStatusBar() {
   grid->addWidget(hint_, 0, 0, 1, 2);
   grid->addWidget(hover_, 1, 0);
   grid->addWidget(status_, 1, 1);
+  meter_ = new LevelMeter(lines);
+  meter_->hide();
+  grid->addWidget(meter_, 0, 2, 2, 1, Qt::AlignVCenter);
   grid->setColumnStretch(0, 3);
   grid->setColumnStretch(1, 2);
   statusBar()->setSizeGripEnabled(false);
@@ -238,6 +247,9 @@ void MainWindow::Connect() {
   renewal_ = new QTimer(this);
   renewal_->setSingleShot(true);
   connect(renewal_, &QTimer::timeout, this, &MainWindow::Renew);
+  soundTimer_ = new QTimer(this);
+  soundTimer_->setInterval(kSoundMilliseconds);
+  connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
     station_.DocumentChanged();
@@ -287,7 +299,7 @@ bool MainWindow::Dispatch(int command) {
 
 void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
-    if (!MayLoseSound()) return;
+    if (station_.recording.running() || !MayLoseSound()) return;
     status_->SetText({});
     guard_.CommandBegins(dialogs_.ErrorsShown());
     station_.OpenFile(AbsolutePath(path.toStdString()));
@@ -304,6 +316,19 @@ void MainWindow::SoundFileSeen() {
   const QString file = QString::fromStdString(path);
   preferences_.AddRecentFile(file);
   preferences_.SetFolder(QFileInfo(file).absolutePath());
+  ChooseExportFolder(QFileInfo(file).absolutePath());
+}
+
+void MainWindow::ChooseExportFolder(const QString& folder) {
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  const bool writable = QFileInfo(folder).isWritable();
+  if (!writable && folder != documents) dialogs_.ShowStatus("文件夹不能写入，数据保存到：" + documents.toStdString());
+  station_.exportFolder = (writable ? folder : documents).toStdString();
+}
+
+void MainWindow::InputDevicesChanged() {
+  station_.InputDevicesChanged();
+  Renew();
 }
 
 bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
@@ -400,7 +425,24 @@ void MainWindow::RepaintPanes(std::optional<Pane> pane) {
 
 void MainWindow::TakePaneWidth() { station_.view.SetPaneWidth(panes_[0]->PaneSize().width()); }
 
+/// Moves the cursor and the meter while something is played or recorded.
+void MainWindow::FollowSound() {
+  const bool playing = station_.MoveCursor();
+  for (PaneWidget* pane : panes_) pane->FollowCursor();
+  const Recorder& recording = station_.recording;
+  if (recording.running() == meter_->isHidden()) {
+    meter_->Clear();
+    meter_->setVisible(recording.running());
+  }
+  if (recording.running() && recording.blocks() != metered_) {
+    metered_ = recording.blocks();
+    meter_->SetLevels(recording.Levels());
+  }
+  if (!playing && !recording.running()) soundTimer_->stop();
+}
+
 void MainWindow::Renew() {
+  if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running())) soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   hint_->SetText(QString::fromStdString(station_.view.Hint()));
   axis_->update();

@@ -70,6 +70,15 @@ void PaneWidget::ShowHover(std::optional<int> column) {
   hoverColumn_ = column;
 }
 
+void PaneWidget::FollowCursor() {
+  std::optional<int> column;
+  if (view_.cursor) column = view_.ColumnOf(pane_, *view_.cursor);
+  if (column == cursorColumn_) return;
+  for (const auto& stale : {cursorColumn_, column})
+    if (stale) update(kGutter + *stale - 1, 0, 3, height());
+  cursorColumn_ = column;
+}
+
 Picture PaneWidget::Shown() const { return view_.Whole(pane_, PaneSize().width(), PaneSize().height()); }
 
 // --- Painting -------------------------------------------------------------------------------------------------
