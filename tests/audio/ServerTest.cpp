@@ -17,6 +17,7 @@ namespace parlowen {
 namespace {
 
 constexpr const char* kSound = PARLOWEN_SOURCE_DIR "/sounds/english_male_sentence_16000.wav";
+constexpr int kPlayed = 56000;   // samples of it: 3.5 s
 
 double Seconds(const QElapsedTimer& clock) { return static_cast<double>(clock.elapsed()) / 1000.0; }
 
@@ -49,18 +50,16 @@ class SoundServer : public testing::Test {
     EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
     return process.readAllStandardOutput().trimmed();
   }
-  static QString ModuleOf(const QString& name) {
-    for (const QString& line : Pactl({"list", "short", "modules"}).split('\n'))
-      if (line.contains(name)) return line.section('\t', 0, 0);
-    return {};
+  /// The room and its microphone come and go. A server without another device ends what runs there.
+  static void LeaveRoom() {
+    Pactl({"unload-module", "module-remap-source"});
+    Pactl({"unload-module", "module-null-sink"});
   }
-  /// A second room to which nothing else belongs.
-  static QString LoadRoom(const char* sink, const char* source) {
-    Pactl({"load-module", "module-null-sink", QString("sink_name=%1").arg(sink), "rate=16000"});
-    Pactl({"load-module", "module-remap-source", QString("source_name=%1").arg(source), QString("master=%1.monitor").arg(sink)});
-    Pactl({"set-default-sink", sink});
-    Pactl({"set-default-source", source});
-    return ModuleOf(QString("sink_name=%1").arg(sink));
+  static void EnterRoom() {
+    Pactl({"load-module", "module-null-sink", "sink_name=room", "rate=16000"});
+    Pactl({"load-module", "module-remap-source", "source_name=mic", "master=room.monitor"});
+    Pactl({"set-default-sink", "room"});
+    Pactl({"set-default-source", "mic"});
   }
 
   QTemporaryDir folder;
@@ -81,6 +80,7 @@ double Correlation(const SampleBuffer& a, int offset, const SampleBuffer& b, int
 TEST_F(SoundServer, ARecordingIsPlayedAndRecordedBack) {
   Desktop player(Settings("a.ini")), recorder(Settings("b.ini"));
   player.window.OpenFile(kSound);
+  player.Station().Select(0, kPlayed);
   recorder.Document().sampleRate = 16000;
   ASSERT_TRUE(recorder.Station().states.IsEnabled(272)) << "there is a microphone";
   ASSERT_TRUE(recorder.window.Dispatch(272));
@@ -88,7 +88,7 @@ TEST_F(SoundServer, ARecordingIsPlayedAndRecordedBack) {
   EXPECT_TRUE(Wait([&] { return recorder.Station().recording.blocks() > 2; }, 5000)) << "no block arrives";
   EXPECT_FALSE(recorder.window.Meter().isHidden());
 
-  ASSERT_TRUE(player.window.Dispatch(40023));
+  ASSERT_TRUE(player.window.Dispatch(160));
   ASSERT_TRUE(Wait([&] { return !player.Station().player.playing(); }, 20000)) << "the play does not end";
   ASSERT_TRUE(Wait([&] { return !recorder.Station().recording.running(); }, 10000)) << "silence does not end the recording";
   EXPECT_TRUE(Wait([&] { return recorder.window.Meter().isHidden(); }, 1000));
@@ -96,47 +96,54 @@ TEST_F(SoundServer, ARecordingIsPlayedAndRecordedBack) {
   const SoundDocument &sound = player.Document(), &heard = recorder.Document();
   EXPECT_EQ(heard.sampleRate, 16000);
   // The recorder waits for two voiced blocks and cuts 12100 samples off the trailing silence.
-  ASSERT_GT(heard.sampleCount, sound.sampleCount / 2);
+  ASSERT_GT(heard.sampleCount, kPlayed / 2);
   int best = 0;
   double correlation = -1;
   const int middle = heard.sampleCount / 2;
-  for (int offset = 0; offset + middle + 4000 < sound.sampleCount; ++offset) {
+  for (int offset = 0; offset + middle + 4000 < kPlayed; ++offset) {
     const double c = Correlation(sound.samples, offset, heard.samples, middle, 4000);
     if (c > correlation) correlation = c, best = offset;
   }
-  EXPECT_GT(correlation, 0.999);
-  // Sample for sample, but for the mean that each half block of the recording lost.
-  const int count = std::min(heard.sampleCount, sound.sampleCount - best);
-  int largest = 0;
-  for (int i = 0; i < count; ++i) largest = std::max(largest, std::abs(sound.samples[best + i] - heard.samples[i]));
-  std::printf("recorded %d samples from sample %d on, correlation %.6f, largest difference %d\n", heard.sampleCount, best,
-              correlation, largest);
-  EXPECT_GT(Correlation(sound.samples, best, heard.samples, 0, count), 0.999);
+  EXPECT_GT(correlation, 0.9) << "the recorder takes the mean of every half block away";
+
+  // Block for block what the recorder makes of the sound there: not a sample is lost, doubled or changed on the way.
+  int wrong = 0;
+  for (int start = 0; start + kBlockSamples <= heard.sampleCount; start += kBlockSamples) {
+    std::vector<std::int16_t> block(kBlockSamples);
+    for (int i = 0; i < kBlockSamples; ++i) block[static_cast<std::size_t>(i)] = SampleSpan{sound.samples.data(), kPlayed}.At(best + start + i);
+    ConditionBlock(block, 1, 1.0f);
+    for (int i = 0; i < kBlockSamples; ++i) wrong += heard.samples[start + i] != block[static_cast<std::size_t>(i)] ? 1 : 0;
+  }
+  std::printf("recorded %d samples from sample %d on; %d differ\n", heard.sampleCount, best, wrong);
+  EXPECT_EQ(wrong, 0);
 }
 
 TEST_F(SoundServer, TheCursorRunsWithTheSoundAndAStopIsHeardAtOnce) {
   Desktop desktop(Settings("a.ini"));
   desktop.window.OpenFile(kSound);
-  const double seconds = desktop.Document().sampleCount / 16000.0;
+  desktop.Station().Select(0, kPlayed);
   QElapsedTimer clock;
   clock.start();
-  desktop.window.Dispatch(40023);
+  desktop.window.Dispatch(160);
   std::vector<int> cursors;
-  double worst = 0;
+  double began = -1, apart = 0;   // a sleeping device takes its time to begin: from a quarter of a second on they run together
   EXPECT_TRUE(Wait([&] {
     if (const auto cursor = desktop.Station().view.cursor) {
       cursors.push_back(*cursor);
-      if (clock.elapsed() > 500) worst = std::max(worst, std::abs(Seconds(clock) - *cursor / 16000.0));
+      const double behind = Seconds(clock) - *cursor / 16000.0;
+      if (began < 0 && *cursor > 4000) began = behind;
+      if (began >= 0) apart = std::max(apart, std::abs(behind - began));
     }
     return !desktop.Station().player.playing();
   }, 20000));
-  const double took = Seconds(clock);
+  const double took = Seconds(clock) - began, seconds = kPlayed / 16000.0;
+  std::printf("began after %.2f s, played %.2f s in %.2f s, cursor and clock at most %.0f ms apart\n", began, seconds, took,
+              apart * 1000);
   EXPECT_TRUE(std::is_sorted(cursors.begin(), cursors.end()));
-  EXPECT_GT(cursors.size(), 20u);
-  EXPECT_LT(worst, 0.5);
-  EXPECT_GT(took, seconds - 0.05);
-  EXPECT_LT(took, seconds + 1.0);
-  std::printf("played %.2f s in %.2f s; the cursor was at most %.0f ms behind the clock\n", seconds, took, worst * 1000);
+  EXPECT_GT(cursors.size(), 50u);
+  EXPECT_LT(apart, 0.2);
+  EXPECT_GT(took, seconds - 0.1);
+  EXPECT_LT(took, seconds + 0.4);
 
   desktop.window.Dispatch(40023);
   QTest::qWait(500);
@@ -163,7 +170,6 @@ TEST_F(SoundServer, AStartStopsAPlayAndSpaceDoesBoth) {
 }
 
 TEST_F(SoundServer, ALoudspeakerThatVanishesEndsThePlay) {
-  const QString room = LoadRoom("attic", "atticmic");
   {
     Desktop desktop(Settings("a.ini"));
     desktop.window.OpenFile(kSound);
@@ -171,17 +177,15 @@ TEST_F(SoundServer, ALoudspeakerThatVanishesEndsThePlay) {
     desktop.window.Dispatch(40023);
     QTest::qWait(500);
     BoxWatcher watcher("确定");
-    Pactl({"unload-module", room});
+    LeaveRoom();
     EXPECT_TRUE(Wait([&] { return !desktop.Station().player.playing(); }, 10000)) << "hangs";
     std::printf("shown: %s\n", watcher.texts.join(" | ").toUtf8().constData());
     EXPECT_TRUE(desktop.Station().states.IsEnabled(40023));
   }
-  Pactl({"set-default-sink", "room"});
-  Pactl({"set-default-source", "mic"});
+  EnterRoom();
 }
 
 TEST_F(SoundServer, AMicrophoneThatVanishesLeavesWhatWasRecorded) {
-  const QString room = LoadRoom("cellar", "cellarmic");
   {
     Desktop desktop(Settings("a.ini"));
     desktop.Document().sampleRate = 16000;
@@ -190,15 +194,14 @@ TEST_F(SoundServer, AMicrophoneThatVanishesLeavesWhatWasRecorded) {
     ASSERT_TRUE(desktop.window.Dispatch(40022));
     ASSERT_TRUE(Wait([&] { return desktop.Station().recording.recorded() > 8000; }, 10000));
     BoxWatcher watcher("确定");
-    Pactl({"unload-module", room});
+    LeaveRoom();
     EXPECT_TRUE(Wait([&] { return !desktop.Station().recording.running(); }, 10000)) << "hangs";
     QTest::qWait(200);
     std::printf("shown: %s\n", watcher.texts.join(" | ").toUtf8().constData());
     EXPECT_GT(desktop.Document().sampleCount, 8000);
     EXPECT_TRUE(desktop.Station().states.IsEnabled(120));
   }
-  Pactl({"set-default-sink", "room"});
-  Pactl({"set-default-source", "mic"});
+  EnterRoom();
 }
 
 TEST_F(SoundServer, ARateThatTheDeviceRefusesIsSaid) {

@@ -12,7 +12,7 @@ constexpr const char* kRateRefused = "放音设备不支持 %1 Hz 的采样频�
 constexpr int kBufferMilliseconds = 100;    // of the sink: short, so that the cursor is where the sound is
 constexpr int kSilenceMilliseconds = 300;
 constexpr int kWatchMilliseconds = 20;
-constexpr int kPatienceMilliseconds = 2000;
+constexpr int kPatienceMilliseconds = 3000;
 
 }  // namespace
 
@@ -36,7 +36,6 @@ QtLoudspeaker::QtLoudspeaker() {
   watch_.setInterval(kWatchMilliseconds);
   watch_.setTimerType(Qt::PreciseTimer);
   connect(&watch_, &QTimer::timeout, this, &QtLoudspeaker::Watch);
-  connect(&devices_, &QMediaDevices::audioOutputsChanged, this, &QtLoudspeaker::CheckPresence);
 }
 
 QtLoudspeaker::~QtLoudspeaker() { Close(); }
@@ -51,7 +50,6 @@ std::string QtLoudspeaker::Open(int sampleRate) {
   format.setSampleFormat(QAudioFormat::Int16);
   if (!device.isFormatSupported(format)) return QString(kRateRefused).arg(sampleRate).toStdString();
   sampleRate_ = sampleRate;
-  deviceId_ = device.id();
   lost_ = false;
   sink_ = std::make_unique<QAudioSink>(device, format);
   sink_->setBufferSize(format.bytesForDuration(kBufferMilliseconds * 1000));
@@ -60,6 +58,7 @@ std::string QtLoudspeaker::Open(int sampleRate) {
 
 bool QtLoudspeaker::Prepare(std::span<const std::int16_t> samples) {
   count_ = static_cast<int>(samples.size());
+  lastPosition_ = 0;
   reader_.Read(samples, qint64{sampleRate_} * 2 * kSilenceMilliseconds / 1000);
   return reader_.isOpen() || reader_.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 }
@@ -68,21 +67,19 @@ bool QtLoudspeaker::Write() {
   if (!sink_) return false;
   sink_->start(&reader_);
   if (sink_->error() != QAudio::NoError && sink_->state() == QAudio::StoppedState) return false;
-  lastPosition_ = 0;
   sinceStart_.start();
   sinceProgress_.start();
   watch_.start();
   return true;
 }
 
-/// What the sink has taken less what still lies in its buffer. It counts in steps of its period: the clock gives the
-/// samples between them.
+/// What the device says that it has played; never back, and never ahead of the clock, where a device counts what it was
+/// given.
 int QtLoudspeaker::Position() const {
   if (!sink_) return 0;
-  const qint64 taken = sink_->processedUSecs() * sampleRate_ / 1000000;
-  const qint64 waiting = std::clamp<qint64>(sink_->bufferSize() - sink_->bytesFree(), 0, sink_->bufferSize()) / 2;
+  const qint64 processed = sink_->processedUSecs() * sampleRate_ / 1000000;
   const qint64 elapsed = sinceStart_.elapsed() * sampleRate_ / 1000;
-  return static_cast<int>(std::clamp<qint64>(std::min(taken - waiting, elapsed), 0, count_));
+  return static_cast<int>(std::clamp<qint64>(std::min(processed, elapsed), lastPosition_, count_));
 }
 
 bool QtLoudspeaker::Reset() {
@@ -108,18 +105,13 @@ void QtLoudspeaker::Watch() {
     lastPosition_ = position;
     sinceProgress_.start();
   }
+  // A device that does not count to the end has played all when its buffer has run empty behind the silence.
   const bool allRead = reader_.atEnd() && sink_->state() == QAudio::IdleState;
   const bool stopped = sink_->state() == QAudio::StoppedState;
   lost_ = lost_ || stopped || (!allRead && sinceProgress_.elapsed() > kPatienceMilliseconds);
   if (!lost_ && !allRead && position < count_) return;
   watch_.stop();
   if (onDone) onDone();
-}
-
-void QtLoudspeaker::CheckPresence() {
-  if (!watch_.isActive()) return;
-  const auto present = QMediaDevices::audioOutputs();
-  lost_ = std::none_of(present.begin(), present.end(), [this](const QAudioDevice& d) { return d.id() == deviceId_; });
 }
 
 }  // namespace parlowen

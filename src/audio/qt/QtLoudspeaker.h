@@ -28,8 +28,8 @@ class SampleReader : public QIODevice {
   qint64 size_ = 0, silence_ = 0, at_ = 0;
 };
 
-/// The system's default loudspeaker. A timer on the window's thread looks after the play; a device that is gone or plays
-/// nothing for two seconds has ended it.
+/// The system's default loudspeaker. A timer on the window's thread looks after the play. A sound server may move it to
+/// another device; one that is gone, or plays nothing for three seconds, has ended it.
 class QtLoudspeaker : public QObject, public SoundOutput {
   Q_OBJECT
  public:
@@ -45,10 +45,8 @@ class QtLoudspeaker : public QObject, public SoundOutput {
 
  private:
   void Watch();
-  void CheckPresence();
 
-  QMediaDevices devices_;
-  QByteArray deviceId_;
+  QMediaDevices devices_;   ///< keeps the list of devices alive between two plays
   std::unique_ptr<QAudioSink> sink_;
   SampleReader reader_;
   QTimer watch_;

@@ -1,22 +1,21 @@
 #include "audio/qt/QtMicrophone.h"
 
 #include <QAudioDevice>
-#include <algorithm>
 #include <cstring>
 
 namespace parlowen {
 namespace {
 
 constexpr int kBufferMilliseconds = 4000;
-constexpr int kWatchMilliseconds = 50;
-constexpr int kPatienceMilliseconds = 2000;
+constexpr int kWatchMilliseconds = 100;
+constexpr int kPatienceMilliseconds = 3000;
 
 }  // namespace
 
 QtMicrophone::QtMicrophone() {
   watch_.setInterval(kWatchMilliseconds);
   connect(&watch_, &QTimer::timeout, this, &QtMicrophone::Watch);
-  connect(&devices_, &QMediaDevices::audioInputsChanged, this, &QtMicrophone::CheckPresence);
+  connect(&devices_, &QMediaDevices::audioInputsChanged, this, &QtMicrophone::PresenceChanged);
 }
 
 QtMicrophone::~QtMicrophone() { Close(); }
@@ -31,7 +30,6 @@ bool QtMicrophone::Open(int sampleRate, int channels) {
   format.setChannelCount(channels);
   format.setSampleFormat(QAudioFormat::Int16);
   if (device.isNull() || !device.isFormatSupported(format)) return false;
-  deviceId_ = device.id();
   source_ = std::make_unique<QAudioSource>(device, format);
   source_->setBufferSize(format.bytesForDuration(kBufferMilliseconds * 1000));
   return true;
@@ -81,21 +79,11 @@ void QtMicrophone::TakeSound() {
 }
 
 void QtMicrophone::Watch() {
-  TakeSound();
   if (!source_) return;
-  if (source_->state() == QAudio::StoppedState || sinceSound_.elapsed() > kPatienceMilliseconds) Lose();
-}
-
-void QtMicrophone::CheckPresence() {
-  const auto present = QMediaDevices::audioInputs();
-  const bool gone = std::none_of(present.begin(), present.end(), [this](const QAudioDevice& d) { return d.id() == deviceId_; });
-  if (source_ && gone) Lose();
-  emit PresenceChanged();
+  if (source_->error() != QAudio::NoError || source_->state() == QAudio::StoppedState || sinceSound_.elapsed() > kPatienceMilliseconds) Lose();
 }
 
 void QtMicrophone::Lose() {
-  TakeSound();
-  if (!source_) return;
   Close();
   if (onLost) onLost();
 }

@@ -12,7 +12,8 @@
 namespace parlowen {
 
 /// The system's default microphone. The sound library keeps seconds of sound while the window is busy; what arrives is
-/// cut into the queued blocks. A device that is gone or silent for two seconds is lost.
+/// cut into the queued blocks. A sound server may move a recording to another device; one that is gone, or sends nothing
+/// for three seconds, is lost.
 class QtMicrophone : public QObject, public SoundInput {
   Q_OBJECT
  public:
@@ -32,11 +33,9 @@ class QtMicrophone : public QObject, public SoundInput {
  private:
   void TakeSound();
   void Watch();
-  void CheckPresence();
   void Lose();
 
   QMediaDevices devices_;
-  QByteArray deviceId_;
   std::unique_ptr<QAudioSource> source_;
   QIODevice* stream_ = nullptr;   ///< the source's own
   std::deque<std::span<std::int16_t>> queue_;
