@@ -3,12 +3,18 @@
 #include <algorithm>
 
 #include "audio/SettingsCommand.h"
+#include "channels/ChannelsWindow.h"
 #include "document/ConversionCommands.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
+#include "palatography/NspCommands.h"
+#include "pitch/PitchCommands.h"
+#include "prosody/DurationCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/SpectrogramCommands.h"
+#include "vowel/VowelCommands.h"
+#include "vowel/VowelGroupCommands.h"
 
 namespace parlowen {
 namespace {
@@ -55,11 +61,47 @@ void Settings(Workstation& w) {
 }
 void TestGain(Workstation& w) { w.recording.runGainTest(w.ExportPath("Thrsh.dat")); }
 
+// --- Pitch
+
+void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.states, w.pitch); }
+void TrackedPitchOfAll(Workstation& w) { PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch); }
+void PitchAgain(Workstation& w) { PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
+void RepairPitch(Workstation& w) { RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
+void ListSavedPitch(Workstation& w) {
+  if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
+    w.window.OpenInEditor(PitchListingPath(w.exportFolder));
+}
+
+// --- Durations
+
+void AddDuration(Workstation& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
+void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFolder); }
+
 // --- Spectrum
 
 void WideBand(Workstation& w) { SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::WideBand); }
 void NarrowBand(Workstation& w) {
   SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::NarrowBand);
+}
+
+// --- Vowels
+
+void SegmentVowels(Workstation& w) { SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
+void SaveFormants(Workstation& w) { SaveFormantsCommand(w.window, w.document); }
+void ListFormants(Workstation& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
+void PointChart(Workstation& w) { PointChartCommand(w.window, w.document, w.states, w.vowels); }
+void UndoPoint(Workstation& w) { UndoPointCommand(w.window, w.document, w.states, w.vowels); }
+void ChoosePointShape(Workstation& w) { ChoosePointShapeCommand(w.window, w.vowels); }
+void ClearChart(Workstation& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
+void ShowAverageVowels(Workstation& w) { AverageVowelsCommand(w.window, w.document, w.vowels); }
+void SaveChart(Workstation& w) { SaveChartCommand(w.window, w.vowels); }
+void OpenChart(Workstation& w) { OpenChartCommand(w.window, w.document, w.states, w.vowels); }
+void ListChart(Workstation& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
+void AddPointByHand(Workstation& w) { TypePointCommand(w.window, w.document, w.states, w.vowels); }
+void AddPointToGroup(Workstation& w) { AddPointToGroupCommand(w.window, w.document, w.vowels); }
+void ShowVowelGroups(Workstation& w) {
+  ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
 
 // --- Editing and marking
@@ -84,8 +126,13 @@ void SaveTwoChannels(Workstation& w) {
 }
 void SwapChannels(Workstation& w) { SwapChannelsCommand(w.window, w.document, w.states); }
 void ShowTwoChannels(Workstation& w) {
-  if (RequireTwoChannels(w.window, w.document)) NotFinished(w);
+  ShowTwoChannelsCommand(w.window, {w.document, w.states, w.channels, w.exportFolder, w.playChannel});
 }
+void OpenTwoChannelNsp(Workstation& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
+
+// --- Palate
+
+void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
 
 // --- Refusals of functions that are still to come
 
@@ -99,11 +146,6 @@ void ConsonantSegment(Workstation& w) {
     return w.window.ShowMessage(
         "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段",
         "辅音段未定义", Icon::None);
-  NotFinished(w);
-}
-void AddPointByHand(Workstation& w) {
-  if (w.document.activity != activities::kPointChart)
-    return w.window.Notify("只能在画单点的元音图时使用！");
   NotFinished(w);
 }
 void PalateStatistics(Workstation& w) {
@@ -140,13 +182,13 @@ constexpr CommandRow kRows[] = {
     {40024, Menu::Sound, "局部倒放[&R]", PlayReversed},
     {40025, Menu::Sound, "停止放音[&N]", StopPlaying},
     {40081, Menu::Sound, "按给定基频合成放音[&Y]", nullptr},
-    {220, Menu::Pitch, "基频（快速法）[&T]", nullptr},
-    {40005, Menu::Pitch, "基频（频域法）[&F]", nullptr},
-    {40103, Menu::Pitch, "再求一次音高[&Q]", nullptr},
-    {40042, Menu::Pitch, "据窄带谱修改基频[&N]", nullptr},
+    {220, Menu::Pitch, "基频（快速法）[&T]", FastPitchOfAll},
+    {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
+    {40103, Menu::Pitch, "再求一次音高[&Q]", PitchAgain},
+    {40042, Menu::Pitch, "据窄带谱修改基频[&N]", RepairPitch},
     {40108, Menu::Pitch, "据倒谱修改基频[&P]", nullptr},
-    {40050, Menu::Pitch, "保存所选段基频[&B]", nullptr},
-    {40051, Menu::Pitch, "显示已保存各段基频[&X]", nullptr},
+    {40050, Menu::Pitch, "保存所选段基频[&B]", SaveSegmentPitch},
+    {40051, Menu::Pitch, "显示已保存各段基频[&X]", ListSavedPitch},
     {40052, Menu::Pitch, "用五度坐标画选定段音高[&D]", nullptr},
     {40106, Menu::Pitch, "选定语音段的语调分析[&I]", AnalyseIntonation},
     {40029, Menu::Tone, "进入某基频统计[&J]", nullptr},
@@ -157,8 +199,8 @@ constexpr CommandRow kRows[] = {
     {40034, Menu::Tone, "画声调格局图[&G]", nullptr},
     {40033, Menu::Tone, "改变格局图的显示坐标[&C]", nullptr},
     {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
-    {40074, Menu::Pitch, "音长加入统计组[&I]", nullptr},
-    {40076, Menu::Pitch, "显示音长统计结果(&H)", nullptr},
+    {40074, Menu::Pitch, "音长加入统计组[&I]", AddDuration},
+    {40076, Menu::Pitch, "显示音长统计结果(&H)", ShowDurations},
     {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
     {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
     {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},
@@ -173,21 +215,21 @@ constexpr CommandRow kRows[] = {
     {40095, Menu::Spectrum, "辅音的帧参数[&S]", nullptr},
     {40096, Menu::Spectrum, "一段辅音的参数图[&D]", ConsonantSegment},
     {40109, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", nullptr},
-    {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", nullptr},
-    {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", nullptr},
-    {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", nullptr},
-    {40057, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", nullptr},
-    {40059, Menu::Vowel, "撤消/修改最近加入的一点[&U]", nullptr},
-    {40070, Menu::Vowel, "点形选择[&X]", nullptr},
-    {40058, Menu::Vowel, "清除F1-F2图全部数据[&C]", nullptr},
-    {40085, Menu::Vowel, "调入主要元音的平均值[&M]", nullptr},
-    {40072, Menu::Vowel, "保存当前元音图[&H]", nullptr},
-    {40073, Menu::Vowel, "显示已保存的元音图[&Y]", nullptr},
-    {40082, Menu::Vowel, "显示已保存元音图数据[&W]", nullptr},
+    {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", SegmentVowels},
+    {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", SaveFormants},
+    {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", ListFormants},
+    {40057, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", PointChart},
+    {40059, Menu::Vowel, "撤消/修改最近加入的一点[&U]", UndoPoint},
+    {40070, Menu::Vowel, "点形选择[&X]", ChoosePointShape},
+    {40058, Menu::Vowel, "清除F1-F2图全部数据[&C]", ClearChart},
+    {40085, Menu::Vowel, "调入主要元音的平均值[&M]", ShowAverageVowels},
+    {40072, Menu::Vowel, "保存当前元音图[&H]", SaveChart},
+    {40073, Menu::Vowel, "显示已保存的元音图[&Y]", OpenChart},
+    {40082, Menu::Vowel, "显示已保存元音图数据[&W]", ListChart},
     {40062, Menu::Vowel, "人工在元音图中加入一点[J]", AddPointByHand},
-    {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", nullptr},
-    {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", nullptr},
-    {40060, Menu::Palate, "打开腭位数据文件[&O]", nullptr},
+    {40063, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", AddPointToGroup},
+    {40064, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", ShowVowelGroups},
+    {40060, Menu::Palate, "打开腭位数据文件[&O]", OpenEpg},
     {40061, Menu::Palate, "波形-语谱-腭位图[&E]", nullptr},
     {40049, Menu::Palate, "波形-腭位图[&P]", nullptr},
     {40083, Menu::Palate, "腭位数据库内容索引[&Z]", nullptr},
@@ -198,7 +240,7 @@ constexpr CommandRow kRows[] = {
     {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", nullptr},
     {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", RecordTwoChannels},
     {40110, Menu::TwoChannel, "打开.WAV双声道文件[&S]", OpenTwoChannels},
-    {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", nullptr},
+    {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", OpenTwoChannelNsp},
     {40113, Menu::TwoChannel, "保存双声道数据为文件[&V]", SaveTwoChannels},
     {40114, Menu::TwoChannel, "交换声道1,2的数据[&X]", SwapChannels},
     {40111, Menu::TwoChannel, "显示双声道数据[&D]", ShowTwoChannels},

@@ -7,8 +7,13 @@
 #include "base/Format.h"
 #include "document/EditCommands.h"
 #include "document/LevelMeasures.h"
+#include "palatography/MarkerPicture.h"
+#include "pitch/PitchCommands.h"
+#include "pitch/PitchPicture.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
+#include "vowel/ChartPicture.h"
+#include "vowel/VowelCommands.h"
 
 namespace parlowen {
 namespace {
@@ -25,8 +30,10 @@ double LevelAt(const SoundDocument& document, int sample) {
 
 }  // namespace
 
-MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram)
-    : window_(window), document_(document), states_(states), spectrogram_(spectrogram) {}
+MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
+                   PitchRepair& pitchRepair, VowelState& vowels)
+    : window_(window), document_(document), states_(states), spectrogram_(spectrogram), pitchRepair_(pitchRepair),
+      vowels_(vowels) {}
 
 // --- What a column stands for ---------------------------------------------------------------------------------
 
@@ -35,6 +42,12 @@ double MainView::SamplesPerColumn() const {
 }
 
 bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !spectrogram_.stretch.followsView; }
+
+int MainView::ShownChart() const {
+  const bool choosing = document_.activity == activities::kRegionDrag || document_.activity == activities::kRegionChosen;
+  const int activity = choosing ? activityBeforeRegion_ : document_.activity;
+  return activity == activities::kPointChart || activity == activities::kGroupPlot ? activity : 0;
+}
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
   std::int64_t sample = 0;
@@ -77,7 +90,10 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     window_.Repaint();
     return;
   }
-  if (document_.activity == activities::kStart || recording) return;
+  if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
+  if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
+  if (document_.activity == activities::kPointChart && pane == Pane::Amplitude && button == MouseButton::Left)
+    return ClickVowel(window_, document_, states_, vowels_, SampleAt(pane, at.x));
   if (button == MouseButton::Right) {
     MarkEnd(document_, states_, SampleAt(pane, at.x));
   } else if (shift && pane == Pane::Waveform) {
@@ -90,6 +106,24 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     MarkStart(document_, states_, SampleAt(pane, at.x));
   }
   window_.Repaint();
+}
+
+bool MainView::RepairsPitch(Pane pane) const {
+  return document_.activity == activities::kPitchRepair && pane == Pane::Analysis && spectrogram_.shown;
+}
+
+RepairPoint MainView::RepairPointAt(Point at) const {
+  return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
+          FrequencyAtRow(at.y, analysisHeight, document_.sampleRate)};
+}
+
+void MainView::MarkRepairFrames(int x0, int x1) {
+  if (!RepairsPitch(Pane::Analysis)) return;
+  RepairMark(window_, pitchRepair_, RepairPointAt({x0, 0}).frame, RepairPointAt({x1, 0}).frame);
+}
+
+void MainView::PointAtRepair(Point at) {
+  if (RepairsPitch(Pane::Analysis)) pitchRepair_.pointer = RepairPointAt(at);
 }
 
 void MainView::MarkStretch(Pane pane, int x0, int x1) {
@@ -107,17 +141,23 @@ void MainView::Select(int start, int end) {
 bool MainView::Key(const std::string& key) {
   const bool waveformMode = document_.activity <= activities::kWaveform;
   const std::string name = key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])))) : key;
+  if (VowelKey(window_, document_, states_, vowels_, name)) return true;
   if (name == "S" || name == "X") {
     if (waveformMode) ZoomKey(name == "S");
     return waveformMode;
   }
+  if (RepairsPitch(Pane::Analysis) && RepairKey(window_, document_, pitchRepair_, name)) return true;
   if ((name == "D" || name == "L") && spectrogram_.shown) {
     DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
     return true;
   }
   if (name == "Escape") {
     const bool inTool = document_.activity > activities::kWaveform;
-    EndTool();
+    if (ShownChart() == document_.activity) {
+      LeaveChart(window_, document_, states_, vowels_);
+    } else {
+      EndTool();
+    }
     return inTool;
   }
   if (name == "Home") {
@@ -141,12 +181,15 @@ bool MainView::Key(const std::string& key) {
 void MainView::EndTool() {
   const int activity = document_.activity;
   if (activity < activities::kRegionDrag || activity > activities::kPitchRepair) return;
-  document_.activity = activities::kWaveform;
+  // A chart that the region was chosen from is shown again.
+  document_.activity = ChartShown() ? ShownChart() : activities::kWaveform;
   regionStarted_ = false;
   window_.Repaint();
 }
 
 void MainView::BeginRegion() {
+  EndTool();   // a second choice begins where the first one did
+  activityBeforeRegion_ = document_.activity;
   document_.activity = activities::kRegionDrag;
   regionStarted_ = false;
   window_.Repaint();
@@ -209,8 +252,24 @@ const WavePyramid& MainView::Pyramid() const {
   return pyramid_;
 }
 
+Picture MainView::Chart(int width, int height) const {
+  if (!ChartShown()) return {width, height, {}};
+  constexpr int kAxisHeight = 16;
+  Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
+  std::vector<int> samples;
+  for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount; x += FormantStrip::kStep)
+    samples.push_back(SampleAt(Pane::Amplitude, x));
+  formantStrip_.Update(document_, std::move(samples));
+  picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
+  picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
+  picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
+  if (ShownChart() == activities::kGroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
+  return picture;
+}
+
 Picture MainView::Base(Pane pane, int width, int height) const {
   switch (pane) {
+    case Pane::Chart: return Chart(width, height);
     case Pane::Amplitude: return AmplitudePicture(document_, amplitudeScale, width, height);
     case Pane::Pitch: return PitchPicture(document_, width, height);
     case Pane::Analysis: return AnalysisPicture(document_, spectrogram_, width, height);
@@ -220,14 +279,17 @@ Picture MainView::Base(Pane pane, int width, int height) const {
 
 Picture MainView::Overlay(Pane pane, int width, int height) const {
   Picture picture{width, height, {}};
+  if (pane == Pane::Chart) return picture;
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
+  // The picture's own title and axis stay free.
+  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
   const auto edge = [&](int sample, Colour colour, const char* label) {
     const int x = ColumnOf(pane, sample);
     if (x < left || x >= width || outside) return;
     picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
-    picture.Add(BoxMark{x, 0, 14, 14, colour});
-    picture.Add(TextMark{x + 7, 12, label, colours::kWhite, 11, Anchor::Middle});
+    picture.Add(BoxMark{x, flagTop, 14, 14, colour});
+    picture.Add(TextMark{x + 7, flagTop + 12, label, colours::kWhite, 11, Anchor::Middle});
   };
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
@@ -241,10 +303,15 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
   if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
   if (document_.selectionStart < 0 && document_.selectionEnd >= 0) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (pane == Pane::Waveform && palate != nullptr)
+    AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   if (cursor) {
     const int x = ColumnOf(pane, *cursor);
     if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
   }
+  if (RepairsPitch(pane))
+    picture.Add(PitchRepairPicture(document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); },
+                                   width, height));
   if (document_.activity == activities::kRegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
@@ -271,6 +338,7 @@ std::vector<TickLabel> MainView::Ticks(Pane pane, int height) const {
     case Pane::Amplitude: return AmplitudeTicks(amplitudeScale, height);
     case Pane::Pitch: return PitchTicks(height);
     case Pane::Analysis: return AnalysisTicks(document_, spectrogram_, height);
+    case Pane::Chart: return {};
     default: return WaveformTicks(document_, Pyramid(), height);
   }
 }
@@ -305,6 +373,10 @@ std::string MainView::SelectionLine() const {
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
+  if (pane == Pane::Chart && ChartShown()) {
+    const std::string group = ShownChart() == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
+    return group.empty() ? PointChartHover(vowels_.chart, at) : group;
+  }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
@@ -333,6 +405,10 @@ std::string MainView::Hint() const {
     case activities::kStart: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case activities::kRegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
     case activities::kRegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+    case activities::kPitchRepair: return kRepairHint;
+    case activities::kSegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
+    case activities::kPointChart: return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
+    case activities::kGroupPlot: return "元音组位置图；M：组名；B：返回元音图";
     default: break;
   }
   if (spectrogram_.shown)

@@ -7,10 +7,14 @@
 
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
+#include "palatography/PalateState.h"
+#include "pitch/PitchRepair.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
 #include "ui/Window.h"
+#include "vowel/FormantStrip.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -27,7 +31,8 @@ struct TickLabel {
 /// do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
 class MainView {
  public:
-  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram);
+  MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
+           PitchRepair& pitchRepair, VowelState& vowels);
 
   // What a column stands for.
 
@@ -39,6 +44,9 @@ class MainView {
   /// Samples a column of the time panes stands for.
   double SamplesPerColumn() const;
   bool AnalysisShowsOwnStretch() const;
+  /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
+  /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
+  bool ChartShown() const { return ShownChart() != 0; }
 
   // What the user does.
 
@@ -49,6 +57,11 @@ class MainView {
   /// A key of the main window: true when it was used here.
   bool Key(const std::string& key);
   void EndTool();
+  /// True while clicks into the pane repair the contour.
+  bool RepairsPitch(Pane pane) const;
+  /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.
+  void MarkRepairFrames(int x0, int x1);
+  void PointAtRepair(Point at);
   /// The next two clicks are the corners of a region.
   void BeginRegion();
   /// A new sound is there: nothing of the old one is marked any more.
@@ -92,17 +105,29 @@ class MainView {
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+  /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
+  int analysisHeight = 330;
+  /// The palate recording whose markers stand over the waveform; null for none.
+  const PalateState* palate = nullptr;
 
  private:
   void ViewMoved();
+  RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
+  Picture Chart(int width, int height) const;
+  /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
+  int ShownChart() const;
 
   Window& window_;
   SoundDocument& document_;
   CommandStates& states_;
   SpectrogramState& spectrogram_;
+  PitchRepair& pitchRepair_;
+  VowelState& vowels_;
   bool regionStarted_ = false;
+  int activityBeforeRegion_ = activities::kWaveform;
   mutable WavePyramid pyramid_;
+  mutable FormantStrip formantStrip_;
 };
 
 }  // namespace parlowen

@@ -172,6 +172,10 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
   return picture;
 }
 
+int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
+  return spectrogram.stretch.followsView ? kTitleHeight : kTitleHeight + kOwnAxisHeight;
+}
+
 std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram, int height) {
   std::vector<TickLabel> ticks;
   if (!spectrogram.shown || document.sampleRate <= 0) return ticks;

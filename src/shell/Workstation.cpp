@@ -1,11 +1,14 @@
 #include "shell/Workstation.h"
 
 #include <algorithm>
+#include <cctype>
+#include <string_view>
 
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
 #include "shell/CommandTable.h"
 #include "spectral/SpectrogramCommands.h"
+#include "vowel/VowelCommands.h"
 
 namespace parlowen {
 namespace {
@@ -26,12 +29,27 @@ bool IsTool(Menu menu) {
          menu == Menu::Palate;
 }
 
+/// Commands that draw into the three lower panes: a chart over them gives way.
+bool DrawsInPanes(int command) {
+  constexpr int kCommands[] = {170, 180, 190, 200, 205, 210, 220, 40005, 40042, 40066, 40103, 40108};
+  return std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands);
+}
+
+bool IsChartFile(const std::string& path) {
+  constexpr std::string_view kEnding = ".vch";
+  return path.size() >= kEnding.size() &&
+         std::equal(kEnding.begin(), kEnding.end(), path.end() - kEnding.size(), [](char a, char b) {
+           return a == std::tolower(static_cast<unsigned char>(b));
+         });
+}
+
 }  // namespace
 
 Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices devices)
-    : window(ownWindow), view(ownWindow, document, states, spectrogram), dataFolder(std::move(folder)),
-      player(devices.output, ownWindow, document, states),
+    : window(ownWindow), view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
+      dataFolder(std::move(folder)), player(devices.output, ownWindow, document, states),
       recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
+  view.palate = &palate;
   InitSignalTables();
   player.changed = [this] { MoveCursor(); };
   recording.changed = [this] {
@@ -39,6 +57,9 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
     DocumentChanged();
   };
   view.beforeEdit = [this] { player.stopPlayback(); };
+  playChannel = [this](Window&, int channel, int start, int end) {
+    player.startPlayback(start, end, PlayMode::Forward, (channel == 2 ? document.samples2 : document.samples).data());
+  };
   InputDevicesChanged();
 }
 
@@ -47,6 +68,7 @@ bool Workstation::dispatchCommand(int number) {
   if (row == nullptr || !states.IsEnabled(number)) return false;
   StopPlayFor(number);
   if (IsTool(row->menu)) view.EndTool();
+  if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
   RunCommand(*this, *row);
   DocumentChanged();
   return true;
@@ -59,7 +81,11 @@ void Workstation::StopPlayFor(int command) {
 void Workstation::OpenFile(const std::string& path) {
   if (recording.running()) return;
   player.stopPlayback();
-  openPath(window, document, states, path, ChannelMode::One, false);
+  if (IsChartFile(path)) {
+    OpenChartFile(window, document, states, vowels, path);
+  } else {
+    openPath(window, document, states, path, ChannelMode::One, false);
+  }
   DocumentChanged();
 }
 
@@ -105,11 +131,13 @@ std::string Workstation::ExportPath(const std::string& name) const {
 
 void Workstation::DocumentChanged() {
   states.enableCommand(40015, document.activity == activities::kRegionChosen);
+  UpdateVowelCommands(document, states, vowels);
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
     seenCount_ = document.sampleCount;
     spectrogram = {};
+    if (palate.generation != document.soundGeneration) palate = {};
     view.Reset();
     window.Repaint();
     return;

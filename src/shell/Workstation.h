@@ -6,11 +6,17 @@
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
 #include "audio/SoundDevice.h"
+#include "channels/ChannelsState.h"
+#include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
+#include "pitch/PitchCommands.h"
+#include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
+#include "vowel/VowelState.h"
 
 namespace parlowen {
 
@@ -49,9 +55,16 @@ class Workstation {
   CommandStates states;
   RecorderSettings recorder;
   SpectrogramState spectrogram;
+  PitchState pitch;
+  PalateState palate;
+  ChannelsState channels;
+  /// Plays one channel; empty while there is no player.
+  PlayChannel playChannel;
+  VowelState vowels;
   MainView view;
+  CurrentGroup durationGroup;
   std::string dataFolder;
-  std::string exportFolder;   ///< "": the current directory
+  std::string exportFolder;   ///< where text exports and settings go; "" is the current directory
   Player player;
   Recorder recording;
 

@@ -1,8 +1,12 @@
 #pragma once
 #include <sys/wait.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstdlib>
+#include <numbers>
 #include <sstream>
+#include <utility>
 
 #include "support/TempFolder.h"
 #include "support/WavBytes.h"
@@ -38,6 +42,24 @@ inline ProgramResult RunProgram(const TempFolder& folder, const std::string& arg
   return result;
 }
 
+/// 0.3 s at 16000 Hz: a pulse every 8 ms through resonances of these frequencies, 80 Hz wide.
+inline std::vector<std::int16_t> Vowel(const std::vector<double>& formants) {
+  std::vector<double> wave(4800);
+  for (std::size_t i = 0; i < wave.size(); i += 128) wave[i] = 3000;
+  const double decay = std::exp(-std::numbers::pi * 80 / 16000);
+  for (const double formant : formants) {
+    const double first = 2 * decay * std::cos(2 * std::numbers::pi * formant / 16000), second = -decay * decay;
+    double one = 0, two = 0;
+    for (double& sample : wave) {
+      sample = (1 - first - second) * sample + first * one + second * two;
+      two = std::exchange(one, sample);
+    }
+  }
+  std::vector<std::int16_t> samples;
+  for (const double sample : wave) samples.push_back(static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0)));
+  return samples;
+}
+
 /// The sounds that stories speak of.
 inline void WriteSounds(const TempFolder& folder) {
   const auto write = [&](const std::string& name, std::uint32_t rate, std::vector<std::int16_t> samples, const std::string& behind = "") {
@@ -54,6 +76,10 @@ inline void WriteSounds(const TempFolder& folder) {
   write("minute.wav", 8000, Ramp(480000));
   write("中文 名 3.wav", 8000, Ramp(10));
   write("pitch.wav", 16000, Ramp(1600), PitchTail({-1, 100, 0, 90, 80, 0, 0, 70, 60, 50, 0, 0}));
+  // 0.3 s of silence, 0.6 s of a sawtooth of 128 Hz, 0.3 s of silence.
+  std::vector<std::int16_t> voice(19200);
+  for (std::size_t n = 4800; n < 14400; ++n) voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
+  write("voice.wav", 16000, std::move(voice));
   WavBytes stereo = write("stereo.wav", 16000, {});
   stereo.blockAlign = 4;
   for (int i = 1; i <= 4000; ++i) {
@@ -65,6 +91,12 @@ inline void WriteSounds(const TempFolder& folder) {
   bits.bits = 8;
   WriteFile(folder / "bits8.wav", bits.Bytes());
   WriteFile(folder / "text.wav", std::string(100, 't'));
+  // i for 0.3 s, silence for 0.2 s, a for 0.3 s.
+  std::vector<std::int16_t> vowels = Vowel({280, 2300, 3000});
+  vowels.resize(8000);
+  const std::vector<std::int16_t> second = Vowel({750, 1250, 2500});
+  vowels.insert(vowels.end(), second.begin(), second.end());
+  write("vowels.wav", 16000, vowels);
   std::filesystem::create_directory(folder / "folder");
   write("long.wav", 16000, {});
   WavBytes longSound = write("long.wav", 16000, {});

@@ -27,7 +27,7 @@ class QtMicrophone : public QObject, public SoundInput {
   bool Start() override;
   void Close() override;
 
- signals:
+ Q_SIGNALS:
   void PresenceChanged();
 
  private:

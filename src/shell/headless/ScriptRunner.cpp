@@ -25,6 +25,9 @@ const PaneName* FindPane(const std::string& name) {
   return found == std::end(kPanes) ? nullptr : found;
 }
 
+/// The chart over the lower panes: its rows count from the top of the amplitude pane.
+constexpr int kChartHeight = 110 + 165 + 330 + 165;
+
 /// Tool windows are drawn at this size in pictures.
 constexpr int kToolHeight = 640;
 
@@ -46,6 +49,7 @@ bool IsKeyName(const std::string& key) {
 ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
     : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder(), {&speaker_, &microphone_}) {
   workstation_.document.paneWidth = paneWidth;
+  workstation_.pitch.paneWidth = paneWidth;
   window_.runModalSteps = [this] { RunModalSteps(); };
 }
 
@@ -236,6 +240,9 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
   Picture picture;
   if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
     picture = tool->Draw(width, kToolHeight);
+  } else if (step.words[1] == "chart") {
+    if (!workstation_.view.ChartShown()) return "no chart is shown";
+    picture = workstation_.view.Whole(Pane::Chart, width, kChartHeight);
   } else if (const PaneName* pane = FindPane(step.words[1])) {
     picture = workstation_.view.Whole(pane->pane, width, pane->height);
   } else {

@@ -3,7 +3,7 @@
 namespace parlowen {
 
 void ActionGate::Enter() {
-  if (depth_++ == 0) emit Began();
+  if (depth_++ == 0) Q_EMIT Began();
 }
 
 void ActionGate::Leave() { --depth_; }

@@ -30,11 +30,11 @@ class ActionGate : public QObject {
       Hold hold(*this);
       action();
     }
-    emit Finished(level);
+    Q_EMIT Finished(level);
     return true;
   }
 
- signals:
+ Q_SIGNALS:
   void Began();              ///< the outermost action
   void Finished(int level);  ///< an action ran to its end
 

@@ -4,15 +4,16 @@
 #include <QDialogButtonBox>
 #include <QGridLayout>
 #include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScreen>
 #include <QScrollArea>
-#include <QShortcut>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <functional>
 #include <map>
 
 #include "base/Format.h"
@@ -20,6 +21,20 @@
 
 namespace parlowen {
 namespace {
+
+/// An edit field whose arrow keys step its value, when it has steps.
+class SteppedEdit : public QLineEdit {
+ public:
+  using QLineEdit::QLineEdit;
+  std::function<void(int direction)> stepBy;
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override {
+    const bool up = event->key() == Qt::Key_Up;
+    if (!stepBy || (!up && event->key() != Qt::Key_Down)) return QLineEdit::keyPressEvent(event);
+    stepBy(up ? +1 : -1);
+  }
+};
 
 bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || field.kind == FieldKind::Number; }
 
@@ -109,7 +124,7 @@ QWidget* FormDialog::MakeFields() {
 }
 
 QWidget* FormDialog::MakeEdit(FormField& field, std::size_t index) {
-  auto* edit = new QLineEdit(QString::fromStdString(field.value));
+  auto* edit = new SteppedEdit(QString::fromStdString(field.value));
   edit->setMinimumWidth(140);
   if (field.kind == FieldKind::Number) edit->setInputMethodHints(Qt::ImhPreferNumbers);
   edits_[index] = edit;
@@ -126,17 +141,15 @@ QWidget* FormDialog::MakeEdit(FormField& field, std::size_t index) {
   struct Arrow {
     Qt::ArrowType type;
     int direction;
-    Qt::Key key;
     const char* name;
   };
-  for (const Arrow& arrow : {Arrow{Qt::UpArrow, +1, Qt::Key_Up, "加"}, Arrow{Qt::DownArrow, -1, Qt::Key_Down, "减"}}) {
+  edit->stepBy = stepBy;
+  for (const Arrow& arrow : {Arrow{Qt::UpArrow, +1, "加"}, Arrow{Qt::DownArrow, -1, "减"}}) {
     auto* button = new QToolButton;
     button->setArrowType(arrow.type);
     button->setAutoRepeat(true);
     button->setAccessibleName(arrow.name);
     connect(button, &QToolButton::clicked, this, [stepBy, direction = arrow.direction] { stepBy(direction); });
-    auto* shortcut = new QShortcut(QKeySequence(arrow.key), edit, nullptr, nullptr, Qt::WidgetShortcut);
-    connect(shortcut, &QShortcut::activated, this, [stepBy, direction = arrow.direction] { stepBy(direction); });
     row->addWidget(button);
   }
   return box;

@@ -20,7 +20,7 @@ class FormDialog : public QDialog {
   /// The edit field of a control, or null; for tests and for what fills a field from outside.
   QLineEdit* Edit(int control) const;
 
- public slots:
+ public Q_SLOTS:
   void accept() override;
 
  private:

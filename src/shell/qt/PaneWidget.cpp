@@ -129,7 +129,8 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
-  emit Resized();
+  if (pane_ == Pane::Analysis) view_.analysisHeight = height();
+  Q_EMIT Resized();
 }
 
 void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
@@ -157,6 +158,11 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
   const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
   const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
   if (event->button() == Qt::RightButton && !control) {
+    if (view_.RepairsPitch(pane_)) {   // a click or a drag over frames: known when the button comes up
+      pressedAt_ = at;
+      drag_ = Drag::RepairPressed;
+      return;
+    }
     gate_.Run([&] { view_.Click(pane_, at, MouseButton::Right, shift); });
     return;
   }
@@ -180,6 +186,8 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
 void PaneWidget::DragTo(Point at) {
   if (drag_ == Drag::Stretch) {
     gate_.Run([&] { view_.MarkStretch(pane_, pressedAt_.x, at.x); });
+  } else if (drag_ == Drag::RepairMark) {
+    gate_.Run([&] { view_.MarkRepairFrames(pressedAt_.x, at.x); });
   } else if (drag_ == Drag::StartEdge) {
     const int x = std::min(at.x, view_.ColumnOf(pane_, document_.selectionEnd) - 1);
     gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Left, false); });
@@ -191,7 +199,11 @@ void PaneWidget::DragTo(Point at) {
 
 void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
-  emit Hovered(this, {at.x, at.y});
+  Q_EMIT Hovered(this, {at.x, at.y});
+  if (view_.RepairsPitch(pane_)) {
+    view_.PointAtRepair(at);
+    update();
+  }
   if (drag_ == Drag::None) {
     setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor : Qt::CrossCursor);
     return;
@@ -202,13 +214,18 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   }
   if (drag_ == Drag::Pressed && std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance())
     drag_ = pressedOn_ == Drag::None ? Drag::Stretch : pressedOn_;
+  if (drag_ == Drag::RepairPressed && std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance())
+    drag_ = Drag::RepairMark;
   DragTo(at);
 }
 
 void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
-  if (event->button() != Qt::LeftButton || drag_ == Drag::None) return;
+  const bool repairs = drag_ == Drag::RepairPressed || drag_ == Drag::RepairMark;
+  if (event->button() != (repairs ? Qt::RightButton : Qt::LeftButton) || drag_ == Drag::None) return;
   const Point at = PointAt(event->pos());
-  if (drag_ == Drag::Pressed) {
+  if (drag_ == Drag::RepairPressed) {
+    gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Right, false); });
+  } else if (drag_ == Drag::Pressed) {
     gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Left, false); });
   } else if (drag_ == Drag::Region) {
     band_->hide();
@@ -219,7 +236,7 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
   drag_ = Drag::None;
 }
 
-void PaneWidget::leaveEvent(QEvent*) { emit HoverLeft(); }
+void PaneWidget::leaveEvent(QEvent*) { Q_EMIT HoverLeft(); }
 
 void PaneWidget::wheelEvent(QWheelEvent* event) {
   event->accept();
@@ -235,7 +252,7 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
 
 void PaneWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0) {
-    emit MenuAsked(this, mapToGlobal(rect().center()));
+    Q_EMIT MenuAsked(this, mapToGlobal(rect().center()));
     return;
   }
   event->ignore();
@@ -245,7 +262,7 @@ void PaneWidget::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   const bool mouse = event->reason() == QContextMenuEvent::Mouse;
   if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;   // right clicks mark
-  emit MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
+  Q_EMIT MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
 }
 
 }  // namespace parlowen

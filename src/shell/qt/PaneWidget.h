@@ -33,7 +33,7 @@ class PaneWidget : public QWidget {
   /// Base, tick labels and overlay as they stand on the screen, the gutter left out.
   Picture Shown() const;
 
- signals:
+ Q_SIGNALS:
   void Hovered(parlowen::PaneWidget* pane, QPoint at);
   void HoverLeft();
   void Resized();
@@ -55,7 +55,7 @@ class PaneWidget : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region };
+  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region, RepairPressed, RepairMark };
 
   Point PointAt(QPoint widgetPosition) const;
   Drag EdgeAt(int x) const;

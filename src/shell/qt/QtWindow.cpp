@@ -195,11 +195,11 @@ bool QtWindow::AskInput(InputForm& form) {
   return dialog.exec() == QDialog::Accepted;
 }
 
-void QtWindow::ShowStatus(const std::string& text) { emit StatusShown(QString::fromStdString(text)); }
+void QtWindow::ShowStatus(const std::string& text) { Q_EMIT StatusShown(QString::fromStdString(text)); }
 
 void QtWindow::SetCaption(const std::string& text) {
   caption_ = text;
-  emit CaptionChanged(QString::fromStdString(text));
+  Q_EMIT CaptionChanged(QString::fromStdString(text));
 }
 
 void QtWindow::OpenInEditor(const std::string& path) {
@@ -219,7 +219,7 @@ void QtWindow::OpenInEditor(const std::string& path) {
 }
 
 void QtWindow::Repaint(std::optional<Pane> pane) {
-  emit RepaintAsked(pane);
+  Q_EMIT RepaintAsked(pane);
   for (const OpenTool& open : tools_) open.widget->Renew();
   for (ToolWidget* widget : modalTools_) widget->Renew();
 }
@@ -297,9 +297,9 @@ bool QtWindow::Progress(double share) {
   return goOn;
 }
 
-void QtWindow::CopyRegion(const PaneRegion& region) { emit RegionCopied(region); }
+void QtWindow::CopyRegion(const PaneRegion& region) { Q_EMIT RegionCopied(region); }
 
-void QtWindow::Quit() { emit QuitAsked(); }
+void QtWindow::Quit() { Q_EMIT QuitAsked(); }
 
 double QtWindow::DevicePixelRatio() const { return host_.devicePixelRatioF(); }
 

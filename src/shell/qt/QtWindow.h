@@ -56,7 +56,7 @@ class QtWindow : public QObject, public Window {
   /// What hands a file to the system; true when something took it. Tests put their own here.
   std::function<bool(const QUrl&)> openExternally;
 
- signals:
+ Q_SIGNALS:
   void CaptionChanged(const QString& caption);
   void StatusShown(const QString& text);
   void RepaintAsked(std::optional<parlowen::Pane> pane);

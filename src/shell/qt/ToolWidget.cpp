@@ -142,7 +142,7 @@ void ToolWidget::keyPressEvent(QKeyEvent* event) {
   Renew();
   if (used || !ran) return;
   if (key == "Escape") return reject();
-  if (level_ == 0) emit KeyUnused(key);
+  if (level_ == 0) Q_EMIT KeyUnused(key);
 }
 
 void ToolWidget::wheelEvent(QWheelEvent* event) {

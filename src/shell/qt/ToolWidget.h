@@ -34,10 +34,10 @@ class ToolWidget : public QDialog {
   QPushButton* Button(const std::string& text) const;
   Picture Shown() const;
 
- signals:
+ Q_SIGNALS:
   void KeyUnused(const std::string& key);
 
- public slots:
+ public Q_SLOTS:
   void reject() override;
 
  protected:

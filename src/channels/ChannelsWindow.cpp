@@ -1,0 +1,215 @@
+#include "channels/ChannelsWindow.h"
+
+#include <algorithm>
+#include <cctype>
+#include <cmath>
+#include <memory>
+#include <utility>
+
+#include "base/Files.h"
+#include "base/Format.h"
+#include "channels/ChannelFiles.h"
+#include "document/EditCommands.h"
+
+namespace parlowen {
+namespace {
+
+constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 1202, kSave = 1203, kOpen = 1204,
+              kShow = 1205, kExport = 1206;
+
+constexpr const char* kNotFinished = "本功能尚未完成";
+constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
+constexpr const char* kNoEqualSound = "校准段内两个声道都应有声音！";
+constexpr const char* kNoCurve = "没有鼻音能量比数据！";
+constexpr const char* kNoNasFile = "无此鼻音能量比数据文件！";
+constexpr const char* kCannotCreate = "不能建立文件！";
+constexpr const char* kCannotOpen = "文件打开错误！";
+constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
+constexpr const char* kBadNameCaption = "文件夹或文件名错误";
+constexpr const char* kTextName = "NasRatio.txt";
+
+FileDialog NasDialog(const char* title) {
+  return {title, {{"鼻音能量比数据文件(*.nas)", "*.nas"}}, "nas", ""};
+}
+
+ByteSpan BytesOf(const std::string& text) { return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}; }
+
+}  // namespace
+
+void ShowTwoChannelsCommand(Window& window, const ChannelsDesk& desk) {
+  if (!RequireTwoChannels(window, desk.document)) return;
+  desk.state.DropOpened();
+  window.OpenToolWindow(std::make_unique<ChannelsWindow>(desk));
+  desk.document.activity = kTwoChannelActivity;   // a window open before has ended its own
+  window.Repaint();
+}
+
+ChannelsWindow::ChannelsWindow(const ChannelsDesk& desk) : desk_(desk) { view_.width = desk.document.paneWidth; }
+
+std::vector<ToolControl> ChannelsWindow::Controls() const {
+  const bool two = desk_.document.twoChannel;
+  const bool curve = !desk_.state.Curve(desk_.document).values.empty();
+  return {{kPlayFirst, "放声道1", two},
+          {kPlaySecond, "放声道2", two},
+          {kFullBand, desk_.state.settings.fullBand ? "全频带 ✓" : "全频带", two},
+          {kCalibrate, "校准", two},
+          {kSave, "保存数据", curve},
+          {kOpen, "打开数据", true},
+          {kShow, "显示数据", curve},
+          {kExport, "导出立体声WAV", two}};
+}
+
+Picture ChannelsWindow::Draw(int width, int height) const {
+  view_.width = std::max(width, kPaneMargin + 1);
+  view_.start = std::clamp(view_.start, 0, std::max(0, desk_.document.sampleCount - view_.Length(desk_.document)));
+  return ChannelsPicture(desk_.document, desk_.state, view_, height);
+}
+
+void ChannelsWindow::Click(Window& window, Point at, MouseButton button, bool) {
+  if (!desk_.document.twoChannel) return;
+  const int sample = view_.SampleAt(desk_.document, at.x);
+  if (button == MouseButton::Left) {
+    MarkStart(desk_.document, desk_.states, sample);
+  } else {
+    MarkEnd(desk_.document, desk_.states, sample);
+  }
+  window.Repaint();
+}
+
+bool ChannelsWindow::Key(Window& window, const std::string& key) {
+  const int length = view_.Length(desk_.document);
+  std::string name = key;
+  if (name.size() == 1) name[0] = static_cast<char>(std::toupper(static_cast<unsigned char>(name[0])));
+  if (name == "1" || name == "2") {
+    Play(window, name == "1" ? 1 : 2);
+  } else if (name == "S" || name == "X") {
+    ZoomBy(name == "S");
+  } else if (name == "Left" || name == "Right") {
+    MoveTo(view_.start + (name == "Left" ? -1 : 1) * std::int64_t{length} / 10);
+  } else if (name == "PageUp" || name == "PageDown") {
+    MoveTo(view_.start + (name == "PageUp" ? -1 : 1) * std::int64_t{length});
+  } else if (name == "Home") {
+    MoveTo(0);
+  } else if (name == "End") {
+    MoveTo(desk_.document.sampleCount);
+  } else {
+    return false;
+  }
+  return true;
+}
+
+void ChannelsWindow::Press(Window& window, const ToolControl& control) {
+  switch (control.number) {
+    case kPlayFirst: return Play(window, 1);
+    case kPlaySecond: return Play(window, 2);
+    case kFullBand: return ToggleFullBand(window);
+    case kCalibrate: return Calibrate(window);
+    case kSave: return SaveCurve(window);
+    case kOpen: return OpenCurve(window);
+    case kShow: return ShowCurve(window);
+    case kExport: return ExportStereo(window);
+    default: return;
+  }
+}
+
+void ChannelsWindow::Scroll(Window&, int steps) {
+  MoveTo(view_.start + std::int64_t{steps} * view_.Length(desk_.document) / 10);
+}
+
+std::string ChannelsWindow::Hover(Point at) const {
+  const SoundDocument& document = desk_.document;
+  if (!document.twoChannel || document.sampleCount == 0 || document.sampleRate <= 0) return {};
+  const int sample = std::min(view_.SampleAt(document, at.x), document.sampleCount - 1);
+  std::string line = Format("%.3f s  样点 %d  声道1：%d  声道2：%d", sample / double(document.sampleRate), sample,
+                            document.samples[sample], document.samples2[sample]);
+  // The frame whose middle is nearest.
+  const NasalanceCurve& curve = desk_.state.Curve(document);
+  if (curve.step < 1) return line;
+  const int frame = (sample - curve.start + curve.step / 2) / curve.step - 1;
+  if (frame < 0 || frame >= std::ssize(curve.values)) return line;
+  const float value = curve.values[static_cast<std::size_t>(frame)];
+  return std::isnan(value) ? line : line + Format("  鼻音能量比 %.1f%%", static_cast<double>(value));
+}
+
+void ChannelsWindow::Closed(Window& window) {
+  if (desk_.document.activity == kTwoChannelActivity) desk_.document.activity = activities::kWaveform;
+  window.Repaint();
+}
+
+void ChannelsWindow::Play(Window& window, int channel) {
+  const SoundDocument& document = desk_.document;
+  if (!RequireTwoChannels(window, document)) return;
+  if (!desk_.play) return window.Notify(kNotFinished);
+  const bool selected = document.selectionDefined();
+  desk_.play(window, channel, selected ? document.selectionStart : 0,
+             selected ? document.selectionEnd : document.sampleCount);
+}
+
+void ChannelsWindow::ToggleFullBand(Window& window) {
+  desk_.state.settings.fullBand = !desk_.state.settings.fullBand;
+  desk_.state.DropOpened();
+  window.ShowStatus(FiguresLine(desk_.document, desk_.state));
+}
+
+void ChannelsWindow::Calibrate(Window& window) {
+  const SoundDocument& document = desk_.document;
+  if (!RequireTwoChannels(window, document)) return;
+  if (!document.selectionDefined()) return window.ShowStatus(kMarkFirst);
+  const float ratio = MeasureGainRatio(document.Samples(), {document.samples2.data(), document.sampleCount},
+                                       document.sampleRate, document.selectionStart, document.selectionEnd,
+                                       desk_.state.settings.fullBand);
+  if (ratio <= 0) return window.Notify(kNoEqualSound);
+  desk_.state.settings.gainRatio = ratio;
+  desk_.state.DropOpened();
+  window.ShowStatus(FiguresLine(document, desk_.state));
+}
+
+void ChannelsWindow::SaveCurve(Window& window) {
+  if (desk_.state.Curve(desk_.document).values.empty()) return window.Notify(kNoCurve);
+  const auto choice = window.AskSaveFile(NasDialog("保存鼻音能量比数据文件"));
+  if (!choice) return;
+  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0) window.ShowError(kCannotCreate);
+}
+
+void ChannelsWindow::OpenCurve(Window& window) {
+  const auto choice = window.AskOpenFile(NasDialog("打开鼻音能量比数据文件"));
+  if (!choice) return;
+  constexpr std::size_t kLargestNas = 20 + 4 * std::size_t{kMaxSamples};
+  const auto bytes = ReadWholeFile(choice->path, kLargestNas);
+  auto curve = bytes ? ParseNas(*bytes) : std::nullopt;
+  if (!curve) return window.ShowError(kNoNasFile);
+  desk_.state.ShowOpened(std::move(*curve), FileNameOf(choice->path), desk_.document);
+  window.ShowStatus(FiguresLine(desk_.document, desk_.state));
+}
+
+void ChannelsWindow::ShowCurve(Window& window) {
+  const NasalanceCurve& curve = desk_.state.Curve(desk_.document);
+  if (curve.values.empty()) return window.Notify(kNoCurve);
+  const std::string opened = desk_.state.OpenedName(desk_.document);
+  const std::string source = opened.empty() ? desk_.document.filePath : opened;
+  const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
+  const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
+  if (ReplaceFile(path, BytesOf(text)) < 0) return window.ShowError(kCannotOpen);
+  window.OpenInEditor(path);
+}
+
+void ChannelsWindow::ExportStereo(Window& window) {
+  if (!RequireTwoChannels(window, desk_.document)) return;
+  const auto choice = window.AskSaveFile({"导出立体声WAV", {{"声音波形文件(*.wav)", "*.wav"}}, "wav", ""});
+  if (!choice) return;
+  if (ReplaceFile(choice->path, StereoWavBytesOf(desk_.document)) < 0) window.ShowError(kBadSaveName, kBadNameCaption);
+}
+
+void ChannelsWindow::MoveTo(std::int64_t start) {
+  const std::int64_t last = std::max(0, desk_.document.sampleCount - view_.Length(desk_.document));
+  view_.start = static_cast<int>(std::clamp<std::int64_t>(start, 0, last));
+}
+
+void ChannelsWindow::ZoomBy(bool out) {
+  // A column is never less than a sample.
+  if (!out && view_.SamplesPerColumn(desk_.document) < 2) return;
+  view_.zoom = out ? std::max(1, view_.zoom / 2) : view_.zoom * 2;
+  MoveTo(view_.start);
+}
+
+}  // namespace parlowen

@@ -1,0 +1,109 @@
+#include "palatography/NspCommands.h"
+
+#include <algorithm>
+
+#include "base/Files.h"
+#include "document/NextDigit.h"
+#include "document/SoundFileCommands.h"
+#include "palatography/NspFile.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kCannotOpen = "文件打开错误";
+constexpr const char* kWrongFormat = "文件格式不对！";
+constexpr const char* kRateTooHigh = "采样率太高！";
+constexpr const char* kTwoChannelSpeech = "不支持双声道采样！";
+constexpr const char* kWrongData = "数据错误！";
+constexpr std::size_t kLargestFile = std::size_t{256} << 20;
+
+void ShowRefusal(Window& window, NspRefusal refusal) {
+  switch (refusal) {
+    case NspRefusal::WrongFormat: return window.ShowError(kWrongFormat);
+    case NspRefusal::RateTooHigh: return window.ShowError(kRateTooHigh);
+    case NspRefusal::TwoChannelSpeech: return window.ShowError(kTwoChannelSpeech);
+    case NspRefusal::WrongPreferences: return window.ShowError(kWrongData);
+    case NspRefusal::NotNsp:
+    case NspRefusal::None: return;   // a file of another kind is passed over
+  }
+}
+
+/// `samples`, then zeros up to `count`.
+void FillChannel(SampleBuffer& channel, const std::vector<std::int16_t>& samples, int count) {
+  std::copy(samples.begin(), samples.end(), channel.data());
+  std::fill(channel.data() + samples.size(), channel.data() + count, std::int16_t{0});
+}
+
+/// Everything behind the samples once they are in place.
+void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path, int count,
+                int rate, bool twoChannel) {
+  document.twoChannel = twoChannel;
+  document.longFileSeconds = document.longFileStart = 0;
+  document.resetForNewSound(count, rate, states);
+  document.filePath = path;
+  document.nextDigitPath = nextDigitPathOf(path);
+  document.resetPitch();
+  states.onContourChanged(document.SelectionFacts());
+  window.SetCaption(CaptionFor(path));
+  window.Repaint();
+}
+
+std::optional<std::string> AskNspFile(Window& window, const char* title) {
+  const auto choice = window.AskOpenFile({title, {{"NSP文件(*.nsp)", "*.nsp"}}, "", ""});
+  if (!choice) return {};
+  return choice->path;
+}
+
+}  // namespace
+
+int ReadTwoChannelNsp(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
+  const auto bytes = ReadWholeFile(path, kLargestFile);
+  if (!bytes) {
+    window.ShowError(kCannotOpen);
+    return 0;
+  }
+  TwoChannelNsp recording;
+  const NspRefusal refusal = ParseTwoChannelNsp(*bytes, recording);
+  if (refusal != NspRefusal::None) {
+    ShowRefusal(window, refusal);
+    return 0;
+  }
+  FillChannel(document.samples, recording.first, recording.sampleCount);
+  FillChannel(document.samples2, recording.second, recording.sampleCount);
+  FinishLoad(window, document, states, path, recording.sampleCount, recording.sampleRate,
+             recording.hasFirst && recording.hasSecond);
+  return 1;
+}
+
+int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate,
+               const std::string& path) {
+  const auto bytes = ReadWholeFile(path, kLargestFile);
+  if (!bytes) {
+    window.ShowError(kCannotOpen);
+    return 0;
+  }
+  EpgRecording recording;
+  const NspRefusal refusal = ParseEpgNsp(*bytes, recording);
+  if (refusal != NspRefusal::None) {
+    ShowRefusal(window, refusal);
+    return 0;
+  }
+  FillChannel(document.samples, recording.samples, recording.sampleCount);
+  recording.samples = {};
+  FinishLoad(window, document, states, path, recording.sampleCount, recording.sampleRate, false);
+  palate = {true, std::move(recording), document.soundGeneration};
+  if (palate.IsComplete()) states.Enable({40061, 40049, 40087, 40088});
+  return 1;
+}
+
+void OpenTwoChannelNspCommand(Window& window, SoundDocument& document, CommandStates& states) {
+  const auto path = AskNspFile(window, "打开NSP双声道文件");
+  if (path) ReadTwoChannelNsp(window, document, states, *path);
+}
+
+void OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate) {
+  const auto path = AskNspFile(window, "打开腭位数据文件");
+  if (path) ReadEpgNsp(window, document, states, palate, *path);
+}
+
+}  // namespace parlowen

@@ -1,0 +1,217 @@
+#include "pitch/PitchCommands.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "base/Files.h"
+#include "base/Format.h"
+#include "base/Gbk.h"
+#include "pitch/PitchAnalysis.h"
+#include "pitch/PitchFile.h"
+#include "spectral/SpectrogramCommands.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kAgainTitle = "再求一次音高";
+constexpr const char* kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "64--280 Hz"};
+constexpr int kFirstRangeButton = 1010;
+
+constexpr int kShortestSegment = 200;   // samples: below there is no contour to keep
+constexpr const char* kFileFilter = "基频数据文件(*.pdt)";
+constexpr const char* kSaveTitle = "保存基频数据文件";
+constexpr const char* kOpenTitle = "打开基频数据文件";
+constexpr const char* kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？";
+constexpr const char* kRestartOrAppendCaption = "从头更新数据？";
+constexpr const char* kNoSuchFile = "文件不存在！";
+constexpr const char* kCannotCreate = "不能建立文件！";
+constexpr const char* kNoPitchFile = "无基频数据文件！";
+constexpr const char* kBadPitchFile = "基频数据文件错误！";
+constexpr const char* kCannotWriteListing = "文件打开错误！";
+constexpr std::size_t kLongestPitchFile = std::size_t{64} << 20;
+
+constexpr const char* kPitchListing = "Pitch.txt";
+
+constexpr const char* kNoContour = "请先求出基频！";
+constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
+constexpr const char* kOnlyVoiced = "只能修改浊音段";
+
+FileDialog PitchFileDialog(const char* title) { return {title, {{kFileFilter, "*.pdt"}}, "pdt", ""}; }
+
+PitchProgress ProgressOf(Window& window) {
+  return [&window](double share) { return window.Progress(share); };
+}
+
+void ContourIsThere(Window& window, SoundDocument& document, CommandStates& states) {
+  window.Progress(1.0);
+  document.pitchPresent = true;
+  states.onContourChanged(document.SelectionFacts());
+  window.Repaint();
+}
+
+/// The whole sound again; false, and nothing changed, when there is no frame or it was stopped.
+bool AnalyseAll(Window& window, SoundDocument& document, CommandStates& states, const PitchAnalysisRequest& request) {
+  const int frames = document.ContourLength();
+  if (frames == 0) return false;
+  std::vector<float> periods;
+  if (!RunPitchAnalysis(document, 0, document.sampleCount, request, {0, frames - 1}, periods, ProgressOf(window)))
+    return false;
+  document.pitch.fill(kUnvoiced);
+  std::copy(periods.begin(), periods.end(), document.pitch.begin());
+  document.pitchBackup = document.pitch;
+  ContourIsThere(window, document, states);
+  return true;
+}
+
+bool AnalyseSelection(Window& window, SoundDocument& document, CommandStates& states,
+                      const PitchAnalysisRequest& request) {
+  const int start = document.selectionStart, length = document.SelectionLength();
+  const FrameSpan frames{FrameOfSample(start, document.sampleRate),
+                         std::min(FrameOfSample(start + length - 1, document.sampleRate), document.ContourLength() - 1)};
+  if (frames.last < frames.first) return false;
+  std::vector<float> periods;
+  if (!RunPitchAnalysis(document, start, length, request, frames, periods, ProgressOf(window))) return false;
+  std::copy(periods.begin(), periods.end(), document.pitch.begin() + frames.first);
+  std::copy(periods.begin(), periods.end(), document.pitchBackup.begin() + frames.first);
+  ContourIsThere(window, document, states);
+  return true;
+}
+
+/// Reports what a step of the repair came to.
+void Repaired(Window& window, bool changed) {
+  if (!changed) return window.ShowStatus(kOnlyVoiced);
+  window.Repaint();
+}
+
+}  // namespace
+
+void PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state) {
+  AnalyseAll(window, document, states, {state.range, true, true, state.paneWidth});
+}
+
+void PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
+                               const PitchState& state) {
+  AnalyseAll(window, document, states, {state.range, false, true, state.paneWidth});
+}
+
+void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state) {
+  InputForm form{kAgainTitle, {}};
+  for (int i = 0; i < 4; ++i) {
+    FormField button;
+    button.control = kFirstRangeButton + i;
+    button.kind = FieldKind::Radio;
+    button.label = kRangeLabels[i];
+    button.checked = i == static_cast<int>(state.range);
+    form.fields.push_back(std::move(button));
+  }
+  if (!window.AskInput(form)) return;
+  const int chosen = form.CheckedIndex();
+  if (chosen < 0) return;
+  const PitchAnalysisRequest request{static_cast<PitchRange>(chosen), true, true, state.paneWidth};
+  const bool done = document.selectionDefined() ? AnalyseSelection(window, document, states, request)
+                                                : AnalyseAll(window, document, states, request);
+  if (done) state.range = request.range;   // stopped: the setting stays with the contour it made
+}
+
+int SavePitchSegment(Window& window, const SoundDocument& document) {
+  if (document.SelectionLength() < kShortestSegment) return 0;
+  const auto choice = window.AskSaveFile(PitchFileDialog(kSaveTitle));
+  if (!choice) {
+    window.Repaint();
+    return 0;
+  }
+  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  ByteWriter record;
+  const FrameSpan frames = RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
+  if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
+  const int result = restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
+  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  return result;
+}
+
+std::string PitchListingPath(const std::string& exportFolder) {
+  return AbsolutePath(exportFolder.empty() ? std::string(kPitchListing) : exportFolder + "/" + kPitchListing);
+}
+
+int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder) {
+  const auto choice = window.AskOpenFile(PitchFileDialog(kOpenTitle));
+  if (!choice) {
+    window.Repaint();
+    return 1;
+  }
+  const auto bytes = ReadWholeFile(choice->path, kLongestPitchFile);
+  if (!bytes) {
+    window.Notify(kNoPitchFile, Icon::Error);
+    return 1;
+  }
+  FileReplacement listing;
+  if (listing.Begin(PitchListingPath(exportFolder)) < 0) {
+    window.Notify(kCannotWriteListing, Icon::Error);
+    return 1;
+  }
+  std::vector<PitchRecord> records;
+  const PitchFileEnd end = ReadPitchRecords(*bytes, records);
+  std::string text;
+  for (std::size_t i = 0; i < records.size(); ++i)
+    text += PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate);
+  if (end == PitchFileEnd::Broken) window.Notify(kBadPitchFile, Icon::Error);
+  const std::string gbk = ToGbk(text);
+  if (listing.Commit({reinterpret_cast<const std::uint8_t*>(gbk.data()), gbk.size()}) < 0) {
+    window.Notify(kCannotWriteListing, Icon::Error);
+    return 1;
+  }
+  return end == PitchFileEnd::Complete ? 0 : 1;
+}
+
+void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram, PitchState& state) {
+  if (!document.pitchPresent) return window.Notify(kNoContour);
+  if (!document.selectionDefined()) return window.ShowStatus(kNoSelectionYet);
+  state.repair = {};
+  SpectrogramCommand(window, document, spectrogram, SpectrogramKind::NarrowBand);
+  document.activity = activities::kPitchRepair;
+  window.ShowStatus(kRepairHint);
+  window.Repaint();
+}
+
+void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point, MouseButton button) {
+  repair.pointer = point;
+  if (button == MouseButton::Left) return Repaired(window, TracePoint(document, repair, point));
+  // The right button ends a trace; without one it marks frames, as the two ends of a drag do.
+  if (repair.lastPoint) {
+    repair.lastPoint.reset();
+  } else {
+    MarkRepairFrame(repair, point.frame);
+  }
+  window.Repaint();
+}
+
+void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame) {
+  repair.lastPoint.reset();
+  repair.markStart = firstFrame;
+  MarkRepairFrame(repair, lastFrame);
+  window.Repaint();
+}
+
+bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key) {
+  if (key.size() == 1 && key[0] >= '1' && key[0] <= '9') {
+    repair.harmonic = key[0] - '0';
+    repair.lastPoint.reset();
+    window.ShowStatus(Format("谐波号=%d", repair.harmonic));
+    window.Repaint();
+  } else if (key == "D" || key == "d") {
+    Repaired(window, UnvoiceMarked(document, repair));
+  } else if (key == "Up") {
+    Repaired(window, ScaleMarked(document, repair, 2.0));
+  } else if (key == "Down") {
+    Repaired(window, ScaleMarked(document, repair, 0.5));
+  } else if (key == "R" || key == "r") {
+    Repaired(window, RestoreMarked(document, repair));
+  } else if (key == "Z" || key == "z") {
+    if (UndoRepair(document, repair)) window.Repaint();
+  } else {
+    return false;
+  }
+  return true;
+}
+
+}  // namespace parlowen

@@ -1,0 +1,140 @@
+#include "prosody/GroupFlow.h"
+
+#include <filesystem>
+
+#include "base/Files.h"
+#include "base/Gbk.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kSameGroup = "加入现在的统计组（Yes)?加入到别的组（No)？";
+constexpr const char* kSameGroupCaption = "别的统计组？";
+constexpr const char* kNewGroup = "新的统计组（Yes)?添加到已有的组中（No)？";
+constexpr const char* kNewGroupCaption = "新统计组？";
+constexpr const char* kSign = "使用正音长（Yes)?负音长（No)？";
+constexpr const char* kSignCaption = "音长符号？";
+constexpr const char* kNameTitle = "输入统计组名";
+constexpr const char* kNameLabel = "输入组名（最长6字符）";
+constexpr const char* kNoSuchFile = "文件不存在！";
+constexpr const char* kCannotOpen = "文件打开错误，请重试！";
+constexpr const char* kFull = "数据太多，不能再加入！";
+constexpr const char* kNoSuchGroup = "无此组名！";
+constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
+
+using Bytes = std::vector<std::uint8_t>;
+
+bool Exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+/// True when a file can be made or replaced there. Leaves nothing behind.
+bool CanWrite(const std::string& path) {
+  FileReplacement trial;
+  return trial.Begin(path) == 0;
+}
+
+/// The bytes of a good group file. Else nothing, and `cannotOpen` or the kind's own message was shown.
+std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std::string& path, const char* cannotOpen) {
+  auto bytes = ReadWholeFile(path);
+  if (!bytes || !CanWrite(path)) {
+    window.Notify(cannotOpen, Icon::Error);
+    return {};
+  }
+  if (!GroupCountOf(kind.layout, *bytes)) {
+    window.Notify(kind.damaged, Icon::Error);
+    return {};
+  }
+  return bytes;
+}
+
+bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, const char* cannotWrite) {
+  if (ReplaceFile(path, bytes) == 0) return true;
+  window.Notify(cannotWrite, Icon::Error);
+  return false;
+}
+
+/// The name in GBK; nothing when it was cancelled. Text that cannot be stored keeps the dialog open.
+std::optional<std::string> AskGroupName(Window& window) {
+  InputForm form = OneFieldForm(kNameTitle, kNameLabel, "", FieldKind::Text);
+  form.fields[0].maxGbkBytes = static_cast<int>(kGroupNameBytes);
+  while (window.AskInput(form)) {
+    const std::string& text = form.ValueOf(1000);
+    if (HasGbkCodes(text)) return std::string(CutGbk(ToGbk(text), kGroupNameBytes));
+    window.Notify(kNoGbkCode);
+  }
+  return {};
+}
+
+void AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
+                  std::span<const std::uint16_t> slot) {
+  auto bytes = OpenGroups(window, kind, current.path, kNoSuchFile);
+  if (!bytes) return;
+  if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Notify(kind.damaged, Icon::Error);
+  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false)) return window.Notify(kFull);
+  WriteGroups(window, current.path, *bytes, kNoSuchFile);
+}
+
+void AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
+                 std::span<const std::uint16_t> slot) {
+  const bool negative = kind.asksSign && !window.AskYesNo(kSign, kSignCaption);
+  const auto name = AskGroupName(window);
+  if (!name) return;
+  Bytes bytes(2);
+  if (Exists(path)) {
+    auto present = OpenGroups(window, kind, path, kCannotOpen);
+    if (!present) return;
+    bytes = std::move(*present);
+  }
+  const int index = AppendGroup(kind.layout, bytes, *name, negative, slot);
+  if (index < 0) return window.Notify(kFull);
+  if (WriteGroups(window, path, bytes, kCannotOpen)) current = {true, path, index};
+}
+
+void AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
+               std::span<const std::uint16_t> slot) {
+  const auto name = AskGroupName(window);
+  if (!name) return;
+  auto bytes = OpenGroups(window, kind, path, kCannotOpen);
+  if (!bytes) return;
+  const int index = FindGroup(kind.layout, *bytes, *name);
+  if (index < 0) return window.Notify(kNoSuchGroup);
+  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest)) return window.Notify(kFull);
+  if (WriteGroups(window, path, *bytes, kCannotOpen)) current = {true, path, index};
+}
+
+}  // namespace
+
+void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind, std::span<const std::uint16_t> slot) {
+  if (current.known) {
+    if (window.AskYesNo(kSameGroup, kSameGroupCaption)) return AddToCurrent(window, current, kind, slot);
+    current.known = false;
+  }
+  const auto choice = window.AskOpenFile(kind.dialog);
+  if (!choice || choice->path.empty()) return;
+  const std::string& path = choice->path;
+  // The file is tried before the questions, so that nobody answers in vain.
+  if (!Exists(path)) {
+    if (!CanWrite(path)) return window.Notify(kCannotOpen, Icon::Error);
+    return AddNewGroup(window, current, kind, path, slot);
+  }
+  if (!OpenGroups(window, kind, path, kCannotOpen)) return;
+  if (window.AskYesNo(kNewGroup, kNewGroupCaption)) return AddNewGroup(window, current, kind, path, slot);
+  AddByName(window, current, kind, path, slot);
+}
+
+std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupKind& kind) {
+  const auto choice = window.AskOpenFile(kind.dialog);
+  if (!choice || choice->path.empty()) return {};
+  const auto bytes = ReadWholeFile(choice->path);
+  if (!bytes) {
+    window.Notify(kind.missing, Icon::Error);
+    return {};
+  }
+  auto groups = ReadGroups(kind.layout, *bytes);
+  if (!groups) window.Notify(kind.damaged, Icon::Error);
+  return groups;
+}
+
+}  // namespace parlowen

@@ -1,0 +1,318 @@
+#include "vowel/VowelCommands.h"
+
+#include <algorithm>
+
+#include "base/Arithmetic.h"
+#include "base/Files.h"
+#include "prosody/TextExport.h"
+#include "vowel/AverageVowels.h"
+#include "vowel/FormantFile.h"
+#include "vowel/SegmentChart.h"
+#include "vowel/VowelChartFile.h"
+#include "vowel/VowelFormants.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kRateTooHigh = "本功能采样频率不能超过16000Hz！";
+constexpr const char* kRateTooHighCaption = "频率太高";
+constexpr const char* kConnect = "用直线连接各点（Yes/No)？";
+constexpr const char* kInsertHint = "在幅度/能量图中单击某点，在元音音位图中插入该点数据";
+constexpr const char* kInsertHintCaption = "音位图插入";
+constexpr const char* kCoordinates = "使用频率坐标(yes)? 或 Bark 相对坐标（No)？";
+constexpr const char* kReferenceTitle = "输入某说话人的参考音高值";
+constexpr const char* kChartFull = "点数已满，不能再加入!";
+constexpr const char* kDeleteOrModify = "删除(Yes)?修改(No)？";
+constexpr const char* kDeleteOrModifyCaption = "删除或修改";
+constexpr const char* kSplit = "分解F1为两个(yes)?";
+constexpr const char* kSplitCaption = "分解F1？";
+constexpr const char* kMergeOrDelete = "合并F1,F2(yes)?删除F1(No)";
+constexpr const char* kMergeOrDeleteCaption = "修改方法";
+constexpr const char* kShapeTitle = "插入点形状选择";
+constexpr const char* kOnlyPointChart = "只能在画单点的元音图时使用！";
+constexpr const char* kTypeTitle = "人工加入元音图的一点";
+constexpr const char* kWrongPair = "输入的 F1,F2 值错误";
+constexpr const char* kNoChartShown = "不在元音图状态，不能调入！";
+constexpr const char* kAveragesTitle = "调入统计平均元音位置";
+constexpr const char* kNoChartFile = "无此元音图数据文件！";
+constexpr const char* kCannotCreate = "不能建立文件！";
+constexpr const char* kNoSuchFile = "文件不存在！";
+constexpr const char* kRestart = "从头开始（Yes)?在已有数据中添加（No)？";
+constexpr const char* kRestartCaption = "从头更新数据？";
+constexpr const char* kNoFormantFile = "无共振峰数据文件！";
+constexpr const char* kBadFormantFile = "共振峰数据文件错误！";
+constexpr const char* kChartListName = "VchDt.txt";
+constexpr const char* kFormantListName = "Formant.txt";
+
+constexpr int kHighestRate = 16000;
+constexpr int kShortestSelection = 200;   // samples of a stretch whose formants are saved
+constexpr int kField1 = 1000, kField2 = 1008;
+constexpr int kButtons[] = {1010, 1011, 1012, 1013, 1030, 1037};
+
+FileDialog ChartDialog(const char* title) { return {title, {{"元音图数据文件(*.vch)", "*.vch"}}, "vch", ""}; }
+FileDialog FormantDialog(const char* title) { return {title, {{"共振峰数据文件(*.fmt)", "*.fmt"}}, "fmt", ""}; }
+
+bool RefuseHighRate(Window& window, const SoundDocument& document) {
+  if (document.sampleRate <= kHighestRate) return false;
+  window.ShowMessage(kRateTooHigh, kRateTooHighCaption, Icon::None);
+  return true;
+}
+
+FormField RadioButton(int index, const char* label, bool checked) {
+  FormField button;
+  button.control = kButtons[index];
+  button.kind = FieldKind::Radio;
+  button.label = label;
+  button.checked = checked;
+  return button;
+}
+
+FormField HertzField(int control, const char* label) {
+  FormField field;
+  field.control = control;
+  field.kind = FieldKind::Number;
+  field.label = label;
+  return field;
+}
+
+void AskReferencePitch(Window& window, VowelChart& chart) {
+  if (!chart.barkMode || chart.referenceF0 != 0) return;
+  InputForm form = OneFieldForm(kReferenceTitle, "参考音高(Hz)", std::to_string(chart.referenceF0));
+  if (window.AskInput(form)) chart.referenceF0 = LowInt16(form.CountOf(kField1));
+}
+
+/// Shows the point chart, after the questions that its coordinates need. Places are computed again when an answer
+/// changed them, but those of a chart that has just been loaded stay.
+void ShowPointChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+                    bool askCoordinates) {
+  VowelChart& chart = vowels.chart;
+  document.activity = activities::kPointChart;
+  const bool loaded = std::exchange(chart.loadedFromFile, false);
+  const bool oldMode = chart.barkMode;
+  const int oldReference = chart.referenceF0;
+  if (askCoordinates && !loaded) chart.barkMode = !window.AskYesNo(kCoordinates, window.Caption());
+  AskReferencePitch(window, chart);
+  const bool changed = chart.barkMode != oldMode || (chart.barkMode && chart.referenceF0 != oldReference);
+  if (changed && !loaded) chart.PlaceAgain();
+  UpdateVowelCommands(document, states, vowels);
+  window.Repaint();
+}
+
+/// Asks how to correct the formants.
+void Correct(Window& window, VowelFormants& formants) {
+  if (window.AskYesNo(kSplit, kSplitCaption)) {
+    SplitFirst(formants);
+  } else if (window.AskYesNo(kMergeOrDelete, kMergeOrDeleteCaption)) {
+    MergeFirstTwo(formants);
+  } else {
+    DeleteFirst(formants);
+  }
+}
+
+/// Measures a moment and stores it when it is a vowel.
+void AddMoment(Window& window, const SoundDocument& document, VowelState& vowels, int sample, bool correct) {
+  VowelFormants formants = ChooseFormants(FormantsAt(document, sample), document.sampleRate);
+  if (correct) Correct(window, formants);
+  if (!IsVowel(formants)) return;
+  vowels.unsaved = vowels.chart.Add(formants.f[0], formants.f[1], formants.f[2]) || vowels.unsaved;
+}
+
+/// The chart of a file; nothing when it is refused, with its message.
+std::optional<VowelChart> LoadChart(Window& window, const VowelChart& present, const std::string& path) {
+  const auto bytes = ReadWholeFile(path);
+  auto chart = bytes ? ReadChart(*bytes, present) : std::nullopt;
+  if (!chart) window.Notify(kNoChartFile, Icon::Error);
+  return chart;
+}
+
+}  // namespace
+
+bool MayBeTyped(int f1, int f2) { return f1 >= 150 && f1 <= 1500 && f2 >= 420 && f2 <= 4000 && f1 < f2; }
+
+void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels) {
+  const int activity = document.activity;
+  const bool hasPoints = activity == activities::kPointChart && vowels.chart.count > 0;
+  states.enableCommand(40059, hasPoints);
+  states.enableCommand(40072, hasPoints);
+  states.enableCommand(40085, activity == activities::kSegmentChart || activity == activities::kPointChart);
+}
+
+// --- The charts -----------------------------------------------------------------------------------------------
+
+void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (RefuseHighRate(window, document) || !document.selectionDefined()) return;
+  vowels.chart.connectPoints = window.AskYesNo(kConnect, window.Caption());
+  vowels.segmentAverages.clear();
+  window.OpenToolWindow(std::make_unique<SegmentChart>(document, vowels, SegmentTrack(document)));
+  // Not before: a chart that was open ends its activity when it is closed.
+  document.activity = activities::kSegmentChart;
+  UpdateVowelCommands(document, states, vowels);
+  window.Repaint();
+}
+
+void PointChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (RefuseHighRate(window, document)) return;
+  window.ShowMessage(kInsertHint, kInsertHintCaption, Icon::None);
+  ShowPointChart(window, document, states, vowels, true);
+}
+
+void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, int sample) {
+  if (vowels.chart.count >= VowelChart::kMostClicked) return window.Notify(kChartFull, Icon::Error);
+  vowels.lastClick = sample;
+  vowels.lastClickSound = document.soundGeneration;
+  AddMoment(window, document, vowels, sample, false);
+  UpdateVowelCommands(document, states, vowels);
+  window.Repaint(Pane::Chart);
+}
+
+void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (vowels.chart.count < 1) return;
+  if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
+    --vowels.chart.count;
+    vowels.unsaved = true;
+  } else if (vowels.lastClick >= 0 && vowels.lastClickSound == document.soundGeneration) {
+    // A correction that leaves no vowel takes the point away.
+    --vowels.chart.count;
+    vowels.unsaved = true;
+    AddMoment(window, document, vowels, vowels.lastClick, true);
+  }
+  ShowPointChart(window, document, states, vowels, false);
+}
+
+void ChoosePointShapeCommand(Window& window, VowelState& vowels) {
+  constexpr const char* kLabels[] = {"圆形", "方形", "菱形", "三角形", "倒三角形"};
+  InputForm form;
+  form.title = kShapeTitle;
+  for (int shape = shapes::kCircle; shape <= shapes::kInvertedTriangle; ++shape)
+    form.fields.push_back(RadioButton(shape, kLabels[shape], shape == vowels.chart.shape));
+  if (!window.AskInput(form)) return;
+  if (const int chosen = form.CheckedIndex(); chosen >= 0) vowels.chart.shape = static_cast<std::int16_t>(chosen);
+}
+
+void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  vowels.chart.count = 0;
+  vowels.unsaved = false;
+  vowels.averages.clear();
+  ShowPointChart(window, document, states, vowels, false);
+}
+
+void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
+  const bool pointChart = document.activity == activities::kPointChart;
+  if (!pointChart && document.activity != activities::kSegmentChart) return window.Notify(kNoChartShown);
+  InputForm form;
+  form.title = kAveragesTitle;
+  for (int i = 0; i < kSpeakerClasses; ++i) form.fields.push_back(RadioButton(i, SpeakerClassName(i), i == 0));
+  if (!window.AskInput(form)) return;
+  std::vector<int>& shown = pointChart ? vowels.averages : vowels.segmentAverages;
+  const int chosen = form.CheckedIndex();
+  if (chosen >= 0 && std::find(shown.begin(), shown.end(), chosen) == shown.end()) shown.push_back(chosen);
+  window.Repaint();
+}
+
+void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (document.activity != activities::kPointChart && document.activity != activities::kGroupPlot)
+    return window.Notify(kOnlyPointChart);
+  if (vowels.chart.count >= VowelChart::kCapacity) return window.Notify(kChartFull, Icon::Error);
+  InputForm form;
+  form.title = kTypeTitle;
+  form.fields = {HertzField(kField1, "F1 (Hz)"), HertzField(kField2, "F2 (Hz)")};
+  while (window.AskInput(form)) {
+    const int f1 = form.CountOf(kField1), f2 = form.CountOf(kField2);
+    if (!MayBeTyped(f1, f2)) {
+      window.Notify(kWrongPair);
+      continue;
+    }
+    vowels.chart.Add(f1, f2, 0);
+    vowels.unsaved = true;
+    UpdateVowelCommands(document, states, vowels);
+    return window.Repaint(Pane::Chart);
+  }
+}
+
+bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, const std::string& key) {
+  const bool plot = document.activity == activities::kGroupPlot;
+  if (!plot && document.activity != activities::kPointChart) return false;
+  if (key == "M") {
+    bool& flag = plot ? vowels.plot.showNames : vowels.showNumbers;
+    flag = !flag;
+  } else if (key == "L") {
+    if (!plot) vowels.averages.clear();
+  } else if (key == "B" && plot) {
+    LeaveChart(window, document, states, vowels);
+  } else {
+    return false;
+  }
+  window.Repaint(Pane::Chart);
+  return true;
+}
+
+void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  document.activity = document.activity == activities::kGroupPlot ? activities::kPointChart : activities::kWaveform;
+  UpdateVowelCommands(document, states, vowels);
+  window.Repaint();
+}
+
+// --- Files ----------------------------------------------------------------------------------------------------
+
+void SaveChartCommand(Window& window, VowelState& vowels) {
+  if (vowels.chart.count < 1) return;
+  const auto choice = window.AskSaveFile(ChartDialog("保存元音图数据文件"));
+  if (!choice || choice->path.empty()) return;
+  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0) return window.Notify(kCannotCreate, Icon::Error);
+  vowels.unsaved = false;
+}
+
+void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
+  if (choice && !choice->path.empty()) OpenChartFile(window, document, states, vowels, choice->path);
+}
+
+void OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+                   const std::string& path) {
+  auto chart = LoadChart(window, vowels.chart, path);
+  if (!chart) return;
+  vowels.chart = std::move(*chart);
+  vowels.chart.loadedFromFile = true;
+  vowels.unsaved = false;
+  vowels.averages.clear();
+  ShowPointChart(window, document, states, vowels, true);
+}
+
+void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels,
+                      const std::string& exportFolder) {
+  const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
+  if (!choice || choice->path.empty()) return;
+  auto chart = LoadChart(window, vowels.chart, choice->path);
+  if (!chart) return;
+  if (WriteTextExport(window, exportFolder, kChartListName, ChartListing(*chart)) < 0) return;
+  // The chart that is listed is the present one from now on.
+  vowels.chart = std::move(*chart);
+  vowels.unsaved = false;
+  UpdateVowelCommands(document, states, vowels);
+  window.Repaint(Pane::Chart);
+  ShowTextExport(window, exportFolder, kChartListName);
+}
+
+void SaveFormantsCommand(Window& window, const SoundDocument& document) {
+  if (document.SelectionLength() < kShortestSelection) return;
+  const auto choice = window.AskSaveFile(FormantDialog("保存共振峰数据文件"));
+  if (!choice || choice->path.empty()) return;
+  const bool restart = window.AskYesNo(kRestart, kRestartCaption);
+  ByteWriter block;
+  WriteFormantBlock(block, SelectionTrack(document));
+  const int result = restart ? ReplaceFile(choice->path, block) : AppendToFile(choice->path, block);
+  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+}
+
+void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {
+  const auto choice = window.AskOpenFile(FormantDialog("打开共振峰数据文件"));
+  if (!choice || choice->path.empty()) return;
+  const auto bytes = ReadWholeFile(choice->path);
+  if (!bytes) return window.Notify(kNoFormantFile, Icon::Error);
+  const auto blocks = ReadFormantFile(*bytes);
+  if (!blocks) return window.Notify(kBadFormantFile, Icon::Error);
+  if (WriteTextExport(window, exportFolder, kFormantListName, FormantListing(*blocks, document.sampleRate)) < 0) return;
+  ShowTextExport(window, exportFolder, kFormantListName);
+}
+
+}  // namespace parlowen

@@ -1,0 +1,63 @@
+#include "vowel/VowelGroupCommands.h"
+
+#include "base/Arithmetic.h"
+#include "prosody/TextExport.h"
+#include "vowel/VowelCommands.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kNoPoint = "必须在向元音图加入单个元音点的状态下使用";
+constexpr const char* kNoPointCaption = "没有元音点";
+constexpr const char* kOnlyPointChart = "请在逐点加入元音图的情况下使用！";
+constexpr const char* kOnlyPointChartCaption = "不在此状态下使用";
+constexpr const char* kShowNames = "标出组名吗？";
+constexpr const char* kShowNamesCaption = "是否显示组名？";
+constexpr const char* kTooClose = "数据太少，不能作图";
+constexpr const char* kTooCloseCaption = "数据不充分";
+constexpr const char* kReportName = "VwlPoints.txt";
+
+std::uint16_t Low16(float hertz) { return static_cast<std::uint16_t>(LowInt16(TruncateToInt64(hertz))); }
+
+}  // namespace
+
+const GroupKind& VowelGroupKind() {
+  static const GroupKind kind = {
+      kVowelLayout,
+      {"打开元音统计数据文件", {{"元音统计数据文件(*.vls)", "*.vls"}}, "vls", ""},
+      "元音统计文件错误！",
+      "无此元音统计数据文件！",
+  };
+  return kind;
+}
+
+void AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
+  if (vowels.chart.count < 1 || document.activity != activities::kPointChart)
+    return window.ShowMessage(kNoPoint, kNoPointCaption, Icon::None);
+  const VowelPoint& last = vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)];
+  const std::uint16_t pair[] = {Low16(last.f1), Low16(last.f2)};
+  AddToGroups(window, vowels.group, VowelGroupKind(), pair);
+}
+
+void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+                            const std::string& exportFolder) {
+  if (document.activity != activities::kPointChart)
+    return window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
+  const auto groups = AskForGroups(window, VowelGroupKind());
+  if (!groups) return;
+  std::vector<VowelGroup> summaries = SummariesOfVowels(*groups);
+  const bool placed = PlaceGroups(summaries);
+  if (WriteTextExport(window, exportFolder, kReportName, VowelReport(*groups, summaries, placed)) < 0) return;
+  const bool showNames = window.AskYesNo(kShowNames, kShowNamesCaption);
+  if (placed) {
+    vowels.plot = {std::move(summaries), showNames};
+    document.activity = activities::kGroupPlot;
+    UpdateVowelCommands(document, states, vowels);
+    window.Repaint(Pane::Chart);
+  } else {
+    window.ShowMessage(kTooClose, kTooCloseCaption, Icon::None);
+  }
+  ShowTextExport(window, exportFolder, kReportName);
+}
+
+}  // namespace parlowen

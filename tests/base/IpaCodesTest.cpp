@@ -1,0 +1,43 @@
+#include "base/IpaCodes.h"
+
+#include <gtest/gtest.h>
+
+#include <set>
+
+#include "base/Format.h"
+#include "base/Gbk.h"
+#include "support/TempFolder.h"
+
+namespace parlowen {
+namespace {
+
+std::string Code(int number) { return std::string("\xAA") + static_cast<char>(0xA0 + number); }
+
+TEST(IpaCodes, TheRowIsTheDocumentsTableAndGoesThereAndBack) {
+  const std::string table = testing::ReadFile(PARLOWEN_SOURCE_DIR "/docs/ipa-codes.md");
+  std::set<std::string> symbols;
+  for (int number = 1; number <= 94; ++number) {
+    const std::string symbol = IpaFromGbk(Code(number));
+    symbols.insert(symbol);
+    EXPECT_EQ(IpaToGbk(symbol), Code(number));
+    const std::string row = Format("| %d | AA%02X", number, 0xA0 + number);
+    const std::size_t at = table.find(row);
+    ASSERT_NE(at, std::string::npos) << number;
+    EXPECT_NE(table.substr(at, table.find('\n', at) - at).find("| " + symbol + " |"), std::string::npos) << number;
+  }
+  EXPECT_EQ(symbols.size(), 94u);
+}
+
+TEST(IpaCodes, TheCodesOfTheVowelTablesAreFixed) {
+  EXPECT_EQ(IpaFromGbk("\xAA\xA1\xAA\xA5\xAA\xA6\xAA\xB1\xAA\xB5\xAA\xC6\xAA\xC7\xAA\xD4\xAA\xD5\xAA\xD8\xAA\xE3"),
+            "ɑɛɤæʊɔʌɿʅɪɝ");
+}
+
+TEST(IpaCodes, OtherTextAndOtherUserCodesAreKept) {
+  const std::string bytes = ToGbk("普通话 ma") + "\xAB\xA1\xF8\xA1\xA1\x40";
+  EXPECT_EQ(IpaToGbk(IpaFromGbk(bytes)), bytes);
+  EXPECT_EQ(IpaFromGbk(bytes), FromGbk(bytes));
+}
+
+}  // namespace
+}  // namespace parlowen

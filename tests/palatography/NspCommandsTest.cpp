@@ -1,0 +1,190 @@
+#include "palatography/NspCommands.h"
+
+#include <gtest/gtest.h>
+
+#include "document/EditCommands.h"
+#include "palatography/MarkerPicture.h"
+#include "palatography/NspBytes.h"
+#include "support/FakeWindow.h"
+#include "support/TempFolder.h"
+
+namespace parlowen {
+namespace {
+
+using namespace testing;
+using Samples = std::vector<std::int16_t>;
+
+constexpr int kPalateCommands[] = {40061, 40049, 40087, 40088};
+
+struct Desk {
+  FakeWindow window;
+  CommandStates states;
+  SoundDocument document;
+  PalateState palate;
+  TempFolder folder;
+
+  int OpenSpeech(const std::string& bytes, const std::string& name = "s9.nsp") {
+    return ReadTwoChannelNsp(window, document, states, WriteFile(folder / name, bytes));
+  }
+  int OpenEpg(const std::string& bytes, const std::string& name = "s9.nsp") {
+    return ReadEpgNsp(window, document, states, palate, WriteFile(folder / name, bytes));
+  }
+  Samples First(int count) const { return {document.samples.data(), document.samples.data() + count}; }
+  Samples Second(int count) const { return {document.samples2.data(), document.samples2.data() + count}; }
+  int PalateCommandsEnabled() const {
+    int enabled = 0;
+    for (const int command : kPalateCommands) enabled += states.IsEnabled(command);
+    return enabled;
+  }
+};
+
+std::string SpeechFile(const std::string& chunks, std::uint32_t rate = 16000) {
+  return NspBytes{.formLength = {}, .headerLength = {}, .rate = rate, .chunks = chunks}.TwoChannel();
+}
+std::string EpgFile(const std::string& chunks) {
+  return NspBytes{.formLength = {}, .headerLength = {}, .chunks = chunks}.Epg(4);
+}
+const std::string kWholeEpg = EpgFile(Speech("SDA_", {5, 6, 7, 8}) + Preferences() + Chunk("PALA", "frames") +
+                                      Marker("MKA_", 2, "t") + Marker("MKA_", 4, ""));
+
+TEST(NspCommands, TwoChannelSpeechReplacesTheSound) {
+  Desk desk;
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", Ramp(3000)) + Speech("SD_B", Ramp(3000)))), 1);
+  EXPECT_TRUE(desk.document.twoChannel);
+  EXPECT_TRUE(desk.states.IsEnabled(40111));
+  MarkStart(desk.document, desk.states, 10);
+  desk.document.pitchPresent = true;
+  desk.document.longFileSeconds = 9;
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {1, 2, 3}) + Speech("SD_B", {-1, -2}), 11025)), 1);
+  EXPECT_EQ(desk.document.sampleCount, 2) << "the last chunk tells the length";
+  EXPECT_EQ(desk.First(5), (Samples{1, 2, 0, 0, 0})) << "nothing of the sound before";
+  EXPECT_EQ(desk.Second(5), (Samples{-1, -2, 0, 0, 0}));
+  EXPECT_EQ(desk.document.sampleRate, 11025);
+  EXPECT_EQ(desk.document.selectionStart, kNoSelection);
+  EXPECT_FALSE(desk.document.pitchPresent);
+  EXPECT_EQ(desk.document.longFileSeconds, 0);
+  EXPECT_EQ(desk.document.filePath, desk.folder / "s9.nsp");
+  EXPECT_EQ(desk.window.Caption(), "Parlowen(Tessiran) -- " + desk.folder.path() + "/s9.nsp");
+  EXPECT_TRUE(desk.window.Log().empty());
+}
+
+TEST(NspCommands, OneChannelMakesAMonoDocument) {
+  Desk desk;
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", Ramp(9)) + Speech("SD_B", Ramp(9)))), 1);
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SD_B", {4, 5, 6}))), 1);
+  EXPECT_FALSE(desk.document.twoChannel);
+  EXPECT_FALSE(desk.states.IsEnabled(40111));
+  EXPECT_EQ(desk.First(9), Samples(9, 0));
+  EXPECT_EQ(desk.Second(9), (Samples{4, 5, 6, 0, 0, 0, 0, 0, 0}));
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {7, 8}) + Speech("SDA_", {9, 9}))), 1);
+  EXPECT_FALSE(desk.document.twoChannel) << "one channel twice is still one";
+}
+
+TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
+  Desk desk;
+  ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
+  EXPECT_EQ(desk.First(5), (Samples{5, 6, 7, 8, 0}));
+  EXPECT_EQ(desk.PalateCommandsEnabled(), 4);
+  EXPECT_TRUE(desk.states.IsEnabled(220)) << "the states of a loaded sound come first";
+  EXPECT_TRUE(desk.palate.IsComplete());
+  // Without palate frames, or with two preference records, the sound is loaded and the commands stay grey.
+  const std::string speech = Speech("SDA_", {1, 2, 3, 4});
+  for (const std::string& chunks : {speech + Preferences(), speech + Preferences() + Preferences(), speech + Chunk("PALA", "x"), speech}) {
+    ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
+    ASSERT_EQ(desk.OpenEpg(EpgFile(chunks)), 1);
+    EXPECT_EQ(desk.document.sampleCount, 4);
+    EXPECT_EQ(desk.PalateCommandsEnabled(), 0);
+  }
+  ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(speech)), 1);
+  EXPECT_EQ(desk.PalateCommandsEnabled(), 0);
+}
+
+TEST(NspCommands, ARefusalLeavesEverything) {
+  Desk desk;
+  ASSERT_EQ(desk.OpenEpg(kWholeEpg, "good3.nsp"), 1);
+  const std::string caption = desk.window.Caption();
+  const auto unchanged = [&] {
+    return desk.document.sampleCount == 4 && desk.document.samples[0] == 5 && desk.document.sampleRate == 16000 &&
+           desk.document.filePath == desk.folder / "good3.nsp" && desk.window.Caption() == caption &&
+           desk.palate.recording.palate.size() == 6 && desk.PalateCommandsEnabled() == 4;
+  };
+  const std::string speech = Speech("SDA_", {1});
+  const auto with = [&](auto change, bool epg) {
+    NspBytes file{.formLength = {}, .headerLength = {}, .chunks = speech};
+    change(file);
+    return epg ? file.Epg(1) : file.TwoChannel();
+  };
+  const auto rate = [&](std::uint32_t hertz, bool epg) { return with([=](NspBytes& f) { f.rate = hertz; }, epg); };
+  const Texts format = {"error||文件格式不对！"}, tooHigh = {"error||采样率太高！"}, wrong = {"error||数据错误！"};
+  const struct {
+    const char* reason;
+    bool epg;
+    std::string bytes;
+    Texts shown;
+  } cases[] = {
+      {"empty", false, "", {}},
+      {"empty", true, "", {}},
+      {"magic", false, with([](NspBytes& f) { f.magic = "FORMDS17"; }, false), {}},
+      {"magic", true, with([](NspBytes& f) { f.magic = "formds16"; }, true), {}},
+      {"magic alone", false, "FORMDS16", format},
+      {"header id", false, EpgFile(speech), format},
+      {"header id", true, SpeechFile(speech), {}},
+      {"header length", false, with([](NspBytes& f) { f.headerLength = 101; }, false), format},
+      {"header length", true, with([](NspBytes& f) { f.headerLength = 33; }, true), {}},
+      {"rate", false, rate(32001, false), tooHigh},
+      {"rate", true, rate(32001, true), tooHigh},
+      {"no negative rate", false, rate(0xFFFFFFFF, false), tooHigh},
+      {"not the low 16 bits", true, rate(0x10000 + 16000, true), tooHigh},
+      {"small rate", false, rate(999, false), format},
+      {"small rate", true, rate(999, true), {}},
+      {"no speech", false, SpeechFile(""), format},
+      {"no speech", true, EpgFile(Preferences()), {}},
+      {"interleaved channels", true, EpgFile(speech + Speech("SDAB", {1, 2})), {"error||不支持双声道采样！"}},
+      {"short preferences", true, EpgFile(speech + Chunk("PREF", std::string(391, 'p'))), wrong},
+      {"long preferences", true, EpgFile(speech + Chunk("PREF", std::string(394, 'p'))), wrong},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.reason);
+    EXPECT_EQ(c.epg ? desk.OpenEpg(c.bytes, "bad.nsp") : desk.OpenSpeech(c.bytes, "bad.nsp"), 0);
+    EXPECT_EQ(desk.window.Log(), c.shown);
+    EXPECT_TRUE(unchanged());
+  }
+  EXPECT_EQ(ReadTwoChannelNsp(desk.window, desk.document, desk.states, desk.folder / "none.nsp"), 0);
+  EXPECT_EQ(ReadEpgNsp(desk.window, desk.document, desk.states, desk.palate, desk.folder.path()), 0);
+  EXPECT_EQ(desk.window.Log(), (Texts{"error||文件打开错误", "error||文件打开错误"}));
+  OpenTwoChannelNspCommand(desk.window, desk.document, desk.states);
+  OpenEpgCommand(desk.window, desk.document, desk.states, desk.palate);
+  EXPECT_EQ(desk.window.Log(), (Texts{"open|打开NSP双声道文件|", "open|打开腭位数据文件|"})) << "a cancel says nothing";
+  EXPECT_TRUE(unchanged());
+  for (const std::uint32_t good : {1000u, 32000u}) {
+    EXPECT_EQ(desk.OpenSpeech(rate(good, false)), 1);
+    EXPECT_EQ(desk.OpenEpg(rate(good, true)), 1);
+  }
+}
+
+TEST(NspCommands, MarkersAreDrawnWhileTheSamplesAreTheFiles) {
+  Desk desk;
+  ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
+  const auto drawn = [&] {
+    Picture picture{100, 50, {}};
+    AddEpgMarkers(picture, desk.palate, desk.document, 20, [](int sample) { return 18 + sample; });
+    return picture.marks;
+  };
+  const auto marks = drawn();   // sample 2 at column 20, 4 at column 22 and without a label
+  ASSERT_EQ(marks.size(), 3u);
+  EXPECT_EQ(std::get<LineMark>(marks[0]).from.x, 20);
+  EXPECT_EQ(std::get<TextMark>(marks[1]).text, "t");
+  EXPECT_EQ(std::get<LineMark>(marks[2]).from.x, 22);
+  MarkStart(desk.document, desk.states, 0);
+  MarkEnd(desk.document, desk.states, 2);
+  CutCommand(desk.window, desk.document, desk.states);
+  EXPECT_TRUE(drawn().empty()) << "they would stand at the wrong places";
+  UndoCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(drawn().size(), 3u);
+  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {5, 6, 7, 8}))), 1);
+  EXPECT_TRUE(drawn().empty()) << "another sound of the same length";
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,233 @@
+// Both stages together, on voices whose pitch is known and on what is no voice.
+
+#include <gtest/gtest.h>
+
+#include "document/SoundFileCommands.h"
+#include "document/WavFile.h"
+#include "dsp/AnalysisWindow.h"
+#include "dsp/SignalTables.h"
+#include "pitch/PitchAnalysis.h"
+#include "pitch/Voices.h"
+
+namespace parlowen {
+namespace {
+
+using namespace testing;
+
+constexpr int kRates[] = {8000, 11025, 16000, 22050, 44100};
+
+std::vector<float> Analyse(const SoundDocument& document, PitchRange range = PitchRange::Automatic, bool timeDomain = true) {
+  PitchAnalysisRequest request;
+  request.range = range;
+  request.timeDomain = timeDomain;
+  std::vector<float> periods;
+  EXPECT_TRUE(RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1}, periods));
+  EXPECT_EQ(static_cast<int>(periods.size()), document.ContourLength());
+  return periods;
+}
+
+std::vector<float> Analyse(const Wave& wave, int rate, PitchRange range = PitchRange::Automatic, bool timeDomain = true) {
+  CommandStates states;
+  return Analyse(*Document(wave, rate, states), range, timeDomain);
+}
+
+int Voiced(const std::vector<float>& periods, std::size_t from = 0, std::size_t to = 100000) {
+  int count = 0;
+  for (std::size_t f = from; f < std::min(to, periods.size()); ++f) count += periods[f] > 0;
+  return count;
+}
+
+TEST(PitchAnalysis, ClearVowelsAreVoicedAndWithinTwoPercent) {
+  for (const int rate : kRates) {
+    for (const double f0 : {70.0, 110.0, 220.0, 330.0, 450.0}) {
+      for (const bool timeDomain : {true, false}) {
+        const auto periods = Analyse(Joined({Silence(rate, 0.3), Vowel(rate, f0, 0.6), Silence(rate, 0.3)}), rate,
+                                     PitchRange::Automatic, timeDomain);
+        // The vowel fills frames 30..89; a frame looks at the 20 ms behind its start and a period about them.
+        for (std::size_t f = 32; f < 87; ++f) {
+          ASSERT_GT(periods[f], 0) << rate << " Hz, F0 " << f0 << ", frame " << f;
+          EXPECT_NEAR(rate / static_cast<double>(periods[f]), f0, 0.02 * f0) << rate << " Hz, frame " << f;
+        }
+        EXPECT_EQ(Voiced(periods, 0, 28) + Voiced(periods, 92), 0) << rate << " Hz, F0 " << f0;
+      }
+    }
+  }
+}
+
+TEST(PitchAnalysis, AGlideIsFollowedFrameByFrame) {
+  for (const int rate : kRates) {
+    const auto periods = Analyse(Joined({Silence(rate, 0.2), Vowel(rate, 100, 1.0, 8000, 250)}), rate);
+    for (std::size_t f = 23; f < 115; ++f) {
+      const double truth = 100 + 150 * ((static_cast<double>(f) + 1) * 0.01 - 0.2);
+      EXPECT_NEAR(rate / static_cast<double>(periods[f]), truth, 0.02 * truth) << rate << " Hz, frame " << f;
+    }
+  }
+}
+
+TEST(PitchAnalysis, WeakVowelsAndVoicesInNoiseAreHeard) {
+  for (const int rate : kRates) {
+    const Wave speech = Joined({Silence(rate, 0.4), Vowel(rate, 200, 0.4, 16000), Vowel(rate, 180, 0.3, 1600), Silence(rate, 0.4)});
+    EXPECT_GE(Voiced(Analyse(speech, rate), 42, 107), 63) << rate;
+    const auto noisy = Analyse(Mixed(speech, WhiteNoise(rate, 1.5, 300)), rate);
+    EXPECT_GE(Voiced(noisy, 42, 78), 35) << rate;
+    EXPECT_LE(Voiced(noisy, 0, 38) + Voiced(noisy, 113), 3) << rate;
+  }
+}
+
+TEST(PitchAnalysis, WhatIsNoVoiceGetsNoPitch) {
+  const int rate = 16000;
+  Wave click = Silence(rate, 1.0), steps = Silence(rate, 1.0);
+  click[8000] = 30000;
+  for (std::size_t n = 6000; n < steps.size(); ++n) steps[n] = 15000;
+  EXPECT_EQ(Voiced(Analyse(Silence(rate, 1.0), rate)), 0);
+  EXPECT_EQ(Voiced(Analyse(Wave(16000, 9000.0), rate)), 0);
+  EXPECT_EQ(Voiced(Analyse(click, rate)), 0);
+  EXPECT_EQ(Voiced(Analyse(steps, rate)), 0);
+  EXPECT_LE(Voiced(Analyse(WhiteNoise(rate, 2.0, 3000), rate)), 10);
+}
+
+TEST(PitchAnalysis, MainsHumBetweenWordsIsNoVoice) {
+  for (const double mains : {50.0, 60.0}) {
+    const int rate = 16000;
+    Wave hum = Sine(rate, mains, 2.0, 120);
+    for (const int k : {2, 3, 5}) hum = Mixed(hum, Sine(rate, k * mains, 2.0, 80.0 / k));
+    const Wave words = Joined({Silence(rate, 0.5), Vowel(rate, 130, 0.4), Silence(rate, 0.5), Vowel(rate, 115, 0.4), Silence(rate, 0.2)});
+    const auto periods = Analyse(Mixed(words, hum), rate);
+    EXPECT_GE(Voiced(periods, 52, 87) + Voiced(periods, 142, 177), 68);
+    EXPECT_EQ(Voiced(periods, 0, 47) + Voiced(periods, 95, 137), 0) << mains;
+  }
+}
+
+TEST(PitchAnalysis, AClippedVoiceKeepsItsPitch) {
+  Wave wave = Joined({Silence(16000, 0.2), Vowel(16000, 150, 0.5, 90000), Silence(16000, 0.2)});
+  const auto periods = Analyse(wave, 16000);
+  for (std::size_t f = 22; f < 67; ++f) EXPECT_NEAR(16000 / static_cast<double>(periods[f]), 150, 3) << f;
+}
+
+TEST(PitchAnalysis, ValuesStayInTheBoundsOfTheSetting) {
+  const Wave wave = Joined({Vowel(11025, 66, 1.0, 8000, 480), Vowel(11025, 480, 1.0, 8000, 66)});
+  for (const PitchRange range : {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
+    const PitchBounds bounds = BoundsOf(range);
+    const auto periods = Analyse(wave, 11025, range);
+    EXPECT_EQ(periods[0], 0.0f);
+    EXPECT_GT(Voiced(periods), 60);
+    for (const float period : periods) {
+      if (period == 0) continue;
+      EXPECT_GE(period, 11025.0f / static_cast<float>(bounds.highest));
+      EXPECT_LE(period, 11025.0f / static_cast<float>(bounds.lowest));
+    }
+  }
+}
+
+TEST(PitchAnalysis, ShortSoundsAreNoTrouble) {
+  for (const int rate : {1000, 8000, 22050, 384000})
+    for (const int count : {1, rate / 100 - 1, rate / 100, rate / 100 + 1, rate / 50, rate / 7}) {
+      const Wave wave(static_cast<std::size_t>(std::max(1, count)), 5000.0);
+      EXPECT_EQ(Voiced(Analyse(wave, rate)), 0) << rate << " " << count;
+    }
+}
+
+TEST(PitchAnalysis, LongSoundsAreFilledToTheEndWithoutDrift) {
+  for (const int rate : {11025, 22050}) {
+    // 25 s, more than two panes; the voice rises by a fifth at 24 s.
+    const Wave wave = Joined({Silence(rate, 0.5), Vowel(rate, 120, 5.5), Silence(rate, 0.2), Vowel(rate, 125, 17.8), Vowel(rate, 187.5, 1)});
+    CommandStates states;
+    const auto document = Document(wave, rate, states);
+    for (const int paneWidth : {1024, 300}) {
+      PitchAnalysisRequest request;
+      request.paneWidth = paneWidth;
+      std::vector<float> periods;
+      double share = 0;
+      ASSERT_TRUE(RunPitchAnalysis(*document, 0, document->sampleCount, request, {0, document->ContourLength() - 1}, periods,
+                                   [&share](double done) {
+                                     EXPECT_GE(done, share);
+                                     share = done;
+                                     return true;
+                                   }));
+      EXPECT_GT(share, 0.8);
+      EXPECT_GE(Voiced(periods, 52, 598) + Voiced(periods, 622, 2497), 546 + 1875 - 4);
+      EXPECT_NEAR(rate / static_cast<double>(periods[2396]), 125, 2.5);
+      EXPECT_NEAR(rate / static_cast<double>(periods[2402]), 187.5, 4);
+    }
+  }
+}
+
+TEST(PitchAnalysis, StoppingIsPossibleInBothStages) {
+  CommandStates states;
+  const auto document = Document(Vowel(8000, 120, 12.0), 8000, states);
+  std::vector<float> periods;
+  for (const double until : {0.0, 0.1, 0.5})
+    EXPECT_FALSE(RunPitchAnalysis(*document, 0, document->sampleCount, {}, {0, 1199}, periods,
+                                  [until](double share) { return share < until; }));
+}
+
+TEST(PitchAnalysis, PartOfASoundGetsTheSameGrid) {
+  CommandStates states;
+  const auto document = Document(Joined({Silence(22050, 1.0), Vowel(22050, 150, 1.0), Silence(22050, 1.0)}), 22050, states);
+  std::vector<float> periods;
+  ASSERT_TRUE(RunPitchAnalysis(*document, 30000, 10000, {}, {136, 181}, periods));
+  ASSERT_EQ(periods.size(), 46u);
+  for (const float period : periods) EXPECT_NEAR(22050 / static_cast<double>(period), 150, 1.5);
+}
+
+TEST(PitchAnalysis, TheDriverLeavesItsFrameWindowBehind) {
+  Analyse(Vowel(8000, 120, 0.1), 8000);
+  EXPECT_NEAR(AnalysisWindow[133], 1.0, 1e-3);   // 8000/30 = 266 samples, a sine
+  EXPECT_EQ(AnalysisWindow[266], 0.0);
+}
+
+std::unique_ptr<SoundDocument> Recording(const std::string& name) {
+  auto document = std::make_unique<SoundDocument>();
+  const InputFile file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + name);
+  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
+  CommandStates states;
+  const bool stereo = layout->blockAlign == 4;
+  const int count = static_cast<int>(layout->dataBytes / layout->blockAlign);
+  if (stereo) {
+    ReadStereoFrames(file, layout->dataOffset, count, document->samples.data(), nullptr);
+  } else {
+    ReadMonoSamples(file, layout->dataOffset, count, document->samples.data());
+  }
+  document->resetForNewSound(count, static_cast<int>(layout->sampleRate), states);
+  return document;
+}
+
+TEST(PitchAnalysis, TheSyntheticVowelsFallFrom118Point8To101Point2) {
+  const auto periods = Analyse(*Recording("synthetic_vowels_two_channels_16000.wav"));
+  for (std::size_t vowel = 0; vowel < 9; ++vowel)
+    for (std::size_t f = 4; f < 35; ++f) {
+      const double truth = 118.8 - 17.6 * (static_cast<double>(f) + 1) / 40;   // 0.4 s and 50 ms of silence each
+      EXPECT_NEAR(16000 / static_cast<double>(periods[45 * vowel + f]), truth, 0.02 * truth) << vowel << " " << f;
+    }
+}
+
+TEST(PitchAnalysis, TheFourTonesHaveTheirShapes) {
+  const auto periods = Analyse(*Recording("mandarin_mao_four_tones_female_11025.wav"));
+  std::vector<std::vector<double>> syllables;   // parts with at least 0.15 s of silence between
+  std::size_t last = 0;
+  for (std::size_t f = 0; f < periods.size(); ++f) {
+    if (periods[f] <= 0) continue;
+    if (syllables.empty() || f - last > 15) syllables.emplace_back();
+    syllables.back().push_back(11025 / static_cast<double>(periods[f]));
+    last = f;
+  }
+  ASSERT_EQ(syllables.size(), 4u);
+  const auto lowest = [](const std::vector<double>& f) { return *std::min_element(f.begin(), f.end()); };
+  for (const auto& syllable : syllables) EXPECT_GT(lowest(syllable), 170);   // a voice of 180-400 Hz: nothing is halved
+  EXPECT_LT(syllables[0].back() / syllables[0].front(), 1.2);
+  EXPECT_GT(lowest(syllables[0]), 340);
+  EXPECT_GT(syllables[1].back() / syllables[1].front(), 1.25);
+  EXPECT_LT(lowest(syllables[2]) * 1.25, std::min(syllables[2].front(), syllables[2].back()));
+  EXPECT_LT(syllables[3].back() / syllables[3].front(), 0.7);
+}
+
+TEST(PitchAnalysis, TheHumOfARecordingIsNoVoice) {
+  // 2.9 s of a man at 44100 Hz with 60 Hz hum; silent before 0.23 s, from 0.64 to 0.80 s and from 1.4 to 1.58 s.
+  const auto periods = Analyse(*Recording("mandarin_mao_four_tones_male_44100.wav"));
+  EXPECT_EQ(Voiced(periods, 0, 22) + Voiced(periods, 65, 80) + Voiced(periods, 141, 158), 0);
+  EXPECT_GT(Voiced(periods, 31, 58), 25);
+}
+
+}  // namespace
+}  // namespace parlowen
+

@@ -1,0 +1,209 @@
+#include "prosody/GroupFlow.h"
+
+#include <gtest/gtest.h>
+
+#include "base/Gbk.h"
+#include "prosody/DurationCommands.h"
+#include "prosody/Durations.h"
+#include "support/Child.h"
+#include "support/FakeWindow.h"
+#include "support/TempFolder.h"
+
+namespace parlowen {
+namespace {
+
+using testing::FakeWindow;
+using testing::ReadFile;
+using testing::TempFolder;
+using testing::Texts;
+using testing::WriteFile;
+
+constexpr const char* kCaption = "Parlowen(Tessiran)";
+std::string Refusal(const char* text, const char* icon = "error") { return std::string(icon) + "|" + kCaption + "|" + text; }
+
+const std::string kFull = Refusal("数据太多，不能再加入！", "none");
+const std::string kNoGroup = Refusal("无此组名！", "none");
+const std::string kDamaged = Refusal("声音长度统计文件错误！");
+const std::string kCannotOpen = Refusal("文件打开错误，请重试！");
+
+class GroupFlow : public ::testing::Test {
+ protected:
+  /// Adds one duration with these answers; gives what was shown.
+  Texts Add(std::uint16_t value, std::deque<std::string> answers) {
+    window.answers = std::move(answers);
+    AddToGroups(window, current, DurationKind(), {&value, 1});
+    EXPECT_TRUE(window.answers.empty()) << "asked less than expected";
+    return window.Log();
+  }
+  bool Shown(const Texts& log, const std::string& text) { return std::find(log.begin(), log.end(), text) != log.end(); }
+  std::vector<ValueGroup> Groups() {
+    const std::string bytes = ReadFile(path);
+    return ReadGroups(kDurationLayout, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}).value();
+  }
+  std::string Full(int used) {
+    std::string file(202, '\0');
+    file[0] = 1;
+    file[2] = 'a';
+    file[10] = static_cast<char>(used);
+    return file;
+  }
+
+  TempFolder folder;
+  std::string path = folder / "data.lgs";
+  std::string open = "file:" + path;
+  FakeWindow window;
+  CurrentGroup current;
+};
+
+TEST_F(GroupFlow, ATeacherFillsTwoGroups) {
+  EXPECT_EQ(Add(100, {open, "no", "ok:长音节"}),
+            (Texts{"open|打开音长统计数据文件|", "ask|音长符号？|使用正音长（Yes)?负音长（No)？", "input|输入统计组名|输入组名（最长6字符）"}));
+  EXPECT_EQ(Add(200, {"yes"}), (Texts{"ask|别的统计组？|加入现在的统计组（Yes)?加入到别的组（No)？"}));
+  EXPECT_EQ(Add(300, {"no", open, "yes", "yes", "ok:b"}),
+            (Texts{"ask|别的统计组？|加入现在的统计组（Yes)?加入到别的组（No)？", "open|打开音长统计数据文件|",
+                   "ask|新统计组？|新的统计组（Yes)?添加到已有的组中（No)？", "ask|音长符号？|使用正音长（Yes)?负音长（No)？",
+                   "input|输入统计组名|输入组名（最长6字符）"}));
+  Add(400, {"no", open, "no", "ok:长音节"});
+  Add(500, {"yes"});
+  const auto groups = Groups();
+  ASSERT_EQ(groups.size(), 2u);
+  EXPECT_EQ(FromGbk(groups[0].name), "长音节");
+  EXPECT_TRUE(groups[0].negative);
+  EXPECT_EQ(groups[0].values, (std::vector<std::uint16_t>{100, 200, 400, 500}));
+  EXPECT_FALSE(groups[1].negative);
+  EXPECT_EQ(groups[1].values, (std::vector<std::uint16_t>{300}));
+}
+
+TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
+  for (const bool byName : {false, true}) {
+    SCOPED_TRACE(byName);
+    WriteFile(path, Full(94));
+    current = {!byName, path, 0};
+    const std::deque<std::string> answers = byName ? std::deque<std::string>{open, "no", "ok:a"} : std::deque<std::string>{"yes"};
+    EXPECT_FALSE(Shown(Add(7, answers), kFull));
+    EXPECT_EQ(Groups()[0].values.size(), 95u);
+    const std::string full = ReadFile(path);
+    current = {!byName, path, 0};
+    EXPECT_TRUE(Shown(Add(7, answers), kFull));
+    EXPECT_EQ(ReadFile(path), full);
+  }
+}
+
+TEST_F(GroupFlow, ACancelledDialogLeavesNothingBehind) {
+  Add(1, {"cancel"});
+  Add(1, {open, "yes", "cancel"});
+  EXPECT_TRUE(folder.Names().empty());
+  EXPECT_FALSE(current.known);
+
+  WriteFile(path, Full(3));
+  const std::string before = ReadFile(path);
+  Add(1, {open, "yes", "yes", "cancel"});
+  Add(1, {open, "no", "cancel"});
+  EXPECT_TRUE(Shown(Add(1, {open, "no", "ok:A"}), kNoGroup)) << "names are compared exactly";
+  EXPECT_EQ(ReadFile(path), before);
+  EXPECT_FALSE(current.known);
+  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
+}
+
+TEST_F(GroupFlow, SayingNoForgetsTheCurrentGroup) {
+  WriteFile(path, Full(3));
+  current = {true, path, 0};
+  Add(1, {"no", "cancel"});
+  EXPECT_EQ(Add(1, {"cancel"}), (Texts{"open|打开音长统计数据文件|"}));
+}
+
+TEST_F(GroupFlow, ANameWithoutGbkCodesIsAskedAgain) {
+  const Texts log = Add(1, {open, "yes", "ok:😀", "ok:a"});
+  EXPECT_TRUE(Shown(log, Refusal("有字符没有 GBK 编码，请改写", "none")));
+  EXPECT_EQ(Groups()[0].name, "a");
+}
+
+TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {
+  std::string longer = Full(1);
+  longer.resize(201);
+  std::string count = Full(96);
+  for (const std::string& damaged : {longer, count, std::string("x"), std::string()}) {
+    WriteFile(path, damaged);
+    current.known = false;
+    EXPECT_EQ(Add(1, {open}), (Texts{"open|打开音长统计数据文件|", kDamaged}));
+    current = {true, path, 0};
+    EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged);
+    EXPECT_EQ(ReadFile(path), damaged);
+  }
+  WriteFile(path, Full(1));
+  current = {true, path, 1};
+  EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged) << "the group is no longer there";
+  EXPECT_EQ(ReadFile(path), Full(1));
+}
+
+TEST_F(GroupFlow, FilesThatCannotBeUsedAreToldApart) {
+  current = {true, folder / "gone.lgs", 0};
+  EXPECT_EQ(Add(1, {"yes"}).back(), Refusal("文件不存在！"));
+  current.known = false;
+  EXPECT_EQ(Add(1, {"file:" + folder.path()}).back(), kCannotOpen);
+  EXPECT_EQ(Add(1, {"file:" + folder / "none/data.lgs"}).back(), kCannotOpen);
+  EXPECT_TRUE(folder.Names().empty());
+}
+
+TEST_F(GroupFlow, AFailedWriteLeavesTheOldFile) {
+  WriteFile(path, Full(3));
+  const std::string before = ReadFile(path);
+  const int result = testing::WithFileSizeLimit(100, [&] {
+    const Texts log = Add(1, {open, "no", "ok:a"});
+    return log.back() == kCannotOpen && !current.known ? 0 : 1;
+  });
+  EXPECT_EQ(result, 0);
+  EXPECT_EQ(ReadFile(path), before);
+  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
+}
+
+/// Answers the name only after another instance has added to the same file.
+class SlowWindow : public FakeWindow {
+ public:
+  std::function<void()> meanwhile;
+  bool AskInput(InputForm& form) override {
+    if (meanwhile) std::exchange(meanwhile, nullptr)();
+    return FakeWindow::AskInput(form);
+  }
+};
+
+TEST_F(GroupFlow, TwoInstancesAtOneFileLoseNothing) {
+  SlowWindow slow;
+  CurrentGroup slowCurrent;
+  const std::uint16_t value = 9;
+  slow.answers = {open, "yes", "ok:slow"};
+  slow.meanwhile = [&] { Add(1, {open, "yes", "ok:fast"}); };
+  AddToGroups(slow, slowCurrent, DurationKind(), {&value, 1});
+  Add(2, {"yes"});
+  slow.answers = {"yes"};
+  AddToGroups(slow, slowCurrent, DurationKind(), {&value, 1});
+  const auto groups = Groups();
+  ASSERT_EQ(groups.size(), 2u);
+  EXPECT_EQ(groups[0].name + groups[1].name, "fastslow");
+  EXPECT_EQ(groups[0].values, (std::vector<std::uint16_t>{1, 2}));
+  EXPECT_EQ(groups[1].values, (std::vector<std::uint16_t>{9, 9}));
+}
+
+TEST_F(GroupFlow, TheReportRefusesWhatItCannotRead) {
+  const auto report = [&](const std::string& answer) {
+    window.answers = {answer};
+    ShowDurationsCommand(window, folder.path());
+    return window.Log().back();
+  };
+  EXPECT_EQ(report("cancel"), "open|打开音长统计数据文件|");
+  EXPECT_EQ(report(open), Refusal("无此音长统计数据文件！"));
+  WriteFile(path, Full(1).substr(1));
+  EXPECT_EQ(report(open), kDamaged);
+  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
+  WriteFile(path, Full(1));
+  EXPECT_EQ(report(open), "editor|" + folder / "WvLength.txt");
+  EXPECT_EQ(ReadFile(folder / "WvLength.txt"),
+            ToGbk("\r\n          音长统计数据\r\n\r\n          第1组：组名：'a'\r\n\r\n数据(ms)：    0.0"
+                  "\r\n平均值=    0.0ms,  标准差=   0.0ms\r\n"));
+  window.answers = {open};
+  ShowDurationsCommand(window, folder / "none");
+  EXPECT_EQ(window.Log().back(), Refusal("文件打开错误！"));
+}
+
+}  // namespace
+}  // namespace parlowen
