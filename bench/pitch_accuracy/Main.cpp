@@ -16,7 +16,8 @@
 // What the pitch analysis gets wrong on voices whose pitch is known.
 //
 //   pitch_accuracy                       the synthetic voices, five rates, five kinds of noise
-//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, 0 unvoiced, at the
+//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, 0 unvoiced, at
+//   the
 //                                        centre of the 20 ms behind the start of each 10 ms frame
 
 namespace {
@@ -27,7 +28,7 @@ constexpr int kRates[] = {8000, 11025, 16000, 22050, 44100};
 struct Condition {
   const char* name;
   Noise noise;
-  double ratio;   // dB
+  double ratio;  // dB
 };
 constexpr Condition kConditions[] = {{"clean", Noise::None, 0},
                                      {"white 20 dB", Noise::White, 20},
@@ -35,11 +36,18 @@ constexpr Condition kConditions[] = {{"clean", Noise::None, 0},
                                      {"white 10 dB", Noise::White, 10},
                                      {"pink 10 dB", Noise::Pink, 10}};
 
+/// What of the analysis runs; the second stage alone is command 40005.
+struct Stages {
+  const char* name;
+  bool timeDomain, tracking;
+};
+constexpr Stages kFirst{"first", true, false}, kSecond{"second", false, true}, kBoth{"both", true, true};
+
 struct Score {
-  long voiced = 0, unvoiced = 0;      // frames
-  long missed = 0, invented = 0;      // voiced taken for unvoiced, and the other way
+  long voiced = 0, unvoiced = 0;  // frames
+  long missed = 0, invented = 0;  // voiced taken for unvoiced, and the other way
   long compared = 0, gross = 0, octave = 0;
-  std::vector<double> cents;          // of the frames without gross error
+  std::vector<double> cents;  // of the frames without gross error
 
   void Add(const Score& other) {
     voiced += other.voiced;
@@ -79,12 +87,14 @@ Score Compare(const KnownVoice& voice, const std::vector<float>& periods) {
 }
 
 void PrintHead() {
-  std::printf("%-16s %-6s %8s %8s %8s %8s %8s %8s %8s\n", "", "stage", "missed%", "false%", "voicing%", "gross%", "octave%",
-              "cents", "all%");
+  std::printf("%-16s %-6s %8s %8s %8s %8s %8s %8s %8s\n", "", "stage", "missed%", "false%", "voicing%",
+              "gross%", "octave%", "cents", "all%");
 }
 
 void Print(const std::string& name, const char* stage, Score score) {
-  const auto percent = [](long count, long of) { return 100.0 * static_cast<double>(count) / static_cast<double>(std::max(1L, of)); };
+  const auto percent = [](long count, long of) {
+    return 100.0 * static_cast<double>(count) / static_cast<double>(std::max(1L, of));
+  };
   double median = 0;
   if (!score.cents.empty()) {
     const auto middle = score.cents.begin() + static_cast<std::ptrdiff_t>(score.cents.size() / 2);
@@ -92,19 +102,20 @@ void Print(const std::string& name, const char* stage, Score score) {
     median = *middle;
   }
   const long frames = score.voiced + score.unvoiced, voicing = score.missed + score.invented;
-  std::printf("%-16s %-6s %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f\n", name.c_str(), stage, percent(score.missed, score.voiced),
-              percent(score.invented, score.unvoiced), percent(voicing, frames), percent(score.gross, score.compared),
+  std::printf("%-16s %-6s %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f %8.2f\n", name.c_str(), stage,
+              percent(score.missed, score.voiced), percent(score.invented, score.unvoiced),
+              percent(voicing, frames), percent(score.gross, score.compared),
               percent(score.octave, score.compared), median, percent(voicing + score.gross, frames));
 }
 
-/// Both stages, or the first alone, on the document's frames.
-Score Analyse(const KnownVoice& voice, SoundDocument& document, bool both) {
+Score Analyse(const KnownVoice& voice, SoundDocument& document, const Stages& stages) {
   document.sampleRate = voice.sampleRate;
   document.sampleCount = static_cast<int>(std::min<std::size_t>(voice.samples.size(), kMaxSamples));
   std::copy_n(voice.samples.begin(), document.sampleCount, document.samples.data());
   document.SamplesChanged();
   PitchAnalysisRequest request;
-  request.tracking = both;
+  request.timeDomain = stages.timeDomain;
+  request.tracking = stages.tracking;
   std::vector<float> periods;
   RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1}, periods);
   return Compare(voice, periods);
@@ -112,8 +123,8 @@ Score Analyse(const KnownVoice& voice, SoundDocument& document, bool both) {
 
 void SyntheticTable(SoundDocument& document) {
   const std::vector<std::string> names = VoiceNames();
-  for (const bool both : {false, true}) {
-    const char* stage = both ? "both" : "first";
+  for (const Stages& stages : {kFirst, kSecond, kBoth}) {
+    const char* stage = stages.name;
     std::vector<Score> byVoice(names.size()), byRate(std::size(kRates));
     PrintHead();
     for (const Condition& condition : kConditions) {
@@ -122,7 +133,7 @@ void SyntheticTable(SoundDocument& document) {
         for (std::size_t r = 0; r < std::size(kRates); ++r) {
           KnownVoice voice = MakeVoice(names[v], kRates[r]);
           AddNoise(voice, condition.noise, condition.ratio);
-          const Score score = Analyse(voice, document, both);
+          const Score score = Analyse(voice, document, stages);
           all.Add(score);
           byVoice[v].Add(score);
           byRate[r].Add(score);
@@ -131,7 +142,8 @@ void SyntheticTable(SoundDocument& document) {
       Print(condition.name, stage, all);
     }
     for (std::size_t v = 0; v < names.size(); ++v) Print(names[v], stage, byVoice[v]);
-    for (std::size_t r = 0; r < std::size(kRates); ++r) Print(std::to_string(kRates[r]) + " Hz", stage, byRate[r]);
+    for (std::size_t r = 0; r < std::size(kRates); ++r)
+      Print(std::to_string(kRates[r]) + " Hz", stage, byRate[r]);
     std::printf("\n");
   }
 }
@@ -167,10 +179,10 @@ int main(int count, char** arguments) {
       std::fprintf(stderr, "cannot read %s and %s\n", arguments[i], arguments[i + 1]);
       return 1;
     }
-    const Score score = Analyse(voice, *document, true);
+    const Score score = Analyse(voice, *document, kBoth);
     Print(voice.name, "both", score);
     both.Add(score);
-    first.Add(Analyse(voice, *document, false));
+    first.Add(Analyse(voice, *document, kFirst));
   }
   Print("all", "first", first);
   Print("all", "both", both);

@@ -24,14 +24,14 @@ struct Segment {
 };
 
 struct Speaker {
-  double f0 = 110;        ///< Hz
-  double tract = 1.0;     ///< factor on the formants
-  double jitter = 0.0;    ///< standard deviation of a period, as a share
-  double breath = 0.0;    ///< noise in the open phase, as a share
+  double f0 = 110;      ///< Hz
+  double tract = 1.0;   ///< factor on the formants
+  double jitter = 0.0;  ///< standard deviation of a period, as a share
+  double breath = 0.0;  ///< noise in the open phase, as a share
 };
 
-constexpr double kFormants[][4] = {{760, 1280, 2500, 3500}, {480, 850, 2450, 3400},  {500, 1250, 2450, 3450},
-                                   {290, 2300, 3000, 3550}, {330, 720, 2350, 3300},  {290, 1950, 2350, 3350},
+constexpr double kFormants[][4] = {{760, 1280, 2500, 3500}, {480, 850, 2450, 3400}, {500, 1250, 2450, 3450},
+                                   {290, 2300, 3000, 3550}, {330, 720, 2350, 3300}, {290, 1950, 2350, 3350},
                                    {560, 1750, 2500, 3500}, {250, 1100, 2300, 3300}};
 constexpr int kNasalFormants = 7;
 constexpr double kBandwidths[] = {70, 95, 140, 200};
@@ -64,7 +64,8 @@ double AlongSegment(const Segment& segment, double share) {
 }
 
 bool IsVoiced(Sound sound) {
-  return sound == Sound::Vowel || sound == Sound::Nasal || sound == Sound::VoiceBar || sound == Sound::VoicedFricative;
+  return sound == Sound::Vowel || sound == Sound::Nasal || sound == Sound::VoiceBar ||
+         sound == Sound::VoicedFricative;
 }
 
 /// A sentence: stressed and weak syllables, every kind of neighbour.
@@ -100,7 +101,8 @@ std::vector<Segment> Sentence() {
 std::vector<Segment> Tones() {
   using enum Sound;
   const auto tone = [](std::array<double, 3> f, double seconds, int vowel) {
-    return std::vector<Segment>{{Silence, 0.3}, {Nasal, 0.06, 0.3, {f[0], f[0], f[0]}}, {Vowel, seconds, 1.0, f, vowel}};
+    return std::vector<Segment>{
+        {Silence, 0.3}, {Nasal, 0.06, 0.3, {f[0], f[0], f[0]}}, {Vowel, seconds, 1.0, f, vowel}};
   };
   std::vector<Segment> all;
   for (const auto& part : {tone({1.5, 1.5, 1.48}, 0.30, 0), tone({1.0, 1.15, 1.55}, 0.32, 0),
@@ -136,7 +138,7 @@ Speaker SpeakerOf(const std::string& name) {
   if (name == "child") return {310, 1.3, 0.005, 0.04};
   if (name == "tones man") return {115, 1.0, 0.003, 0.02};
   if (name == "tones woman") return {220, 1.15, 0.003, 0.03};
-  return {100, 1.0, 0.010, 0.02};   // creak
+  return {100, 1.0, 0.010, 0.02};  // creak
 }
 
 /// The mean over the voiced part of the 20 ms about a moment; 0 when the moment itself is unvoiced.
@@ -191,13 +193,14 @@ KnownVoice MakeVoice(const std::string& name, int sampleRate) {
   Resonator hiss, voiceBar;
   hiss.Set(3800 * speaker.tract, 1200, rate);
   std::vector<double> wave;
-  std::vector<double> frequencyAt;   // Hz per sample; 0 unvoiced
+  std::vector<double> frequencyAt;  // Hz per sample; 0 unvoiced
   double phase = 0, stretch = 1, before = 0;
   for (const Segment& segment : ScriptOf(name)) {
     const double* f = kFormants[segment.sound == Sound::Vowel ? segment.vowel : kNasalFormants];
     const double narrow = segment.sound == Sound::VoiceBar ? 0.5 : 1.0;
     for (std::size_t i = 0; i < 4; ++i)
-      formants[i].Set(f[i] * speaker.tract * (i > 0 ? 1 : narrow), kBandwidths[i] * (segment.sound == Sound::Vowel ? 1 : 2), rate);
+      formants[i].Set(f[i] * speaker.tract * (i > 0 ? 1 : narrow),
+                      kBandwidths[i] * (segment.sound == Sound::Vowel ? 1 : 2), rate);
     const auto count = static_cast<std::size_t>(segment.seconds * rate);
     const double ramp = std::min(0.012, segment.seconds / 3);
     for (std::size_t n = 0; n < count; ++n) {
@@ -222,8 +225,10 @@ KnownVoice MakeVoice(const std::string& name, int sampleRate) {
       } else {
         before = 0;
       }
-      if (segment.sound == Sound::Fricative || segment.sound == Sound::Burst || segment.sound == Sound::VoicedFricative)
-        direct = hiss.Next(gauss(random) * gain * 0.12 * (segment.sound == Sound::VoicedFricative ? 0.5 : 1.0));
+      if (segment.sound == Sound::Fricative || segment.sound == Sound::Burst ||
+          segment.sound == Sound::VoicedFricative)
+        direct =
+            hiss.Next(gauss(random) * gain * 0.12 * (segment.sound == Sound::VoicedFricative ? 0.5 : 1.0));
       double y = source;
       for (Resonator& formant : formants) y = formant.Next(y);
       wave.push_back(y + direct);
@@ -235,9 +240,12 @@ KnownVoice MakeVoice(const std::string& name, int sampleRate) {
   const std::vector<double> low = Downsample(wave, factor);
   double largest = 0;
   for (const double y : low) largest = std::max(largest, std::fabs(y));
-  for (const double y : low) voice.samples.push_back(static_cast<std::int16_t>(std::lround(12000 * y / largest)));
-  for (std::size_t frame = 0; frame < voice.samples.size() * 100 / static_cast<std::size_t>(sampleRate); ++frame) {
-    voice.frequency.push_back(TrueFrequency(frequencyAt, (static_cast<double>(frame) * 0.01 + 0.01 - kLag) * rate, rate));
+  for (const double y : low)
+    voice.samples.push_back(static_cast<std::int16_t>(std::lround(12000 * y / largest)));
+  for (std::size_t frame = 0; frame < voice.samples.size() * 100 / static_cast<std::size_t>(sampleRate);
+       ++frame) {
+    voice.frequency.push_back(
+        TrueFrequency(frequencyAt, (static_cast<double>(frame) * 0.01 + 0.01 - kLag) * rate, rate));
   }
   return voice;
 }
@@ -273,9 +281,11 @@ void AddNoise(KnownVoice& voice, Noise noise, double ratio) {
     }
     noisePower += value * value;
   }
-  const double gain = std::sqrt(power / (noisePower / static_cast<double>(values.size())) * std::pow(10, -ratio / 10));
+  const double gain =
+      std::sqrt(power / (noisePower / static_cast<double>(values.size())) * std::pow(10, -ratio / 10));
   for (std::size_t n = 0; n < values.size(); ++n)
-    voice.samples[n] = static_cast<std::int16_t>(std::clamp(std::lround(voice.samples[n] + gain * values[n]), -32768L, 32767L));
+    voice.samples[n] = static_cast<std::int16_t>(
+        std::clamp(std::lround(voice.samples[n] + gain * values[n]), -32768L, 32767L));
 }
 
 }  // namespace parlowen

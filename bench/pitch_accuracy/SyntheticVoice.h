@@ -10,7 +10,8 @@ struct KnownVoice {
   std::string name;
   int sampleRate = 0;
   std::vector<std::int16_t> samples;
-  std::vector<float> frequency;   ///< Hz at the centre of the 20 ms behind the start of each 10 ms frame; 0 unvoiced
+  std::vector<float>
+      frequency;  ///< Hz at the centre of the 20 ms behind the start of each 10 ms frame; 0 unvoiced
 };
 
 enum class Noise { None, White, Pink };
@@ -18,8 +19,8 @@ enum class Noise { None, White, Pink };
 /// Names of the voices that MakeVoice() knows.
 std::vector<std::string> VoiceNames();
 
-/// A glottal flow derivative (polynomial pulse, 60 % open) through four formants, with weak vowels, voice bars, nasals,
-/// fricatives, bursts and silences, at about 48 kHz and then brought to `sampleRate`.
+/// A glottal flow derivative (polynomial pulse, 60 % open) through four formants, with weak vowels, voice
+/// bars, nasals, fricatives, bursts and silences, at about 48 kHz and then brought to `sampleRate`.
 KnownVoice MakeVoice(const std::string& name, int sampleRate);
 
 /// Adds noise `ratio` dB below the mean power of the voiced frames.

@@ -13,20 +13,23 @@
 // The stages, in order. Samples are those of the working rate, in a copy with a margin on both sides.
 //
 //   preparation      1 Decimate            2 LowPass (designed with the document's rate)   3 RemoveDc
-//   voicing          4 MeasureFrames       5 FindNoiseRuns        6 ScaleToThousand        7 DecideByMagnitude
+//   voicing          4 MeasureFrames       5 FindNoiseRuns        6 ScaleToThousand        7
+//   DecideByMagnitude
 //                    8 DropShortLeadIn     9 (the voicing decision alone ends here)
 //                   10 CleanUpVoicing     11 SplitLongRuns, SilenceUnvoiced
 //   period range    12 FindPolarity       13 EstimateRun          14 FixBounds
 //   marks           15 TrackMarks (positive and negative peaks)
-//   periods         16 PeriodsOfTrack     17 JoinTracks           18 FillLongGaps          19 SpreadNeighbours
+//   periods         16 PeriodsOfTrack     17 JoinTracks           18 FillLongGaps          19
+//   SpreadNeighbours
 //                   20 (periods in document samples)              21 SplitWeakRuns
-//                   22 DropOutOfRange, BridgeSingles, KeepSteadyStretches                  23 (frame 0 is unvoiced)
+//                   22 DropOutOfRange, BridgeSingles, KeepSteadyStretches                  23 (frame 0 is
+//                   unvoiced)
 
 namespace parlowen {
 namespace {
 
-constexpr int kMargin = 8;                 // samples kept on either side for the filters
-constexpr int kShortestRun = 5;            // frames
+constexpr int kMargin = 8;       // samples kept on either side for the filters
+constexpr int kShortestRun = 5;  // frames
 constexpr int kMaxMarks = 6000;
 constexpr float kUndetermined = 1.0f;
 constexpr std::uint8_t kPositiveTrack = 1, kNegativeTrack = 255;
@@ -35,10 +38,10 @@ constexpr int kNoiseZeroCrossings = 20;    // a frame, and
 constexpr double kNoiseSlope = 1000.0;     // Σ|Δy|/Σ|y| in thousandths
 constexpr std::int64_t kSilentHalf = 240;  // Σ|x| of half a frame
 constexpr int kLeastMagnitude = 23;
-constexpr double kRunPeakShare = 0.75;     // of the largest |x| of the strongest stretch
-constexpr double kMarkPeakShare = 0.35;    // of the largest peak within one longest period
+constexpr double kRunPeakShare = 0.75;   // of the largest |x| of the strongest stretch
+constexpr double kMarkPeakShare = 0.35;  // of the largest peak within one longest period
 constexpr int kLeastMarkPeak = 10;
-constexpr int kStable = 7;                 // steps without a jump, from which marks are taken by interval alone
+constexpr int kStable = 7;  // steps without a jump, from which marks are taken by interval alone
 constexpr int kMostCandidates = 6;
 
 /// First and last voiced frame of a run.
@@ -59,7 +62,8 @@ FilterTaps Design(int cutoff, double a, int half, int sampleRate) {
   return filter;
 }
 
-/// Centred symmetric filter of 2·half + 1 taps: `count` outputs from `input`, which has `half` samples on either side.
+/// Centred symmetric filter of 2·half + 1 taps: `count` outputs from `input`, which has `half` samples on
+/// either side.
 template <int half>
 PARLOWEN_INLINE void Convolve(const double* taps, const std::int32_t* input, int count, double* output) {
   for (int n = 0; n < count; ++n) {
@@ -93,6 +97,18 @@ class Extraction {
   int Run();
 
  private:
+  /// Peaks that may be the next mark.
+  struct Candidates {
+    std::array<int, kMostCandidates> places{};
+    int count = 0;
+    std::span<const int> All() const { return {places.data(), static_cast<std::size_t>(count)}; }
+  };
+  /// What a track expects next.
+  struct Track {
+    double period = 0;
+    int stability = 0;  ///< intervals without a jump
+  };
+
   void Decimate();
   void RemoveDc();
   void MeasureFrames();
@@ -107,10 +123,16 @@ class Extraction {
   void SplitLongRuns();
   void SilenceUnvoiced();
   void FindPolarity();
+  int StrongestStretch(FrameRun run, int length) const;
   double EstimateRun(FrameRun run) const;
   void FixBounds();
   void TrackMarks(int polarity, std::vector<int>& marks) const;
-  int NextMark(int polarity, int last, double& period, int& stability) const;
+  Candidates CollectCandidates(int polarity, int last) const;
+  int CheapestCandidate(const Candidates& candidates, int polarity, int last, const Track& track) const;
+  int MostSimilarCandidate(const Candidates& candidates, int last) const;
+  int NextMark(int polarity, int last, Track& track) const;
+  double StartPeriod() const;
+  int LargestPeak(int polarity, int from, int end) const;
   double Similarity(int last, int candidate) const;
   void PeriodsOfTrack(const std::vector<int>& marks, std::vector<double>& periods) const;
   void JoinTracks();
@@ -144,10 +166,10 @@ class Extraction {
   FastPitch& result_;
   std::vector<FastPitchFrame>& frames_;
   std::vector<float>& periods_;
-  std::vector<std::int32_t> samples_;   ///< of the working rate, with kMargin on either side
+  std::vector<std::int32_t> samples_;  ///< of the working rate, with kMargin on either side
   std::vector<double> filtered_;
   std::vector<int> positiveMarks_, negativeMarks_;
-  std::vector<double> positive_, negative_;   ///< a frame's period by each track; 0 none
+  std::vector<double> positive_, negative_;  ///< a frame's period by each track; 0 none
   std::vector<double> estimates_;
   int decimation_ = 1, rate_ = 0, step_ = 0, frameCount_ = 0, count_ = 0, largestLevel_ = 0;
   int minPeriod_ = 0, maxPeriod_ = 0;
@@ -299,7 +321,8 @@ bool Extraction::ScaleToThousand() {
   const double largest = LargestOutput(filtered_);
   if (largest <= 0) return false;
   for (int n = 0; n < count_; ++n)
-    *Samples(n) = SaturateInt16(TruncateToInt64(filtered_[static_cast<std::size_t>(n)] * 1000 / largest + 0.5));
+    *Samples(n) =
+        SaturateInt16(TruncateToInt64(filtered_[static_cast<std::size_t>(n)] * 1000 / largest + 0.5));
   std::fill(samples_.begin(), samples_.begin() + kMargin, 0);
   std::fill(samples_.end() - kMargin, samples_.end(), 0);
   return true;
@@ -385,19 +408,23 @@ void Extraction::FindPolarity() {
   }
 }
 
-/// The mean interval of the strong peaks in a run's strongest eight frames; 0 when there is none.
-double Extraction::EstimateRun(FrameRun run) const {
-  const int length = std::min(8, run.Length());
+/// First frame of the eight (or fewer) loudest ones of a run.
+int Extraction::StrongestStretch(FrameRun run, int length) const {
   int strongest = run.first, largestSum = -1;
   for (int first = run.first; first + length - 1 <= run.last; ++first) {
     int sum = 0;
     for (int f = first; f < first + length; ++f) sum += Frame(f).magnitude;
-    if (sum > largestSum) {
-      largestSum = sum;
-      strongest = first;
-    }
+    if (sum <= largestSum) continue;
+    largestSum = sum;
+    strongest = first;
   }
-  const int from = strongest * step_, end = from + length * step_;
+  return strongest;
+}
+
+/// The mean interval of the strong peaks of |x| in a run's strongest stretch; 0 when there is none.
+double Extraction::EstimateRun(FrameRun run) const {
+  const int length = std::min(8, run.Length());
+  const int from = StrongestStretch(run, length) * step_, end = from + length * step_;
   int largest = 0;
   for (int n = from; n < end; ++n) largest = std::max(largest, std::abs(At(n)));
   const double threshold = kRunPeakShare * largest;
@@ -405,23 +432,24 @@ double Extraction::EstimateRun(FrameRun run) const {
 
   double sum = 0;
   int intervals = 0, last = -1, before = -1;
-  const auto count = [&](int interval) {
-    if (interval <= lowest || interval >= highest) return;
+  const auto take = [&] {
+    const int interval = last - before;
+    if (before < 0 || interval <= lowest || interval >= highest) return;
     sum += interval;
     ++intervals;
   };
   for (int n = from + 1; n + 1 < end; ++n) {
     const int x = std::abs(At(n));
     if (x <= threshold || x < std::abs(At(n - 1)) || x <= std::abs(At(n + 1))) continue;
-    if (last >= 0 && n - last < lowest) {
+    if (last >= 0 && n - last < lowest) {  // of two close peaks the larger one stays
       if (x > std::abs(At(last))) last = n;
       continue;
     }
-    if (before >= 0) count(last - before);
+    take();
     before = last;
     last = n;
   }
-  if (before >= 0) count(last - before);
+  take();
   return intervals > 0 ? sum / intervals : 0.0;
 }
 
@@ -433,10 +461,20 @@ void Extraction::FixBounds() {
     if (estimate > 0) estimates_.push_back(estimate);
   }
   switch (request_.range) {
-    case PitchRange::High: minPeriod_ = rate_ / 600; maxPeriod_ = rate_ / 144; return;
-    case PitchRange::Middle: minPeriod_ = rate_ / 400; maxPeriod_ = rate_ / 96; return;
-    case PitchRange::Low: minPeriod_ = rate_ / 280; maxPeriod_ = rate_ / 64; return;
-    case PitchRange::Automatic: break;
+    case PitchRange::High:
+      minPeriod_ = rate_ / 600;
+      maxPeriod_ = rate_ / 144;
+      return;
+    case PitchRange::Middle:
+      minPeriod_ = rate_ / 400;
+      maxPeriod_ = rate_ / 96;
+      return;
+    case PitchRange::Low:
+      minPeriod_ = rate_ / 280;
+      maxPeriod_ = rate_ / 64;
+      return;
+    case PitchRange::Automatic:
+      break;
   }
   minPeriod_ = rate_ / 500;
   maxPeriod_ = rate_ / 64;
@@ -470,70 +508,80 @@ double Extraction::Similarity(int last, int candidate) const {
   return r * (1 - 0.3 * interval / maxPeriod_);
 }
 
-/// The mark that follows `last`, or −1 when no peak is there; the period and its stability go on with it.
-int Extraction::NextMark(int polarity, int last, double& period, int& stability) const {
+/// The peaks between minP and maxP after the last mark; `x` values are times the polarity.
+Extraction::Candidates Extraction::CollectCandidates(int polarity, int last) const {
+  Candidates found;
   const int end = std::min(last + maxPeriod_, count_ - 2);
   int largest = 0;
   for (int n = last + 1; n <= end; ++n) largest = std::max(largest, At(n) * polarity);
   const double threshold = std::max<double>(kMarkPeakShare * largest, kLeastMarkPeak - 1);
-
-  std::array<int, kMostCandidates> candidates{};
-  int count = 0;
-  for (int n = last + std::max(1, minPeriod_); n <= end && count < kMostCandidates; ++n) {
+  for (int n = last + std::max(1, minPeriod_); n <= end && found.count < kMostCandidates; ++n) {
     const int x = At(n) * polarity;
     if (x > threshold && x >= At(n - 1) * polarity && x > At(n + 1) * polarity)
-      candidates[static_cast<std::size_t>(count++)] = n;
+      found.places[static_cast<std::size_t>(found.count++)] = n;
   }
-  if (count == 0) return -1;
-  const std::span<const int> found(candidates.data(), static_cast<std::size_t>(count));
+  return found;
+}
 
+/// The candidate whose interval is nearest to the period and whose peak is nearest to the largest one.
+int Extraction::CheapestCandidate(const Candidates& candidates, int polarity, int last,
+                                  const Track& track) const {
   int strongest = 0;
-  for (const int c : found) strongest = std::max(strongest, At(c) * polarity);
-  int winner = found[0];
+  for (const int c : candidates.All()) strongest = std::max(strongest, At(c) * polarity);
+  int winner = candidates.places[0];
   double least = 1e300;
-  for (const int c : found) {
-    double cost = std::fabs(c - last - period) / period;
-    if (stability >= kStable) cost *= 2;
+  for (const int c : candidates.All()) {
+    double cost = std::fabs(c - last - track.period) / track.period;
+    if (track.stability >= kStable) cost *= 2;
     cost += static_cast<double>(strongest - At(c) * polarity) / strongest;
-    if (cost < least) {
-      least = cost;
-      winner = c;
-    }
+    if (cost >= least) continue;
+    least = cost;
+    winner = c;
   }
-  if (count > 2 && stability < kStable) {
-    int best = -1, second = -1;
-    double bestScore = -1, secondScore = -1;
-    for (const int c : found) {
-      if (c - last < minPeriod_ || c - last > maxPeriod_) continue;
-      const double score = Similarity(last, c);
-      if (score > bestScore) {
-        second = best;
-        secondScore = bestScore;
-        best = c;
-        bestScore = score;
-      } else if (score > secondScore) {
-        second = c;
-        secondScore = score;
-      }
-    }
-    if (bestScore > 0) {
-      winner = best;
-      const auto sharpness = [this](int c) { return 2 * std::abs(At(c)) - std::abs(At(c - 1) + At(c + 1)); };
-      const double share = second < best ? 0.4 : 0.2;
-      if (second >= 0 && secondScore > 0.9 * bestScore &&
-          sharpness(second) - sharpness(best) > share * std::abs(At(second)))
-        winner = second;
-    }
-  }
-  const double next = std::clamp<double>(winner - last, minPeriod_, maxPeriod_);
-  const double change = std::fabs(next - period) / next;
-  stability = change < 0.1 ? stability + 1 : change <= 0.2 ? 3 : 0;
-  period = next;
   return winner;
 }
 
-void Extraction::TrackMarks(int polarity, std::vector<int>& marks) const {
-  marks.clear();
+/// The candidate after which the wave goes on as after the last mark; of two that are nearly as good, the
+/// sharper peak. −1 when the wave does not repeat at all.
+int Extraction::MostSimilarCandidate(const Candidates& candidates, int last) const {
+  int best = -1, second = -1;
+  double bestScore = 0, secondScore = 0;
+  for (const int c : candidates.All()) {
+    const double score = Similarity(last, c);
+    if (score > bestScore) {
+      second = best;
+      secondScore = bestScore;
+      best = c;
+      bestScore = score;
+    } else if (score > secondScore) {
+      second = c;
+      secondScore = score;
+    }
+  }
+  if (second < 0 || secondScore <= 0.9 * bestScore) return best;
+  const auto sharpness = [this](int c) { return 2 * std::abs(At(c)) - std::abs(At(c - 1) + At(c + 1)); };
+  const double share = second < best ? 0.4 : 0.2;
+  return sharpness(second) - sharpness(best) > share * std::abs(At(second)) ? second : best;
+}
+
+/// The mark that follows `last`, or −1 when no peak is there; the track's period and stability go on with it.
+int Extraction::NextMark(int polarity, int last, Track& track) const {
+  const Candidates candidates = CollectCandidates(polarity, last);
+  if (candidates.count == 0) return -1;
+  int mark = CheapestCandidate(candidates, polarity, last, track);
+  if (candidates.count > 2 && track.stability < kStable) {
+    const int similar = MostSimilarCandidate(candidates, last);
+    if (similar >= 0) mark = similar;
+  }
+  const double next = std::clamp<double>(mark - last, minPeriod_, maxPeriod_);
+  const double change = std::fabs(next - track.period) / next;
+  track.stability = change < 0.1 ? track.stability + 1 : change <= 0.2 ? 3 : 0;
+  track.period = next;
+  return mark;
+}
+
+/// The period that a track begins with: the mean of the run estimates within the bounds.
+double Extraction::StartPeriod() const {
   double sum = 0;
   int inRange = 0;
   for (const double estimate : estimates_) {
@@ -541,33 +589,39 @@ void Extraction::TrackMarks(int polarity, std::vector<int>& marks) const {
     sum += estimate;
     ++inRange;
   }
-  const double startPeriod = inRange > 0 ? sum / inRange : (minPeriod_ + maxPeriod_) / 2.0;
+  return inRange > 0 ? sum / inRange : (minPeriod_ + maxPeriod_) / 2.0;
+}
 
-  double period = startPeriod;
-  int stability = 0, last = -1, from = 0;
+/// The largest peak in from..end − 1, or −1.
+int Extraction::LargestPeak(int polarity, int from, int end) const {
+  int mark = -1, largest = kLeastMarkPeak - 1;
+  for (int n = from; n < end; ++n) {
+    const int x = At(n) * polarity;
+    if (x <= largest || x < At(n - 1) * polarity || x <= At(n + 1) * polarity) continue;
+    largest = x;
+    mark = n;
+  }
+  return mark;
+}
+
+void Extraction::TrackMarks(int polarity, std::vector<int>& marks) const {
+  marks.clear();
+  Track track{StartPeriod(), 0};
+  int from = 0, mark = -1;  // where the search for a new beginning stands, and the last mark
   while (static_cast<int>(marks.size()) < kMaxMarks) {
-    int mark = last >= 0 ? NextMark(polarity, last, period, stability) : -1;
-    if (mark < 0) {
-      // Start again at the largest peak of the next longest period.
-      if (last >= 0) from = last + std::max(1, minPeriod_);
-      last = -1;
-      period = startPeriod;
-      stability = 0;
+    const int next = mark >= 0 ? NextMark(polarity, mark, track) : -1;
+    if (next >= 0) {
+      mark = next;
+    } else {
+      if (mark >= 0) from = mark + std::max(1, minPeriod_);
       const int end = std::min(from + maxPeriod_, count_);
       if (from >= end) return;
-      int largest = kLeastMarkPeak - 1;
-      for (int n = from; n < end; ++n) {
-        const int x = At(n) * polarity;
-        if (x > largest && x >= At(n - 1) * polarity && x > At(n + 1) * polarity) {
-          largest = x;
-          mark = n;
-        }
-      }
+      track = {StartPeriod(), 0};
+      mark = LargestPeak(polarity, from, end);
       from = end;
       if (mark < 0) continue;
     }
     marks.push_back(mark);
-    last = mark;
   }
 }
 
@@ -698,7 +752,7 @@ void Extraction::KeepSteadyStretches() {
     for (int f = run.first; f <= run.last; ++f) {
       if (!Determined(f)) continue;
       const bool follows = f > run.first && Determined(f - 1);
-      const bool full = follows && stretches.size() >= 30;   // the last stretch takes the rest
+      const bool full = follows && stretches.size() >= 30;  // the last stretch takes the rest
       if (follows && (full || steady(stretches.back().first, f))) {
         stretches.back().last = f;
       } else {
@@ -715,16 +769,22 @@ void Extraction::KeepSteadyStretches() {
 
 PitchBounds BoundsOf(PitchRange range) {
   switch (range) {
-    case PitchRange::High: return {144, 600};
-    case PitchRange::Middle: return {96, 400};
-    case PitchRange::Low: return {64, 280};
-    case PitchRange::Automatic: break;
+    case PitchRange::High:
+      return {144, 600};
+    case PitchRange::Middle:
+      return {96, 400};
+    case PitchRange::Low:
+      return {64, 280};
+    case PitchRange::Automatic:
+      break;
   }
   return {64, 500};
 }
 
 int PitchDecimation(int sampleRate) { return sampleRate < 16000 ? 1 : sampleRate < 32000 ? 2 : 3; }
 
-int ExtractPitchFast(const FastPitchRequest& request, FastPitch& result) { return Extraction(request, result).Run(); }
+int ExtractPitchFast(const FastPitchRequest& request, FastPitch& result) {
+  return Extraction(request, result).Run();
+}
 
 }  // namespace parlowen

@@ -17,7 +17,7 @@ constexpr const char* kAgainTitle = "再求一次音高";
 constexpr const char* kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "64--280 Hz"};
 constexpr int kFirstRangeButton = 1010;
 
-constexpr int kShortestSegment = 200;   // samples: below there is no contour to keep
+constexpr int kShortestSegment = 200;  // samples: below there is no contour to keep
 constexpr const char* kFileFilter = "基频数据文件(*.pdt)";
 constexpr const char* kSaveTitle = "保存基频数据文件";
 constexpr const char* kOpenTitle = "打开基频数据文件";
@@ -50,11 +50,13 @@ void ContourIsThere(Window& window, SoundDocument& document, CommandStates& stat
 }
 
 /// The whole sound again; false, and nothing changed, when there is no frame or it was stopped.
-bool AnalyseAll(Window& window, SoundDocument& document, CommandStates& states, const PitchAnalysisRequest& request) {
+bool AnalyseAll(Window& window, SoundDocument& document, CommandStates& states,
+                const PitchAnalysisRequest& request) {
   const int frames = document.ContourLength();
   if (frames == 0) return false;
   std::vector<float> periods;
-  if (!RunPitchAnalysis(document, 0, document.sampleCount, request, {0, frames - 1}, periods, ProgressOf(window)))
+  if (!RunPitchAnalysis(document, 0, document.sampleCount, request, {0, frames - 1}, periods,
+                        ProgressOf(window)))
     return false;
   document.pitch.fill(kUnvoiced);
   std::copy(periods.begin(), periods.end(), document.pitch.begin());
@@ -66,8 +68,9 @@ bool AnalyseAll(Window& window, SoundDocument& document, CommandStates& states, 
 bool AnalyseSelection(Window& window, SoundDocument& document, CommandStates& states,
                       const PitchAnalysisRequest& request) {
   const int start = document.selectionStart, length = document.SelectionLength();
-  const FrameSpan frames{FrameOfSample(start, document.sampleRate),
-                         std::min(FrameOfSample(start + length - 1, document.sampleRate), document.ContourLength() - 1)};
+  const FrameSpan frames{
+      FrameOfSample(start, document.sampleRate),
+      std::min(FrameOfSample(start + length - 1, document.sampleRate), document.ContourLength() - 1)};
   if (frames.last < frames.first) return false;
   std::vector<float> periods;
   if (!RunPitchAnalysis(document, start, length, request, frames, periods, ProgressOf(window))) return false;
@@ -110,7 +113,7 @@ void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
   const PitchAnalysisRequest request{static_cast<PitchRange>(chosen), true, true, state.paneWidth};
   const bool done = document.selectionDefined() ? AnalyseSelection(window, document, states, request)
                                                 : AnalyseAll(window, document, states, request);
-  if (done) state.range = request.range;   // stopped: the setting stays with the contour it made
+  if (done) state.range = request.range;  // stopped: the setting stays with the contour it made
 }
 
 int SavePitchSegment(Window& window, const SoundDocument& document) {
@@ -122,7 +125,8 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
   }
   const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
   ByteWriter record;
-  const FrameSpan frames = RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
+  const FrameSpan frames =
+      RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
   const int result = restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
   if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
@@ -163,17 +167,20 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
   return end == PitchFileEnd::Complete ? 0 : 1;
 }
 
-void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram, PitchState& state) {
+void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+                        PitchState& state, SpectrogramKind kind) {
   if (!document.pitchPresent) return window.Notify(kNoContour);
   if (!document.selectionDefined()) return window.ShowStatus(kNoSelectionYet);
   state.repair = {};
-  SpectrogramCommand(window, document, spectrogram, SpectrogramKind::NarrowBand);
+  if (kind == SpectrogramKind::Cepstrum) state.repair.rows = RepairRows::Quefrencies;
+  SpectrogramCommand(window, document, spectrogram, kind);
   document.activity = activities::kPitchRepair;
   window.ShowStatus(kRepairHint);
   window.Repaint();
 }
 
-void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point, MouseButton button) {
+void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,
+                 MouseButton button) {
   repair.pointer = point;
   if (button == MouseButton::Left) return Repaired(window, TracePoint(document, repair, point));
   // The right button ends a trace; without one it marks frames, as the two ends of a drag do.
@@ -194,6 +201,7 @@ void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFra
 
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key) {
   if (key.size() == 1 && key[0] >= '1' && key[0] <= '9') {
+    if (repair.rows == RepairRows::Quefrencies) return true;  // there the row is the period itself
     repair.harmonic = key[0] - '0';
     repair.lastPoint.reset();
     window.ShowStatus(Format("谐波号=%d", repair.harmonic));

@@ -12,7 +12,7 @@ namespace parlowen {
 /// What the pitch commands keep between calls.
 struct PitchState {
   PitchRange range = PitchRange::Automatic;
-  int paneWidth = 1024;   ///< the pitch pane's width that the analysis counts with, whatever the window's is
+  int paneWidth = 1024;  ///< the pitch pane's width that the analysis counts with, whatever the window's is
   PitchRepair repair;
 };
 
@@ -29,22 +29,26 @@ void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
 /// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
 int SavePitchSegment(Window& window, const SoundDocument& document);
 
-/// 40051: writes "Pitch.txt" from a pitch data file into `exportFolder` ("" is the current directory). 0, or 1 when
-/// nothing was listed; after a broken record the text holds the records before it.
+/// 40051: writes "Pitch.txt" from a pitch data file into `exportFolder` ("" is the current directory). 0, or
+/// 1 when nothing was listed; after a broken record the text holds the records before it.
 int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder);
 /// The full path of that file.
 std::string PitchListingPath(const std::string& exportFolder);
 
-/// 40042: shows the narrow-band picture of the selection and lets the contour be repaired over it.
-void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram, PitchState& state);
+/// 40042, and 40108 with the cepstrum: shows the picture of the selection and lets the contour be repaired
+/// over it.
+void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+                        PitchState& state, SpectrogramKind kind = SpectrogramKind::NarrowBand);
 
 // The mouse and the keys while `activity` is 9. Points are in the picture.
-void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point, MouseButton button);
+void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,
+                 MouseButton button);
 /// A right drag.
 void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame);
 /// True when the key was used: 1–9, D, Up, Down, Z, R.
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key);
 inline constexpr const char* kRepairHint =
-    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Esc：退出";
+    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
+    "c：退出";
 
 }  // namespace parlowen

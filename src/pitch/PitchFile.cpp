@@ -22,7 +22,8 @@ bool WritePitchRecord(ByteWriter& out, const SoundDocument& document, int start,
   out.PutInt32LE(4 * n + 8);
   out.PutInt32LE(start);
   for (int frame = frames.first; frame <= frames.last; ++frame)
-    out.PutFloat32LE(frame >= 0 && frame < kContourFrames ? document.pitch[static_cast<std::size_t>(frame)] : kUnvoiced);
+    out.PutFloat32LE(frame >= 0 && frame < kContourFrames ? document.pitch[static_cast<std::size_t>(frame)]
+                                                          : kUnvoiced);
   return true;
 }
 
@@ -52,8 +53,8 @@ std::string PitchListing(const PitchRecord& record, int number, int sampleRate) 
   bool left = true;
   for (const float period : record.periods) {
     const int frequency = ListedFrequency(period, sampleRate);
-    text += Format(left ? "%-9.2f%-9d%-10.1lf" : "%-9.2f%-9d%-6.1lf\r\n", static_cast<double>(time), frequency,
-                   SemitonesOf(frequency));
+    text += Format(left ? "%-9.2f%-9d%-10.1lf" : "%-9.2f%-9d%-6.1lf\r\n", static_cast<double>(time),
+                   frequency, SemitonesOf(frequency));
     time += 0.01f;
     left = !left;
   }

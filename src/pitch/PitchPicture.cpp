@@ -11,14 +11,18 @@ namespace {
 constexpr double kRows = 256.0;
 constexpr Colour kContour = 0xC00000, kHarmonic = 0x0060D0, kComb = 0x008040, kMarked = 0xE0A000;
 constexpr int kToothLength = 10;
-constexpr double kFinestComb = 4.0;   // pixels between teeth
+constexpr int kFinestComb = 3;  // pixels between teeth
+
+/// Samples of quefrency a row.
+int SamplesPerRow(int sampleRate) { return sampleRate > 22050 ? 2 : 1; }
 
 /// A line a voiced run, at `harmonic` times the pitch.
-void AddContour(Picture& picture, const SoundDocument& document, int harmonic, Colour colour,
+void AddContour(Picture& picture, const SoundDocument& document, RepairRows rows, int harmonic, Colour colour,
                 const std::function<int(int)>& columnOf) {
   PolylineMark piece{{}, colour, 2};
   const auto finish = [&] {
-    if (piece.points.size() == 1) picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, colour});
+    if (piece.points.size() == 1)
+      picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, colour});
     if (piece.points.size() > 1) picture.Add(piece);
     piece.points.clear();
   };
@@ -31,7 +35,7 @@ void AddContour(Picture& picture, const SoundDocument& document, int harmonic, C
       finish();
       continue;
     }
-    piece.points.push_back({x, RowOfFrequency(frequency, picture.height, document.sampleRate)});
+    piece.points.push_back({x, RowOfFrequency(rows, frequency, picture.height, document.sampleRate)});
   }
   finish();
 }
@@ -43,25 +47,33 @@ void AddComb(Picture& picture, const SoundDocument& document, const PitchRepair&
   const float period = document.pitch[static_cast<std::size_t>(frame)];
   const double pitch = period > 0 ? document.sampleRate / static_cast<double>(period)
                                   : repair.pointer->frequency / repair.harmonic;
-  const double half = document.sampleRate / 2.0;
-  if (!(pitch > 0) || pitch / half * picture.height < kFinestComb) return;
+  if (!(pitch > 0)) return;
+  const bool quefrencies = repair.rows == RepairRows::Quefrencies;
+  const auto rowOf = [&](int k) {
+    return RowOfFrequency(repair.rows, quefrencies ? pitch / k : pitch * k, picture.height,
+                          document.sampleRate);
+  };
+  if (rowOf(1) - rowOf(2) < kFinestComb) return;
   const int x = columnOf(SampleOfFrame(frame, document.sampleRate));
-  for (int k = 1; k * pitch < half; ++k) {
-    const int y = RowOfFrequency(k * pitch, picture.height, document.sampleRate);
-    picture.Add(LineMark{{x - kToothLength, y}, {x + kToothLength, y}, kComb, k == repair.harmonic ? 3 : 1});
-  }
+  for (int k = 1; rowOf(k) >= 0; ++k)
+    picture.Add(LineMark{
+        {x - kToothLength, rowOf(k)}, {x + kToothLength, rowOf(k)}, kComb, k == repair.harmonic ? 3 : 1});
 }
 
 }  // namespace
 
-double FrequencyAtRow(int y, int height, int sampleRate) {
-  // A row of the picture is drawn around its frequency, not above it: half a row less.
-  return ((height - y - 0.5) * kRows / std::max(1, height) - 0.5) * sampleRate / 512.0;
+double FrequencyAtRow(RepairRows rows, int y, int height, int sampleRate) {
+  // What a row stands for lies in its middle, not at its foot: half a row less.
+  const double row = (height - y - 0.5) * kRows / std::max(1, height) - 0.5;
+  if (!(row > 0)) return 0;
+  return rows == RepairRows::Frequencies ? row * sampleRate / 512.0
+                                         : sampleRate / (row * SamplesPerRow(sampleRate));
 }
 
-int RowOfFrequency(double frequency, int height, int sampleRate) {
-  const double row = frequency * 512.0 / std::max(1, sampleRate) + 0.5;
-  return height - 1 - TruncateToInt32(row * height / kRows);
+int RowOfFrequency(RepairRows rows, double frequency, int height, int sampleRate) {
+  const double row = rows == RepairRows::Frequencies ? frequency * 512.0 / std::max(1, sampleRate)
+                                                     : sampleRate / frequency / SamplesPerRow(sampleRate);
+  return height - 1 - TruncateToInt32((row + 0.5) * height / kRows);
 }
 
 Picture PitchRepairPicture(const SoundDocument& document, const PitchRepair& repair,
@@ -72,8 +84,8 @@ Picture PitchRepairPicture(const SoundDocument& document, const PitchRepair& rep
     const int to = columnOf(SampleOfFrame(repair.marked.last + 1, document.sampleRate));
     picture.Add(BoxMark{from, 0, std::max(1, to - from), height, kMarked, 0.25});
   }
-  if (repair.harmonic > 1) AddContour(picture, document, repair.harmonic, kHarmonic, columnOf);
-  AddContour(picture, document, 1, kContour, columnOf);
+  if (repair.harmonic > 1) AddContour(picture, document, repair.rows, repair.harmonic, kHarmonic, columnOf);
+  AddContour(picture, document, repair.rows, 1, kContour, columnOf);
   if (repair.pointer) AddComb(picture, document, repair, columnOf);
   return picture;
 }

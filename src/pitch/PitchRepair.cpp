@@ -6,10 +6,11 @@
 namespace parlowen {
 namespace {
 
-/// Sets the frames of a span to what `valueOf(frame, present value)` says and keeps the values before as a step.
+/// Sets the frames of a span to what `valueOf(frame, present value)` says and keeps the values before as a
+/// step.
 template <typename ValueOf>
 bool Change(SoundDocument& document, PitchRepair& repair, FrameSpan span, ValueOf valueOf) {
-  span.first = std::max(span.first, 1);   // frame 0 is unvoiced by definition
+  span.first = std::max(span.first, 1);  // frame 0 is unvoiced by definition
   span.last = std::min(span.last, document.ContourLength() - 1);
   if (span.last < span.first) return false;
   RepairStep step{span.first, {document.pitch.begin() + span.first, document.pitch.begin() + span.last + 1}};

@@ -19,26 +19,31 @@ struct RepairStep {
 /// A place in the picture that the repair is done over.
 struct RepairPoint {
   int frame = 0;
-  double frequency = 0;   ///< Hz, of the harmonic that is traced
+  double frequency = 0;  ///< Hz, of the harmonic that is traced
 };
+
+/// What the rows of the picture below stand for.
+enum class RepairRows { Frequencies, Quefrencies };
 
 /// The repair of the contour over a picture, while `activity` is 9.
 struct PitchRepair {
-  int harmonic = 1;                        ///< which harmonic the clicks follow, 1..9
-  std::optional<RepairPoint> lastPoint;    ///< of the trace that is being drawn
-  std::optional<int> markStart;            ///< frame where a marked stretch began
-  FrameSpan marked{0, -1};                 ///< first..last; empty when last < first
-  std::optional<RepairPoint> pointer;      ///< where the comb stands
-  std::vector<RepairStep> undo;            ///< the last steps, oldest first, at most kRepairSteps
+  RepairRows rows = RepairRows::Frequencies;
+  int harmonic = 1;                      ///< which harmonic the clicks follow, 1..9; 1 over quefrencies
+  std::optional<RepairPoint> lastPoint;  ///< of the trace that is being drawn
+  std::optional<int> markStart;          ///< frame where a marked stretch began
+  FrameSpan marked{0, -1};               ///< first..last; empty when last < first
+  std::optional<RepairPoint> pointer;    ///< where the comb stands
+  std::vector<RepairStep> undo;          ///< the last steps, oldest first, at most kRepairSteps
 
   bool IsMarked(int frame) const { return frame >= marked.first && frame <= marked.last; }
 };
 inline constexpr std::size_t kRepairSteps = 200;
 
-// Only frames with a pitch, and marked ones, are changed; every function tells whether there was such a frame.
+// Only frames with a pitch, and marked ones, are changed; every function tells whether there was such a
+// frame.
 
-/// Continues the trace: the frames between the last point and this one get F0 = frequency/harmonic, linear in the
-/// logarithm; the first point sets its own frame.
+/// Continues the trace: the frames between the last point and this one get F0 = frequency/harmonic, linear in
+/// the logarithm; the first point sets its own frame.
 bool TracePoint(SoundDocument& document, PitchRepair& repair, RepairPoint point);
 
 /// A first call begins a marked stretch, a second one ends it.

@@ -17,44 +17,47 @@
 //   FindCandidates   a frame's correlation over all lags, its maxima, what each of them and silence costs
 //   Search           the cheapest way through the frames; short runs of voice are dropped
 //
-// The numbers below were found together, on synthetic voices (clean, white and pink noise, mains hum) and on diphone
-// voices of men, women and a child; bench/pitch_accuracy prints what they reach.
+// The numbers below were found together, on synthetic voices (clean, white and pink noise, mains hum) and on
+// diphone voices of men, women and a child; bench/pitch_accuracy prints what they reach.
 
 namespace parlowen {
 namespace {
 
 // Band
-constexpr double kLowPass = 900, kHighPass = 40;   // Hz
-constexpr double kMargin = 0.1;            // seconds on either side, more than a window and a lag
+constexpr double kLowPass = 900, kHighPass = 40;  // Hz
+constexpr double kMargin = 0.1;                   // seconds on either side, more than a window and a lag
 
 // Correlation
-constexpr double kWindow = 0.020;          // seconds
-constexpr double kWindowPerLag = 0.5;      // long periods get a longer window
-constexpr int kBlock = 16;                 // windows are whole blocks of samples
-// 0: √(E₁E₂) under the product; 1: (E₁ + E₂)/2, which falls where the voice dies away and only the tract rings on.
+constexpr double kWindow = 0.020;      // seconds
+constexpr double kWindowPerLag = 0.5;  // long periods get a longer window
+constexpr int kBlock = 16;             // windows are whole blocks of samples
+// 0: √(E₁E₂) under the product; 1: (E₁ + E₂)/2, which falls where the voice dies away and only the tract
+// rings on.
 constexpr double kArithmeticShare = 0.5;
 constexpr int kMostCandidates = 8;
 constexpr float kLeastPeak = 0.1f;
 
 // Levels, of 30 ms
 constexpr double kLevelHalfWindow = 0.015;
-constexpr double kLoudShare = 0.95, kNoiseShare = 0.20;   // quantiles of the frames' powers
-constexpr double kLoudestToLoud = 0.03;    // a recording that is nearly all silence: loud is −15 dB of its loudest
-constexpr double kNoiseToLoud = 3.2e-4;    // the noise is at most −35 dB: a sound may be voiced all through
-constexpr double kNoiseWeight = 2.0;       // times the noise is added to every energy
-constexpr double kLeastNoise = 4.0;        // of 16-bit samples, squared
+constexpr double kLoudShare = 0.95, kNoiseShare = 0.20;  // quantiles of the frames' powers
+constexpr double kLoudestToLoud =
+    0.03;  // a recording that is nearly all silence: loud is −15 dB of its loudest
+constexpr double kNoiseToLoud = 3.2e-4;  // the noise is at most −35 dB: a sound may be voiced all through
+constexpr double kNoiseWeight = 2.0;     // times the noise is added to every energy
+constexpr double kLeastNoise = 4.0;      // of 16-bit samples, squared
 
 // Costs
-constexpr double kLagWeight = 0.25;        // a period of the longest lag scores that much less than half of it could
-constexpr double kHintWeight = 0.05;       // an octave away from the time-domain stage's period
-constexpr double kVoicingBias = 0.14;      // of voice over silence
-constexpr double kHintBonus = 0.20;        // for voice where the time-domain stage found it, against it elsewhere
-constexpr double kQuietBelow = 15, kQuietSlope = 0.01;             // dB below the loud frames; a dB
+constexpr double kLagWeight =
+    0.25;  // a period of the longest lag scores that much less than half of it could
+constexpr double kHintWeight = 0.05;   // an octave away from the time-domain stage's period
+constexpr double kVoicingBias = 0.14;  // of voice over silence
+constexpr double kHintBonus = 0.20;    // for voice where the time-domain stage found it, against it elsewhere
+constexpr double kQuietBelow = 15, kQuietSlope = 0.01;               // dB below the loud frames; a dB
 constexpr double kFallFrom = 3, kFallSlope = 0.05, kFallMost = 0.4;  // dB in 20 ms; a dB
-constexpr double kSwitch = 0.7;            // between voice and silence
-constexpr double kOctaveWeight = 1.0, kOctaveMost = 1.2;   // of successive periods
+constexpr double kSwitch = 0.7;                                      // between voice and silence
+constexpr double kOctaveWeight = 1.0, kOctaveMost = 1.2;             // of successive periods
 constexpr float kLeastCorrelation = 0.2f;
-constexpr int kShortestRun = 4;            // frames
+constexpr int kShortestRun = 4;  // frames
 
 /// Σ a[i]·b[i]; `count` is a multiple of kBlock. The sums are kept apart so that they add in vectors.
 PARLOWEN_INLINE float Product(const float* a, const float* b, int count) {
@@ -68,8 +71,8 @@ PARLOWEN_INLINE float Product(const float* a, const float* b, int count) {
 
 /// r of the lags lowest..highest at a frame: two windows lie symmetrically about `centre`, one lag apart.
 /// energy[i] − energy[j] is Σx² from j to i − 1; `floor` is added to the energy of every sample.
-PARLOWEN_CLONES void Correlate(const float* centre, const double* energy, double floor, int window, int lowest, int highest,
-                               float* r) {
+PARLOWEN_CLONES void Correlate(const float* centre, const double* energy, double floor, int window,
+                               int lowest, int highest, float* r) {
   for (int lag = lowest; lag <= highest; ++lag) {
     const int width = (window + static_cast<int>(kWindowPerLag * lag)) / kBlock * kBlock;
     const int first = -(width + lag) / 2, second = first + lag;
@@ -119,17 +122,17 @@ class HighPass {
 };
 
 struct Candidate {
-  float lag = 0;       // working samples, with a fraction
-  float octaves = 0;   // log2 of the lag
+  float lag = 0;      // working samples, with a fraction
+  float octaves = 0;  // log2 of the lag
   float r = 0;
   float cost = 0;
 };
 
 struct FrameCandidates {
   int count = 0;
-  float level = 0;     // dB
-  float silence = 0;   // cost of being unvoiced
-  std::array<Candidate, kMostCandidates> voices{};   // cheapest first
+  float level = 0;                                  // dB
+  float silence = 0;                                // cost of being unvoiced
+  std::array<Candidate, kMostCandidates> voices{};  // cheapest first
 };
 
 class Tracking {
@@ -161,11 +164,11 @@ class Tracking {
   const int decimation_;
   const double rate_;
   const PitchBounds bounds_;
-  int lowest_ = 0, highest_ = 0;     // lags
-  std::int64_t origin_ = 0;          // document sample of band_[0]
+  int lowest_ = 0, highest_ = 0;  // lags
+  std::int64_t origin_ = 0;       // document sample of band_[0]
   std::vector<float> band_;
-  std::vector<double> energy_;       // Σ of the squares before a sample
-  std::vector<float> correlation_;   // from lowest_ − 1 to highest_ + 1
+  std::vector<double> energy_;      // Σ of the squares before a sample
+  std::vector<float> correlation_;  // from lowest_ − 1 to highest_ + 1
   std::vector<FrameCandidates> frames_;
   std::vector<std::array<std::int8_t, kMostCandidates + 1>> cameFrom_;
   double noise_ = 0, loudLevel_ = 0;
@@ -189,7 +192,8 @@ bool Tracking::Run(const std::function<bool(double)>& progress) {
   MakeBand();
   MeasureLevels();
   for (std::size_t f = 0; f < frames_.size(); ++f) {
-    if (progress && f % 512 == 0 && !progress(static_cast<double>(f) / static_cast<double>(frames_.size()))) return false;
+    if (progress && f % 512 == 0 && !progress(static_cast<double>(f) / static_cast<double>(frames_.size())))
+      return false;
     FindCandidates(f);
   }
   Search();
@@ -198,8 +202,8 @@ bool Tracking::Run(const std::function<bool(double)>& progress) {
 }
 
 /// The low-pass of one sample of the band; `at` lies far enough inside.
-PARLOWEN_CLONES void LowPassDecimated(const std::int16_t* samples, int decimation, std::span<const float> taps, int count,
-                                      float* output) {
+PARLOWEN_CLONES void LowPassDecimated(const std::int16_t* samples, int decimation,
+                                      std::span<const float> taps, int count, float* output) {
   for (int n = 0; n < count; ++n) {
     const std::int16_t* x = samples + static_cast<std::ptrdiff_t>(n) * decimation;
     float sum = taps[0] * static_cast<float>(x[0]);
@@ -210,7 +214,8 @@ PARLOWEN_CLONES void LowPassDecimated(const std::int16_t* samples, int decimatio
 }
 
 void Tracking::MakeBand() {
-  const std::vector<float> taps = LowPassTaps(std::max(4, request_.sampleRate / 500), kLowPass / request_.sampleRate);
+  const std::vector<float> taps =
+      LowPassTaps(std::max(4, request_.sampleRate / 500), kLowPass / request_.sampleRate);
   const int half = static_cast<int>(taps.size()) - 1;
   const int margin = TruncateToInt32(rate_ * kMargin);
   origin_ = CentreOf(0) - std::int64_t{margin} * decimation_;
@@ -224,7 +229,8 @@ void Tracking::MakeBand() {
   for (std::size_t first = 0; first < count; first += kPiece) {
     const int length = static_cast<int>(std::min<std::size_t>(kPiece, count - first));
     const std::int64_t from = origin_ + static_cast<std::int64_t>(first) * decimation_ - half;
-    for (int i = 0; i < length * decimation_ + 2 * half; ++i) piece[static_cast<std::size_t>(i)] = request_.samples.At(from + i);
+    for (int i = 0; i < length * decimation_ + 2 * half; ++i)
+      piece[static_cast<std::size_t>(i)] = request_.samples.At(from + i);
     LowPassDecimated(piece.data() + half, decimation_, taps, length, band_.data() + first);
   }
   HighPass highPass(kHighPass, rate_);
@@ -254,8 +260,8 @@ void Tracking::MeasureLevels() {
 void Tracking::FindCandidates(std::size_t f) {
   FrameCandidates& frame = frames_[f];
   const std::size_t centre = BandIndex(f);
-  Correlate(band_.data() + centre, energy_.data() + centre, noise_, TruncateToInt32(rate_ * kWindow), lowest_ - 1,
-            highest_ + 1, correlation_.data());
+  Correlate(band_.data() + centre, energy_.data() + centre, noise_, TruncateToInt32(rate_ * kWindow),
+            lowest_ - 1, highest_ + 1, correlation_.data());
   const float hint = request_.hints[f];
   frame.count = 0;
   float best = 0;
@@ -265,8 +271,8 @@ void Tracking::FindCandidates(std::size_t f) {
     best = std::max(best, r[0]);
     AddCandidate(frame, hint, lag);
   }
-  // Whether there is a voice is decided by the correlation alone, whatever its lag: the cheapest candidate costs 1 − r
-  // of the best, the others as much more as their scores are apart.
+  // Whether there is a voice is decided by the correlation alone, whatever its lag: the cheapest candidate
+  // costs 1 − r of the best, the others as much more as their scores are apart.
   const float cheapest = frame.voices[0].cost;
   for (int i = 0; i < frame.count; ++i) frame.voices[static_cast<std::size_t>(i)].cost += 1 - best - cheapest;
   frame.silence = static_cast<float>(SilenceCost(f, best, hint));
@@ -282,9 +288,11 @@ void Tracking::AddCandidate(FrameCandidates& frame, float hint, int lag) const {
                          static_cast<float>(rate_ / bounds_.lowest));
   found.octaves = std::log2(found.lag);
   found.r = r[0] - 0.25f * (r[-1] - r[1]) * shift;
-  double cost = 1 - static_cast<double>(found.r) * (1 - kLagWeight * static_cast<double>(found.lag) / highest_);
+  double cost =
+      1 - static_cast<double>(found.r) * (1 - kLagWeight * static_cast<double>(found.lag) / highest_);
   if (hint > 1) {
-    const double apart = static_cast<double>(found.octaves) - std::log2(static_cast<double>(hint) / decimation_);
+    const double apart =
+        static_cast<double>(found.octaves) - std::log2(static_cast<double>(hint) / decimation_);
     cost += kHintWeight * std::min(1.0, std::fabs(apart));
   }
   found.cost = static_cast<float>(cost);
@@ -321,7 +329,8 @@ void Tracking::Search() {
   std::array<double, kMostCandidates + 1> cost{}, next{};
   for (std::size_t f = 0; f < frames_.size(); ++f) {
     const FrameCandidates& now = frames_[f];
-    const FrameCandidates& before = f > 0 ? frames_[f - 1] : FrameCandidates();   // silence lies before the first frame
+    const FrameCandidates& before =
+        f > 0 ? frames_[f - 1] : FrameCandidates();  // silence lies before the first frame
     for (int to = 0; to <= now.count; ++to) {
       double least = 1e300;
       int best = 0;
@@ -337,7 +346,8 @@ void Tracking::Search() {
     }
     cost = next;
   }
-  FollowBack(static_cast<int>(std::min_element(cost.begin(), cost.begin() + frames_.back().count + 1) - cost.begin()));
+  FollowBack(static_cast<int>(std::min_element(cost.begin(), cost.begin() + frames_.back().count + 1) -
+                              cost.begin()));
 }
 
 void Tracking::FollowBack(int state) {
@@ -356,7 +366,9 @@ void Tracking::DropShortRuns() {
     if (periods_[f] <= 0) continue;
     const std::size_t first = f;
     while (f + 1 < periods_.size() && periods_[f + 1] > 0) ++f;
-    if (f - first + 1 < kShortestRun) std::fill(periods_.begin() + static_cast<std::ptrdiff_t>(first), periods_.begin() + static_cast<std::ptrdiff_t>(f + 1), 0.0f);
+    if (f - first + 1 < kShortestRun)
+      std::fill(periods_.begin() + static_cast<std::ptrdiff_t>(first),
+                periods_.begin() + static_cast<std::ptrdiff_t>(f + 1), 0.0f);
   }
 }
 

@@ -8,20 +8,21 @@
 namespace parlowen {
 
 struct PitchTrackingRequest {
-  SampleSpan samples;             ///< the document's; only read
-  int sampleRate = 0;             ///< Hz, at least 1000
+  SampleSpan samples;  ///< the document's; only read
+  int sampleRate = 0;  ///< Hz, at least 1000
   PitchRange range = PitchRange::Automatic;
-  int firstFrame = 0;             ///< document frame of element 0
-  /// What the time-domain stage found, one value a frame: a period in document samples, 1.0 voiced without a period,
-  /// 0 unvoiced. It shifts the voicing threshold and decides between octaves that are equally good.
+  int firstFrame = 0;  ///< document frame of element 0
+  /// What the time-domain stage found, one value a frame: a period in document samples, 1.0 voiced without a
+  /// period, 0 unvoiced. It shifts the voicing threshold and decides between octaves that are equally good.
   std::span<const float> hints;
 };
 
-/// Pitch of the document frames firstFrame .. firstFrame + periods.size() − 1, each looked at about its sample
-/// f·sampleRate/100 + sampleRate/100: candidates of the normalised cross-correlation joined by dynamic programming
-/// (Talkin 1995; Secrest and Doddington 1983). periods[i] becomes 0, or a period in document samples, with its fraction,
-/// within the setting's bounds. `progress` is asked now and then with the share done, 0..1; when it answers false the
-/// work stops and false is returned, with `periods` unspecified. `hints` has as many elements as `periods`.
+/// Pitch of the document frames firstFrame .. firstFrame + periods.size() − 1, each looked at about its
+/// sample f·sampleRate/100 + sampleRate/100: candidates of the normalised cross-correlation joined by dynamic
+/// programming (Talkin 1995; Secrest and Doddington 1983). periods[i] becomes 0, or a period in document
+/// samples, with its fraction, within the setting's bounds. `progress` is asked now and then with the share
+/// done, 0..1; when it answers false the work stops and false is returned, with `periods` unspecified.
+/// `hints` has as many elements as `periods`.
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress = {});
 

@@ -12,9 +12,11 @@
 #include "prosody/DurationCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
+#include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
 #include "vowel/VowelCommands.h"
 #include "vowel/VowelGroupCommands.h"
+#include "spectral/SpectrumWindow.h"
 
 namespace parlowen {
 namespace {
@@ -80,9 +82,9 @@ void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFold
 
 // --- Spectrum
 
-void WideBand(Workstation& w) { SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::WideBand); }
-void NarrowBand(Workstation& w) {
-  SpectrogramCommand(w.window, w.document, w.spectrogram, SpectrogramKind::NarrowBand);
+template <SpectrogramKind kind>
+void DrawSpectrogram(Workstation& w) {
+  SpectrogramCommand(w.window, w.document, w.spectrogram, kind, {w.recorder.spectrogramShading == 0, &w.lpc});
 }
 
 // --- Vowels
@@ -103,6 +105,14 @@ void AddPointToGroup(Workstation& w) { AddPointToGroupCommand(w.window, w.docume
 void ShowVowelGroups(Workstation& w) {
   ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
+void ShowFrame(Workstation& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
+void CompareTwoFrames(Workstation& w) { CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
+void LongTermSpectrum(Workstation& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
+void ConsonantOneFrame(Workstation& w) { ConsonantFrameCommand(w.window, w.document, w.consonant); }
+void ConsonantSegment(Workstation& w) { ConsonantStretchCommand(w.window, w.document, w.consonant); }
+void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
+void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
+void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Editing and marking
 
@@ -139,13 +149,6 @@ void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.
 void AnalyseIntonation(Workstation& w) {
   if (!w.document.selectionDefined())
     return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
-  NotFinished(w);
-}
-void ConsonantSegment(Workstation& w) {
-  if (!w.document.selectionDefined())
-    return w.window.ShowMessage(
-        "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段",
-        "辅音段未定义", Icon::None);
   NotFinished(w);
 }
 void PalateStatistics(Workstation& w) {
@@ -201,20 +204,20 @@ constexpr CommandRow kRows[] = {
     {40037, Menu::Tone, "画某组平均结果[&A]", nullptr},
     {40074, Menu::Pitch, "音长加入统计组[&I]", AddDuration},
     {40076, Menu::Pitch, "显示音长统计结果(&H)", ShowDurations},
-    {170, Menu::Spectrum, "语谱图—宽带[&B]", WideBand},
-    {180, Menu::Spectrum, "语谱图—窄带[&N]", NarrowBand},
-    {190, Menu::Spectrum, "LPC 谱[&L]", nullptr},
-    {205, Menu::Spectrum, "倒谱[&C]", nullptr},
-    {200, Menu::Spectrum, "同态谱[&T]", nullptr},
-    {210, Menu::Spectrum, "共振峰[&F]", nullptr},
-    {40066, Menu::Spectrum, "宽带语谱图--滤波器法[&Q]", nullptr},
-    {212, Menu::Spectrum, "帧参数[&P]", nullptr},
-    {40089, Menu::Spectrum, "两帧的参数比较[&J]", nullptr},
-    {40090, Menu::Spectrum, "长时平均功率谱(LTA)[&A]", nullptr},
+    {170, Menu::Spectrum, "语谱图—宽带[&B]", DrawSpectrogram<SpectrogramKind::WideBand>},
+    {180, Menu::Spectrum, "语谱图—窄带[&N]", DrawSpectrogram<SpectrogramKind::NarrowBand>},
+    {190, Menu::Spectrum, "LPC 谱[&L]", DrawSpectrogram<SpectrogramKind::Lpc>},
+    {205, Menu::Spectrum, "倒谱[&C]", DrawSpectrogram<SpectrogramKind::Cepstrum>},
+    {200, Menu::Spectrum, "同态谱[&T]", DrawSpectrogram<SpectrogramKind::Homomorphic>},
+    {210, Menu::Spectrum, "共振峰[&F]", DrawSpectrogram<SpectrogramKind::Formants>},
+    {40066, Menu::Spectrum, "宽带语谱图--滤波器法[&Q]", DrawSpectrogram<SpectrogramKind::FilterBank>},
+    {212, Menu::Spectrum, "帧参数[&P]", ShowFrame},
+    {40089, Menu::Spectrum, "两帧的参数比较[&J]", CompareTwoFrames},
+    {40090, Menu::Spectrum, "长时平均功率谱(LTA)[&A]", LongTermSpectrum},
     {40067, Menu::Spectrum, "声门波(嗓音)估计[&G]", nullptr},
-    {40095, Menu::Spectrum, "辅音的帧参数[&S]", nullptr},
+    {40095, Menu::Spectrum, "辅音的帧参数[&S]", ConsonantOneFrame},
     {40096, Menu::Spectrum, "一段辅音的参数图[&D]", ConsonantSegment},
-    {40109, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", nullptr},
+    {40109, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", ListConsonants},
     {40056, Menu::Vowel, "一段元音的F1-F2图[&V]", SegmentVowels},
     {40068, Menu::Vowel, "保存一段元音的共振峰数据[&S]", SaveFormants},
     {40069, Menu::Vowel, "显示已保存的共振峰数据[&D]", ListFormants},
@@ -268,6 +271,8 @@ constexpr CommandRow kRows[] = {
     {40015, Menu::Region, "复制区域[&C]", CopyRegion},
     {270, Menu::Help, "帮助主题[&H]", ShowHelp},
     {40008, Menu::Help, "关于[&A]", ShowAbout},
+    {41010, Menu::Extension, "谱图窗口[&P]", SpectrumWithWaveform},
+    {41011, Menu::Extension, "单谱图窗口[&G]", SpectrumAlone},
 };
 
 constexpr const char* kMenuNames[] = {"文件", "录放音",     "基频", "声调统计", "频谱", "元音", "腭位",

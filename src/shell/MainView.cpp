@@ -14,6 +14,7 @@
 #include "spectral/SpectrogramCommands.h"
 #include "vowel/ChartPicture.h"
 #include "vowel/VowelCommands.h"
+#include "spectral/SpectrogramPicture.h"
 
 namespace parlowen {
 namespace {
@@ -54,7 +55,7 @@ int MainView::SampleAt(Pane pane, int x, bool shift) const {
   x = std::max(x, kPaneMargin);
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
     const SpectrogramStretch& stretch = spectrogram_.stretch;
-    sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / std::max(1, document_.paneWidth);
+    sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / stretch.Width(document_.paneWidth);
   } else {
     const std::int64_t column = x - kPaneMargin;
     const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
@@ -68,7 +69,7 @@ int MainView::ColumnOf(Pane pane, int sample) const {
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
     const SpectrogramStretch& stretch = spectrogram_.stretch;
     const int length = std::max(1, stretch.end - stretch.start);
-    return SaturateInt32(std::int64_t{sample - stretch.start} * document_.paneWidth / length);
+    return SaturateInt32(std::int64_t{sample - stretch.start} * stretch.Width(document_.paneWidth) / length);
   }
   const double perColumn = SamplesPerColumn();
   if (perColumn <= 0) return kPaneMargin;
@@ -114,7 +115,7 @@ bool MainView::RepairsPitch(Pane pane) const {
 
 RepairPoint MainView::RepairPointAt(Point at) const {
   return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
-          FrequencyAtRow(at.y, analysisHeight, document_.sampleRate)};
+          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate)};
 }
 
 void MainView::MarkRepairFrames(int x0, int x1) {
@@ -149,6 +150,10 @@ bool MainView::Key(const std::string& key) {
   if (RepairsPitch(Pane::Analysis) && RepairKey(window_, document_, pitchRepair_, name)) return true;
   if ((name == "D" || name == "L") && spectrogram_.shown) {
     DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
+    return true;
+  }
+  if (name == "F" && spectrogram_.shown) {
+    ToggleFormants(window_, document_, spectrogram_);
     return true;
   }
   if (name == "Escape") {
@@ -392,7 +397,7 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (pane == Pane::Analysis && spectrogram_.shown && paneHeight > 0) {
     const int row = std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
     const int column = at.x - spectrogram_.stretch.firstX;
-    line += Format("%s%.0f Hz", separator, row * document_.sampleRate / 512.0);
+    line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0 && column < spectrogram_.matrix.columns)
       line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
   }
@@ -412,7 +417,7 @@ std::string MainView::Hint() const {
     default: break;
   }
   if (spectrogram_.shown)
-    return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；D/L：谱图加深／淡化；空格：放音";
+    return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；D/L：谱图加深／淡化；F：共振峰；空格：放音";
   return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；滚轮：移动；空格：放音";
 }
 

@@ -161,10 +161,10 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
   }
   picture = SpectrogramPicture(spectrogram, document.sampleRate, width, height);
   const SpectrogramStretch& stretch = spectrogram.stretch;
-  if (!stretch.followsView) {
+  if (!stretch.followsView && spectrogram.ridges.empty()) {
     // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover F0.
     const double rate = std::max(1, document.sampleRate);
-    const Picture axis = TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / std::max(1, width),
+    const Picture axis = TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / stretch.Width(width),
                                          0, width, kOwnAxisHeight);
     picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, 0.75});
     picture.AddAt(axis, 0, kTitleHeight);
@@ -179,9 +179,8 @@ int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
 std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram, int height) {
   std::vector<TickLabel> ticks;
   if (!spectrogram.shown || document.sampleRate <= 0) return ticks;
-  const int step = GridStepHz(document.sampleRate);
-  for (int frequency = step; frequency < document.sampleRate / 2; frequency += step)
-    ticks.push_back({GridLineY(frequency, document.sampleRate, height), Format("%d kHz", frequency / 1000)});
+  for (SpectrogramGridLine& line : SpectrogramGrid(spectrogram, document.sampleRate, height))
+    ticks.push_back({line.y, std::move(line.label)});
   return ticks;
 }
 

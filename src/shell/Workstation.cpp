@@ -7,6 +7,7 @@
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
 #include "shell/CommandTable.h"
+#include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
 #include "vowel/VowelCommands.h"
 
@@ -91,11 +92,13 @@ void Workstation::OpenFile(const std::string& path) {
 
 void Workstation::Select(int start, int end) {
   view.Select(start, end);
+  SelectionMoved();
   DocumentChanged();
 }
 
 void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
   view.Click(pane, at, button, shift);
+  SelectionMoved();
   DocumentChanged();
 }
 
@@ -129,7 +132,17 @@ std::string Workstation::ExportPath(const std::string& name) const {
   return exportFolder.empty() ? name : exportFolder + "/" + name;
 }
 
+void Workstation::SelectionMoved() {
+  FollowSelectedFrames(window, document, frames, lpc);
+  FollowSelectedConsonant(window, document, consonant);
+}
+
 void Workstation::DocumentChanged() {
+  UpdateDerived();
+  for (const int command : {41010, 41011}) states.enableCommand(command, spectrogram.shown);
+}
+
+void Workstation::UpdateDerived() {
   states.enableCommand(40015, document.activity == activities::kRegionChosen);
   UpdateVowelCommands(document, states, vowels);
   if (seenGeneration_ != document.soundGeneration) {
@@ -137,6 +150,8 @@ void Workstation::DocumentChanged() {
     seenSamples_ = document.samplesVersion;
     seenCount_ = document.sampleCount;
     spectrogram = {};
+    frames.hasFrame = frames.hasComparison = false;
+    consonant.shown = false;
     if (palate.generation != document.soundGeneration) palate = {};
     view.Reset();
     window.Repaint();

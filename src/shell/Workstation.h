@@ -13,6 +13,9 @@
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
 #include "shell/MainView.h"
+#include "spectral/ConsonantCommands.h"
+#include "spectral/FrameState.h"
+#include "spectral/LtaCommands.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
@@ -56,6 +59,10 @@ class Workstation {
   RecorderSettings recorder;
   SpectrogramState spectrogram;
   PitchState pitch;
+  LpcAnalyser lpc;
+  FrameState frames;
+  LtaState lta;
+  ConsonantState consonant;
   PalateState palate;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
@@ -70,6 +77,9 @@ class Workstation {
 
  private:
   void StopPlayFor(int command);
+  /// Windows that speak of the marked frames follow the selection.
+  void SelectionMoved();
+  void UpdateDerived();
 
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;

@@ -8,7 +8,7 @@ namespace parlowen {
 
 /// The bands of a consonant frame are those of the Bark scale with the numbers 2..24.
 inline constexpr int kFirstBand = 2, kLastBand = 24, kBandCount = kLastBand - kFirstBand + 1;
-/// Upper edges of the bands 0..24 in Hz: 650·sinh(z/7), rounded.
+/// Upper edges of the bands 0..24 in Hz: 650·sinh(z/7), rounded; the sixteenth lies 26 Hz lower.
 inline constexpr std::array<int, kLastBand + 1> kBandEdges{0,    93,   188,  287,  392,  505,  628,  764,  915,
                                                            1086, 1278, 1497, 1746, 2031, 2357, 2732, 3136, 3658,
                                                            4228, 4884, 5640, 6512, 7516, 8674, 10010};

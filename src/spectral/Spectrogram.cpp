@@ -8,11 +8,17 @@
 #include "dsp/AnalysisWindow.h"
 #include "dsp/FrameSpectrum.h"
 #include "dsp/LevelCurve.h"
+#include "spectral/Cepstrum.h"
+#include "spectral/FilterBank.h"
+#include "spectral/Formants.h"
 
 namespace parlowen {
 namespace {
 
 constexpr double kSlowestVoice = 10.0;   // Hz: below, a contour value is no pitch
+constexpr int kDrawnFormants = 5;
+constexpr int kFilterBankMargin = 40;    // columns by which its picture is narrower than the pane
+constexpr int kRidges = 100;             // frames of a three-dimensional view
 
 /// One pitch period at a sample, or 0 where the contour has no voice.
 int PitchPeriodAt(const SoundDocument& document, int sample) {
@@ -24,11 +30,135 @@ int PitchPeriodAt(const SoundDocument& document, int sample) {
   return frequency > kSlowestVoice ? TruncateToInt32(document.sampleRate / frequency) : 0;
 }
 
+/// One column after another of a picture: what the columns share is prepared once.
+class ColumnAnalysis {
+ public:
+  ColumnAnalysis(const SoundDocument& document, SpectrogramKind kind, const SpectrogramSettings& settings,
+                 const SpectrogramStretch& stretch, LpcAnalyser* analyser)
+      : document_(document),
+        kind_(kind),
+        settings_(settings),
+        rate_(document.sampleRate),
+        peakLevel_(SegmentPeakLevel(document.Samples(), stretch.levelStart, stretch.levelEnd)),
+        analyser_(analyser != nullptr ? *analyser : ownAnalyser_),
+        windowLength_(settings.frameLength) {
+    PredictLoudest(stretch);
+    if (UsesFrameSpectrum())
+      levels_ = MakeLevelCurve(document.Samples(), rate_, stretch.columnsPerSecond, stretch.start, stretch.maxColumns);
+    MakeAnalysisWindow(windowLength_, settings.windowShape);
+  }
+
+  /// The levels of the frame that begins at `start`, the frame of column `column`.
+  void Levels(int column, int start, double* levels) {
+    const SampleSpan samples = document_.Samples();
+    const int length = settings_.frameLength;
+    switch (kind_) {
+      case SpectrogramKind::Lpc:
+      case SpectrogramKind::Formants:
+        LpcEnvelope(samples, start, length, true, kLargestLpcOrder, {rate_, peakLevel_}, analyser_, levels);
+        return;
+      case SpectrogramKind::Homomorphic:
+        HomomorphicLevels(samples, start, length, {rate_, peakLevel_}, levels);
+        return;
+      case SpectrogramKind::Cepstrum: {
+        double cepstrum[kCepstrumPoints];
+        CepstralAnalysis(samples, start, length, CepstralMode::Cepstrum, {rate_, peakLevel_}, cepstrum);
+        std::copy_n(cepstrum, kSpectrogramRows, levels);
+        return;
+      }
+      default: break;
+    }
+    if (kind_ == SpectrogramKind::WideBand) FitWindow(start);
+    const double rise = LevelRiseAt(levels_, column, length, rate_);
+    FrameSpectrum spectrum;
+    ComputeFrameSpectrum(samples, start, length, 1, peakLevel_, spectrum, {rate_, rise});
+    std::copy(spectrum.begin(), spectrum.end(), levels);
+  }
+
+ private:
+  bool UsesFrameSpectrum() const { return kind_ == SpectrogramKind::WideBand || kind_ == SpectrogramKind::NarrowBand; }
+
+  void PredictLoudest(const SpectrogramStretch& stretch) {
+    const LoudestFrame loudest = FindLoudestFrame(document_, stretch.levelStart, stretch.levelEnd);
+    const std::int64_t frames = std::int64_t{stretch.levelEnd - stretch.levelStart} * 100 / rate_;
+    const int index = loudest.index <= 10 || loudest.index >= frames ? 50 : loudest.index;
+    const std::int64_t start = stretch.levelStart + std::int64_t{index} * rate_ / 100;
+    double levels[kEnvelopePoints];
+    LpcEnvelope(document_.Samples(), SaturateInt32(start), settings_.frameLength, true, 12, {rate_, peakLevel_}, analyser_,
+                levels);
+  }
+
+  /// One pitch period of window where that is shorter than the frame.
+  void FitWindow(int start) {
+    const int period = PitchPeriodAt(document_, start);
+    const int length = period > 0 ? std::min(period, settings_.frameLength) : settings_.frameLength;
+    if (length != windowLength_) MakeAnalysisWindow(length, settings_.windowShape);
+    windowLength_ = length;
+  }
+
+  const SoundDocument& document_;
+  const SpectrogramKind kind_;
+  const SpectrogramSettings settings_;
+  const int rate_, peakLevel_;
+  LpcAnalyser ownAnalyser_;
+  LpcAnalyser& analyser_;
+  LevelCurve levels_;
+  int windowLength_;
+};
+
+/// Calls paint(f, first row, last row) for the first five formants of an envelope.
+template <typename Paint>
+void ForFormantRows(const double* levels, int sampleRate, Paint paint) {
+  const FormantFrame formants = PickFormants(levels, kEnvelopePoints, sampleRate);
+  for (std::size_t i = 0; static_cast<int>(i) < std::min(formants.count, kDrawnFormants); ++i) {
+    const int row = TruncateToInt32(formants.frequency[i] * 512 / sampleRate);
+    const int half = TruncateToInt32(formants.bandwidth[i] * 256 / sampleRate);
+    paint(row, std::max(0, row - half), std::min(kSpectrogramRows - 1, row + half));
+  }
+}
+
+void PaintFormants(const double* levels, int sampleRate, double contrast, std::uint16_t* greys) {
+  std::fill_n(greys, kSpectrogramRows, std::uint16_t{255});
+  ForFormantRows(levels, sampleRate, [&](int row, int first, int last) {
+    const auto grey = static_cast<std::uint16_t>(std::max(0, 255 - TruncateToInt32(contrast * levels[row])));
+    std::fill(greys + first, greys + last + 1, grey);
+  });
+}
+
+/// True when a column belongs to the picture; the margin at the end of the sound grows with the column, so that a long
+/// picture ends early.
+bool HasColumn(const SoundDocument& document, const SpectrogramStretch& stretch, int column) {
+  const std::int64_t start = stretch.ColumnStart(column, document.sampleRate);
+  return column < stretch.maxColumns && start <= stretch.end && start + 4 + 2 * column <= document.sampleCount;
+}
+
 }  // namespace
 
-SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate) {
-  if (kind == SpectrogramKind::WideBand) return {sampleRate <= 12000 ? 32 : std::min(sampleRate / 352, kLongestFrame), 0.0, 4.7};
-  return {std::min(sampleRate / 39, kLongestFrame), 0.0, 3.8};
+SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate, float highestLevel) {
+  const auto lengthOf = [&](int share) { return std::min(sampleRate / share, kLongestFrame); };
+  switch (kind) {
+    case SpectrogramKind::WideBand: return {sampleRate <= 12000 ? 32 : lengthOf(352), 0.0, 4.7};
+    case SpectrogramKind::NarrowBand: return {lengthOf(39), 0.0, 3.8};
+    case SpectrogramKind::Lpc: return {lengthOf(40), 0.04, 4.2 - 0.005 * static_cast<double>(highestLevel)};
+    case SpectrogramKind::Homomorphic: return {lengthOf(40), 0.0, 3.8};
+    case SpectrogramKind::Cepstrum: return {lengthOf(30), 0.0, 50.0};
+    case SpectrogramKind::Formants: return {lengthOf(40), 0.04, 4.6 - 0.005 * static_cast<double>(highestLevel)};
+    case SpectrogramKind::FilterBank: return {std::min(FilterBankFrameLength(sampleRate), kLongestFrame), 0.0, 0.0};
+  }
+  return {};
+}
+
+LoudestFrame FindLoudestFrame(const SoundDocument& document, int start, int end) {
+  LoudestFrame loudest;
+  const int rate = document.sampleRate;
+  if (rate <= 0) return loudest;
+  const int frames = static_cast<int>(std::max<std::int64_t>(1, std::int64_t{end - start} * 100 / rate));
+  const LevelCurve levels = MakeLevelCurve(document.Samples(), rate, 100, start, frames);
+  for (int i = 0; i < frames; ++i) {
+    const auto level = static_cast<float>(levels.values[static_cast<std::size_t>(i)]);
+    if (level > loudest.level) loudest = {level, i};
+  }
+  return loudest;
 }
 
 SpectrogramStretch StretchOf(const SoundDocument& document) {
@@ -59,36 +189,88 @@ SpectrogramStretch ViewStretchOf(const SoundDocument& document) {
   return stretch;
 }
 
+SpectrogramStretch FilterBankStretchOf(const SoundDocument& document) {
+  const bool selected = document.selectionDefined();
+  SpectrogramStretch stretch;
+  stretch.start = stretch.levelStart = selected ? document.selectionStart : document.viewStart;
+  stretch.end = stretch.levelEnd = selected ? document.selectionEnd : document.viewStart + document.viewLength;
+  stretch.columnsPerSecond = 0;
+  stretch.rightMargin = kFilterBankMargin;
+  stretch.maxColumns = std::max(0, document.paneWidth - kFilterBankMargin);
+  return stretch;
+}
+
+SpectrogramStretch RidgeStretchOf(const SpectrogramStretch& flat, int sampleRate) {
+  SpectrogramStretch stretch = flat;
+  stretch.end = stretch.start + sampleRate / 3;
+  stretch.columnsPerSecond = 3 * kRidges;
+  stretch.firstX = 0;
+  stretch.maxColumns = kRidges;
+  stretch.followsView = false;
+  return stretch;
+}
+
 SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramKind kind,
-                                     const SpectrogramSettings& settings, const SpectrogramStretch& stretch) {
+                                     const SpectrogramSettings& settings, const SpectrogramStretch& stretch,
+                                     LpcAnalyser* analyser) {
   SpectrogramMatrix matrix;
   const int rate = document.sampleRate;
   if (rate <= 0) return matrix;
+  ColumnAnalysis analysis(document, kind, settings, stretch, analyser);
+  if (kind == SpectrogramKind::FilterBank) {
+    const int peakLevel = SegmentPeakLevel(document.Samples(), stretch.levelStart, stretch.levelEnd);
+    return ComputeFilterBank(document.Samples(), rate, stretch.start, stretch.end, stretch.maxColumns, peakLevel);
+  }
   matrix.greys.reserve(static_cast<std::size_t>(stretch.maxColumns) * kSpectrogramRows);
-  const SampleSpan samples = document.Samples();
-  const int peakLevel = SegmentPeakLevel(samples, stretch.levelStart, stretch.levelEnd);
-  const LevelCurve levels = MakeLevelCurve(samples, rate, stretch.columnsPerSecond, stretch.start, stretch.maxColumns);
-
-  int windowLength = settings.frameLength;
-  MakeAnalysisWindow(windowLength, settings.windowShape);
-  FrameSpectrum spectrum;
-  for (int column = 0; column < stretch.maxColumns; ++column) {
-    const std::int64_t start64 = stretch.start + std::int64_t{column} * rate / stretch.columnsPerSecond;
-    if (start64 > stretch.end || start64 + 4 + 2 * column > document.sampleCount) break;
-    const int start = static_cast<int>(start64);
-    if (kind == SpectrogramKind::WideBand) {
-      const int period = PitchPeriodAt(document, start);
-      const int length = period > 0 ? std::min(period, settings.frameLength) : settings.frameLength;
-      if (length != windowLength) MakeAnalysisWindow(length, settings.windowShape);
-      windowLength = length;
-    }
-    const double rise = LevelRiseAt(levels, column, settings.frameLength, rate);
-    ComputeFrameSpectrum(samples, start, settings.frameLength, 1, peakLevel, spectrum, {rate, rise});
+  double levels[kSpectrogramRows];
+  for (int column = 0; HasColumn(document, stretch, column); ++column) {
+    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);
     matrix.greys.resize(matrix.greys.size() + kSpectrogramRows);
-    ShadeColumn(spectrum.data(), settings.contrast, matrix.Column(matrix.columns));
-    ++matrix.columns;
+    std::uint16_t* greys = matrix.Column(matrix.columns++);
+    if (kind == SpectrogramKind::Formants) {
+      PaintFormants(levels, rate, settings.contrast, greys);
+    } else {
+      ShadeColumn(levels, settings.contrast, greys);
+    }
   }
   return matrix;
+}
+
+std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document, SpectrogramKind kind,
+                                                                const SpectrogramSettings& settings,
+                                                                const SpectrogramStretch& stretch,
+                                                                LpcAnalyser* analyser) {
+  std::vector<std::array<double, kSpectrogramRows>> ridges;
+  if (document.sampleRate <= 0) return ridges;
+  ColumnAnalysis analysis(document, kind, settings, stretch, analyser);
+  for (int column = 0; column < kRidges; ++column) {
+    auto& ridge = ridges.emplace_back();
+    double levels[kSpectrogramRows];
+    analysis.Levels(column, SaturateInt32(stretch.ColumnStart(column, document.sampleRate)), levels);
+    if (kind == SpectrogramKind::Formants) {
+      ridge.fill(0.0);
+      ForFormantRows(levels, document.sampleRate, [&](int row, int first, int last) {
+        std::fill(ridge.begin() + first, ridge.begin() + last + 1, levels[row]);
+      });
+    } else {
+      std::copy_n(levels, kSpectrogramRows, ridge.begin());
+    }
+  }
+  return ridges;
+}
+
+std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const SpectrogramStretch& stretch, int columns,
+                                           LpcAnalyser* analyser) {
+  std::vector<FormantDot> dots;
+  const int rate = document.sampleRate;
+  if (rate <= 0) return dots;
+  ColumnAnalysis analysis(document, SpectrogramKind::Formants, SettingsOf(SpectrogramKind::Formants, rate), stretch, analyser);
+  double levels[kSpectrogramRows];
+  for (int column = 0; column < columns; ++column) {
+    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);
+    ForFormantRows(levels, rate, [&](int row, int, int) { dots.push_back({column, row}); });
+  }
+  return dots;
 }
 
 }  // namespace parlowen

@@ -1,38 +1,76 @@
 #include "spectral/SpectrogramCommands.h"
 
+#include "spectral/FilterBank.h"
 #include "spectral/Spectrogram.h"
 
 namespace parlowen {
 namespace {
 
-void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram, const SpectrogramStretch& stretch) {
-  const SpectrogramSettings settings = SettingsOf(spectrogram.kind, document.sampleRate);
+constexpr const char* kTooLong = "所选段太长！";
+
+bool IsTooLong(const SpectrogramStretch& stretch) { return stretch.end - stretch.start > kLongestFilterBankStretch; }
+
+/// Everything of the picture but kind, view, contrast and shades.
+void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram, const SpectrogramStretch& stretch,
+                    bool threeDimensional, LpcAnalyser* analyser) {
+  const SpectrogramKind kind = spectrogram.kind;
+  SpectrogramSettings settings = SettingsOf(kind, document.sampleRate);
+  settings.contrast = spectrogram.contrast;
   spectrogram.frameLength = settings.frameLength;
-  spectrogram.contrast = settings.contrast;
-  spectrogram.stretch = stretch;
-  spectrogram.matrix = ComputeSpectrogram(document, spectrogram.kind, settings, stretch);
+  spectrogram.stretch = threeDimensional ? RidgeStretchOf(stretch, document.sampleRate) : stretch;
+  spectrogram.ridges.clear();
+  if (threeDimensional) spectrogram.ridges = ComputeRidges(document, kind, settings, spectrogram.stretch, analyser);
+  spectrogram.matrix = ComputeSpectrogram(document, kind, settings, spectrogram.stretch, analyser);
+  spectrogram.formants.clear();
+  if (spectrogram.formantsShown)
+    spectrogram.formants = ComputeFormantDots(document, spectrogram.stretch, spectrogram.matrix.columns, analyser);
 }
 
 }  // namespace
 
 void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
-                        SpectrogramKind kind) {
+                        SpectrogramKind kind, const SpectrogramOptions& options) {
+  const bool filterBank = kind == SpectrogramKind::FilterBank;
+  const SpectrogramStretch stretch = filterBank ? FilterBankStretchOf(document) : StretchOf(document);
+  if (filterBank && IsTooLong(stretch)) return window.Notify(kTooLong);
+  const LoudestFrame loudest = FindLoudestFrame(document, stretch.levelStart, stretch.levelEnd);
   spectrogram.kind = kind;
+  spectrogram.contrast = SettingsOf(kind, document.sampleRate, loudest.level).contrast;
   spectrogram.shades.clear();
-  ComputePicture(document, spectrogram, StretchOf(document));
+  spectrogram.formantsShown = false;
+  const bool threeDimensional = options.threeDimensional && !filterBank && kind != SpectrogramKind::Cepstrum;
+  ComputePicture(document, spectrogram, stretch, threeDimensional, options.analyser);
   spectrogram.shown = true;
   window.Repaint();
 }
 
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram) {
-  ComputePicture(document, spectrogram, spectrogram.stretch.followsView ? ViewStretchOf(document) : StretchOf(document));
+  const bool threeDimensional = !spectrogram.ridges.empty();
+  SpectrogramStretch stretch = spectrogram.stretch.followsView ? ViewStretchOf(document) : StretchOf(document);
+  if (spectrogram.kind == SpectrogramKind::FilterBank) {
+    stretch = FilterBankStretchOf(document);
+    if (IsTooLong(stretch)) {
+      spectrogram = {};
+      return;
+    }
+  }
+  ComputePicture(document, spectrogram, stretch, threeDimensional, nullptr);
   for (const int direction : spectrogram.shades) DarkenLightenMatrix(spectrogram.matrix, direction);
 }
 
 void DarkenLighten(Window& window, SpectrogramState& spectrogram, int direction) {
-  if (!spectrogram.shown || spectrogram.kind == SpectrogramKind::Cepstrum) return;
+  if (!spectrogram.CanBeShaded()) return;
   DarkenLightenMatrix(spectrogram.matrix, direction);
   spectrogram.shades.push_back(direction);
+  window.Repaint(Pane::Analysis);
+}
+
+void ToggleFormants(Window& window, const SoundDocument& document, SpectrogramState& spectrogram) {
+  if (!spectrogram.CanBeShaded()) return;
+  spectrogram.formantsShown = !spectrogram.formantsShown;
+  spectrogram.formants.clear();
+  if (spectrogram.formantsShown)
+    spectrogram.formants = ComputeFormantDots(document, spectrogram.stretch, spectrogram.matrix.columns);
   window.Repaint(Pane::Analysis);
 }
 

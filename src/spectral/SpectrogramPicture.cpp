@@ -2,12 +2,21 @@
 
 #include <algorithm>
 
+#include "base/Arithmetic.h"
 #include "base/Format.h"
+#include "spectral/Cepstrum.h"
 
 namespace parlowen {
 namespace {
 
-constexpr Colour kGridLine = 0xA04040;
+constexpr Colour kGridLine = 0xA04040, kFormantDot = 0xE00000, kRidgeLine = 0x203060;
+
+constexpr int kHorizonColumns = 1280, kHorizonStart = 700;
+constexpr int kRidgeLeft = 20, kRidgeFoot = 20;      // where the first frame begins, from the left and from below
+constexpr int kColumnsPerRow = 3, kShiftRight = 2, kShiftUp = 1;
+constexpr double kRowsPerDecibel = 0.8;
+
+constexpr const char* kNoRidges = "本谱图没有立体图";
 
 const char* KindTitle(SpectrogramKind kind) {
   constexpr const char* kTitles[] = {"宽带", "窄带", "LPC 谱", "同态谱", "倒谱", "共振峰", "滤波器法"};
@@ -30,7 +39,114 @@ GreyImageMark ImageOf(const SpectrogramState& spectrogram, int width, int height
   return image;
 }
 
+/// Quefrency of a cepstrum row in milliseconds.
+double RowMilliseconds(int row, int sampleRate) {
+  return row * (sampleRate >= kSteppedCepstrumRate ? 2 : 1) * 1000.0 / std::max(1, sampleRate);
+}
+
+void AddFormants(Picture& picture, const SpectrogramState& spectrogram, int imageWidth) {
+  const int columns = std::max(1, spectrogram.matrix.columns);
+  for (const FormantDot& dot : spectrogram.formants) {
+    const int x = spectrogram.stretch.firstX + static_cast<int>(std::int64_t{dot.column} * imageWidth / columns);
+    const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
+    picture.Add(BoxMark{x, y - 1, 2, 2, kFormantDot});
+  }
+}
+
+void AddTitle(Picture& picture, const SpectrogramState& spectrogram, int sampleRate) {
+  const SpectrogramStretch& stretch = spectrogram.stretch;
+  const bool ridges = !spectrogram.ridges.empty();
+  const bool bank = spectrogram.kind == SpectrogramKind::FilterBank;
+  const double rate = std::max(1, sampleRate);
+  const int x = std::max(stretch.firstX, 24) + 4;
+  picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
+  picture.Add(TextMark{x, 13, ridges ? "语谱显示: 立体图" : "语谱显示: 语谱图", colours::kText, 12});
+  picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
+  picture.Add(TextMark{x + 172, 13, Format("波形 : T=%.2f -- %.2f（秒）", stretch.start / rate, stretch.end / rate),
+                       colours::kText, 12});
+  if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
+}
+
+/// The visible parts of one frame's line, one point a row of the spectrum and one at each end of a part.
+class RidgeLine {
+ public:
+  RidgeLine(Picture& picture, std::vector<int>& horizon, int width)
+      : picture_(picture), horizon_(horizon), width_(std::min(width, kHorizonColumns)) {}
+
+  void Begin(int x, int y) {
+    from_ = {x, y};
+    Visit(from_, true);
+  }
+  void To(int x, int y) {
+    for (int column = from_.x + 1; column <= x; ++column)
+      Visit({column, from_.y + (y - from_.y) * (column - from_.x) / (x - from_.x)}, column == x);
+    from_ = {x, y};
+  }
+  void End() {
+    if (part_.points.size() > 1) picture_.Add(part_);
+    part_.points.clear();
+  }
+
+ private:
+  void Visit(Point at, bool corner) {
+    const bool inside = at.x >= 0 && at.x < width_;
+    const bool seen = inside && at.y < horizon_[static_cast<std::size_t>(at.x)];
+    if (seen) {
+      horizon_[static_cast<std::size_t>(at.x)] = at.y;
+      if (corner || part_.points.empty()) part_.points.push_back(at);
+      last_ = at;
+    } else {
+      if (!part_.points.empty() && part_.points.back() != last_) part_.points.push_back(last_);
+      End();
+    }
+  }
+
+  Picture& picture_;
+  std::vector<int>& horizon_;
+  const int width_;
+  PolylineMark part_{{}, kRidgeLine};
+  Point from_, last_;
+};
+
 }  // namespace
+
+Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height) {
+  Picture picture{width, height, {}};
+  std::vector<int> horizon(kHorizonColumns, kHorizonStart);
+  for (std::size_t i = 0; i < spectrogram.ridges.size(); ++i) {
+    const int frame = static_cast<int>(i);
+    const int left = kRidgeLeft + kShiftRight * frame, foot = height - kRidgeFoot - kShiftUp * frame;
+    RidgeLine line(picture, horizon, width);
+    for (int row = 0; row < kSpectrogramRows; ++row) {
+      const int y = foot - TruncateToInt32(kRowsPerDecibel * spectrogram.ridges[i][static_cast<std::size_t>(row)]);
+      if (row == 0) line.Begin(left, y);
+      else line.To(left + kColumnsPerRow * row, y);
+    }
+    line.End();
+  }
+  return picture;
+}
+
+std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height) {
+  std::vector<SpectrogramGridLine> lines;
+  if (sampleRate <= 0 || !spectrogram.ridges.empty()) return lines;
+  if (spectrogram.kind == SpectrogramKind::Cepstrum) {
+    const double perRow = RowMilliseconds(1, sampleRate);
+    const int step = perRow * kSpectrogramRows > 20 ? 5 : 2;
+    for (int ms = step; ms < perRow * kSpectrogramRows; ms += step)
+      lines.push_back({height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows), Format("%d ms", ms)});
+    return lines;
+  }
+  const int step = GridStepHz(sampleRate);
+  for (int frequency = step; frequency < sampleRate / 2; frequency += step)
+    lines.push_back({GridLineY(frequency, sampleRate, height), Format("%d kHz", frequency / 1000)});
+  return lines;
+}
+
+std::string SpectrogramRowText(const SpectrogramState& spectrogram, int row, int sampleRate) {
+  if (spectrogram.kind == SpectrogramKind::Cepstrum) return Format("%.2f ms", RowMilliseconds(row, sampleRate));
+  return Format("%.0f Hz", row * sampleRate / 512.0);
+}
 
 int GridStepHz(int sampleRate) { return sampleRate > 20000 ? 2000 : 1000; }
 
@@ -40,27 +156,25 @@ int GridLineY(int frequency, int sampleRate, int height) {
 }
 
 Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, int width, int height) {
+  if (!spectrogram.ridges.empty()) {
+    Picture ridges = RidgePicture(spectrogram, width, height);
+    AddTitle(ridges, spectrogram, sampleRate);
+    return ridges;
+  }
   Picture picture{width, height, {}};
   const SpectrogramStretch& stretch = spectrogram.stretch;
   if (spectrogram.matrix.columns > 0) {
     GreyImageMark image = ImageOf(spectrogram, width, height);
     // A stretch of its own keeps filling the pane when the pane has another width than it was computed for.
     if (!stretch.followsView && stretch.maxColumns > 0)
-      image.width = static_cast<int>(std::int64_t{spectrogram.matrix.columns} * width / stretch.maxColumns);
+      image.width = static_cast<int>(std::int64_t{spectrogram.matrix.columns} * stretch.Width(width) / stretch.maxColumns);
+    const int imageWidth = image.width;
     picture.Add(std::move(image));
+    AddFormants(picture, spectrogram, imageWidth);
   }
-  const int step = GridStepHz(sampleRate);
-  for (int frequency = step; frequency < sampleRate / 2; frequency += step) {
-    const int y = GridLineY(frequency, sampleRate, height);
-    picture.Add(LineMark{{stretch.firstX, y}, {width - 1, y}, kGridLine, 1, LineStyle::Dashed});
-  }
-  const double rate = std::max(1, sampleRate);
-  const int x = std::max(stretch.firstX, 24) + 4;
-  picture.Add(BoxMark{x - 4, 0, 392, 18, colours::kWhite, 0.75});
-  picture.Add(TextMark{x, 13, "语谱显示: 语谱图", colours::kText, 12});
-  picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
-  picture.Add(TextMark{x + 172, 13, Format("波形 : T=%.2f -- %.2f（秒）", stretch.start / rate, stretch.end / rate),
-                       colours::kText, 12});
+  for (const SpectrogramGridLine& line : SpectrogramGrid(spectrogram, sampleRate, height))
+    picture.Add(LineMark{{stretch.firstX, line.y}, {width - 1, line.y}, kGridLine, 1, LineStyle::Dashed});
+  AddTitle(picture, spectrogram, sampleRate);
   return picture;
 }
 

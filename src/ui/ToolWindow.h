@@ -33,6 +33,7 @@ class ToolWindow {
   virtual void Press(Window&, const ToolControl&) {}
   virtual void Scroll(Window&, int /*steps*/) {}
   virtual std::string Hover(Point) const { return {}; }   ///< a readout for the pointer; "" for none
+  virtual std::string Text() const { return {}; }         ///< the figures shown, as lines of text; "" for none
   virtual void Closed(Window&) {}
 };
 

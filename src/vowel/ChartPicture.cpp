@@ -113,7 +113,7 @@ Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& avera
                           int height) {
   Picture picture{width, height, {}};
   const int bottom = height - 1, axisBottom = height - 8;
-  picture.Add(BoxMark{0, kChartTop, width, height - kChartTop, colours::kWhite});
+  picture.Add(BoxMark{0, kChartTop, width, std::max(0, height - kChartTop), colours::kWhite});
   picture.Add(PolylineMark{{{kFrameLeft, kFrameTop}, {kFrameRight, kFrameTop}, {kFrameRight, bottom},
                             {kFrameLeft, bottom}, {kFrameLeft, kFrameTop}}});
   if (chart.barkMode) {

@@ -10,11 +10,12 @@ namespace {
 
 using namespace testing;
 
-FastPitch Extract(const std::vector<std::int16_t>& samples, int rate, PitchRange range = PitchRange::Automatic, bool full = true,
-                  int maxFrames = 1004) {
+FastPitch Extract(const std::vector<std::int16_t>& samples, int rate,
+                  PitchRange range = PitchRange::Automatic, bool full = true, int maxFrames = 1004) {
   FastPitch result;
   const int count = static_cast<int>(samples.size());
-  const int frames = ExtractPitchFast({{samples.data(), count}, rate, 0, count, range, maxFrames, full}, result);
+  const int frames =
+      ExtractPitchFast({{samples.data(), count}, rate, 0, count, range, maxFrames, full}, result);
   EXPECT_EQ(frames, static_cast<int>(result.frames.size()));
   EXPECT_EQ(frames, static_cast<int>(result.periods.size()));
   return result;
@@ -30,9 +31,12 @@ TEST(FastPitch, TheWorkingRateSetsTheStep) {
     const FastPitch found = Extract(Samples(Vowel(c.rate, 110, 0.305)), c.rate);
     EXPECT_EQ(found.stepSamples, c.step) << c.rate;
     // K = (count / D) / S, every division rounded down.
-    EXPECT_EQ(static_cast<int>(found.frames.size()), static_cast<int>(c.rate * 0.305) / c.decimation / (c.step / c.decimation)) << c.rate;
+    EXPECT_EQ(static_cast<int>(found.frames.size()),
+              static_cast<int>(c.rate * 0.305) / c.decimation / (c.step / c.decimation))
+        << c.rate;
   }
-  EXPECT_EQ(Extract(Samples(Vowel(8000, 110, 3)), 8000, PitchRange::Automatic, true, 120).frames.size(), 120u);
+  EXPECT_EQ(Extract(Samples(Vowel(8000, 110, 3)), 8000, PitchRange::Automatic, true, 120).frames.size(),
+            120u);
   EXPECT_EQ(Extract(std::vector<std::int16_t>(79, 1000), 8000).frames.size(), 0u);
 }
 
@@ -95,7 +99,8 @@ TEST(FastPitch, NoRunIsLongerThanAHundredFrames) {
 TEST(FastPitch, PeriodsAreTheVoicesOwnInDocumentSamples) {
   for (const int rate : {8000, 11025, 16000, 22050, 44100}) {
     for (const double f0 : {90.0, 130.0, 240.0}) {
-      const FastPitch found = Extract(Samples(Joined({Silence(rate, 0.1), Vowel(rate, f0, 0.8, 8000, 0, 0), Silence(rate, 0.1)})), rate);
+      const FastPitch found = Extract(
+          Samples(Joined({Silence(rate, 0.1), Vowel(rate, f0, 0.8, 8000, 0, 0), Silence(rate, 0.1)})), rate);
       int determined = 0, wrong = 0;
       for (std::size_t f = 0; f < found.periods.size(); ++f) {
         const auto period = static_cast<double>(found.periods[f]);
@@ -111,7 +116,8 @@ TEST(FastPitch, PeriodsAreTheVoicesOwnInDocumentSamples) {
 
 TEST(FastPitch, TheSettingBoundsWhatIsReported) {
   const Wave glide = Joined({Vowel(16000, 70, 2.0, 8000, 450), Vowel(16000, 450, 2.0, 8000, 70)});
-  for (const PitchRange range : {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
+  for (const PitchRange range :
+       {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
     const PitchBounds bounds = BoundsOf(range);
     const FastPitch found = Extract(Samples(glide), 16000, range);
     EXPECT_EQ(found.periods[0], 0.0f);
@@ -129,7 +135,8 @@ TEST(FastPitch, TheSettingBoundsWhatIsReported) {
 
 TEST(FastPitch, TheVoicingDecisionAloneGivesNoPeriods) {
   const auto samples = Samples(Vowel(16000, 150, 0.5));
-  const FastPitch part = Extract(samples, 16000, PitchRange::Automatic, false), whole = Extract(samples, 16000);
+  const FastPitch part = Extract(samples, 16000, PitchRange::Automatic, false),
+                  whole = Extract(samples, 16000);
   for (std::size_t f = 0; f < part.frames.size(); ++f) {
     EXPECT_EQ(part.periods[f], 0.0f);
     EXPECT_EQ(part.frames[f].leveled, whole.frames[f].leveled);

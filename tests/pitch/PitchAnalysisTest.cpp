@@ -16,17 +16,20 @@ using namespace testing;
 
 constexpr int kRates[] = {8000, 11025, 16000, 22050, 44100};
 
-std::vector<float> Analyse(const SoundDocument& document, PitchRange range = PitchRange::Automatic, bool timeDomain = true) {
+std::vector<float> Analyse(const SoundDocument& document, PitchRange range = PitchRange::Automatic,
+                           bool timeDomain = true) {
   PitchAnalysisRequest request;
   request.range = range;
   request.timeDomain = timeDomain;
   std::vector<float> periods;
-  EXPECT_TRUE(RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1}, periods));
+  EXPECT_TRUE(RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1},
+                               periods));
   EXPECT_EQ(static_cast<int>(periods.size()), document.ContourLength());
   return periods;
 }
 
-std::vector<float> Analyse(const Wave& wave, int rate, PitchRange range = PitchRange::Automatic, bool timeDomain = true) {
+std::vector<float> Analyse(const Wave& wave, int rate, PitchRange range = PitchRange::Automatic,
+                           bool timeDomain = true) {
   CommandStates states;
   return Analyse(*Document(wave, rate, states), range, timeDomain);
 }
@@ -41,8 +44,8 @@ TEST(PitchAnalysis, ClearVowelsAreVoicedAndWithinTwoPercent) {
   for (const int rate : kRates) {
     for (const double f0 : {70.0, 110.0, 220.0, 330.0, 450.0}) {
       for (const bool timeDomain : {true, false}) {
-        const auto periods = Analyse(Joined({Silence(rate, 0.3), Vowel(rate, f0, 0.6), Silence(rate, 0.3)}), rate,
-                                     PitchRange::Automatic, timeDomain);
+        const auto periods = Analyse(Joined({Silence(rate, 0.3), Vowel(rate, f0, 0.6), Silence(rate, 0.3)}),
+                                     rate, PitchRange::Automatic, timeDomain);
         // The vowel fills frames 30..89; a frame looks at the 20 ms behind its start and a period about them.
         for (std::size_t f = 32; f < 87; ++f) {
           ASSERT_GT(periods[f], 0) << rate << " Hz, F0 " << f0 << ", frame " << f;
@@ -66,7 +69,8 @@ TEST(PitchAnalysis, AGlideIsFollowedFrameByFrame) {
 
 TEST(PitchAnalysis, WeakVowelsAndVoicesInNoiseAreHeard) {
   for (const int rate : kRates) {
-    const Wave speech = Joined({Silence(rate, 0.4), Vowel(rate, 200, 0.4, 16000), Vowel(rate, 180, 0.3, 1600), Silence(rate, 0.4)});
+    const Wave speech = Joined(
+        {Silence(rate, 0.4), Vowel(rate, 200, 0.4, 16000), Vowel(rate, 180, 0.3, 1600), Silence(rate, 0.4)});
     EXPECT_GE(Voiced(Analyse(speech, rate), 42, 107), 63) << rate;
     const auto noisy = Analyse(Mixed(speech, WhiteNoise(rate, 1.5, 300)), rate);
     EXPECT_GE(Voiced(noisy, 42, 78), 35) << rate;
@@ -91,7 +95,8 @@ TEST(PitchAnalysis, MainsHumBetweenWordsIsNoVoice) {
     const int rate = 16000;
     Wave hum = Sine(rate, mains, 2.0, 120);
     for (const int k : {2, 3, 5}) hum = Mixed(hum, Sine(rate, k * mains, 2.0, 80.0 / k));
-    const Wave words = Joined({Silence(rate, 0.5), Vowel(rate, 130, 0.4), Silence(rate, 0.5), Vowel(rate, 115, 0.4), Silence(rate, 0.2)});
+    const Wave words = Joined({Silence(rate, 0.5), Vowel(rate, 130, 0.4), Silence(rate, 0.5),
+                               Vowel(rate, 115, 0.4), Silence(rate, 0.2)});
     const auto periods = Analyse(Mixed(words, hum), rate);
     EXPECT_GE(Voiced(periods, 52, 87) + Voiced(periods, 142, 177), 68);
     EXPECT_EQ(Voiced(periods, 0, 47) + Voiced(periods, 95, 137), 0) << mains;
@@ -106,7 +111,8 @@ TEST(PitchAnalysis, AClippedVoiceKeepsItsPitch) {
 
 TEST(PitchAnalysis, ValuesStayInTheBoundsOfTheSetting) {
   const Wave wave = Joined({Vowel(11025, 66, 1.0, 8000, 480), Vowel(11025, 480, 1.0, 8000, 66)});
-  for (const PitchRange range : {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
+  for (const PitchRange range :
+       {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
     const PitchBounds bounds = BoundsOf(range);
     const auto periods = Analyse(wave, 11025, range);
     EXPECT_EQ(periods[0], 0.0f);
@@ -130,7 +136,8 @@ TEST(PitchAnalysis, ShortSoundsAreNoTrouble) {
 TEST(PitchAnalysis, LongSoundsAreFilledToTheEndWithoutDrift) {
   for (const int rate : {11025, 22050}) {
     // 25 s, more than two panes; the voice rises by a fifth at 24 s.
-    const Wave wave = Joined({Silence(rate, 0.5), Vowel(rate, 120, 5.5), Silence(rate, 0.2), Vowel(rate, 125, 17.8), Vowel(rate, 187.5, 1)});
+    const Wave wave = Joined({Silence(rate, 0.5), Vowel(rate, 120, 5.5), Silence(rate, 0.2),
+                              Vowel(rate, 125, 17.8), Vowel(rate, 187.5, 1)});
     CommandStates states;
     const auto document = Document(wave, rate, states);
     for (const int paneWidth : {1024, 300}) {
@@ -138,8 +145,8 @@ TEST(PitchAnalysis, LongSoundsAreFilledToTheEndWithoutDrift) {
       request.paneWidth = paneWidth;
       std::vector<float> periods;
       double share = 0;
-      ASSERT_TRUE(RunPitchAnalysis(*document, 0, document->sampleCount, request, {0, document->ContourLength() - 1}, periods,
-                                   [&share](double done) {
+      ASSERT_TRUE(RunPitchAnalysis(*document, 0, document->sampleCount, request,
+                                   {0, document->ContourLength() - 1}, periods, [&share](double done) {
                                      EXPECT_GE(done, share);
                                      share = done;
                                      return true;
@@ -163,7 +170,8 @@ TEST(PitchAnalysis, StoppingIsPossibleInBothStages) {
 
 TEST(PitchAnalysis, PartOfASoundGetsTheSameGrid) {
   CommandStates states;
-  const auto document = Document(Joined({Silence(22050, 1.0), Vowel(22050, 150, 1.0), Silence(22050, 1.0)}), 22050, states);
+  const auto document =
+      Document(Joined({Silence(22050, 1.0), Vowel(22050, 150, 1.0), Silence(22050, 1.0)}), 22050, states);
   std::vector<float> periods;
   ASSERT_TRUE(RunPitchAnalysis(*document, 30000, 10000, {}, {136, 181}, periods));
   ASSERT_EQ(periods.size(), 46u);
@@ -172,7 +180,7 @@ TEST(PitchAnalysis, PartOfASoundGetsTheSameGrid) {
 
 TEST(PitchAnalysis, TheDriverLeavesItsFrameWindowBehind) {
   Analyse(Vowel(8000, 120, 0.1), 8000);
-  EXPECT_NEAR(AnalysisWindow[133], 1.0, 1e-3);   // 8000/30 = 266 samples, a sine
+  EXPECT_NEAR(AnalysisWindow[133], 1.0, 1e-3);  // 8000/30 = 266 samples, a sine
   EXPECT_EQ(AnalysisWindow[266], 0.0);
 }
 
@@ -196,14 +204,16 @@ TEST(PitchAnalysis, TheSyntheticVowelsFallFrom118Point8To101Point2) {
   const auto periods = Analyse(*Recording("synthetic_vowels_two_channels_16000.wav"));
   for (std::size_t vowel = 0; vowel < 9; ++vowel)
     for (std::size_t f = 4; f < 35; ++f) {
-      const double truth = 118.8 - 17.6 * (static_cast<double>(f) + 1) / 40;   // 0.4 s and 50 ms of silence each
-      EXPECT_NEAR(16000 / static_cast<double>(periods[45 * vowel + f]), truth, 0.02 * truth) << vowel << " " << f;
+      const double truth =
+          118.8 - 17.6 * (static_cast<double>(f) + 1) / 40;  // 0.4 s and 50 ms of silence each
+      EXPECT_NEAR(16000 / static_cast<double>(periods[45 * vowel + f]), truth, 0.02 * truth)
+          << vowel << " " << f;
     }
 }
 
 TEST(PitchAnalysis, TheFourTonesHaveTheirShapes) {
   const auto periods = Analyse(*Recording("mandarin_mao_four_tones_female_11025.wav"));
-  std::vector<std::vector<double>> syllables;   // parts with at least 0.15 s of silence between
+  std::vector<std::vector<double>> syllables;  // parts with at least 0.15 s of silence between
   std::size_t last = 0;
   for (std::size_t f = 0; f < periods.size(); ++f) {
     if (periods[f] <= 0) continue;
@@ -213,7 +223,8 @@ TEST(PitchAnalysis, TheFourTonesHaveTheirShapes) {
   }
   ASSERT_EQ(syllables.size(), 4u);
   const auto lowest = [](const std::vector<double>& f) { return *std::min_element(f.begin(), f.end()); };
-  for (const auto& syllable : syllables) EXPECT_GT(lowest(syllable), 170);   // a voice of 180-400 Hz: nothing is halved
+  for (const auto& syllable : syllables)
+    EXPECT_GT(lowest(syllable), 170);  // a voice of 180-400 Hz: nothing is halved
   EXPECT_LT(syllables[0].back() / syllables[0].front(), 1.2);
   EXPECT_GT(lowest(syllables[0]), 340);
   EXPECT_GT(syllables[1].back() / syllables[1].front(), 1.25);
@@ -222,7 +233,8 @@ TEST(PitchAnalysis, TheFourTonesHaveTheirShapes) {
 }
 
 TEST(PitchAnalysis, TheHumOfARecordingIsNoVoice) {
-  // 2.9 s of a man at 44100 Hz with 60 Hz hum; silent before 0.23 s, from 0.64 to 0.80 s and from 1.4 to 1.58 s.
+  // 2.9 s of a man at 44100 Hz with 60 Hz hum; silent before 0.23 s, from 0.64 to 0.80 s and from 1.4 to 1.58
+  // s.
   const auto periods = Analyse(*Recording("mandarin_mao_four_tones_male_44100.wav"));
   EXPECT_EQ(Voiced(periods, 0, 22) + Voiced(periods, 65, 80) + Voiced(periods, 141, 158), 0);
   EXPECT_GT(Voiced(periods, 31, 58), 25);
@@ -230,4 +242,3 @@ TEST(PitchAnalysis, TheHumOfARecordingIsNoVoice) {
 
 }  // namespace
 }  // namespace parlowen
-

@@ -25,7 +25,8 @@ class PitchWindow : public FakeWindow {
     const std::string answer = answers.front();
     answers.pop_front();
     if (!answer.starts_with("ok:")) return false;
-    for (std::size_t i = 0; i < form.fields.size(); ++i) form.fields[i].checked = std::to_string(i) == answer.substr(3);
+    for (std::size_t i = 0; i < form.fields.size(); ++i)
+      form.fields[i].checked = std::to_string(i) == answer.substr(3);
     return true;
   }
   bool Progress(double share) override { return share < stopAt; }
@@ -41,7 +42,8 @@ struct Desk {
     states.onSelectionChanged(document->SelectionFacts());
   }
   double Frequency(std::size_t frame) const {
-    return document->pitch[frame] > 0 ? document->sampleRate / static_cast<double>(document->pitch[frame]) : 0.0;
+    return document->pitch[frame] > 0 ? document->sampleRate / static_cast<double>(document->pitch[frame])
+                                      : 0.0;
   }
   PitchWindow window;
   CommandStates states;
@@ -69,7 +71,7 @@ TEST(PitchCommands, ExtractionFillsTheContourAndEnablesWhatNeedsIt) {
 }
 
 TEST(PitchCommands, AnEmptySoundIsLeftAlone) {
-  Desk desk(Wave(100, 0.0));   // less than a frame
+  Desk desk(Wave(100, 0.0));  // less than a frame
   PitchCommand(desk.window, *desk.document, desk.states, desk.state);
   PitchByCorrelationCommand(desk.window, *desk.document, desk.states, desk.state);
   EXPECT_FALSE(desk.document->pitchPresent);
@@ -95,7 +97,7 @@ TEST(PitchCommands, AgainChangesTheSelectionAloneAndKeepsTheSetting) {
   PitchCommand(desk.window, *desk.document, desk.states, desk.state);
   desk.document->pitch.fill(99.0f);
   desk.document->pitchBackup.fill(98.0f);
-  desk.Select(8000, 9600);   // frames 50..59
+  desk.Select(8000, 9600);  // frames 50..59
   desk.window.answers = {"ok:3"};
   PitchAgainCommand(desk.window, *desk.document, desk.states, desk.state);
   EXPECT_EQ(desk.window.Log(), Texts({"input|再求一次音高|0"}));
@@ -128,10 +130,10 @@ TEST(PitchCommands, SavingAsksRestartsAndAppends) {
   PitchCommand(desk.window, *desk.document, desk.states, desk.state);
   desk.Select(8000, 8199);
   EXPECT_EQ(SavePitchSegment(desk.window, *desk.document), 0);
-  EXPECT_TRUE(desk.window.Log().empty());   // 199 samples: nothing at all
+  EXPECT_TRUE(desk.window.Log().empty());  // 199 samples: nothing at all
   desk.Select(8000, 8200);
   SavePitchSegment(desk.window, *desk.document);
-  EXPECT_EQ(desk.window.Log(), Texts({kSave}));   // cancelled: no question
+  EXPECT_EQ(desk.window.Log(), Texts({kSave}));  // cancelled: no question
   const std::string path = folder / "a.pdt";
   for (const char* answer : {"yes", "no", "no"}) {
     desk.window.answers = {"file:" + path, answer};
@@ -139,12 +141,12 @@ TEST(PitchCommands, SavingAsksRestartsAndAppends) {
     EXPECT_EQ(desk.window.Log(), Texts({kSave, kQuestion}));
   }
   const std::string thrice = ReadFile(path);
-  EXPECT_EQ(thrice.size(), 3u * 20);   // frames 50 and 51
+  EXPECT_EQ(thrice.size(), 3u * 20);  // frames 50 and 51
   EXPECT_EQ(thrice.substr(0, 20), thrice.substr(40));
   desk.window.answers = {"file:" + path, "yes"};
   SavePitchSegment(desk.window, *desk.document);
   EXPECT_EQ(ReadFile(path), thrice.substr(0, 20));
-  desk.window.answers = {"file:" + (folder / "new.pdt"), "no"};   // a missing file is made
+  desk.window.answers = {"file:" + (folder / "new.pdt"), "no"};  // a missing file is made
   EXPECT_EQ(SavePitchSegment(desk.window, *desk.document), 0);
   EXPECT_EQ(ReadFile(folder / "new.pdt"), thrice.substr(0, 20));
 }
@@ -177,8 +179,11 @@ TEST(PitchCommands, ListingWritesPitchTxt) {
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 0);
   EXPECT_EQ(desk.window.Log(), Texts({"open|打开基频数据文件|"}));
   const std::string text = FromGbk(ReadFile(listing));
-  EXPECT_TRUE(text.starts_with("\r\n          第1段：T=0.50秒--0.60秒\r\n\r\nT(秒)    频率(Hz) 半音调    T(秒)    频率(Hz) 半音调 \r\n0.50     12"));
-  EXPECT_NE(text.find(" \r\n          第2段：T=0.60秒--0.70秒\r\n"), std::string::npos);   // 11 frames: an odd end
+  EXPECT_TRUE(
+      text.starts_with("\r\n          第1段：T=0.50秒--0.60秒\r\n\r\nT(秒)    频率(Hz) 半音调    T(秒)    "
+                       "频率(Hz) 半音调 \r\n0.50     12"));
+  EXPECT_NE(text.find(" \r\n          第2段：T=0.60秒--0.70秒\r\n"),
+            std::string::npos);  // 11 frames: an odd end
 
   // A broken tail: its message, and the records before it stay listed.
   WriteFile(data, ReadFile(data).substr(0, 56) + "HEAPxxxx");
@@ -198,7 +203,7 @@ TEST(PitchCommands, ListingWritesPitchTxt) {
 TEST(PitchCommands, ListingRefusesBeforeItWrites) {
   const TempFolder folder;
   Desk desk(Word());
-  EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);   // cancelled
+  EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);  // cancelled
   desk.window.answers = {"file:" + (folder / "none.pdt")};
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);
   EXPECT_EQ(desk.window.Log().back(), "error|Parlowen(Tessiran)|无基频数据文件！");
@@ -213,7 +218,7 @@ TEST(PitchCommands, ListingRefusesBeforeItWrites) {
 struct RepairDesk : Desk {
   RepairDesk() : Desk(Word()) {
     document->pitch.fill(0);
-    for (std::size_t f = 40; f < 80; ++f) document->pitch[f] = 160;   // 100 Hz
+    for (std::size_t f = 40; f < 80; ++f) document->pitch[f] = 160;  // 100 Hz
     document->pitchBackup = document->pitch;
     document->pitchPresent = true;
   }
@@ -241,17 +246,18 @@ TEST(PitchRepair, ATraceIsLinearInTheLogarithmAndOverVoicedFramesOnly) {
   EXPECT_EQ(desk.window.Log(), Texts({"status|谐波号=4"}));
   RepairClick(desk.window, *desk.document, repair, {60, 400}, MouseButton::Left);
   EXPECT_NEAR(desk.Frequency(60), 100, 1e-3);
-  RepairClick(desk.window, *desk.document, repair, {30, 1600}, MouseButton::Left);   // backwards, past the voiced run
-  EXPECT_NEAR(desk.Frequency(45), 200, 1e-3);   // half way between 100 and 400 Hz
+  RepairClick(desk.window, *desk.document, repair, {30, 1600},
+              MouseButton::Left);              // backwards, past the voiced run
+  EXPECT_NEAR(desk.Frequency(45), 200, 1e-3);  // half way between 100 and 400 Hz
   EXPECT_EQ(desk.Frequency(39), 0);
   EXPECT_NEAR(desk.Frequency(61), 100, 1e-3);
-  RepairClick(desk.window, *desk.document, repair, {0, 0}, MouseButton::Right);      // ends the trace
+  RepairClick(desk.window, *desk.document, repair, {0, 0}, MouseButton::Right);  // ends the trace
   RepairClick(desk.window, *desk.document, repair, {70, 800}, MouseButton::Left);
   EXPECT_NEAR(desk.Frequency(70), 200, 1e-3);
   EXPECT_NEAR(desk.Frequency(69), 100, 1e-3);
   EXPECT_TRUE(desk.window.Log().empty());
   RepairClick(desk.window, *desk.document, repair, {0, 0}, MouseButton::Right);
-  RepairClick(desk.window, *desk.document, repair, {100, 800}, MouseButton::Left);   // unvoiced
+  RepairClick(desk.window, *desk.document, repair, {100, 800}, MouseButton::Left);  // unvoiced
   EXPECT_EQ(desk.window.Log(), Texts({"status|只能修改浊音段"}));
   for (int i = 0; i < 3; ++i) RepairKey(desk.window, *desk.document, repair, "Z");
   EXPECT_EQ(desk.document->pitch, desk.document->pitchBackup);
@@ -260,11 +266,13 @@ TEST(PitchRepair, ATraceIsLinearInTheLogarithmAndOverVoicedFramesOnly) {
 TEST(PitchRepair, MarkedFramesAreUnvoicedDoubledHalvedAndRestored) {
   RepairDesk desk;
   PitchRepair& repair = desk.state.repair;
-  const auto key = [&](const char* name) { EXPECT_TRUE(RepairKey(desk.window, *desk.document, repair, name)); };
+  const auto key = [&](const char* name) {
+    EXPECT_TRUE(RepairKey(desk.window, *desk.document, repair, name));
+  };
   key("D");
   key("Up");
   EXPECT_EQ(desk.window.Log(), Texts({"status|只能修改浊音段", "status|只能修改浊音段"}));
-  RepairMark(desk.window, repair, 50, 45);   // a drag to the left
+  RepairMark(desk.window, repair, 50, 45);  // a drag to the left
   key("Up");
   EXPECT_EQ(desk.Frequency(45), 200);
   EXPECT_EQ(desk.Frequency(50), 200);
@@ -273,7 +281,7 @@ TEST(PitchRepair, MarkedFramesAreUnvoicedDoubledHalvedAndRestored) {
   key("Down");
   key("Down");
   EXPECT_EQ(desk.Frequency(47), 50);
-  key("Down");   // 25 Hz is no pitch: the frames stay
+  key("Down");  // 25 Hz is no pitch: the frames stay
   EXPECT_EQ(desk.Frequency(47), 50);
   key("d");
   EXPECT_EQ(desk.document->pitch[47], 0.0f);
@@ -300,26 +308,32 @@ TEST(PitchRepair, FrameZeroAndFramesBehindTheSoundStay) {
 }
 
 TEST(PitchRepair, ThePictureAndTheMouseAgreeOnFrequencies) {
-  for (const int height : {100, 256, 330, 513})
-    for (int y = 0; y < height - 3; ++y)   // the lowest rows stand below 0 Hz
-      EXPECT_EQ(RowOfFrequency(FrequencyAtRow(y, height, 16000), height, 16000), y) << height;
-  // Row 32 of 256 stands for 1000 Hz; its middle is 32.5 rows above the foot.
-  EXPECT_NEAR(FrequencyAtRow(256 - 1 - 32, 256, 16000), 1000, 1e-9);
+  for (const RepairRows rows : {RepairRows::Frequencies, RepairRows::Quefrencies})
+    for (const int height : {100, 256, 330, 513})
+      for (int y = 0; y < height - 3; ++y)  // the lowest rows stand below 0
+        EXPECT_EQ(RowOfFrequency(rows, FrequencyAtRow(rows, y, height, 16000), height, 16000), y) << height;
+  // Row 32 of 256 stands for 1000 Hz, or for a period of 32 samples; its middle is 32.5 rows above the foot.
+  EXPECT_NEAR(FrequencyAtRow(RepairRows::Frequencies, 256 - 1 - 32, 256, 16000), 1000, 1e-9);
+  EXPECT_NEAR(FrequencyAtRow(RepairRows::Quefrencies, 256 - 1 - 32, 256, 16000), 500, 1e-9);
+  EXPECT_NEAR(FrequencyAtRow(RepairRows::Quefrencies, 256 - 1 - 32, 256, 22050), 22050 / 32.0, 1e-9);
+  EXPECT_NEAR(FrequencyAtRow(RepairRows::Quefrencies, 256 - 1 - 32, 256, 22051), 22051 / 64.0, 1e-9);
 }
 
 TEST(PitchRepair, TheCombStandsOnTheHarmonicsOfTheFramesPitch) {
   RepairDesk desk;
   desk.state.repair.pointer = RepairPoint{60, 900};
-  const Picture picture = PitchRepairPicture(*desk.document, desk.state.repair, [](int sample) { return sample / 160; }, 200, 800);
+  const Picture picture = PitchRepairPicture(
+      *desk.document, desk.state.repair, [](int sample) { return sample / 160; }, 200, 800);
   std::vector<int> teeth;
   for (const Mark& mark : picture.marks)
     if (const auto* line = std::get_if<LineMark>(&mark)) {
       teeth.push_back(line->from.y);
       EXPECT_EQ((line->from.x + line->to.x) / 2, 60);
     }
-  ASSERT_EQ(teeth.size(), 79u);   // 100 .. 7900 Hz
+  ASSERT_EQ(teeth.size(), 79u);  // 100 .. 7900 Hz
   for (std::size_t k = 0; k < teeth.size(); ++k)
-    EXPECT_EQ(teeth[k], RowOfFrequency(100.0 * (static_cast<double>(k) + 1), 800, 16000));
+    EXPECT_EQ(teeth[k],
+              RowOfFrequency(RepairRows::Frequencies, 100.0 * (static_cast<double>(k) + 1), 800, 16000));
 }
 
 }  // namespace

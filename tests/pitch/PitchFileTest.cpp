@@ -14,7 +14,8 @@ namespace {
 using testing::Little;
 
 std::string Record(int start, const std::vector<float>& periods) {
-  std::string bytes = "HEAD" + Little(4 * periods.size() + 4, 4) + Little(static_cast<std::uint32_t>(start), 4);
+  std::string bytes =
+      "HEAD" + Little(4 * periods.size() + 4, 4) + Little(static_cast<std::uint32_t>(start), 4);
   for (const float period : periods) bytes += Little(std::bit_cast<std::uint32_t>(period), 4);
   return bytes;
 }
@@ -76,7 +77,7 @@ TEST(PitchFile, BrokenRecordsEndTheReadingWhereTheyBegin) {
   for (const auto& c : cases) {
     EXPECT_EQ(Read(c.bytes, records) == PitchFileEnd::Complete, c.complete) << c.why;
     EXPECT_EQ(Read(good + c.bytes, records) == PitchFileEnd::Complete, c.complete) << c.why;
-    EXPECT_GE(records.size(), 1u) << c.why;   // what stands before is kept
+    EXPECT_GE(records.size(), 1u) << c.why;  // what stands before is kept
     EXPECT_EQ(records[0].periods.size(), 3u) << c.why;
   }
 }
@@ -96,13 +97,15 @@ TEST(PitchFile, AnOddLastFrameHasNoLineEnd) {
 }
 
 TEST(PitchFile, ValuesThatAreNoPeriodListAsZero) {
-  for (const float value : {0.0f, -1.0f, std::bit_cast<float>(0x7FC00000u), std::bit_cast<float>(0x7F800000u), 0.4f, 1e-30f, 20000.0f})
+  for (const float value : {0.0f, -1.0f, std::bit_cast<float>(0x7FC00000u), std::bit_cast<float>(0x7F800000u),
+                            0.4f, 1e-30f, 20000.0f})
     EXPECT_TRUE(PitchListing({0, {value}}, 1, 16000).ends_with("0.00     0        0.0       ")) << value;
   EXPECT_TRUE(PitchListing({0, {0.5f}}, 1, 16000).ends_with("0.00     32000    107.6     "));
 }
 
 TEST(PitchFile, ManyFramesAreListedAndTheirTimesDrift) {
-  // From 100 s on, neighbouring values of single precision are 7.6e-6 s apart: 9000 steps of 0.01 miss 190.00 visibly.
+  // From 100 s on, neighbouring values of single precision are 7.6e-6 s apart: 9000 steps of 0.01 miss 190.00
+  // visibly.
   const std::string text = PitchListing({1600000, std::vector<float>(9001, 125.0f)}, 1, 16000);
   float time = 100;
   for (int i = 0; i < 9000; ++i) time += 0.01f;

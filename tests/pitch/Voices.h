@@ -14,9 +14,10 @@ using Wave = std::vector<double>;
 
 inline Wave Silence(int rate, double seconds) { return Wave(static_cast<std::size_t>(rate * seconds), 0.0); }
 
-/// A vowel: the harmonics of `f0` up to 4 kHz under a formant at 600 Hz, largest value `peak`. `f1` is F0 at the end. With
-/// `dispersion` 0 the harmonics are in phase and a period has one sharp peak, else it has many.
-inline Wave Vowel(int rate, double f0, double seconds, double peak = 8000, double f1 = 0, double dispersion = 1) {
+/// A vowel: the harmonics of `f0` up to 4 kHz under a formant at 600 Hz, largest value `peak`. `f1` is F0 at
+/// the end. With `dispersion` 0 the harmonics are in phase and a period has one sharp peak, else it has many.
+inline Wave Vowel(int rate, double f0, double seconds, double peak = 8000, double f1 = 0,
+                  double dispersion = 1) {
   Wave wave = Silence(rate, seconds);
   double phase = 0, largest = 0;
   for (std::size_t n = 0; n < wave.size(); ++n) {
@@ -59,7 +60,8 @@ inline Wave Mixed(Wave wave, const Wave& other) {
 
 inline std::vector<std::int16_t> Samples(const Wave& wave) {
   std::vector<std::int16_t> samples;
-  for (const double y : wave) samples.push_back(static_cast<std::int16_t>(std::lround(std::clamp(y, -32768.0, 32767.0))));
+  for (const double y : wave)
+    samples.push_back(static_cast<std::int16_t>(std::lround(std::clamp(y, -32768.0, 32767.0))));
   return samples;
 }
 

@@ -92,14 +92,5 @@ TEST(Durations, MoreBarsThanFitAreScrolled) {
   EXPECT_EQ(chart.Hover({29, 100}), "");
 }
 
-TEST(Durations, AChartWithoutGroupsIsEmpty) {
-  DurationChart chart({});
-  testing::FakeWindow window;
-  chart.Draw(1024, 400);
-  chart.Scroll(window, 5);
-  EXPECT_TRUE(Bars(chart.Draw(1024, 400)).empty());
-  EXPECT_EQ(chart.Hover({100, 100}), "");
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -22,11 +22,6 @@ Bytes FileOf(const GroupLayout& layout, int groups, int used) {
   return file;
 }
 
-TEST(GroupFile, RecordsHaveTheirSizes) {
-  EXPECT_EQ(kDurationLayout.RecordBytes(), 200u);
-  EXPECT_EQ(kPairs.RecordBytes(), 198u);
-}
-
 TEST(GroupFile, ANewGroupOfThreeHanziIsTheseBytes) {
   Bytes file(2);
   const std::uint16_t duration = 0x2710;

@@ -105,13 +105,6 @@ TEST_F(GroupFlow, ACancelledDialogLeavesNothingBehind) {
   EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
 }
 
-TEST_F(GroupFlow, SayingNoForgetsTheCurrentGroup) {
-  WriteFile(path, Full(3));
-  current = {true, path, 0};
-  Add(1, {"no", "cancel"});
-  EXPECT_EQ(Add(1, {"cancel"}), (Texts{"open|打开音长统计数据文件|"}));
-}
-
 TEST_F(GroupFlow, ANameWithoutGbkCodesIsAskedAgain) {
   const Texts log = Add(1, {open, "yes", "ok:😀", "ok:a"});
   EXPECT_TRUE(Shown(log, Refusal("有字符没有 GBK 编码，请改写", "none")));

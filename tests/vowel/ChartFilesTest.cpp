@@ -49,14 +49,6 @@ TEST(ChartFile, SizesAndTheWayBack) {
     }
 }
 
-TEST(ChartFile, PlacesAreTakenAsTheyStand) {
-  Bytes bytes = ChartBytes(ChartOf(1, false)).bytes();
-  bytes[2] = 7;
-  bytes[8] = 9;   // a shape that is not offered
-  EXPECT_EQ(ReadChart(bytes, {})->points[0].x, 7);
-  EXPECT_EQ(ReadChart(bytes, {})->points[0].shape, 9);
-}
-
 TEST(ChartFile, PointsWithoutTheZeroWordAreReadToo) {
   for (const bool bark : {false, true}) {
     const VowelChart chart = ChartOf(3, bark);

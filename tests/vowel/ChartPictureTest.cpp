@@ -6,7 +6,6 @@
 
 #include "base/Gbk.h"
 #include "vowel/AverageVowels.h"
-#include "vowel/FormantStrip.h"
 #include "vowel/GroupPlot.h"
 #include "vowel/SegmentChart.h"
 #include "vowel/Vowels.h"
@@ -79,22 +78,6 @@ TEST(ChartPicture, AThirdFormantIsMarkedInHertzOnly) {
   EXPECT_EQ(ovals(), 2u);
 }
 
-TEST(ChartPicture, BothAxesSayWhatTheyAre) {
-  VowelChart chart;
-  const Picture hertz = PointChartPicture(chart, {}, false, 1024, 770);
-  for (const char* text : {"声学元音图", "F1", "F2", "200", "1600", "500", "1000", "2000", "1500", "3000", "6000"})
-    EXPECT_TRUE(HasText(hertz, text)) << text;
-  EXPECT_FALSE(HasText(hertz, "4000"));
-  chart.barkMode = true;
-  chart.referenceF0 = 120;
-  const Picture bark = PointChartPicture(chart, {}, false, 1024, 770);
-  for (const char* text : {"用Bark相对坐标", "B1-B0", "B2-B1", "-1", "0", "12", "Bark 定义： Bark(f)=7*log((f/650)+sqrt(f*f/422500+1))",
-                           "B0=Bark(参考频率),  B1=Bark(f1),   B2=Bark(f2)", "参考频率=120 Hz;   纵坐标: B1-B0;  横坐标: B2-B1"})
-    EXPECT_TRUE(HasText(bark, text)) << text;
-  // The amplitude pane above the chart stays free.
-  for (const auto& box : MarksOf<BoxMark>(bark)) EXPECT_GE(box.y, kChartTop);
-}
-
 TEST(ChartPicture, ThePointerReadsTheNearestPoint) {
   VowelChart chart;
   chart.Add(283, 2350, 3000);   // 76, 240
@@ -137,20 +120,6 @@ TEST(ChartPicture, LinesJoinTheFramesOfASegment) {
   EXPECT_TRUE(joined(false).empty());
   EXPECT_TRUE(HasText(SegmentPicture(points, false, {}, 1024, 640), "声学元音图（一段语音）  红色->蓝色：先->后"));
   EXPECT_TRUE(HasText(SegmentPicture(points, false, {}, 1024, 640), "4000"));
-}
-
-TEST(ChartPicture, TheStripFollowsItsSamples) {
-  testing::VowelStation station;
-  FormantStrip strip;
-  strip.Update(station.document, {testing::MiddleOf(0), testing::MiddleOf(3)});
-  const auto boxes = MarksOf<BoxMark>(strip.Draw());
-  const auto at = [&](int x, double hertz) {   // a pixel is 89 Hz
-    return std::any_of(boxes.begin(), boxes.end(), [&](const BoxMark& box) {
-      return box.x == x && std::abs((45 - box.y) * 4000.0 / 45 - hertz) < 120;
-    });
-  };
-  EXPECT_TRUE(at(0, 760) && at(0, 1280) && at(4, 290) && at(4, 2300));
-  EXPECT_FALSE(at(0, 290) || at(4, 1280));
 }
 
 }  // namespace

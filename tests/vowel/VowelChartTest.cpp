@@ -59,18 +59,6 @@ TEST(VowelChart, PlacesOfNonsenseAreDefined) {
   EXPECT_EQ(FrequencyPlace(300, 0, 0, kPointAxes).x, 32767);
 }
 
-TEST(VowelChart, TwoHundredPointsAndNoMore) {
-  VowelChart chart;
-  chart.shape = shapes::kTriangle;
-  for (int i = 0; i < 200; ++i) ASSERT_TRUE(chart.Add(300 + i, 1000 + i, 2000));
-  const VowelChart full = chart;
-  EXPECT_FALSE(chart.Add(500, 1500, 0));
-  EXPECT_EQ(chart.count, 200);
-  EXPECT_EQ(chart.points, full.points);
-  EXPECT_EQ(chart.points[199].f1, 499.0f);
-  EXPECT_EQ(chart.points[199].shape, 3);
-}
-
 TEST(VowelChart, AChangeOfTheCoordinatesMovesThePoints) {
   VowelChart chart;
   chart.Add(283, 2350, 3000);

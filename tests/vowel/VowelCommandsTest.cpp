@@ -157,13 +157,6 @@ TEST_F(VowelCommands, TheLastPointIsTakenAwayOrCorrected) {
   EXPECT_FALSE(states.IsEnabled(40059) || states.IsEnabled(40072));
 }
 
-TEST_F(VowelCommands, ACorrectionThatLeavesNoVowelTakesThePointAway) {
-  Open();
-  ClickAt(MiddleOf(3));   // i: without F1, F2 = 2300 is no F1
-  Undo({"no", "no", "no"});
-  EXPECT_EQ(vowels.chart.count, 0);
-}
-
 TEST_F(VowelCommands, WithoutAClickInThisSoundNothingIsMeasured) {
   Open();
   Type({"set:1000=300,1008=1000"});
@@ -300,36 +293,6 @@ TEST_F(VowelCommands, TheSegmentChartLastsWhileItsWindowIsOpen) {
   EXPECT_EQ(document.activity, activities::kWaveform);
 }
 
-TEST_F(VowelCommands, AveragesAreDrawnAndNotAdded) {
-  Open();
-  for (int i = 0; i < 2; ++i) {
-    Answer({"choose:5"});
-    AverageVowelsCommand(window, document, vowels);
-  }
-  EXPECT_EQ(vowels.averages, std::vector<int>{5});
-  EXPECT_EQ(vowels.chart.count, 0);
-  EXPECT_TRUE(VowelKey(window, document, states, vowels, "L"));
-  EXPECT_TRUE(vowels.averages.empty());
-}
-
-TEST_F(VowelCommands, KeysOfTheTwoCharts) {
-  for (const char* key : {"M", "L", "B"}) EXPECT_FALSE(VowelKey(window, document, states, vowels, key)) << key;
-  Open();
-  ClickAt(MiddleOf(0));
-  EXPECT_TRUE(VowelKey(window, document, states, vowels, "M"));
-  EXPECT_TRUE(vowels.showNumbers);
-  EXPECT_FALSE(vowels.plot.showNames);
-  EXPECT_FALSE(VowelKey(window, document, states, vowels, "B"));
-  document.activity = activities::kGroupPlot;
-  UpdateVowelCommands(document, states, vowels);
-  EXPECT_FALSE(states.IsEnabled(40059) || states.IsEnabled(40085));
-  EXPECT_TRUE(VowelKey(window, document, states, vowels, "M"));
-  EXPECT_TRUE(vowels.plot.showNames && vowels.showNumbers);
-  EXPECT_TRUE(VowelKey(window, document, states, vowels, "B"));
-  EXPECT_EQ(document.activity, activities::kPointChart);
-  EXPECT_TRUE(states.IsEnabled(40059) && states.IsEnabled(40085));
-}
-
 TEST_F(VowelCommands, FormantsAreSavedInBlocks) {
   const std::string path = folder / "f.fmt";
   const auto save = [&](std::deque<std::string> answers) {
@@ -438,19 +401,6 @@ TEST_F(VowelCommands, TheGroupsAreListedAndPlotted) {
   EXPECT_NE(ReadFile(folder / "VwlPoints.txt").find("V1i"), std::string::npos);
   ASSERT_EQ(vowels.plot.groups.size(), 2u);
   EXPECT_EQ(vowels.plot.groups[1].x, 700);
-}
-
-TEST_F(VowelCommands, TheChartOutlivesTheSound) {
-  Open();
-  ClickAt(MiddleOf(0));
-  const VowelPoint point = Last();
-  openByName(window, document, states, PARLOWEN_SOURCE_DIR "/sounds/english_male_sentence_16000.wav");
-  UpdateVowelCommands(document, states, vowels);
-  EXPECT_EQ(vowels.chart.count, 1);
-  EXPECT_EQ(Last(), point);
-  EXPECT_FALSE(states.IsEnabled(40059)) << "the chart is not shown";
-  Open();
-  EXPECT_TRUE(states.IsEnabled(40059));
 }
 
 }  // namespace

@@ -41,12 +41,6 @@ TEST(VowelGroups, TheReportIsTheseBytes) {
   EXPECT_EQ(FromGbk(VowelReport(groups, summaries, false)), text);
 }
 
-TEST(VowelGroups, ValuesAreReadWithoutASign) {
-  const auto summary = SummariesOfVowels({{"x", false, {65535, 40000}}})[0];
-  EXPECT_EQ(summary.mean1, 65535.0f);
-  EXPECT_EQ(summary.mean2, 40000.0f);
-}
-
 std::vector<VowelGroup> Means(std::vector<std::pair<float, float>> means) {
   std::vector<VowelGroup> groups;
   for (const auto& [f1, f2] : means) {

@@ -132,6 +132,58 @@ void FormantsValue(const SoundDocument& document, JsonObject& event) {
             }));
 }
 
+// --- Spectra
+
+template <typename Range>
+std::string NumbersJson(const Range& values) {
+  return JsonList(values, [](double value) { return ShortestNumber(value); });
+}
+
+void FrameValue(const Workstation& w, JsonObject& event) {
+  const FrameParameters frame = w.frames.hasFrame ? w.frames.frame : FrameParameters{};
+  const auto count = static_cast<std::size_t>(frame.formants.count);
+  event.Number("time", frame.time)
+      .Number("level", frame.level)
+      .Number("f0", frame.f0)
+      .Integer("f0Cepstral", frame.f0Cepstral)
+      .Raw("f", NumbersJson(std::span(frame.formants.frequency.data(), count)))
+      .Raw("b", NumbersJson(std::span(frame.formants.bandwidth.data(), count)))
+      .Raw("narrow", NumbersJson(frame.narrow))
+      .Raw("lpc", NumbersJson(frame.lpc));
+}
+
+void CompareValue(const Workstation& w, JsonObject& event) {
+  const FrameComparison both = w.frames.hasComparison ? w.frames.comparison : FrameComparison{};
+  event.Number("timeA", both.a.time)
+      .Number("timeB", both.b.time)
+      .Raw("a", NumbersJson(both.a.curve))
+      .Raw("b", NumbersJson(both.b.curve))
+      .Raw("fA", NumbersJson(both.a.frequency))
+      .Raw("bA", NumbersJson(both.a.bandwidth))
+      .Raw("fB", NumbersJson(both.b.frequency))
+      .Raw("bB", NumbersJson(both.b.bandwidth));
+}
+
+void LtaValue(const Workstation& w, JsonObject& event) {
+  event.Integer("frames", w.lta.frames).Raw("levels", NumbersJson(w.lta.levels)).Raw("previous", NumbersJson(w.lta.previous));
+  if (!w.lta.difference) return;
+  event.Number("deviation", w.lta.difference->deviation)
+      .Number("largest", w.lta.difference->largest)
+      .Integer("largestHz", w.lta.difference->largestHz);
+}
+
+void ConsonantValue(const Workstation& w, JsonObject& event) {
+  const ConsonantFrame& frame = w.consonant.frame;
+  event.Raw("bands", NumbersJson(frame.bands))
+      .Number("gravity", frame.gravity)
+      .Number("dispersion", frame.dispersion)
+      .Number("intensity", frame.intensity);
+  if (w.consonant.stretch.empty()) return;
+  event.Raw("stretch", JsonList(w.consonant.stretch, [](const ConsonantFrame& f) {
+              return JsonObject().Number("gravity", f.gravity).Number("dispersion", f.dispersion).Number("intensity", f.intensity).Done();
+            }));
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -149,12 +201,20 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
   } else if (what == "spectrogram") {
     SpectrogramValue(workstation, event);
+  } else if (what == "formants") {
+    FormantsValue(workstation.document, event);
+  } else if (what == "frame") {
+    FrameValue(workstation, event);
+  } else if (what == "compare") {
+    CompareValue(workstation, event);
+  } else if (what == "lta") {
+    LtaValue(workstation, event);
+  } else if (what == "consonant") {
+    ConsonantValue(workstation, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
   } else if (what == "vowels") {
     VowelsValue(workstation.vowels.chart, event);
-  } else if (what == "formants") {
-    FormantsValue(workstation.document, event);
   } else {
     return "no value is called " + what;
   }

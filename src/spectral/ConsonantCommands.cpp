@@ -1,0 +1,217 @@
+#include "spectral/ConsonantCommands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <memory>
+
+#include "base/Arithmetic.h"
+#include "base/Files.h"
+#include "base/Format.h"
+#include "spectral/ConsonantFile.h"
+#include "spectral/SpectralPlot.h"
+#include "spectral/ToolTexts.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kRateRange = "辅音分析的采样频率必须在 16000Hz--22050Hz 之间！";
+constexpr const char* kNoStretch =
+    "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段";
+constexpr const char* kNoStretchCaption = "辅音段未定义";
+constexpr const char* kLowGravity =
+    "谱图重心的频率偏低，可能不是清辅音！\n\r请在上方的幅度能量图中用鼠标左键选择辅音断面";
+constexpr const char* kSaveQuestion = "保存此图的数据吗（Yes/No）？";
+constexpr const char* kSaveCaption = "保存数据？";
+constexpr const char* kCannotCreate = "不能建立文件！";
+constexpr const char* kNoFile = "无辅音数据文件！";
+constexpr const char* kCannotOpen = "文件打开错误！";
+constexpr const char* kTextName = "Cons.txt";
+constexpr const char* kHead = "Band energy strengths graph (Band No. 2--24):";
+
+constexpr double kLowestGravity = 9.0;   // bands
+constexpr std::size_t kLargestFile = std::size_t{1} << 26;
+
+constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
+constexpr Colour kBar = 0x4070B0, kGravityLine = 0xC80000, kDispersionLine = 0x0030C0, kIntensityLine = colours::kBlack;
+
+FileDialog ConsonantDialog(const char* title) { return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""}; }
+
+bool RateFits(const SoundDocument& document) {
+  return document.sampleRate >= kLowestConsonantRate && document.sampleRate <= kHighestConsonantRate;
+}
+
+std::string MeasuresLine(const ConsonantFrame& frame) {
+  return Format("Gravity: %.2lf    Dispersion: %.2lf    Mean_intensity(db)=%.2lf", frame.gravity, frame.dispersion,
+                frame.intensity);
+}
+
+void TakeFrame(const SoundDocument& document, ConsonantState& state) {
+  const int start = document.selectionStart;
+  if (std::int64_t{start} + kConsonantEndMargin < document.sampleCount)
+    state.frame = AnalyseConsonantFrame(document.Samples(), document.sampleRate, start);
+  state.stretch.clear();
+  state.sampleRate = document.sampleRate;
+  state.shownStart = start;
+  state.shown = true;
+}
+
+class ConsonantWindow : public ToolWindow {
+ public:
+  ConsonantWindow(SoundDocument& document, ConsonantState& state) : document_(document), state_(state) {}
+  std::string Name() const override { return "consonant"; }
+  std::string Title() const override { return state_.stretch.empty() ? "辅音的帧参数" : "一段辅音的参数图"; }
+  Picture Draw(int width, int height) const override { return ConsonantPicture(state_, width, height); }
+  std::string Text() const override {
+    if (!state_.shown) return {};
+    std::string text;
+    if (state_.stretch.empty()) {
+      text = std::string(kHead) + "\n";
+      for (int band = 0; band < kBandCount; ++band)
+        text += Format("%d\t%.6g\n", band + kFirstBand, state_.frame.bands[static_cast<std::size_t>(band)]);
+      return text + MeasuresLine(state_.frame) + "\n";
+    }
+    for (std::size_t i = 0; i < state_.stretch.size(); ++i) {
+      const ConsonantFrame& frame = state_.stretch[i];
+      const double time = (state_.start + static_cast<double>(i) * state_.step) / std::max(1, state_.sampleRate);
+      text += Format("%.3f\t%.2f\t%.2f\t%.2f\n", time, frame.gravity, frame.dispersion, frame.intensity);
+    }
+    return text;
+  }
+  void Closed(Window& window) override {
+    state_.frameOpen = false;
+    EndActivity(window, document_, activities::kConsonant);
+  }
+
+ private:
+  SoundDocument& document_;
+  ConsonantState& state_;
+};
+
+void Open(Window& window, SoundDocument& document, ConsonantState& state, bool oneFrame) {
+  window.OpenToolWindow(std::make_unique<ConsonantWindow>(document, state));
+  state.frameOpen = oneFrame;
+  document.activity = activities::kConsonant;
+  window.Repaint();
+}
+
+void SaveStretch(Window& window, const ConsonantState& state) {
+  const auto choice = window.AskSaveFile(ConsonantDialog("保存辅音数据文件"));
+  if (!choice) return window.Repaint();
+  ConsonantRecord record{state.start, state.step, {}};
+  for (const ConsonantFrame& frame : state.stretch) record.frames.push_back({frame.gravity, frame.dispersion});
+  ByteWriter file;
+  WriteConsonants(file, record);
+  if (ReplaceFile(choice->path, file) < 0) window.ShowError(kCannotCreate);
+}
+
+void AddBars(Picture& picture, const ConsonantFrame& frame) {
+  const int base = kPanelTop + kBarsHeight;
+  const double strongest = *std::max_element(frame.bands.begin(), frame.bands.end());
+  for (int i = 0; i < kBandCount; ++i) {
+    const int height = BandBarHeight(frame.bands[static_cast<std::size_t>(i)], strongest);
+    const int x = kBarsLeft + i * kBarWidth;
+    if (height > 0) {
+      BoxMark bar{x, base - height, kBarWidth, height, kBar};
+      bar.outlined = true;
+      picture.Add(bar);
+    }
+    const int band = i + kFirstBand;
+    if (band % 2 == 0) picture.Add(TextMark{x + kBarWidth / 2, base + 14, Format("%d", band), colours::kText, 9, Anchor::Middle, Face::Figures});
+  }
+  picture.Add(LineMark{{kBarsLeft, base}, {kBarsLeft + kBandCount * kBarWidth, base}, colours::kText});
+}
+
+/// A measure over time in a panel of its own.
+void AddCurve(Picture& picture, const ConsonantState& state, int top, int height, double low, double high, double step,
+              const char* name, Colour colour, double ConsonantFrame::*measure) {
+  const int left = 70, right = picture.width - 20, base = top + height;
+  const auto yOf = [&](double value) {
+    return base - TruncateToInt32((std::clamp(value, low, high) - low) / (high - low) * height);
+  };
+  for (double value = low; value <= high; value += step) {
+    picture.Add(LineMark{{left, yOf(value)}, {right, yOf(value)}, colours::kGrid});
+    picture.Add(TextMark{left - 6, yOf(value) + 4, Format("%.0f", value), colours::kText, 10, Anchor::Right, Face::Figures});
+  }
+  AddLine(picture, left, top - 6, name, colour);
+  PolylineMark curve{{}, colour, 2};
+  const auto count = static_cast<std::int64_t>(state.stretch.size());
+  for (std::int64_t i = 0; i < count; ++i) {
+    const int x = left + static_cast<int>((2 * i + 1) * (right - left) / (2 * count));
+    curve.points.push_back({x, yOf(state.stretch[static_cast<std::size_t>(i)].*measure)});
+  }
+  if (count == 1) curve.points.push_back({curve.points[0].x + 1, curve.points[0].y});
+  picture.Add(std::move(curve));
+}
+
+}  // namespace
+
+int BandBarHeight(double energy, double strongest) {
+  if (!(energy > 0) || !(strongest > 0)) return 0;
+  return std::max(0, TruncateToInt32(120 + 30 * std::log10(energy / strongest)));
+}
+
+Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
+  Picture picture{width, height, {}};
+  if (!state.shown) return picture;
+  const double rate = std::max(1, state.sampleRate);
+  if (state.stretch.empty()) {
+    AddLine(picture, 20, 24, kHead);
+    AddLine(picture, 20, 44, MeasuresLine(state.frame));
+    AddLine(picture, 600, 24, Format("T=%.2f 秒", state.shownStart / rate));
+    AddBars(picture, state.frame);
+    return picture;
+  }
+  const double end = state.start + static_cast<double>(state.stretch.size()) * state.step;
+  AddLine(picture, 20, 24, Format("T=%.2f -- %.2f（秒）", state.start / rate, end / rate));
+  const int panel = std::max(40, (height - 120) / 3 - 30);
+  AddCurve(picture, state, 60, panel, 0, 24, 4, "Gravity", kGravityLine, &ConsonantFrame::gravity);
+  AddCurve(picture, state, 60 + panel + 40, panel, 0, 12, 2, "Dispersion", kDispersionLine, &ConsonantFrame::dispersion);
+  AddCurve(picture, state, 60 + 2 * (panel + 40), panel, -50, 100, 25, "Mean_intensity(db)", kIntensityLine,
+           &ConsonantFrame::intensity);
+  return picture;
+}
+
+void ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state) {
+  if (!RateFits(document)) return window.Notify(kRateRange);
+  if (document.selectionStart < 0) return window.ShowStatus(kMarkFirst);
+  TakeFrame(document, state);
+  Open(window, document, state, true);
+  if (state.frame.gravity < kLowestGravity) window.Notify(kLowGravity);
+}
+
+void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantState& state) {
+  if (!document.selectionDefined()) return window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
+  if (!RateFits(document)) return window.Notify(kRateRange);
+  state.start = document.selectionStart;
+  state.step = document.sampleRate / 100;
+  state.sampleRate = document.sampleRate;
+  state.stretch = AnalyseConsonant(document.Samples(), document.sampleRate, state.start, document.selectionEnd, state.frame);
+  state.frame = state.stretch.back();
+  state.shown = true;
+  Open(window, document, state, false);
+  if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStretch(window, state);
+}
+
+void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
+  const auto choice = window.AskOpenFile(ConsonantDialog("打开辅音数据文件"));
+  std::error_code error;
+  if (!choice || !std::filesystem::exists(choice->path, error)) return window.ShowError(kNoFile);
+  const auto bytes = ReadWholeFile(choice->path, kLargestFile);
+  const auto record = bytes ? ParseConsonants(*bytes) : std::nullopt;
+  if (!record) return window.ShowError(kCannotOpen);
+  const std::string text = ConsonantText(*record);
+  const std::string path = exportFolder.empty() ? kTextName : exportFolder + "/" + kTextName;
+  if (ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
+    return window.ShowError(kCannotOpen);
+  window.OpenInEditor(path);
+}
+
+void FollowSelectedConsonant(Window& window, const SoundDocument& document, ConsonantState& state) {
+  const bool moved = document.selectionStart >= 0 && document.selectionStart != state.shownStart;
+  if (!state.frameOpen || !moved || !RateFits(document)) return;
+  TakeFrame(document, state);
+  window.Repaint();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,100 @@
+#include "spectral/FramePicture.h"
+
+#include <algorithm>
+
+#include "base/Format.h"
+
+namespace parlowen {
+namespace {
+
+constexpr Colour kNarrow = 0xC80000, kLpc = colours::kBlack, kBarsA = 0x00DC00, kLineB = 0xC80000;
+constexpr int kTextLeft = 20, kFirstLine = 24, kLineStep = 20;
+constexpr int kTableLeft = 640, kTableTop = 110;
+constexpr int kAxisRoom = 40;          // under the base line
+constexpr int kVoicedTop = 3500;       // Hz
+constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;   // units of the curves a dB
+constexpr double kRowsPerDecibel = 3.6;
+
+int Whole(double value) { return TruncateToInt32(value); }
+
+}  // namespace
+
+std::vector<std::string> FrameLines(const FrameParameters& frame) {
+  std::vector<std::string> lines;
+  lines.push_back("黑色为 LPC 谱图，红色为窄带谱图");
+  lines.push_back(Format("本帧位置 : %.2lf秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）", frame.time));
+  if (frame.f0 > 0 && frame.f0Cepstral > 0) {
+    lines.push_back(Format("音强 E=%4.1lfdb  基频 F0=%3.0f/%dHz", frame.level, frame.f0, frame.f0Cepstral));
+  } else {
+    lines.push_back(Format("音强 E=%4.1lfdb  基频 F0=%3.0fHz", frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
+  }
+  lines.push_back("共振峰:");
+  for (std::size_t i = 0; static_cast<int>(i) < frame.formants.count; ++i) {
+    const int number = static_cast<int>(i) + 1;
+    lines.push_back(Format("F%d=%-4d", number, Whole(frame.formants.frequency[i])) + "  " +
+                    Format("B%d=%5d", number, Whole(frame.formants.bandwidth[i])));
+  }
+  return lines;
+}
+
+std::vector<std::string> ComparisonLines(const FrameComparison& comparison) {
+  const auto row = [](const char* format, const ComparedFrame& frame) {
+    return Format(format, Whole(frame.frequency[0]), Whole(frame.frequency[1]), Whole(frame.frequency[2]),
+                  Whole(frame.bandwidth[0]), Whole(frame.bandwidth[1]), Whole(frame.bandwidth[2]));
+  };
+  return {"绿色背景为A帧谱图，红色为B帧谱图（在波形图中用鼠标左、右键选择要比较的A、B帧位置）",
+          Format("A 帧：T=%.2f 秒       B 帧：T=%.2f秒", comparison.a.time, comparison.b.time),
+          "共振峰      F1      F2      F3        带宽：B1     B2     B3",
+          row("  A 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)", comparison.a),
+          row("  B 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)", comparison.b)};
+}
+
+SpectralPlot FramePlot(int sampleRate, int height) {
+  return {100, height - kAxisRoom, 2, kRowsPerDecibel / kFrameScale, 256, std::max(1, sampleRate)};
+}
+
+SpectralPlot ComparisonPlot(const FrameState& state, int height) {
+  SpectralPlot plot = FramePlot(state.sampleRate, height);
+  plot.perUnit = kRowsPerDecibel / kComparisonScale;
+  if (state.comparison.voiced) plot.points = std::min(256, kVoicedTop * 512 / plot.sampleRate + 1);
+  return plot;
+}
+
+Picture FramePicture(const FrameState& state, int width, int height) {
+  Picture picture{width, height, {}};
+  if (!state.hasFrame) return picture;
+  const SpectralPlot plot = FramePlot(state.sampleRate, height);
+  AddAxes(picture, plot, state.sampleRate / 2000, 20, 100, kFrameScale);
+  picture.Add(CurveOf(plot, state.frame.narrow.data(), kNarrow));
+  picture.Add(CurveOf(plot, state.frame.lpc.data(), kLpc));
+  const std::vector<std::string> lines = FrameLines(state.frame);
+  constexpr std::size_t kHeadLines = 3;   // the others are the formants, in a table of their own
+  for (std::size_t i = 0; i < lines.size(); ++i) {
+    const int line = static_cast<int>(i < kHeadLines ? i : i - kHeadLines);
+    if (i < kHeadLines) AddLine(picture, kTextLeft, kFirstLine + line * kLineStep, lines[i]);
+    else AddLine(picture, kTableLeft + 20, kTableTop + line * kLineStep, lines[i]);
+  }
+  return picture;
+}
+
+Picture ComparisonPicture(const FrameState& state, int width, int height) {
+  Picture picture{width, height, {}};
+  if (!state.hasComparison) return picture;
+  const FrameComparison& comparison = state.comparison;
+  const SpectralPlot plot = ComparisonPlot(state, height);
+  for (int k = 0; k < plot.points; ++k) {
+    const int y = plot.YOf(comparison.a.curve[static_cast<std::size_t>(k)]);
+    picture.Add(LineMark{{plot.XOf(k), plot.base}, {plot.XOf(k), y}, kBarsA});
+  }
+  AddAxes(picture, plot, comparison.voiced ? 3 : state.sampleRate / 2000, 20, 100, kComparisonScale);
+  picture.Add(CurveOf(plot, comparison.b.curve.data(), kLineB));
+  const std::vector<std::string> lines = ComparisonLines(comparison);
+  AddLine(picture, kTextLeft, kFirstLine, "帧谱图");
+  AddLine(picture, kTextLeft + 60, kFirstLine, "对比");
+  AddLine(picture, kTextLeft + 110, kFirstLine, lines[0]);
+  for (std::size_t i = 1; i < lines.size(); ++i)
+    AddLine(picture, kTextLeft, kFirstLine + static_cast<int>(i) * kLineStep, lines[i]);
+  return picture;
+}
+
+}  // namespace parlowen

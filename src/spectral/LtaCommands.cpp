@@ -1,0 +1,180 @@
+#include "spectral/LtaCommands.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "base/Files.h"
+#include "base/Format.h"
+#include "spectral/LtaFile.h"
+#include "spectral/SpectralPlot.h"
+#include "spectral/ToolTexts.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kSaveButton = "保存此LTA谱";
+constexpr const char* kCompareButton = "LTA谱比较";
+constexpr const char* kCannotCreate = "不能建立文件！";
+constexpr const char* kNoSuchFile = "无此 lta 谱图数据文件！";
+constexpr const char* kRatesDiffer = "采样频率不一致，不能比较！";
+
+constexpr double kFrameSeconds = 0.0025;
+constexpr std::size_t kLargestFile = 1 << 20;
+constexpr Colour kCurrent = colours::kBlack, kOther = 0xC80000, kDifference = 0x0030C0;
+
+int Compute(Window& window, const SoundDocument& document, LtaState& state) {
+  const bool selected = document.selectionDefined();
+  const int start = selected ? document.selectionStart : document.viewStart;
+  const int end = selected ? document.selectionEnd : document.viewStart + document.viewLength;
+  state.previous = state.levels;
+  state.hasPrevious = state.frames > 0;
+  state.difference.reset();
+  state.sampleRate = document.sampleRate;
+  LtaSpectrum levels;
+  // The curve runs along while it is computed.
+  const int frames = ComputeLongTermSpectrum(document.Samples(), document.sampleRate, start, end, levels,
+                                             [&](int count, const LtaSpectrum& average) {
+                                               state.levels = average;
+                                               state.frames = count;
+                                               state.time = count * kFrameSeconds;
+                                               window.Repaint();
+                                             });
+  state.levels = levels;
+  state.frames = frames;
+  state.time = frames * kFrameSeconds;
+  window.Repaint();
+  return 2;
+}
+
+int Save(Window& window, const LtaState& state) {
+  if (state.frames == 0 || !IsFinite(state.levels)) return 1;
+  const auto choice = window.AskSaveFile({"保存 lta 谱图数据文件", {{"Lta 谱图数据文件(*.lta)", "*.lta"}}, "lta", ""});
+  if (!choice) {
+    window.Repaint();
+    return 1;
+  }
+  ByteWriter file;
+  WriteLta(file, {state.levels, state.sampleRate});
+  if (ReplaceFile(choice->path, file) < 0) {
+    window.ShowError(kCannotCreate);
+    return 1;
+  }
+  return 0;
+}
+
+int Compare(Window& window, LtaState& state) {
+  const auto choice = window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
+  if (!choice) return 1;
+  const auto bytes = ReadWholeFile(choice->path, kLargestFile);
+  const auto record = bytes ? ParseLta(*bytes) : std::nullopt;
+  if (!record) {
+    window.ShowError(kNoSuchFile);
+    return 1;
+  }
+  state.previous = record->levels;   // also when the comparison is refused
+  state.hasPrevious = true;
+  state.difference.reset();
+  if (record->sampleRate != state.sampleRate) {
+    state.hasPrevious = false;
+    window.Notify(kRatesDiffer);
+    return 1;
+  }
+  state.difference = CompareLongTermSpectra(state.levels, state.previous, state.sampleRate);
+  window.Repaint();
+  return 0;
+}
+
+SpectralPlot LeftPlot(const LtaState& state, int width, int height) {
+  const int panel = std::max(256, (width - 180) / 2);
+  return {60, height - 60, panel / 256.0, 2.0, kLtaBins, std::max(1, state.sampleRate)};
+}
+SpectralPlot RightPlot(const LtaState& state, int width, int height) {
+  SpectralPlot plot = LeftPlot(state, width, height);
+  plot.left = plot.Right() + 90;
+  plot.base = height / 2;
+  return plot;
+}
+
+std::vector<std::string> DifferenceLines(const LtaDifference& difference) {
+  return {"谱的差图（归一为0均值）", Format("均方差=%.2lf(db)", difference.deviation),
+          Format("最大差=%.1lfdb", difference.largest), Format("在%dHz", difference.largestHz)};
+}
+
+class LtaWindow : public ToolWindow {
+ public:
+  LtaWindow(SoundDocument& document, LtaState& state) : document_(document), state_(state) {}
+  std::string Name() const override { return "lta"; }
+  std::string Title() const override { return "帧参数（LTA 谱）/波形"; }
+  std::vector<ToolControl> Controls() const override { return {{0, kSaveButton}, {0, kCompareButton}}; }
+  Picture Draw(int width, int height) const override {
+    width_ = width;
+    return LtaPicture(state_, width, height);
+  }
+  void Press(Window& window, const ToolControl& control) override {
+    RunLta(window, document_, state_, control.text == kSaveButton ? LtaMode::Save : LtaMode::Compare);
+  }
+  std::string Hover(Point at) const override {
+    const int k = LeftPlot(state_, width_, 0).PointAt(at.x);
+    if (k < 0 || state_.frames == 0) return {};
+    return Format("%.0f Hz  %.1f dB", k * state_.sampleRate / 512.0, state_.levels[static_cast<std::size_t>(k)] / 2);
+  }
+  std::string Text() const override {
+    std::string text = Format("LTA 谱\tT=%.1lf\n", state_.time);
+    if (state_.difference) text += JoinLines(DifferenceLines(*state_.difference));
+    for (std::size_t k = 0; k < kLtaBins; ++k)
+      text += Format("%.1f\t%.2f\n", static_cast<double>(k) * state_.sampleRate / 512.0, state_.levels[k] / 2);
+    return text;
+  }
+  void Closed(Window& window) override { EndActivity(window, document_, activities::kLta); }
+
+ private:
+  SoundDocument& document_;
+  LtaState& state_;
+  mutable int width_ = 1024;   ///< as drawn last
+};
+
+}  // namespace
+
+int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMode mode) {
+  switch (mode) {
+    case LtaMode::Compute: return Compute(window, document, state);
+    case LtaMode::Compare: return Compare(window, state);
+    case LtaMode::Save: return Save(window, state);
+  }
+  return 1;
+}
+
+void LongTermSpectrumCommand(Window& window, SoundDocument& document, LtaState& state) {
+  window.OpenToolWindow(std::make_unique<LtaWindow>(document, state));
+  document.activity = activities::kLta;
+  RunLta(window, document, state, LtaMode::Compute);
+}
+
+Picture LtaPicture(const LtaState& state, int width, int height) {
+  Picture picture{width, height, {}};
+  const SpectralPlot left = LeftPlot(state, width, height);
+  AddLine(picture, 60, 24, "LTA 谱");
+  AddLine(picture, 160, 24, Format("T=%.1lf", state.time));
+  if (state.sampleRate <= 0) return picture;
+  constexpr double kUnitsPerDecibel = 2.0;   // the doubled scale
+  AddAxes(picture, left, state.sampleRate / 2000, 20, 100, kUnitsPerDecibel);
+  picture.Add(CurveOf(left, state.levels.data(), kCurrent));
+  if (state.hasPrevious) {
+    picture.Add(CurveOf(left, state.previous.data(), kOther));
+    AddLine(picture, 260, 24, "红色是", kOther);
+    AddLine(picture, 310, 24, "前一个", kOther);
+  }
+  if (!state.difference) return picture;
+  const SpectralPlot right = RightPlot(state, width, height);
+  AddLine(picture, right.left, 24, "比较");
+  AddAxes(picture, right, state.sampleRate / 2000, 20, 60, kUnitsPerDecibel);
+  PolylineMark curve = CurveOf(right, state.difference->curve.data(), kDifference);
+  for (Point& point : curve.points) point.y = std::clamp(point.y, 0, height);
+  picture.Add(std::move(curve));
+  const std::vector<std::string> lines = DifferenceLines(*state.difference);
+  for (std::size_t i = 0; i < lines.size(); ++i)
+    AddLine(picture, right.left + 60, 24 + 20 * static_cast<int>(i), lines[i]);
+  return picture;
+}
+
+}  // namespace parlowen

@@ -1,0 +1,25 @@
+#pragma once
+#include <string>
+#include <vector>
+
+#include "document/SoundDocument.h"
+#include "ui/Window.h"
+
+namespace parlowen {
+
+inline constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
+
+/// Lines as one text, each ended by a line feed.
+inline std::string JoinLines(const std::vector<std::string>& lines) {
+  std::string text;
+  for (const std::string& line : lines) text += line + "\n";
+  return text;
+}
+
+/// What every analysis window does when it is closed: its mode ends with it.
+inline void EndActivity(Window& window, SoundDocument& document, int activity) {
+  if (document.activity == activity) document.activity = activities::kWaveform;
+  window.Repaint();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,106 @@
+#include "spectral/Cepstrum.h"
+
+#include <gtest/gtest.h>
+
+#include <complex>
+
+#include "document/LevelMeasures.h"
+#include "dsp/AnalysisWindow.h"
+#include "dsp/Complex.h"
+#include "dsp/Decibel.h"
+#include "dsp/SignalTables.h"
+#include "spectral/Vowels.h"
+
+namespace parlowen {
+namespace {
+
+using Bins = std::vector<std::complex<long double>>;
+
+/// The slow transform.
+Bins Dft(const Bins& input) {
+  Bins output(512);
+  for (int k = 0; k < 512; ++k)
+    for (int n = 0; n < 512; ++n)
+      output[static_cast<std::size_t>(k)] += input[static_cast<std::size_t>(n)] * std::polar(1.0L, -2 * std::numbers::pi_v<long double> * (k * n % 512) / 512);
+  return output;
+}
+
+/// Every step on all 512 bins, nothing mirrored.
+std::vector<double> Expected(const std::vector<std::int16_t>& sound, int start, int length, CepstralMode mode, int rate, int level) {
+  const bool cepstrum = mode == CepstralMode::Cepstrum;
+  const int step = cepstrum && rate >= 22051 ? 2 : 1;
+  const auto at = [&](int n) { return n >= 0 && n < static_cast<int>(sound.size()) ? static_cast<long double>(sound[static_cast<std::size_t>(n)]) : 0.0L; };
+  Bins frame(512);
+  for (int n = 0; n < length; ++n)
+    frame[static_cast<std::size_t>(n)] = (at(start + step * n + 1) - 0.95L * at(start + step * n)) * 1500 / level * AnalysisWindow[static_cast<std::size_t>(n)];
+  Bins logs;
+  for (const auto& bin : Dft(frame))
+    logs.push_back(PowerToDb(static_cast<double>(std::norm(bin)), (cepstrum ? 20 : 30) + (rate < 10000 ? 8 : 0)) * (cepstrum ? 10 : 2));
+  Bins next = Dft(logs);
+  std::vector<double> output(cepstrum ? 512 : 256);
+  if (cepstrum) {
+    for (std::size_t k = 0; k < 256; ++k)
+      output[k] = output[511 - k] = 0.4 * ApproxMagnitude({static_cast<double>(next[k].real() / 512), static_cast<double>(-next[k].imag() / 512)});
+    output[0] /= 2;
+    return output;
+  }
+  for (std::size_t k = 16; k < 512; ++k) next[k] = 0;
+  next[0] /= 2;
+  next = Dft(next);
+  for (std::size_t k = 0; k < 256; ++k) output[k] = static_cast<double>(1.25L * std::abs(next[k]));
+  return output;
+}
+
+TEST(Cepstrum, BothModesFollowTheirStepsAtEveryRate) {
+  InitSignalTables();
+  const struct {
+    int rate, start, length;
+  } cases[] = {{8000, 900, 266}, {9999, 900, 333}, {10000, 900, 333}, {16000, 2000, 512}, {22050, 3000, 512}, {22051, 3000, 512}, {44100, 9000, 512},
+               {16000, -100, 400}, {16000, 5700, 400}, {16000, 5990, 512}, {44100, 17000, 512}};
+  for (const auto& c : cases)
+    for (const CepstralMode mode : {CepstralMode::Cepstrum, CepstralMode::Homomorphic}) {
+      SCOPED_TRACE(std::to_string(c.rate) + " from " + std::to_string(c.start));
+      const auto sound = testing::MakeVowel(testing::kNineVowels[2], c.rate, 140, c.rate * 3 / 8);
+      MakeAnalysisWindow(c.length, 0.0);
+      const auto expected = Expected(sound, c.start, c.length, mode, c.rate, 7000);
+      std::vector<double> output(514, -7.0);
+      CepstralAnalysis({sound.data(), static_cast<int>(sound.size())}, c.start, c.length, mode, {c.rate, 7000}, output.data());
+      // A level may fall beside its step of the logarithm table: 0.11 on the scale of the logs.
+      for (std::size_t k = 0; k < expected.size(); ++k) ASSERT_NEAR(output[k], expected[k], 1e-3) << k;
+      EXPECT_EQ(output[expected.size()], -7.0) << "nothing behind the output";
+      if (mode == CepstralMode::Homomorphic) {
+        double levels[256];
+        HomomorphicLevels({sound.data(), static_cast<int>(sound.size())}, c.start, c.length, {c.rate, 7000}, levels);
+        for (std::size_t k = 0; k < 256; ++k) ASSERT_EQ(levels[k], output[k] / 512);
+      }
+    }
+}
+
+TEST(Cepstrum, TheLargestQuefrencyIsThePitchPeriod) {
+  InitSignalTables();
+  for (const auto& [rate, f0, quefrency] : {std::tuple{8000, 125, 64}, {16000, 160, 100}, {22050, 147, 150}, {44100, 147, 150}}) {
+    const auto sound = testing::MakeVowel(testing::kNineVowels[0], rate, f0, rate / 2);
+    const int length = std::min(512, rate / 30);
+    MakeAnalysisWindow(length, 0.0);
+    double cepstrum[512];
+    CepstralAnalysis({sound.data(), rate / 2}, rate / 5, length, CepstralMode::Cepstrum, {rate, 12000}, cepstrum);
+    // Every second sample above 22050 Hz: 300 samples are quefrency 150.
+    const auto top = static_cast<int>(std::max_element(cepstrum + 40, cepstrum + 256) - cepstrum);
+    EXPECT_LE(std::abs(top - quefrency), 1) << rate;
+  }
+}
+
+TEST(Cepstrum, SilenceHasNone) {
+  InitSignalTables();
+  const std::vector<std::int16_t> silence(600);
+  MakeAnalysisWindow(400, 0.0);
+  for (const int level : {0, 1, 32767})
+    for (const CepstralMode mode : {CepstralMode::Cepstrum, CepstralMode::Homomorphic}) {
+      std::vector<double> output(512);
+      CepstralAnalysis({silence.data(), 600}, 0, 400, mode, {16000, level}, output.data());
+      EXPECT_EQ(std::count(output.begin(), output.end(), 0.0), 512);
+    }
+}
+
+}  // namespace
+}  // namespace parlowen
