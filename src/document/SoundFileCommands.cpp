@@ -22,6 +22,8 @@ constexpr const char* kLongFile = "长文件，选择调入起点";
 constexpr const char* kKeepPitch = "本文件的基频数据已求出，保存吗（Yes/No)?";
 constexpr const char* kKeepPitchCaption = "保存基频？";
 
+constexpr const char* kWavSuffix = ".wav";
+
 constexpr int kRawLeadIn = 44, kRawTail = 24;   // bytes before and samples behind that the raw reader drops
 constexpr int kRateOfRaw = 11025;               // of a raw file before any rate is known
 
@@ -146,31 +148,36 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
   LoadWav(window, document, states, file, path, *layout, ChannelMode::One);
 }
 
+std::optional<std::string> AskSoundName(Window& window, const std::string& title, const std::string& proposed) {
+  const auto choice = window.AskSaveFile({title, {{"声音波形文件(*.wav)", "*.wav"}}, "", proposed});
+  if (!choice || choice->path.size() > kLongestPath) {
+    SayCannotSave(window);
+    return {};
+  }
+  return EndsIn(choice->path, kWavSuffix) ? choice->path : choice->path + kWavSuffix;
+}
+
+void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
+
 void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (document.sampleCount > kMaxSamples) return;
-  std::string path = document.filePath;
-  if (saveAs || path.empty()) {
-    const auto choice = window.AskSaveFile({saveAs ? "文件换名存为..." : "保存文件",
-                                            {{"声音波形文件(*.wav)", "*.wav"}},
-                                            "",
-                                            document.nextDigitPath});
-    if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadSaveName, kBadNameCaption);
-    path = choice->path;
-  }
-  if (!EndsIn(path, ".wav")) path += ".wav";
+  std::optional<std::string> path = document.filePath;
+  if (saveAs || path->empty()) path = AskSoundName(window, saveAs ? kSaveUnderOtherName : "保存文件", document.nextDigitPath);
+  if (!path) return;
+  if (!EndsIn(*path, kWavSuffix)) *path += kWavSuffix;
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
-  if (file.Begin(path) < 0) return window.ShowError(kBadSaveName, kBadNameCaption);
+  if (file.Begin(*path) < 0) return SayCannotSave(window);
   const bool withPitch = HasComputedContour(document) && !document.twoChannel &&
                          window.AskYesNo(kKeepPitch, kKeepPitchCaption);
-  if (file.Commit(WavBytesOf(document, withPitch)) < 0) return window.ShowError(kBadSaveName, kBadNameCaption);
+  if (file.Commit(WavBytesOf(document, withPitch)) < 0) return SayCannotSave(window);
   if (withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());
     document.pitch[frames] = document.pitch[frames + 1] = 0;   // as the file has them
   }
-  document.filePath = path;
-  document.nextDigitPath = nextDigitPathOf(path);
-  window.SetCaption(CaptionFor(path));
+  document.filePath = *path;
+  document.nextDigitPath = nextDigitPathOf(*path);
+  window.SetCaption(CaptionFor(*path));
 }
 
 }  // namespace parlowen

@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 
 #include "document/SoundDocument.h"
@@ -26,6 +27,14 @@ void openPath(Window& window, SoundDocument& document, CommandStates& states, co
 /// Writes the document; asks for a name when there is none or `saveAs` is set. A contour that is complete is
 /// offered to go with it. After a failure the old file is whole.
 void saveSound(Window& window, SoundDocument& document, bool saveAs);
+
+/// Asks under what name a sound is to be saved; ".wav" is appended when it is missing. A cancelled dialog and a name that
+/// is too long are refused with a message.
+std::optional<std::string> AskSoundName(Window& window, const std::string& title, const std::string& proposed);
+inline constexpr const char* kSaveUnderOtherName = "文件换名存为...";
+
+/// The message of a sound file that could not be written.
+void SayCannotSave(Window& window);
 
 /// The dialog that asks for a whole second, prefilled with `seconds`; nothing when it was cancelled.
 std::optional<int> AskStartSecond(Window& window, int seconds);

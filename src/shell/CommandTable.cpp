@@ -2,7 +2,9 @@
 
 #include <algorithm>
 
+#include "audio/SettingsCommand.h"
 #include "channels/ChannelsWindow.h"
+#include "document/ConversionCommands.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "palatography/NspCommands.h"
@@ -40,6 +42,27 @@ void GoToPlace(Workstation& w) {
 void NextScreen(Workstation& w) { w.view.ScrollBy(w.document.FullViewLength()); }
 void PreviousScreen(Workstation& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
 
+// --- Sound
+
+void RecordUntilSilence(Workstation& w) { w.recording.startRecording(RecordingStop::AfterSilence); }
+void RecordUntilStopped(Workstation& w) { w.recording.startRecording(RecordingStop::ByHand); }
+void RecordTwoChannels(Workstation& w) { w.recording.startRecording(RecordingStop::AfterSilence, 2); }
+void StopRecording(Workstation& w) { w.recording.stopRecording(); }
+void PlayWhole(Workstation& w) {
+  w.player.startPlayback(0, w.document.sampleCount, PlayMode::Forward, w.document.samples.data());
+}
+void PlaySelection(Workstation& w) {
+  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Forward, w.document.samples.data());
+}
+void PlayReversed(Workstation& w) {
+  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Reverse, w.document.samples.data());
+}
+void StopPlaying(Workstation& w) { w.player.stopPlayback(); }
+void Settings(Workstation& w) {
+  SettingsCommand(w.window, w.document, w.states, w.recorder, w.ExportPath("Thresh.dat"));
+}
+void TestGain(Workstation& w) { w.recording.runGainTest(w.ExportPath("Thrsh.dat")); }
+
 // --- Pitch
 
 void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.states, w.pitch); }
@@ -54,6 +77,7 @@ void ListSavedPitch(Workstation& w) {
   if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
     w.window.OpenInEditor(PitchListingPath(w.exportFolder));
 }
+
 // --- Durations
 
 void AddDuration(Workstation& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
@@ -102,6 +126,9 @@ void Paste(Workstation& w) { PasteCommand(w.window, w.document, w.states); }
 void Undo(Workstation& w) { UndoCommand(w.window, w.document, w.states); }
 void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
 void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
+void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
+void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
+void ConvertRate(Workstation& w) { ConvertRateCommand(w.window, w.document, w.states); }
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
 void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
 
@@ -123,12 +150,6 @@ void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.
 
 // --- Refusals of functions that are still to come
 
-void FilterSegment(Workstation& w) {
-  if (w.document.sampleRate > 16000) return w.window.Notify("采样频率不宜超过16000Hz！");
-  if (std::int64_t{w.document.SelectionLength()} * 100 < w.document.sampleRate || !w.document.selectionDefined())
-    return w.window.Notify("请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！");
-  NotFinished(w);
-}
 void AnalyseIntonation(Workstation& w) {
   if (!w.document.selectionDefined())
     return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
@@ -160,13 +181,13 @@ constexpr CommandRow kRows[] = {
     {40078, Menu::File, "打开国际音标文件[&F]", nullptr},
     {40077, Menu::File, "汉语常用国际音标索引[&I]", nullptr},
     {140, Menu::File, "退出[&X]", Quit},
-    {272, Menu::Sound, "开始录音（自动停）[&S]", nullptr},
-    {40022, Menu::Sound, "开始录音（手动停）[&H]", nullptr},
-    {274, Menu::Sound, "停止录音[&T]", nullptr},
-    {40023, Menu::Sound, "全部放音[&A]", nullptr},
-    {160, Menu::Sound, "局部放音[&P]", nullptr},
-    {40024, Menu::Sound, "局部倒放[&R]", nullptr},
-    {40025, Menu::Sound, "停止放音[&N]", nullptr},
+    {272, Menu::Sound, "开始录音（自动停）[&S]", RecordUntilSilence},
+    {40022, Menu::Sound, "开始录音（手动停）[&H]", RecordUntilStopped},
+    {274, Menu::Sound, "停止录音[&T]", StopRecording},
+    {40023, Menu::Sound, "全部放音[&A]", PlayWhole},
+    {160, Menu::Sound, "局部放音[&P]", PlaySelection},
+    {40024, Menu::Sound, "局部倒放[&R]", PlayReversed},
+    {40025, Menu::Sound, "停止放音[&N]", StopPlaying},
     {40081, Menu::Sound, "按给定基频合成放音[&Y]", nullptr},
     {220, Menu::Pitch, "基频（快速法）[&T]", FastPitchOfAll},
     {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
@@ -224,7 +245,7 @@ constexpr CommandRow kRows[] = {
     {40088, Menu::Palate, "显示腭位统计数据[&F]", nullptr},
     {40079, Menu::Palate, "保存国际音标文件[&B]", nullptr},
     {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", nullptr},
-    {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", nullptr},
+    {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", RecordTwoChannels},
     {40110, Menu::TwoChannel, "打开.WAV双声道文件[&S]", OpenTwoChannels},
     {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", OpenTwoChannelNsp},
     {40113, Menu::TwoChannel, "保存双声道数据为文件[&V]", SaveTwoChannels},
@@ -235,10 +256,10 @@ constexpr CommandRow kRows[] = {
     {40003, Menu::Edit, "波形粘贴[&P]", Paste},
     {40006, Menu::Edit, "波形增强[&E]", Amplify},
     {40007, Menu::Edit, "波形减弱[&L]", Attenuate},
-    {40040, Menu::Edit, "保存选中的段[&S]", nullptr},
+    {40040, Menu::Edit, "保存选中的段[&S]", SaveSelection},
     {40036, Menu::Edit, "撤消编辑操作[&U]", Undo},
     {40115, Menu::Edit, "对选定段进行滤波[&F]", FilterSegment},
-    {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", nullptr},
+    {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", ConvertRate},
     {40026, Menu::Marking, "全选[&S]", SelectAll},
     {40004, Menu::Marking, "清除选择[&Q]", ClearSelection},
     {40053, Menu::Marking, "插入字符[&I]", nullptr},
@@ -246,10 +267,10 @@ constexpr CommandRow kRows[] = {
     {40054, Menu::Marking, "清除插入字符[&D]", nullptr},
     {40105, Menu::Marking, "进入标志处理[&B]", nullptr},
     {40117, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", nullptr},
-    {215, Menu::Settings, "参数设置[&S]", nullptr},
+    {215, Menu::Settings, "参数设置[&S]", Settings},
     {40021, Menu::Settings, "显示操作提示[&P]", ShowHint},
     {40041, Menu::Settings, "改变幅度_能量坐标[&L]", ChangeAmplitudeScale},
-    {40104, Menu::Settings, "自动调节录音增益[&A]", nullptr},
+    {40104, Menu::Settings, "自动调节录音增益[&A]", TestGain},
     {40010, Menu::Region, "区域选择[&S]", SelectRegion},
     {40015, Menu::Region, "复制区域[&C]", CopyRegion},
     {270, Menu::Help, "帮助主题[&H]", ShowHelp},

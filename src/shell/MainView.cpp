@@ -91,7 +91,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     window_.Repaint();
     return;
   }
-  if (document_.activity == activities::kStart || pane == Pane::Chart) return;
+  if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
   if (document_.activity == activities::kPointChart && pane == Pane::Amplitude && button == MouseButton::Left)
     return ClickVowel(window_, document_, states_, vowels_, SampleAt(pane, at.x));
@@ -99,7 +99,10 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     MarkEnd(document_, states_, SampleAt(pane, at.x));
   } else if (shift && pane == Pane::Waveform) {
     document_.insertPoint = SampleAt(pane, at.x, true);
-    if (document_.pasteReady) PasteCommand(window_, document_, states_);
+    if (document_.pasteReady) {
+      if (beforeEdit) beforeEdit();
+      PasteCommand(window_, document_, states_);
+    }
   } else {
     MarkStart(document_, states_, SampleAt(pane, at.x));
   }
@@ -130,7 +133,7 @@ void MainView::MarkStretch(Pane pane, int x0, int x1) {
 }
 
 void MainView::Select(int start, int end) {
-  if (document_.activity == activities::kStart) return;
+  if (document_.activity == activities::kStart || recording) return;
   MarkStart(document_, states_, start);
   MarkEnd(document_, states_, end);
   window_.Repaint();
@@ -402,6 +405,7 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
 }
 
 std::string MainView::Hint() const {
+  if (recording) return "正在录音：听到语音后开始保存；T 键：停止录音";
   switch (document_.activity) {
     case activities::kStart: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case activities::kRegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";

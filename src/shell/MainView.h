@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -95,8 +96,12 @@ class MainView {
   std::string HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const;
   std::string Hint() const;
 
-  /// The position of a running play or recording; none: no cursor.
+  /// The position of a running play; none: no cursor.
   std::optional<int> cursor;
+  /// While a recording runs nothing is marked or edited.
+  bool recording = false;
+  /// Called before a click changes the samples.
+  std::function<void()> beforeEdit;
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;

@@ -20,6 +20,12 @@ constexpr int kLeastForAnalysis = 2000;   // samples that a cut or pasted sound 
 
 constexpr std::pair<const char*, int> kFunctionKeys[] = {{"F1", 270}, {"F5", 220}, {"F6", 170}, {"F7", 180}, {"F8", 210}};
 
+/// Commands that take another sound in or change this one: a play of it ends before they begin.
+constexpr int kReplacing[] = {110,   40093, 40078, 40060, 40110, 40116, 272,   40022, 40112, 40104, 215,
+                              40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
+constexpr int kRecordings[] = {272, 40022, 40112};
+constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
+
 /// Menus whose commands are tools: choosing one ends the tool before it.
 bool IsTool(Menu menu) {
   return menu == Menu::Pitch || menu == Menu::Tone || menu == Menu::Spectrum || menu == Menu::Vowel ||
@@ -48,16 +54,28 @@ bool IsPalateRecording(const std::string& path) {
 
 }  // namespace
 
-Workstation::Workstation(Window& ownWindow, std::string folder)
+Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices devices)
     : window(ownWindow), view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
-      dataFolder(std::move(folder)) {
+      dataFolder(std::move(folder)), player(devices.output, ownWindow, document, states),
+      recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
   view.palate = &palate;
   InitSignalTables();
+  player.changed = [this] { MoveCursor(); };
+  recording.changed = [this] {
+    view.recording = recording.running();
+    DocumentChanged();
+  };
+  view.beforeEdit = [this] { player.stopPlayback(); };
+  playChannel = [this](Window&, int channel, int start, int end) {
+    player.startPlayback(start, end, PlayMode::Forward, (channel == 2 ? document.samples2 : document.samples).data());
+  };
+  InputDevicesChanged();
 }
 
 bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
+  StopPlayFor(number);
   if (IsTool(row->menu)) view.EndTool();
   if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
   RunCommand(*this, *row);
@@ -65,7 +83,13 @@ bool Workstation::dispatchCommand(int number) {
   return true;
 }
 
+void Workstation::StopPlayFor(int command) {
+  if (std::find(std::begin(kReplacing), std::end(kReplacing), command) != std::end(kReplacing)) player.stopPlayback();
+}
+
 void Workstation::OpenFile(const std::string& path) {
+  if (recording.running()) return;
+  player.stopPlayback();
   if (EndsWith(path, ".vch")) {
     OpenChartFile(window, document, states, vowels, path);
   } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
@@ -91,12 +115,33 @@ void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
 }
 
 bool Workstation::Key(const std::string& key) {
-  if (key == "Space") return dispatchCommand(document.selectionDefined() ? 160 : 40023);
+  if (key == "T" || key == "t" || (key == "Escape" && player.playing())) {
+    if (!recording.running() && !player.playing()) return false;
+    recording.stopRecording();
+    player.stopPlayback();
+    return true;
+  }
+  if (key == "Space")
+    return dispatchCommand(player.playing() ? kStopPlay : document.selectionDefined() ? kPlaySelection : kPlayWhole);
   for (const auto& [name, command] : kFunctionKeys)
     if (key == name) return dispatchCommand(command);
   const bool used = view.Key(key);
   DocumentChanged();
   return used;
+}
+
+void Workstation::InputDevicesChanged() {
+  const bool present = input_ != nullptr && input_->IsPresent();
+  for (const int command : kRecordings) states.enableCommand(command, present);
+}
+
+bool Workstation::MoveCursor() {
+  view.cursor = player.CursorSample();
+  return player.playing();
+}
+
+std::string Workstation::ExportPath(const std::string& name) const {
+  return exportFolder.empty() ? name : exportFolder + "/" + name;
 }
 
 void Workstation::SelectionMoved() {

@@ -2,7 +2,10 @@
 #include <cstdint>
 #include <string>
 
+#include "audio/Player.h"
+#include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
+#include "audio/SoundDevice.h"
 #include "channels/ChannelsState.h"
 #include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
@@ -25,7 +28,7 @@ namespace parlowen {
 class Workstation {
  public:
   /// `dataFolder` holds the help pages.
-  Workstation(Window& window, std::string dataFolder);
+  Workstation(Window& window, std::string dataFolder, SoundDevices devices = {});
 
   /// Runs the command if it is enabled; false when it is greyed or unknown.
   bool dispatchCommand(int number);
@@ -42,6 +45,13 @@ class Workstation {
   /// To be called after everything that may have changed the document: drops results of an old sound, renews
   /// what is derived from the samples and the view.
   void DocumentChanged();
+
+  /// To be called when a microphone has come or gone: enables or greys the recordings.
+  void InputDevicesChanged();
+  /// Puts the cursor where the play is; false when nothing plays.
+  bool MoveCursor();
+  /// Where a file of a fixed name is written: in `exportFolder`.
+  std::string ExportPath(const std::string& name) const;
 
   Window& window;
   SoundDocument document;
@@ -61,13 +71,17 @@ class Workstation {
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
-  std::string exportFolder;   ///< where text exports go; "" is the current directory
+  std::string exportFolder;   ///< where text exports and settings go; "" is the current directory
+  Player player;
+  Recorder recording;
 
  private:
+  void StopPlayFor(int command);
   /// Windows that speak of the marked frames follow the selection.
   void SelectionMoved();
   void UpdateDerived();
 
+  SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
 };

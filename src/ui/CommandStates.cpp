@@ -16,6 +16,11 @@ void CommandStates::enableCommand(int command, bool enable) {
   }
 }
 
+std::vector<int> CommandStates::Enabled() const {
+  if (recording_) return {kStopRecording};
+  return {enabled_.begin(), enabled_.end()};
+}
+
 void CommandStates::onSoundLoaded(int sampleRate, bool pitchStatisticsOpen) {
   Enable({220, 170, 180, 190, 200, 205, 40066, 210, 120, 130, 40093, 40023, 40077, 40042, 40108, 40005,
           40109, 40102});

@@ -14,11 +14,11 @@ class CommandStates {
   /// Start of the program: open, quit, help, about, and what the services offer without a sound.
   CommandStates();
 
-  bool IsEnabled(int command) const { return enabled_.contains(command); }
+  bool IsEnabled(int command) const { return recording_ ? command == kStopRecording : enabled_.contains(command); }
   void enableCommand(int command, bool enable = true);
   void Enable(std::initializer_list<int> commands) { for (int c : commands) enableCommand(c); }
   void Grey(std::initializer_list<int> commands) { for (int c : commands) enableCommand(c, false); }
-  std::vector<int> Enabled() const { return {enabled_.begin(), enabled_.end()}; }   ///< ascending
+  std::vector<int> Enabled() const;   ///< ascending
 
   /// After every load, recording and rate conversion.
   void onSoundLoaded(int sampleRate, bool pitchStatisticsOpen = false);
@@ -44,9 +44,14 @@ class CommandStates {
   void onPaste();
   void onUndo();
 
+  /// While a recording runs only its stop can be chosen; behind that the states go on changing.
+  void onRecording(bool running) { recording_ = running; }
+
  private:
   void EnableByRate(int sampleRate);
+  static constexpr int kStopRecording = 274;
   std::set<int> enabled_;
+  bool recording_ = false;
 };
 
 }  // namespace parlowen

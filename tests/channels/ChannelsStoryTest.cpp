@@ -70,7 +70,8 @@ TEST(ChannelsStory, ANasalRecordingIsOpenedMeasuredAndKept) {
       OpenDialog("打开鼻音能量比数据文件", "curve.nas", "open", nas),
       Line("'status','text':'curve.nas" + figures.substr(std::string("全频带").size()) + "'"),
       Line("'editor','file':'NasRatio.txt'"),
-      Line("'message','icon':'none','caption':'Parlowen(Tessiran) -- {folder}/n.nsp','text':'本功能尚未完成'"),
+      Line("'status','text':'T 键停止放音'"),
+      Line("'status','text':'放音结束'"),
       Line("'window','name':'channels','state':'closed'"),
       Line("'value','what':'samples','samples':[4]"),
   };

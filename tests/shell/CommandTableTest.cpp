@@ -85,7 +85,7 @@ TEST(CommandTable, TheFilterRefusesInItsOrder) {
     std::uint32_t rate;
     int start, end;
     std::string text;
-  } cases[] = {{16001, 0, 0, rate}, {16000, 0, 0, noSegment}, {16000, 100, 259, noSegment}, {16000, 100, 260, "本功能尚未完成"}, {8000, 9, 5, noSegment}};
+  } cases[] = {{16001, 0, 0, rate}, {16000, 0, 0, noSegment}, {16000, 100, 259, noSegment}, {16000, 100, 260, "语音段太短或太长，请重新选定！"}, {8000, 9, 5, noSegment}};
   for (const auto& c : cases) {
     Station s;
     s.Load(Ramp(1000), c.rate);

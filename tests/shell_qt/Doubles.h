@@ -31,7 +31,7 @@ class BoxWatcher {
 };
 
 /// A main window of 1024 × 720 with its own settings and temporary folder.
-class WindowTest : public testing::Test {
+class WindowTest : public ::testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;

@@ -31,6 +31,9 @@ constexpr int kChartHeight = 110 + 165 + 330 + 165;
 /// Tool windows are drawn at this size in pictures.
 constexpr int kToolHeight = 640;
 
+/// Blocks of silence behind the microphone's file after which a recording that keeps nothing yet is stopped.
+constexpr int kSilenceAtMost = 100;
+
 bool IsKeyName(const std::string& key) {
   constexpr const char* kNames[] = {"Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Space", "Escape",
                                     "F1",   "F2",    "F3", "F4",   "F5",   "F6",  "F7",     "F8"};
@@ -44,7 +47,7 @@ bool IsKeyName(const std::string& key) {
 }  // namespace
 
 ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
-    : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder()) {
+    : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder(), {&speaker_, &microphone_}) {
   workstation_.document.paneWidth = paneWidth;
   workstation_.pitch.paneWidth = paneWidth;
   window_.runModalSteps = [this] { RunModalSteps(); };
@@ -61,7 +64,7 @@ bool ScriptRunner::Report(const ScriptStep& step, const std::string& wrong) {
 }
 
 ScriptResult ScriptRunner::Run() {
-  while (auto step = reader_.Next()) {
+  while (auto step = NextStep()) {
     if (Report(*step, step->error.empty() ? RunStep(*step) : step->error)) return ScriptResult::Error;
     if (window_.quit()) break;
   }
@@ -84,9 +87,42 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
     window_.Quit();
     return {};
   }
-  for (const auto& [known, handler] : kSteps)
-    if (name == known) return (this->*handler)(step);
+  for (const auto& [known, handler] : kSteps) {
+    if (name != known) continue;
+    const std::string wrong = (this->*handler)(step);
+    if (wrong.empty()) RunSound();
+    return wrong;
+  }
   return "unknown step " + name;
+}
+
+std::optional<ScriptStep> ScriptRunner::NextStep() { return ahead_ ? std::exchange(ahead_, {}) : reader_.Next(); }
+
+/// Lets a play or a recording that the last step began run to its end, or to the stop that the next step is.
+void ScriptRunner::RunSound() {
+  const Recorder& recording = workstation_.recording;
+  for (bool first = true; workstation_.player.playing() || recording.running(); first = false) {
+    const bool limitReached = blockLimit_ && microphone_.Delivered() >= *blockLimit_;
+    const bool neverBegins = !recording.keeping() && microphone_.DeliveredSilent() >= kSilenceAtMost;
+    if (limitReached || neverBegins) workstation_.recording.stopRecording();
+    const bool played = speaker_.Deliver(), heard = microphone_.Deliver();
+    if (!played && !heard) return;
+    if (first) TakeStopStep();
+  }
+}
+
+/// The step behind the one that began a play or a recording, when it is a stop: it is used up.
+void ScriptRunner::TakeStopStep() {
+  ahead_ = reader_.Next();
+  if (!ahead_ || !ahead_->error.empty() || ahead_->words.size() != 2) return;
+  const std::string& name = ahead_->words[0];
+  const std::string& what = ahead_->words[1];
+  const bool keyStop = name == "key" && (what == "T" || what == "t");
+  const auto number = name == "command" ? ParseInteger(what) : std::nullopt;
+  const bool commandStop = number && (*number == 274 || *number == 40025);
+  if (keyStop) Key(*ahead_);
+  if (commandStop) workstation_.dispatchCommand(*number);
+  if (keyStop || commandStop) ahead_.reset();
 }
 
 std::string ScriptRunner::Command(const ScriptStep& step) {
@@ -175,15 +211,20 @@ std::string ScriptRunner::Close(const ScriptStep& step) {
 }
 
 std::string ScriptRunner::SoundInput(const ScriptStep& step) {
-  const auto blocks = step.words.size() == 3 ? ParseInteger(step.words[2]) : std::optional<int>(0);
-  if (step.words.size() < 2 || step.words.size() > 3 || !blocks || *blocks < 0) return "sound-input needs FILE.wav [BLOCKS]";
-  if (!InputFile(AbsolutePath(step.words[1])).isOpen()) return "cannot open " + step.words[1];
-  workstation_.states.Enable({272, 40022, 40112});
+  const std::size_t count = step.words.size();
+  const auto blocks = count == 3 ? ParseInteger(step.words[2]) : std::nullopt;
+  if (count < 2 || count > 3 || (count == 3 && (!blocks || *blocks < 0))) return "sound-input needs FILE.wav [BLOCKS]";
+  const std::string wrong = microphone_.Listen(AbsolutePath(step.words[1]));
+  if (!wrong.empty()) return wrong + " " + step.words[1];
+  blockLimit_ = blocks;
+  workstation_.InputDevicesChanged();
   return {};
 }
 
 std::string ScriptRunner::SoundOutput(const ScriptStep& step) {
-  return step.words.size() == 2 ? "" : "sound-output needs FILE.wav";
+  if (step.words.size() != 2) return "sound-output needs FILE.wav";
+  speaker_.WriteTo(AbsolutePath(step.words[1]));
+  return {};
 }
 
 std::string ScriptRunner::Print(const ScriptStep& step) {
@@ -214,7 +255,7 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
 
 void ScriptRunner::RunModalSteps() {
   constexpr const char* kAllowed[] = {"click", "button", "key", "answer", "print", "picture"};
-  while (auto step = reader_.Next()) {
+  while (auto step = NextStep()) {
     if (!step->error.empty()) {
       Report(*step, step->error);
       return;

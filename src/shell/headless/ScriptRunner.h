@@ -1,8 +1,11 @@
 #pragma once
 #include <istream>
+#include <optional>
 #include <ostream>
 #include <string>
 
+#include "audio/file/FileLoudspeaker.h"
+#include "audio/file/FileMicrophone.h"
 #include "shell/Workstation.h"
 #include "shell/headless/Script.h"
 #include "shell/headless/ScriptWindow.h"
@@ -34,11 +37,18 @@ class ScriptRunner {
   std::string Print(const ScriptStep& step);
   std::string WritePicture(const ScriptStep& step);
   void RunModalSteps();
+  std::optional<ScriptStep> NextStep();
+  void RunSound();
+  void TakeStopStep();
   bool Report(const ScriptStep& step, const std::string& wrong);
 
   ScriptReader reader_;
   std::ostream& errors_;
   ScriptWindow window_;
+  FileLoudspeaker speaker_;
+  FileMicrophone microphone_;
+  std::optional<int> blockLimit_;          ///< the stop of a recording is pressed when so many blocks are delivered
+  std::optional<ScriptStep> ahead_;        ///< a step that was looked at before its time
   Workstation workstation_;
   bool failed_ = false;
 };

@@ -8,6 +8,7 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QMimeData>
+#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
@@ -22,6 +23,7 @@
 #include "shell/qt/CommandToolTips.h"
 #include "shell/qt/ElidedLabel.h"
 #include "shell/qt/KeyNames.h"
+#include "shell/qt/LevelMeter.h"
 #include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneSplitter.h"
 #include "shell/qt/PaneWidget.h"
@@ -38,6 +40,8 @@ constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗
 constexpr int kPaneParts[] = {2, 3, 6, 3};   // heights 1 : 1.5 : 3 : 1.5
 
 constexpr const char* kExportsMoved = "文件夹不能写入，文本数据写到 %s";
+constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
+
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
@@ -85,8 +89,8 @@ QString DroppedFile(const QMimeData* data) {
 
 }  // namespace
 
-MainWindow::MainWindow(std::string dataFolder, Preferences& preferences)
-    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder)),
+MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
+    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder), devices),
       guard_(station_.document, station_.vowels.chart) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -96,6 +100,7 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences)
   MakeStatusBar();
   Connect();
   dialogs_.SetCaption(kProgramCaption);
+  dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -239,6 +244,9 @@ void MainWindow::MakeStatusBar() {
   grid->addWidget(hint_, 0, 0, 1, 2);
   grid->addWidget(hover_, 1, 0);
   grid->addWidget(status_, 1, 1);
+  meter_ = new LevelMeter(lines);
+  meter_->hide();
+  grid->addWidget(meter_, 0, 2, 2, 1, Qt::AlignVCenter);
   grid->setColumnStretch(0, 3);
   grid->setColumnStretch(1, 2);
   statusBar()->setSizeGripEnabled(false);
@@ -250,6 +258,9 @@ void MainWindow::Connect() {
   renewal_->setSingleShot(true);
   connect(renewal_, &QTimer::timeout, this, &MainWindow::Renew);
   connect(&gate_, &ActionGate::Began, this, &MainWindow::RenewExportFolder);
+  soundTimer_ = new QTimer(this);
+  soundTimer_->setInterval(kSoundMilliseconds);
+  connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
     station_.DocumentChanged();
@@ -307,6 +318,7 @@ bool MainWindow::Dispatch(int command) {
 
 void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
+    if (station_.recording.running()) return;
     const bool chart = IsChartName(path);
     if (chart ? !MayLoseChart() : !MayLoseSound()) return;
     status_->SetText({});
@@ -354,6 +366,11 @@ bool MainWindow::MayLoseChart() { return !guard_.ChartChanged() || dialogs_.AskY
 
 bool MainWindow::MayLoseFor(int command) {
   return (!LossGuard::Replaces(command) || MayLoseSound()) && (!LossGuard::ReplacesChart(command) || MayLoseChart());
+}
+
+void MainWindow::InputDevicesChanged() {
+  station_.InputDevicesChanged();
+  Renew();
 }
 
 bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
@@ -460,8 +477,25 @@ void MainWindow::ShowChart(bool shown) {
   if (hadFocus) (shown ? *chart_ : PaneOf(Pane::Waveform)).setFocus();
 }
 
+/// Moves the cursor and the meter while something is played or recorded.
+void MainWindow::FollowSound() {
+  const bool playing = station_.MoveCursor();
+  for (PaneWidget* pane : panes_) pane->FollowCursor();
+  const Recorder& recording = station_.recording;
+  if (recording.running() == meter_->isHidden()) {
+    meter_->Clear();
+    meter_->setVisible(recording.running());
+  }
+  if (recording.running() && recording.blocks() != metered_) {
+    metered_ = recording.blocks();
+    meter_->SetLevels(recording.Levels());
+  }
+  if (!playing && !recording.running()) soundTimer_->stop();
+}
+
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
+  if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running())) soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   hint_->SetText(QString::fromStdString(station_.view.Hint()));
   axis_->update();

@@ -20,6 +20,7 @@ class QTimer;
 namespace parlowen {
 
 class ElidedLabel;
+class LevelMeter;
 class OverviewStrip;
 class PaneSplitter;
 class PaneWidget;
@@ -31,7 +32,7 @@ class TimeAxisStrip;
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
-  MainWindow(std::string dataFolder, Preferences& preferences);
+  MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices = {});
   ~MainWindow() override;
 
   /// Runs a command of the table, after asking about what it would lose; false when it is greyed or something else is
@@ -39,6 +40,8 @@ class MainWindow : public QMainWindow {
   bool Dispatch(int command);
   /// Opens a file that was dropped, chosen among the recent ones or named at the start.
   void OpenFile(const QString& path);
+  /// A microphone has come or gone.
+  void InputDevicesChanged();
 
   Workstation& Station() { return station_; }
   QtWindow& Dialogs() { return dialogs_; }
@@ -48,6 +51,7 @@ class MainWindow : public QMainWindow {
   QString HoverShown() const;
   QString SelectionShown() const;
   QString StatusShown() const;
+  const LevelMeter& Meter() const { return *meter_; }
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -87,6 +91,7 @@ class MainWindow : public QMainWindow {
   void RenewRecentFiles();
   void SoundFileSeen();
   void FileSeen(const QString& file);
+  void FollowSound();
   bool MayLoseSound();
   bool MayLoseChart();
   bool MayLoseFor(int command);
@@ -110,12 +115,15 @@ class MainWindow : public QMainWindow {
   ElidedLabel* status_ = nullptr;
   ElidedLabel* hint_ = nullptr;
   ElidedLabel* hover_ = nullptr;
+  LevelMeter* meter_ = nullptr;
   PaneSplitter* splitter_ = nullptr;
   std::array<PaneWidget*, 4> panes_{};
   PaneWidget* chart_ = nullptr;    ///< stands over the three lower panes at times
   TimeAxisStrip* axis_ = nullptr;
   OverviewStrip* overview_ = nullptr;
   QTimer* renewal_ = nullptr;      ///< gathers repaints asked for outside of an action
+  QTimer* soundTimer_ = nullptr;   ///< runs while something is played or recorded
+  int metered_ = 0;                ///< blocks of the recording that the meter has seen
   PaneWidget* hoverPane_ = nullptr;
   QPoint hoverAt_;
   std::string seenPath_;

@@ -86,6 +86,15 @@ Picture PaneWidget::Shown() const {
   return shown;
 }
 
+void PaneWidget::FollowCursor() {
+  std::optional<int> column;
+  if (view_.cursor) column = view_.ColumnOf(pane_, *view_.cursor);
+  if (column == cursorColumn_) return;
+  for (const auto& stale : {cursorColumn_, column})
+    if (stale) update(kGutter + *stale - 1, 0, 3, height());
+  cursorColumn_ = column;
+}
+
 // --- Painting -------------------------------------------------------------------------------------------------
 
 void PaneWidget::RenderBase() {

@@ -33,6 +33,8 @@ class PaneWidget : public QWidget {
   void Invalidate();
   /// The column of the thin line that follows the pointer; none hides it.
   void ShowHover(std::optional<int> column);
+  /// The view's cursor may have moved.
+  void FollowCursor();
   /// Base, tick labels and overlay as they stand on the screen, the gutter and the rows above it left out.
   Picture Shown() const;
 
@@ -74,7 +76,7 @@ class PaneWidget : public QWidget {
   ActionGate& gate_;
   QPixmap base_;
   bool baseValid_ = false;
-  std::optional<int> hoverColumn_;
+  std::optional<int> hoverColumn_, cursorColumn_;
   Drag drag_ = Drag::None;
   Drag pressedOn_ = Drag::None;   ///< the edge under the press, if any
   Point pressedAt_;

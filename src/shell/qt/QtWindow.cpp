@@ -94,6 +94,10 @@ QtWindow::QtWindow(QWidget& host, ActionGate& gate, Preferences& preferences)
 
 QtWindow::~QtWindow() { CloseAllToolWindows(); }
 
+void QtWindow::BeforeModal() const {
+  if (beforeModal) beforeModal();
+}
+
 QWidget* QtWindow::DialogParent() const {
   if (!modalTools_.empty()) return modalTools_.back();
   QWidget* active = QApplication::activeWindow();
@@ -108,6 +112,7 @@ void QtWindow::ActionEnded(int level) {
 
 void QtWindow::ShowMessage(const std::string& text, const std::string& caption, Icon icon) {
   if (icon == Icon::Error) ++setbacks_;
+  BeforeModal();
   const ActionGate::Hold hold(gate_);
   QMessageBox box(DialogParent());
   box.setIcon(IconOf(icon));
@@ -121,6 +126,7 @@ void QtWindow::ShowMessage(const std::string& text, const std::string& caption, 
 }
 
 bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
+  BeforeModal();
   const ActionGate::Hold hold(gate_);
   QMessageBox box(DialogParent());
   box.setIcon(QMessageBox::Question);
@@ -137,6 +143,7 @@ bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
 }
 
 std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save) {
+  BeforeModal();
   const ActionGate::Hold hold(gate_);
   QFileDialog box(DialogParent(), QString::fromStdString(dialog.title), preferences_.Folder());
   box.setOption(QFileDialog::DontUseNativeDialog);
@@ -185,6 +192,7 @@ std::optional<FileChoice> QtWindow::AskOpenFile(const FileDialog& dialog) { retu
 std::optional<FileChoice> QtWindow::AskSaveFile(const FileDialog& dialog) { return AskFile(dialog, true); }
 
 bool QtWindow::AskInput(InputForm& form) {
+  BeforeModal();
   const ActionGate::Hold hold(gate_);
   FormDialog dialog(form, DialogParent());
   return dialog.exec() == QDialog::Accepted;
@@ -264,7 +272,9 @@ void QtWindow::ToolClosed(ToolWidget* widget) {
 }
 
 void QtWindow::RunModal(ToolWindow& tool) {
+  BeforeModal();
   const ActionGate::Hold hold(gate_);
+  BeforeModal();
   ToolWidget widget(tool, *this, gate_, gate_.Depth(), DialogParent());
   modalTools_.push_back(&widget);
   widget.exec();

@@ -50,6 +50,9 @@ class QtWindow : public QObject, public Window {
   void CloseAllToolWindows();
   double DevicePixelRatio() const;
 
+  /// Called before a dialog or a modal tool window opens.
+  std::function<void()> beforeModal;
+
   /// What hands a file to the system; true when something took it. Tests put their own here.
   std::function<bool(const QUrl&)> openExternally;
   /// Work shorter than this shows no progress.
@@ -73,6 +76,7 @@ class QtWindow : public QObject, public Window {
   std::optional<FileChoice> AskFile(const FileDialog& dialog, bool save);
   void ToolClosed(ToolWidget* widget);
   void ActionEnded(int level);
+  void BeforeModal() const;
   QWidget* DialogParent() const;
 
   QWidget& host_;

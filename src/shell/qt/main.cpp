@@ -4,6 +4,8 @@
 #include <QTimer>
 #include <clocale>
 
+#include "audio/qt/QtLoudspeaker.h"
+#include "audio/qt/QtMicrophone.h"
 #include "shell/DataFolder.h"
 #include "shell/qt/InterfaceTexts.h"
 #include "shell/qt/MainWindow.h"
@@ -23,7 +25,11 @@ int main(int argc, char** argv) {
   parlowen::InstallInterfaceTexts(application);
 
   parlowen::Preferences preferences;
-  parlowen::MainWindow window(parlowen::DataFolder(), preferences);
+  parlowen::QtLoudspeaker loudspeaker;
+  parlowen::QtMicrophone microphone;
+  parlowen::MainWindow window(parlowen::DataFolder(), preferences, {&loudspeaker, &microphone});
+  QObject::connect(&microphone, &parlowen::QtMicrophone::PresenceChanged, &window,
+                   &parlowen::MainWindow::InputDevicesChanged);
   parlowen::ShowSplash(window);
   window.showMaximized();
 

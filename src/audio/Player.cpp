@@ -1,0 +1,113 @@
+#include "audio/Player.h"
+
+#include <algorithm>
+#include <new>
+
+#include "base/Utf8.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kNoDevice = "没有可用的放音设备";
+constexpr const char* kNoMemory = "内存不足，不能实现反向播放！";
+constexpr const char* kPrepareFailed = " Error in waveOut PrepareHeader!";
+constexpr const char* kWriteFailed = " Error in waveoutwrite Buffer";
+constexpr const char* kResetFailed = " Error Reseting wave output device";
+constexpr const char* kCloseFailed = " Error closing wave output device";
+constexpr const char* kPlaying = "T 键停止放音";
+constexpr const char* kEnded = "放音结束";
+constexpr int kStopCommand = 40025;
+constexpr int kLongestError = 99;   // characters of a device's own text that are shown
+
+std::string FirstCharacters(const std::string& text, int count) {
+  std::size_t at = 0;
+  for (int i = 0; i < count && at < text.size(); ++i) TakeUtf8(text, at);
+  return text.substr(0, at);
+}
+
+}  // namespace
+
+Player::Player(SoundOutput* output, Window& window, SoundDocument& document, CommandStates& states)
+    : output_(output), window_(window), document_(document), states_(states) {
+  if (output_ != nullptr) output_->onDone = [this] { stopPlayback(); };
+}
+
+Player::~Player() {
+  if (output_ == nullptr) return;
+  output_->onDone = nullptr;
+  if (!closed_) output_->Close();
+}
+
+int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base) {
+  stopPlayback();
+  if (start < 0 || end <= start || base == nullptr) return -1;
+  const std::string refusal = output_ != nullptr ? output_->Open(document_.sampleRate) : kNoDevice;
+  if (!refusal.empty()) {
+    window_.Notify(FirstCharacters(refusal, kLongestError));
+    return -1;
+  }
+  base_ = base;
+  start_ = start;
+  end_ = end;
+  mode_ = mode;
+  if (mode == PlayMode::Reverse && !MakeReversed(base)) {
+    output_->Close();
+    window_.Notify(kNoMemory);
+    return -1;
+  }
+  const std::int16_t* first = mode == PlayMode::Reverse ? reversed_.get() : base + start;
+  if (!Begin({first, static_cast<std::size_t>(end - start)})) {
+    reversed_.reset();
+    return -1;
+  }
+  closed_ = false;
+  states_.enableCommand(kStopCommand);
+  window_.ShowStatus(kPlaying);
+  Changed();
+  return 0;
+}
+
+bool Player::Begin(std::span<const std::int16_t> stretch) {
+  const char* failure = !output_->Prepare(stretch) ? kPrepareFailed : !output_->Write() ? kWriteFailed : nullptr;
+  if (failure == nullptr) return true;
+  output_->Close();
+  window_.Notify(failure);
+  return false;
+}
+
+bool Player::MakeReversed(const std::int16_t* base) {
+  const int count = end_ - start_;
+  reversed_.reset(new (std::nothrow) std::int16_t[static_cast<std::size_t>(count)]);
+  if (!reversed_) return false;
+  std::reverse_copy(base + start_ + 1, base + end_ + 1, reversed_.get());
+  return true;
+}
+
+int Player::playbackPosition() const { return closed_ ? 0 : std::clamp(output_->Position(), 0, end_ - start_); }
+
+void Player::stopPlayback() {
+  if (closed_) return;
+  closed_ = true;
+  const bool silenced = output_->Reset();
+  const bool released = output_->Close();
+  reversed_.reset();
+  states_.enableCommand(kStopCommand, false);
+  window_.ShowStatus(kEnded);
+  // A tool that is in use stays in use.
+  if (document_.activity < activities::kSpectrum) document_.activity = activities::kWaveform;
+  Changed();
+  window_.Repaint();
+  if (!silenced) window_.Notify(kResetFailed);
+  if (!released) window_.Notify(kCloseFailed);
+}
+
+std::optional<int> Player::CursorSample() const {
+  if (closed_ || base_ != document_.samples.data()) return {};
+  return mode_ == PlayMode::Reverse ? end_ - playbackPosition() : start_ + playbackPosition();
+}
+
+void Player::Changed() {
+  if (changed) changed();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,73 @@
+#include "document/ConversionCommands.h"
+
+#include "base/Format.h"
+#include "document/NextDigit.h"
+#include "document/RateConversion.h"
+#include "document/SegmentFilter.h"
+#include "document/SoundFileCommands.h"
+#include "document/WavFile.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kRateTooHigh = "采样频率不宜超过16000Hz！";
+constexpr const char* kNoSegment = "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！";
+constexpr const char* kWrongLength = "语音段太短或太长，请重新选定！";
+constexpr const char* kFilterTitle = "对选定段进行滤波";
+constexpr const char* kAskCutoff = "输入滤波器的截止频率（Hz, 范围：200-500）";
+constexpr const char* kWrongCutoff = "输入频率范围超界！";
+constexpr const char* kAskPass = "低通滤波(Yes),高通滤波(No)?";
+constexpr const char* kAskPassCaption = "低通/高通选择";
+constexpr const char* kFiltered = "波形数据从%6.2f 秒到%6.2f 秒已经被滤波！";
+
+constexpr const char* kAskTarget = "转换为16000Hz(Yes)?11025Hz(No)?";
+constexpr const char* kAskTargetCaption = "选择转换频率";
+constexpr const char* kNothingToConvert = "原频率低于新频率，转换无意义";
+
+constexpr int kHighestFilterRate = 16000;          // Hz
+constexpr int kFewestFrames = 50, kMostFrames = 800;   // of 10 ms
+constexpr int kLowestCutoff = 200, kHighestCutoff = 500;   // Hz
+constexpr const char* kFirstCutoff = "300";        // what the dialog begins with
+constexpr int kTargetOnYes = 16000, kTargetOnNo = 11025;
+
+}  // namespace
+
+void FilterSegmentCommand(Window& window, SoundDocument& document) {
+  if (document.sampleRate > kHighestFilterRate) return window.Notify(kRateTooHigh);
+  const int start = document.selectionStart, end = document.selectionEnd;
+  const std::int64_t frames = std::int64_t{document.SelectionLength()} * 100 / document.sampleRate;
+  if (frames < 1) return window.Notify(kNoSegment);
+  if (frames < kFewestFrames || frames > kMostFrames) return window.Notify(kWrongLength);
+  InputForm form = OneFieldForm(kFilterTitle, kAskCutoff, kFirstCutoff);
+  if (!window.AskInput(form)) return;
+  const int cutoff = form.CountOf(1000);
+  if (cutoff > kHighestCutoff || cutoff < kLowestCutoff) return window.Notify(kWrongCutoff);
+  const bool lowPass = window.AskYesNo(kAskPass, kAskPassCaption);
+  FilterStretch(document, start, end, cutoff, lowPass ? FilterPass::Low : FilterPass::High);
+  const double rate = document.sampleRate;
+  window.Notify(Format(kFiltered, start / rate, end / rate));
+  window.Repaint();
+}
+
+void ConvertRateCommand(Window& window, SoundDocument& document, CommandStates& states) {
+  const int target = window.AskYesNo(kAskTarget, kAskTargetCaption) ? kTargetOnYes : kTargetOnNo;
+  if (document.sampleRate <= target) return window.Notify(kNothingToConvert);
+  ConvertDocument(document, target);
+  document.resetPitch();
+  document.resetForNewSound(document.sampleCount, target, states);
+  window.Repaint();
+}
+
+void SaveSelectionCommand(Window& window, SoundDocument& document) {
+  const int length = document.SelectionLength();
+  if (length > kMaxSamples) return;
+  const auto path = AskSoundName(window, kSaveUnderOtherName, document.nextDigitPath);
+  if (!path) return;
+  ByteWriter file;
+  WriteWavHeader(file, document.sampleRate, 1, length);
+  if (length > 0) file.PutInt16sLE({&document.samples[document.selectionStart], static_cast<std::size_t>(length)});
+  if (ReplaceFile(*path, file) < 0) return SayCannotSave(window);
+  document.nextDigitPath = nextDigitPathOf(*path);
+}
+
+}  // namespace parlowen

@@ -1,0 +1,280 @@
+#include "audio/Recorder.h"
+
+#include <gtest/gtest.h>
+
+#include "audio/FakeDevices.h"
+#include "support/FakeWindow.h"
+#include "support/TempFolder.h"
+#include "support/WavBytes.h"
+
+namespace parlowen {
+namespace {
+
+using testing::Little;
+using testing::ReadFile;
+using testing::Texts;
+using Block = std::vector<std::int16_t>;
+
+constexpr int kLoud = 1000, kQuiet = 50;
+
+/// A square wave whose amplitude tells which block it is; its mean is 0 and its level the amplitude.
+Block Square(int amplitude, int channels = 1) {
+  Block block;
+  for (int i = 0; i < kBlockSamples; ++i) block.push_back(static_cast<std::int16_t>(i / channels % 2 == 0 ? amplitude : -amplitude));
+  return block;
+}
+
+struct Booth {
+  testing::FakeWindow window;
+  CommandStates states;
+  SoundDocument document;
+  RecorderSettings settings;
+  testing::TempFolder folder;
+  testing::FakeMicrophone microphone;
+  Recorder recorder{&microphone, window, document, states, settings};
+
+  explicit Booth(int rate = 16000) {
+    settings.recordGain = 1.0f;
+    document.samples[0] = 77;
+    document.resetForNewSound(1, rate, states);
+    document.filePath = "/old/sound1.wav";
+  }
+  void Feed(int count, int amplitude, int channels = 1) {
+    for (int i = 0; i < count; ++i) ASSERT_TRUE(microphone.Fill(Square(amplitude, channels)));
+  }
+  /// The amplitudes of the recorded blocks.
+  std::vector<int> Kept(int channels = 1) const {
+    std::vector<int> amplitudes;
+    for (int i = 0; i < document.sampleCount; i += kBlockSamples / channels) amplitudes.push_back(document.samples[i]);
+    return amplitudes;
+  }
+  /// Stops by hand; the block that comes then is dropped.
+  void Stop() {
+    recorder.stopRecording();
+    Feed(1, 9999);
+  }
+};
+
+TEST(Recorder, OneClickDoesNotStartTwoVoicedBlocksDoAndTheBlockBeforeIsKept) {
+  Booth booth;
+  ASSERT_EQ(booth.recorder.startRecording(RecordingStop::AfterSilence), 0);
+  booth.Feed(1, kLoud);
+  booth.Feed(1, 10);
+  booth.Feed(1, kLoud);   // clicks
+  booth.Feed(1, 11);
+  EXPECT_FALSE(booth.recorder.keeping());
+  EXPECT_EQ(booth.document.samples[0], 77) << "the old sound is still there";
+  EXPECT_EQ(booth.document.filePath, "/old/sound1.wav");
+  booth.Feed(1, 500);
+  booth.Feed(1, 501);
+  EXPECT_TRUE(booth.recorder.keeping());
+  EXPECT_EQ(booth.document.sampleCount, 3 * kBlockSamples);
+  booth.Feed(1, 12);
+  booth.Stop();
+  EXPECT_EQ(booth.Kept(), (std::vector<int>{11, 500, 501, 12}));
+  EXPECT_FALSE(booth.microphone.open);
+}
+
+TEST(Recorder, VoiceInTheFirstTwoBlocksWaitsForItsLeadIn) {
+  Booth booth;
+  booth.recorder.startRecording(RecordingStop::ByHand);
+  booth.Feed(2, 500);
+  EXPECT_FALSE(booth.recorder.keeping());
+  booth.Feed(1, 501);
+  booth.Stop();
+  EXPECT_EQ(booth.Kept(), (std::vector<int>{500, 500, 501}));
+}
+
+TEST(Recorder, SilenceEndsItAfterTheLimitOfTheRate) {
+  const struct {
+    int rate, channels, limit, trimmed;   // channels·rate/1900 blocks; samples cut off
+  } cases[] = {{8000, 1, 4, 4400},  {11025, 1, 5, 5500},  {16000, 1, 8, 12100}, {22050, 1, 11, 5500},
+               {8000, 2, 8, 4400},  {11025, 2, 11, 5500}, {16000, 2, 16, 12100}, {22050, 2, 23, 5500}};
+  for (const auto& c : cases) {
+    Booth booth(c.rate);
+    booth.recorder.startRecording(RecordingStop::AfterSilence, c.channels);
+    EXPECT_EQ(booth.microphone.channels, c.channels);
+    booth.Feed(10, kLoud, c.channels);
+    booth.Feed(c.limit - 1, kQuiet, c.channels);
+    booth.Feed(1, 121, c.channels);   // one voiced block starts the count again
+    booth.Feed(c.limit, kQuiet, c.channels);
+    EXPECT_TRUE(booth.recorder.running());
+    booth.Feed(1, kLoud, c.channels);   // the block that ends it is dropped, whatever it holds
+    EXPECT_FALSE(booth.recorder.running()) << c.rate;
+    // The block that reached the limit was not appended.
+    const int frames = kBlockSamples / c.channels;
+    EXPECT_EQ(booth.document.sampleCount, (10 + 2 * (c.limit - 1) + 1) * frames - c.trimmed) << c.rate << ' ' << c.channels;
+    EXPECT_EQ(booth.document.samples[booth.document.sampleCount], 0) << "what was cut off is silent";
+    EXPECT_EQ(booth.document.twoChannel, c.channels == 2);
+  }
+}
+
+TEST(Recorder, ByHandSilenceNeverEndsIt) {
+  Booth booth;
+  booth.recorder.startRecording(RecordingStop::ByHand);
+  booth.Feed(3, kLoud);
+  booth.Feed(200, kQuiet);
+  EXPECT_TRUE(booth.recorder.running());
+  booth.Stop();
+  EXPECT_EQ(booth.document.sampleCount, 203 * kBlockSamples);
+}
+
+TEST(Recorder, TheStopAtTheCapacityKeepsAllThatWasRecorded) {
+  for (const int channels : {1, 2}) {
+    Booth booth;
+    const int frames = kBlockSamples / channels, whole = kMaxSamples / frames;
+    booth.recorder.startRecording(RecordingStop::ByHand, channels);
+    for (int i = 0; i < whole; ++i) booth.Feed(1, 200 + i, channels);
+    EXPECT_EQ(booth.recorder.recorded(), whole * frames);
+    booth.Feed(1, 5000, channels);   // does not fit: the stop
+    EXPECT_TRUE(booth.recorder.running());
+    booth.Feed(1, 5000, channels);
+    EXPECT_FALSE(booth.recorder.running());
+    ASSERT_EQ(booth.document.sampleCount, whole * frames);
+    const auto kept = booth.Kept(channels);
+    for (int i = 0; i < whole; ++i) ASSERT_EQ(kept[static_cast<std::size_t>(i)], 200 + i);
+    EXPECT_EQ(booth.document.samples[whole * frames], 0);
+  }
+}
+
+TEST(Recorder, ChannelsAreTakenApart) {
+  Booth booth;
+  booth.recorder.startRecording(RecordingStop::ByHand, 2);
+  Block block;
+  for (int i = 0; i < kBlockSamples / 2; ++i) {
+    const int sign = i % 2 == 0 ? 1 : -1;
+    block.push_back(static_cast<std::int16_t>(sign * 300));
+    block.push_back(static_cast<std::int16_t>(sign * -700));
+  }
+  for (int i = 0; i < 3; ++i) booth.microphone.Fill(block);
+  booth.Stop();
+  EXPECT_EQ(booth.document.sampleCount, 3300);
+  EXPECT_EQ(booth.document.samples[3298], 300);
+  EXPECT_EQ(booth.document.samples2[3298], -700);
+  EXPECT_TRUE(booth.states.IsEnabled(40114));
+}
+
+TEST(Recorder, TheEndMakesANewSound) {
+  Booth booth;
+  booth.document.pitchPresent = true;
+  booth.document.longFileSeconds = 500;
+  booth.recorder.startRecording(RecordingStop::AfterSilence);
+  EXPECT_EQ(booth.states.Enabled(), std::vector<int>{274});
+  booth.Feed(3, kLoud);
+  EXPECT_EQ(booth.states.Enabled(), std::vector<int>{274}) << "still running";
+  booth.window.Log();
+  booth.Feed(1, kLoud);
+  EXPECT_EQ(booth.window.Log(), Texts{"status|L=0.55 Sec"});
+  booth.Stop();
+  EXPECT_EQ(booth.window.Log(), Texts{"status|录音结束"});
+  EXPECT_EQ(booth.document.filePath, "");
+  EXPECT_FALSE(booth.document.pitchPresent);
+  EXPECT_EQ(booth.document.longFileSeconds, 0);
+  EXPECT_EQ(booth.document.viewStart, 0);
+  EXPECT_EQ(booth.document.activity, 1);
+  EXPECT_TRUE(booth.states.IsEnabled(40023));
+  EXPECT_FALSE(booth.states.IsEnabled(274));
+}
+
+TEST(Recorder, WithoutVoiceNothingIsRecorded) {
+  Booth booth(44100);
+  booth.recorder.startRecording(RecordingStop::AfterSilence);
+  EXPECT_EQ(booth.microphone.rate, 11025) << "44100 Hz cannot be recorded";
+  booth.Feed(50, 120);   // at the threshold, not above it
+  EXPECT_EQ(booth.document.sampleCount, 1);
+  booth.Stop();
+  EXPECT_EQ(booth.document.sampleCount, 0);
+  EXPECT_EQ(booth.document.sampleRate, 11025);
+  EXPECT_EQ(booth.document.samples[0], 0);
+}
+
+TEST(Recorder, EveryFailureHasItsTextAndLeavesTheDocument) {
+  const struct {
+    const char *failAt, *shown;
+  } cases[] = {{"present", "none|Error| Error Getting Wave_In_Dev_Caps!"},
+               {"open", "none|Error| Error Opening Wave_In_Device!"},
+               {"prepare", "none|Error| Error in waveIn PrepareHeader!"},
+               {"queue", "none|Parlowen(Tessiran)| Error in waveIn Add Buffer"},
+               {"start", "none|Error| Error in Start_Recording"}};
+  for (const auto& c : cases) {
+    Booth booth(44100);
+    booth.microphone.failAt = c.failAt;
+    EXPECT_EQ(booth.recorder.startRecording(RecordingStop::AfterSilence), -1);
+    EXPECT_EQ(booth.window.Log(), Texts{c.shown});
+    EXPECT_FALSE(booth.recorder.running());
+    EXPECT_FALSE(booth.microphone.open);
+    EXPECT_EQ(booth.document.sampleRate, 44100);
+    EXPECT_EQ(booth.document.samples[0], 77);
+    EXPECT_TRUE(booth.states.IsEnabled(110));
+    EXPECT_EQ(booth.recorder.runGainTest(booth.folder / "Thrsh.dat"), -1);
+    EXPECT_EQ(booth.window.Log(), Texts{c.shown});
+  }
+  Booth booth;
+  Recorder none(nullptr, booth.window, booth.document, booth.states, booth.settings);
+  EXPECT_EQ(none.startRecording(RecordingStop::ByHand), -1);
+  EXPECT_EQ(booth.window.Log(), Texts{cases[0].shown});
+}
+
+TEST(Recorder, ADeviceThatVanishesLosesNothing) {
+  for (const bool atQueue : {false, true}) {
+    Booth booth;
+    booth.recorder.startRecording(RecordingStop::ByHand);
+    booth.Feed(4, kLoud);
+    booth.window.Log();
+    if (atQueue) {
+      booth.microphone.failAt = "queue";
+      booth.Feed(1, kLoud);
+    } else {
+      booth.microphone.onLost();
+    }
+    EXPECT_FALSE(booth.recorder.running());
+    EXPECT_EQ(booth.document.sampleCount, (atQueue ? 5 : 4) * kBlockSamples);
+    EXPECT_EQ(booth.window.Log().back(), "none|Parlowen(Tessiran)| Error in waveIn Add Buffer");
+    EXPECT_TRUE(booth.states.IsEnabled(120)) << "it can be saved";
+  }
+}
+
+TEST(GainTestRun, AdaptsToTheRoomAndLeavesTheDocument) {
+  const struct {
+    int amplitude;   // level1 + level2 = twice this
+    Texts shown;
+    std::string file;
+  } cases[] = {
+      {0, {"status|Testing finished,      OK!", "none|Parlowen(Tessiran)|录音增益太低，必须手工调高！"}, ""},
+      // s = √(2/60) = 0.1826: 10.954, 21
+      {1, {"status|Testing finished,      OK!", "status|Gain, Thr=10.95, 21"}, Little(0x412F456F, 4) + Little(21, 2)},
+      {30, {"status|Testing finished,      OK!", "status|Gain, Thr=2.00, 120"}, Little(0x40000000, 4) + Little(120, 2)},
+      // s = √(400/60) = 2.582: 0.7746, 309
+      {200, {"status|Testing finished,      OK!", "status|Gain, Thr=0.77, 309"}, Little(0x3F464BF8, 4) + Little(309, 2)},
+      {201, {"status|Testing finished,      OK!", "none|Parlowen(Tessiran)|录音增益太高，必须手工调低！"}, ""},
+  };
+  for (const auto& c : cases) {
+    Booth booth(44100);
+    ASSERT_EQ(booth.recorder.runGainTest(booth.folder / "Thrsh.dat"), 0);
+    EXPECT_EQ(booth.window.Log(), Texts{"status|Please keep silence, Testing ......"});
+    booth.Feed(1, 30000);   // the click of the start
+    booth.Feed(20, c.amplitude);
+    EXPECT_TRUE(booth.recorder.running());
+    EXPECT_TRUE(booth.window.log.empty());
+    booth.Feed(1, 30000);
+    EXPECT_EQ(booth.window.Log(), c.shown);
+    EXPECT_EQ(ReadFile(booth.folder / "Thrsh.dat"), c.file);
+    EXPECT_EQ(booth.settings.recordGain, c.file.empty() ? 1.0f : booth.settings.recordGain);
+    EXPECT_EQ(booth.document.samples[0], 77);
+    EXPECT_EQ(booth.document.sampleRate, 44100);
+    EXPECT_TRUE(booth.states.IsEnabled(110));
+  }
+}
+
+TEST(GainTestRun, TheSettingsHoldEvenWhereTheFileCannotBeWritten) {
+  Booth booth(11025);
+  booth.recorder.runGainTest(booth.folder / "none/Thrsh.dat");
+  booth.Feed(22, 30);
+  EXPECT_EQ(booth.settings.voiceThreshold, 120);
+  EXPECT_EQ(booth.settings.recordGain, 2.0f);
+  const Texts shown = booth.window.Log();
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "error||文件打开错误"), 1);
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,228 @@
+// Segment filter, rate conversion and saving the selection.
+
+#include "document/ConversionCommands.h"
+
+#include <cmath>
+#include <complex>
+
+#include "document/Desk.h"
+#include "document/RateConversion.h"
+#include "document/SegmentFilter.h"
+#include "dsp/Fir.h"
+
+namespace parlowen {
+namespace {
+
+using testing::Desk;
+using testing::Ramp;
+using testing::Texts;
+
+constexpr double kTwoPi = 6.283185307179586;
+constexpr const char* kCaption = "none|Parlowen(Tessiran) -- ";
+
+std::vector<std::int16_t> Tone(int count, double hertz, double rate, double peak = 10000) {
+  std::vector<std::int16_t> samples;
+  for (int i = 0; i < count; ++i) samples.push_back(static_cast<std::int16_t>(std::lround(peak * std::sin(kTwoPi * hertz * i / rate))));
+  return samples;
+}
+
+/// Amplitude of one frequency in a stretch of whole periods: one bin of a slow transform.
+double AmplitudeAt(const std::vector<std::int16_t>& samples, int first, int count, double hertz, double rate) {
+  std::complex<double> sum;
+  for (int i = first; i < first + count; ++i)
+    sum += static_cast<double>(samples[static_cast<std::size_t>(i)]) * std::polar(1.0, -kTwoPi * hertz * i / rate);
+  return 2 * std::abs(sum) / count;
+}
+
+std::string Said(const Desk& desk, const std::string& text) { return kCaption + (desk.folder / "sound1.wav") + "|" + text; }
+
+TEST(SegmentFilter, RefusesInTheOrderRateSegmentLengthCutoff) {
+  Desk desk;
+  const auto filter = [&] {
+    FilterSegmentCommand(desk.window, desk.document);
+    return desk.window.Log();
+  };
+  desk.Load(Ramp(400000), 16001);
+  EXPECT_EQ(filter(), Texts{Said(desk, "采样频率不宜超过16000Hz！")});
+  desk.Load(Ramp(400000), 16000);
+  EXPECT_EQ(filter(), Texts{Said(desk, "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！")});
+  const struct {
+    int length;
+    const char* refusal;
+  } lengths[] = {{159, "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！"},
+                 {160, "语音段太短或太长，请重新选定！"},
+                 {7999, "语音段太短或太长，请重新选定！"},
+                 {8000, nullptr},
+                 {128159, nullptr},
+                 {128160, "语音段太短或太长，请重新选定！"}};
+  for (const auto& c : lengths) {
+    desk.Mark(1000, 1000 + c.length);
+    const Texts shown = filter();   // without an answer the dialog is cancelled
+    ASSERT_EQ(shown.size(), 1u);
+    EXPECT_EQ(shown[0], c.refusal != nullptr ? Said(desk, c.refusal) : "input|对选定段进行滤波|输入滤波器的截止频率（Hz, 范围：200-500）300");
+  }
+  desk.Mark(1000, 9000);
+  for (const char* cutoff : {"199", "501", "", "-300"}) {
+    desk.window.answers = {std::string("ok:") + cutoff};
+    EXPECT_EQ(filter().back(), Said(desk, "输入频率范围超界！")) << cutoff;
+  }
+  EXPECT_EQ(desk.Samples(), Ramp(400000)) << "a refusal changes nothing";
+  for (const char* cutoff : {"200", "500"}) {
+    desk.window.answers = {std::string("ok:") + cutoff, "yes"};
+    EXPECT_EQ(filter().back(), Said(desk, "波形数据从  0.06 秒到  0.56 秒已经被滤波！"));
+  }
+}
+
+TEST(SegmentFilter, ChangesTheSegmentAloneAndReadsItsMargins) {
+  const auto sound = Tone(20000, 150, 16000);
+  Desk desk;
+  desk.Load(sound);
+  FilterStretch(desk.document, 6000, 14000, 300, FilterPass::Low);
+  const auto filtered = desk.Samples();
+  EXPECT_TRUE(std::equal(sound.begin(), sound.begin() + 6000, filtered.begin()));
+  EXPECT_TRUE(std::equal(sound.begin() + 14000, sound.end(), filtered.begin() + 14000));
+  EXPECT_NE(sound, filtered);
+
+  // The same with the shared routine over a longer copy: what lies 40 samples before the segment is already filtered.
+  double coefficients[81];
+  DesignFirFilter(300, 0.92, 40, 0, coefficients, 16000);
+  auto copy = sound;
+  ApplyFirFilter(81, 8040, 5960, coefficients, copy.data(), 20000);
+  EXPECT_TRUE(std::equal(copy.begin() + 6000, copy.begin() + 14000, filtered.begin() + 6000));
+}
+
+TEST(SegmentFilter, ALowPassKeepsALowToneAndTakesAHighOne) {
+  const struct {
+    FilterPass pass;
+    double hertz, atLeast, atMost;
+  } cases[] = {{FilterPass::Low, 100, 0.5, 3.0}, {FilterPass::Low, 2000, 0.0, 0.1}, {FilterPass::High, 2000, 0.9, 1.1},
+               // The recursive routine takes about 10 dB, no more.
+               {FilterPass::High, 100, 0.1, 0.5}};
+  for (const auto& c : cases) {
+    Desk desk;
+    desk.Load(Tone(16000, c.hertz, 16000, 5000));
+    FilterStretch(desk.document, 0, 16000, 300, c.pass);
+    const double gain = AmplitudeAt(desk.Samples(), 4000, 8000, c.hertz, 16000) / 5000;
+    EXPECT_GE(gain, c.atLeast) << c.hertz;
+    EXPECT_LE(gain, c.atMost) << c.hertz;
+  }
+}
+
+TEST(RateConversion, AsksForTheTargetAndRefusesAnUpwardOne) {
+  Desk desk;
+  const auto convert = [&](std::uint32_t rate, const char* answer) {
+    desk.Load(Tone(8000, 440, rate), rate);
+    desk.window.answers = {answer};
+    ConvertRateCommand(desk.window, desk.document, desk.states);
+    Texts shown = desk.window.Log();
+    EXPECT_EQ(shown.front(), "ask|选择转换频率|转换为16000Hz(Yes)?11025Hz(No)?");
+    return shown.size() == 1;
+  };
+  EXPECT_FALSE(convert(16000, "yes"));
+  EXPECT_EQ(desk.Samples(), Tone(8000, 440, 16000));
+  EXPECT_TRUE(convert(16001, "yes"));
+  EXPECT_FALSE(convert(11025, "no"));
+  EXPECT_TRUE(convert(16000, "no"));
+  EXPECT_EQ(desk.document.sampleRate, 11025);
+  EXPECT_TRUE(convert(22050, "yes"));
+  // trunc(8000·16000/22050) − 1
+  EXPECT_EQ(desk.document.sampleCount, 5803);
+  EXPECT_EQ(desk.document.sampleRate, 16000);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
+}
+
+TEST(RateConversion, MakesANewSoundOfIt) {
+  Desk desk;
+  desk.Load(Tone(300000, 440, 44100), 44100);
+  desk.Mark(1000, 2000);
+  CopyCommand(desk.document, desk.states);
+  PasteCommand(desk.window, desk.document, desk.states);
+  desk.document.pitchPresent = true;
+  EXPECT_FALSE(desk.states.IsEnabled(212));
+  desk.window.answers = {"yes"};
+  ConvertRateCommand(desk.window, desk.document, desk.states);
+  EXPECT_FALSE(desk.document.pitchPresent);
+  EXPECT_EQ(desk.document.undoKind, 0);
+  EXPECT_FALSE(desk.document.selectionDefined());
+  EXPECT_TRUE(desk.states.IsEnabled(212));
+  EXPECT_FALSE(desk.states.IsEnabled(40036));
+  EXPECT_TRUE(desk.states.IsEnabled(40003)) << "the clip stays";
+  EXPECT_TRUE(desk.document.AtStartScale());
+}
+
+TEST(RateConversion, FollowsTheStatedOrderOfOperationsToTheBit) {
+  // Loud noise with silent stretches and steps: sums near whole numbers, zeros, saturation.
+  std::uint32_t seed = 1;
+  std::vector<std::int16_t> sound;
+  for (int i = 0; i < 30000; ++i) {
+    seed = seed * 1664525u + 1013904223u;
+    const int noise = static_cast<int>(seed >> 16) - 32768;
+    sound.push_back(static_cast<std::int16_t>(i / 3000 % 3 == 0 ? noise : i / 3000 % 3 == 1 ? 0 : (i / 700 % 2 ? 32767 : -32768)));
+  }
+  const int count = static_cast<int>(sound.size());
+  for (const auto& [rate, target, cutoff] : {std::array{44100, 16000, 7200}, {22050, 16000, 7200}, {16001, 16000, 7200}, {48000, 11025, 4961}}) {
+    auto converted = sound, filtered = sound;
+    converted.resize(sound.size() + 16);
+    filtered.resize(sound.size() + 16);
+    double coefficients[15];
+    DesignFirFilter(cutoff, 0.92, 7, 0, coefficients, rate);
+    ApplyFirFilter(15, count - 8, 8, coefficients, filtered.data(), count + 16);
+    const double r = static_cast<double>(target) / rate;
+    const auto outputs = static_cast<int>(count * r);
+    std::vector<std::int16_t> expected = {filtered[0]};
+    for (int k = 1; k < outputs; ++k) {
+      const double t = k / r;
+      const double i = std::floor(t), d = t - (i + 1);
+      const std::int16_t* y = &filtered[static_cast<std::size_t>(i)];
+      const double value = ((((y[0] + y[2]) * 0.5 - y[1]) * d + (y[2] - y[0]) * 0.5) * d) + y[1];
+      expected.push_back(static_cast<std::int16_t>(std::clamp(std::trunc(value), -32768.0, 32767.0)));
+    }
+    ASSERT_EQ(ConvertSamples(converted.data(), count, rate, target), outputs - 1);
+    converted.resize(expected.size());
+    EXPECT_EQ(converted, expected) << rate << " to " << target;
+  }
+}
+
+TEST(RateConversion, KeepsAToneInBothChannelsAndStandsTinySounds) {
+  Desk desk;
+  desk.Load(Tone(44100, 1000, 44100), 44100);
+  desk.document.twoChannel = true;
+  std::copy_n(desk.document.samples.data(), 44100, desk.document.samples2.data());
+  desk.document.SamplesChanged();
+  ConvertDocument(desk.document, 16000);
+  EXPECT_EQ(desk.Samples(), desk.Samples2());
+  EXPECT_GT(AmplitudeAt(desk.Samples(), 1600, 8000, 1000, 16000), 5000);
+  EXPECT_LT(AmplitudeAt(desk.Samples(), 1600, 8000, 1200, 16000), 20);
+  for (int count = 0; count < 20; ++count) {
+    std::vector<std::int16_t> few(static_cast<std::size_t>(count + 16));
+    std::fill_n(few.begin(), count, std::int16_t{100});
+    EXPECT_EQ(ConvertSamples(few.data(), count, 32000, 16000), std::max(0, count / 2 - 1));
+  }
+}
+
+TEST(SaveSelection, WritesAMonoFileAndTheSeriesGoesOnFromIt) {
+  Desk desk;
+  desk.Load(Ramp(1000), 11025);
+  desk.Mark(100, 103);
+  desk.document.twoChannel = true;
+  desk.window.answers = {"file:" + (desk.folder / "part7")};
+  SaveSelectionCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), Texts{"save|文件换名存为...|" + (desk.folder / "sound2.wav")});
+  testing::WavBytes expected;
+  expected.rate = 11025;
+  expected.samples = {101, 102, 103};
+  EXPECT_EQ(testing::ReadFile(desk.folder / "part7.wav"), expected.Bytes());
+  EXPECT_EQ(desk.document.nextDigitPath, desk.folder / "part8.wav");
+  EXPECT_EQ(desk.document.filePath, desk.folder / "sound1.wav");
+
+  const Texts refusal = {"save|文件换名存为...|" + (desk.folder / "part8.wav"), "error|文件夹或文件名错误|文件夹或文件名不对，请重选"};
+  SaveSelectionCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), refusal) << "cancelled";
+  desk.window.answers = {"file:" + (desk.folder / "none/x.wav")};
+  SaveSelectionCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), refusal) << "no such folder";
+  EXPECT_EQ(desk.document.nextDigitPath, desk.folder / "part8.wav");
+}
+
+}  // namespace
+}  // namespace parlowen

@@ -1,0 +1,107 @@
+// Playing and recording as the window shows them, with devices driven by hand.
+
+#include <QTest>
+
+#include "audio/FakeDevices.h"
+#include "shell/qt/LevelMeter.h"
+#include "shell_qt/Doubles.h"
+
+namespace parlowen {
+namespace {
+
+class SoundTest : public WindowTest {
+ protected:
+  void SetUp() override {
+    WindowTest::SetUp();
+    window = std::make_unique<MainWindow>("", *preferences, SoundDevices{&loudspeaker, &microphone});
+    window->resize(1024, 720);
+    window->show();
+    Activate();
+  }
+  static std::vector<std::int16_t> Square(int amplitude) {
+    std::vector<std::int16_t> block;
+    for (int i = 0; i < kBlockSamples; ++i) block.push_back(static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude));
+    return block;
+  }
+  const LevelMeter& Meter() { return window->Meter(); }
+
+  testing::FakeLoudspeaker loudspeaker;
+  testing::FakeMicrophone microphone;
+};
+
+TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
+  Open(WriteRamp("a.wav", 16000, 20000));
+  ASSERT_TRUE(window->Dispatch(272));
+  QCoreApplication::processEvents();
+  for (const CommandRow& row : CommandTable()) EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), row.number == 274) << row.number;
+  QTest::mouseClick(&Waveform(), Qt::LeftButton, {}, At(Waveform(), 100));
+  EXPECT_LT(Document().selectionStart, 0);
+  window->OpenFile(WriteRamp("b.wav", 16000, 100));
+  EXPECT_EQ(Document().sampleCount, 20000);
+  EXPECT_TRUE(window->HintShown().contains("录音"));
+  QTest::keyClick(window.get(), Qt::Key_T);
+  microphone.Fill(Square(1));
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(window->ActionOf(274)->isEnabled());
+  EXPECT_TRUE(window->ActionOf(110)->isEnabled());
+  EXPECT_FALSE(window->HintShown().contains("录音"));
+}
+
+TEST_F(SoundTest, TheMeterShowsALevelAndWarnsOfClipping) {
+  EXPECT_TRUE(Meter().isHidden());
+  Document().sampleRate = 16000;
+  ASSERT_TRUE(window->Dispatch(40022));
+  microphone.Fill(Square(1000));   // twice as loud after the gain
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !Meter().isHidden() && Meter().accessibleDescription() == "-24 dB"; }, 2000));
+  EXPECT_FALSE(Meter().ShowsClipping());
+  microphone.Fill(Square(17000));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Meter().ShowsClipping(); }, 2000));
+  EXPECT_EQ(Meter().accessibleDescription(), "削波");
+  microphone.Fill(Square(1000));
+  QTest::qWait(100);
+  EXPECT_TRUE(Meter().ShowsClipping()) << "it stays long enough to be seen";
+  BoxWatcher watcher("确定");
+  microphone.onLost();
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Meter().isHidden(); }, 2000));
+  EXPECT_EQ(watcher.texts, QStringList{" Error in waveIn Add Buffer"});
+  EXPECT_EQ(Document().sampleCount, 3 * kBlockSamples);
+}
+
+TEST_F(SoundTest, TheCursorMovesAndADialogStopsThePlay) {
+  Open(WriteRamp("a.wav", 16000, 100000));
+  ASSERT_TRUE(window->Dispatch(40023));
+  loudspeaker.position = 5000;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return Station().view.cursor == 5000; }, 2000));
+  EXPECT_TRUE(window->ActionOf(40025)->isEnabled());
+  BoxWatcher watcher("确定");
+  window->Dispatch(40008);
+  EXPECT_FALSE(Station().player.playing());
+  EXPECT_FALSE(Station().view.cursor);
+  ASSERT_TRUE(window->Dispatch(40023));
+  Station().Select(100, 200);
+  EXPECT_TRUE(Station().player.playing()) << "marking does not disturb it";
+  window->Dispatch(40002);
+  EXPECT_TRUE(Station().player.playing());
+  window->Dispatch(40001);
+  EXPECT_FALSE(Station().player.playing()) << "a cut does";
+  ASSERT_TRUE(window->Dispatch(40023));
+  QTest::mouseClick(&Waveform(), Qt::LeftButton, Qt::ShiftModifier, At(Waveform(), 100));
+  EXPECT_FALSE(Station().player.playing()) << "so does a paste with the mouse";
+}
+
+TEST_F(SoundTest, AMicrophoneThatComesLaterEnablesTheRecordings) {
+  microphone.failAt = "present";
+  window->InputDevicesChanged();
+  EXPECT_FALSE(window->ActionOf(272)->isEnabled());
+  microphone.failAt = "";
+  window->InputDevicesChanged();
+  for (const int command : {272, 40022, 40112}) EXPECT_TRUE(window->ActionOf(command)->isEnabled());
+}
+
+TEST_F(SoundTest, ReportsGoToTheFolderOfTheSound) {
+  Open(WriteRamp("a.wav", 16000, 1000));
+  EXPECT_EQ(Station().ExportPath("Thresh.dat"), folder.filePath("Thresh.dat").toStdString());
+}
+
+}  // namespace
+}  // namespace parlowen
