@@ -11,7 +11,7 @@ namespace parlowen {
 namespace {
 
 constexpr Colour kNose = 0x1F3F77, kMouth = 0xB03000, kRatio = 0x00664D, kSelectionFill = 0x3080FF;
-constexpr int kLineHeight = 18, kAxisHeight = 18, kGap = 4;
+constexpr int kLineHeight = 18, kAxisHeight = 18, kGap = 4, kTitleHeight = 16;
 constexpr double kDecibelSpan = 90.0;   // a full-scale square wave
 constexpr int kFullScale = 32768;
 
@@ -23,11 +23,11 @@ struct Band {
 struct Layout {
   Band first, second, levels, ratio;
   explicit Layout(int height) {
-    const int room = std::max(40, height - kLineHeight - kAxisHeight - 3 * kGap);
+    const int room = std::max(40, height - kLineHeight - kAxisHeight - 3 * kGap - 2 * kTitleHeight);
     first = {kLineHeight, room * 3 / 10};
     second = {first.Bottom() + 1 + kGap, first.height};
-    levels = {second.Bottom() + 1 + kGap, room * 17 / 100};
-    ratio = {levels.Bottom() + 1 + kGap, room - 2 * first.height - levels.height};
+    levels = {second.Bottom() + 1 + kGap + kTitleHeight, room * 17 / 100};
+    ratio = {levels.Bottom() + 1 + kGap + kTitleHeight, room - 2 * first.height - levels.height};
   }
 };
 
@@ -109,7 +109,7 @@ void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCu
     piece.points.push_back({x, band.Bottom() - TruncateToInt32(double{curve.values[i]} * (band.height - 1) / 100.0)});
   }
   finish();
-  picture.Add(TextMark{kPaneMargin + 4, band.top + 12, "鼻音能量比 (%)", kRatio, 12});
+  picture.Add(TextMark{kPaneMargin + 4, band.top - 4, "鼻音能量比 (%)", kRatio, 12});
 }
 
 void AddAxis(Picture& picture, const SoundDocument& document, const ChannelsView& view, int top) {
@@ -196,7 +196,7 @@ Picture ChannelsPicture(const SoundDocument& document, const ChannelsState& stat
   AddWaveform(picture, nose, columns, layout.first, range, kNose, "声道1：鼻");
   AddWaveform(picture, mouth, columns, layout.second, range, kMouth, "声道2：口");
   AddScale(picture, layout.levels, {0, 30, 60, 90}, 90);
-  picture.Add(TextMark{kPaneMargin + 4, layout.levels.top + 12, "幅度 (dB)", colours::kText, 12});
+  picture.Add(TextMark{kPaneMargin + 4, layout.levels.top - 4, "幅度 (dB)", colours::kText, 12});
   AddLevels(picture, nose, document.sampleRate, columns, layout.levels, kNose);
   AddLevels(picture, mouth, document.sampleRate, columns, layout.levels, kMouth);
   AddRatio(picture, document, state.Curve(document), view, layout.ratio);

@@ -94,6 +94,7 @@ void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, 
   picture.Add(LineMark{{column1, top}, {column1, bottom}});
   for (int row = axes.base + 20, hertz = 200; row < bottom; row += 50, hertz += 200) {
     AddTick(picture, {column1, row}, {column1 + 4, row});
+    if (row + 16 > bottom) continue;   // there stands the axis' name
     AddLabel(picture, column1 + 8, row + 4, Format("%d", hertz), Anchor::Left);
   }
   for (int hertz = 500, x = axes.column2; hertz <= highestF2; hertz *= 2, x -= 100) {

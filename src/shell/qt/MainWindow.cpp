@@ -241,6 +241,12 @@ void MainWindow::MakeStatusBar() {
   QFont bold = font();
   bold.setBold(true);
   status_->setFont(bold);
+  // One height with and without a text: the panes do not move when a line comes or goes.
+  for (ElidedLabel* label : {hint_, hover_, status_}) {
+    label->SetText("起止秒Hg");
+    label->setFixedHeight(label->sizeHint().height());
+    label->SetText({});
+  }
   grid->addWidget(hint_, 0, 0, 1, 2);
   grid->addWidget(hover_, 1, 0);
   grid->addWidget(status_, 1, 1);
@@ -498,6 +504,7 @@ void MainWindow::Renew() {
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running())) soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   hint_->SetText(QString::fromStdString(station_.view.Hint()));
+  if (status_->Text() == hint_->Text()) status_->SetText({});   // a tool that announces itself
   axis_->update();
   overview_->update();
   RenewActions();
