@@ -67,6 +67,16 @@ void AddTitle(Picture& picture, const SpectrogramState& spectrogram, int sampleR
   if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
 }
 
+/// The frequencies under the first frame of a three-dimensional view.
+void AddRidgeAxis(Picture& picture, int sampleRate) {
+  const int step = GridStepHz(sampleRate), y = picture.height - kRidgeFoot;
+  for (int frequency = step; frequency < sampleRate / 2; frequency += step) {
+    const int x = kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate);
+    picture.Add(LineMark{{x, y + 2}, {x, y + 5}, colours::kText});
+    picture.Add(TextMark{x, y + 16, Format("%d kHz", frequency / 1000), colours::kText, 10, Anchor::Middle, Face::Figures});
+  }
+}
+
 /// The visible parts of one frame's line, one point a row of the spectrum and one at each end of a part.
 class RidgeLine {
  public:
@@ -75,11 +85,12 @@ class RidgeLine {
 
   void Begin(int x, int y) {
     from_ = {x, y};
-    Visit(from_, true);
+    Visit(from_, true, false);
   }
-  void To(int x, int y) {
+  /// On to the next point; the ground, where nothing sounds, hides what is behind it but is not drawn.
+  void To(int x, int y, bool ground) {
     for (int column = from_.x + 1; column <= x; ++column)
-      Visit({column, from_.y + (y - from_.y) * (column - from_.x) / (x - from_.x)}, column == x);
+      Visit({column, from_.y + (y - from_.y) * (column - from_.x) / (x - from_.x)}, column == x, ground);
     from_ = {x, y};
   }
   void End() {
@@ -88,11 +99,11 @@ class RidgeLine {
   }
 
  private:
-  void Visit(Point at, bool corner) {
+  void Visit(Point at, bool corner, bool ground) {
     const bool inside = at.x >= 0 && at.x < width_;
     const bool seen = inside && at.y < horizon_[static_cast<std::size_t>(at.x)];
-    if (seen) {
-      horizon_[static_cast<std::size_t>(at.x)] = at.y;
+    if (seen) horizon_[static_cast<std::size_t>(at.x)] = at.y;
+    if (seen && !ground) {
       if (corner || part_.points.empty()) part_.points.push_back(at);
       last_ = at;
     } else {
@@ -117,10 +128,12 @@ Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height)
     const int frame = static_cast<int>(i);
     const int left = kRidgeLeft + kShiftRight * frame, foot = height - kRidgeFoot - kShiftUp * frame;
     RidgeLine line(picture, horizon, width);
+    int before = 0;
     for (int row = 0; row < kSpectrogramRows; ++row) {
-      const int y = foot - TruncateToInt32(kRowsPerDecibel * spectrogram.ridges[i][static_cast<std::size_t>(row)]);
-      if (row == 0) line.Begin(left, y);
-      else line.To(left + kColumnsPerRow * row, y);
+      const int rise = TruncateToInt32(kRowsPerDecibel * spectrogram.ridges[i][static_cast<std::size_t>(row)]);
+      if (row == 0) line.Begin(left, foot - rise);
+      else line.To(left + kColumnsPerRow * row, foot - rise, rise == 0 && before == 0);
+      before = rise;
     }
     line.End();
   }
@@ -158,6 +171,7 @@ int GridLineY(int frequency, int sampleRate, int height) {
 Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, int width, int height) {
   if (!spectrogram.ridges.empty()) {
     Picture ridges = RidgePicture(spectrogram, width, height);
+    AddRidgeAxis(ridges, sampleRate);
     AddTitle(ridges, spectrogram, sampleRate);
     return ridges;
   }

@@ -195,6 +195,7 @@ TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
   SpectrogramState state;
   state.shown = true;
   state.ridges.assign(100, {});
+  for (auto& ridge : state.ridges) ridge.fill(2);   // a row
   for (std::size_t row = 100; row < 140; ++row) state.ridges[0][row] = 100;   // a wall of 80 rows in front
   const Picture picture = RidgePicture(state, 1024, 330);
   int highest = 330;
@@ -208,7 +209,10 @@ TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
       EXPECT_TRUE(!overTheWall || point.y < 330 - 20 - 80) << point.x;
     }
   }
-  EXPECT_EQ(highest, std::min(330 - 20 - 80, 330 - 20 - 99));
+  EXPECT_EQ(highest, 330 - 20 - 99 - 1);
+  state.ridges.assign(100, {});
+  EXPECT_TRUE(RidgePicture(state, 1024, 330).marks.empty()) << "the ground is not drawn";
+  state.ridges[0].fill(100);
   EXPECT_TRUE(RidgePicture(state, 3000, 1200).marks.empty()) << "all of it lies below the horizon's start, row 700";
 }
 
