@@ -71,7 +71,8 @@ BENCHMARK(BM_LpcEnvelopeAndFormants)->Arg(320)->Arg(400);
 void BM_FormantsOf98Seconds(benchmark::State& state) {
   const SoundDocument& voice = Voice();
   LpcAnalyser analyser;
-  for (auto _ : state) benchmark::DoNotOptimize(FormantTrack(voice.Samples(), kRate, 0, kMaxSamples, analyser));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(FormantTrack(voice.Samples(), kRate, 0, kMaxSamples, analyser));
 }
 BENCHMARK(BM_FormantsOf98Seconds)->Unit(benchmark::kMillisecond);
 
@@ -99,7 +100,8 @@ void BM_LongTermSpectrumOf98Seconds(benchmark::State& state) {
 }
 BENCHMARK(BM_LongTermSpectrumOf98Seconds)->Unit(benchmark::kMillisecond);
 
-/// A column of each kind in the order of SpectrogramKind, but for the filter bank: a picture over its 1024 columns.
+/// A column of each kind in the order of SpectrogramKind, but for the filter bank: a picture over its 1024
+/// columns.
 void BM_Column(benchmark::State& state) {
   static const auto selected = [] {
     auto document = std::make_unique<SoundDocument>();
@@ -120,23 +122,26 @@ void BM_Column(benchmark::State& state) {
     benchmark::DoNotOptimize(matrix.greys.data());
   }
   state.SetLabel(SpectrogramKindName(kind));
-  state.counters["time/column"] = benchmark::Counter(columns, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["time/column"] =
+      benchmark::Counter(columns, benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_Column)->DenseRange(0, 5);
 
 void BM_FilterBankOf63200Samples(benchmark::State& state) {
-  for (auto _ : state) benchmark::DoNotOptimize(ComputeFilterBank(Voice().Samples(), kRate, 1000, 64200, 984, 12000));
+  for (auto _ : state)
+    benchmark::DoNotOptimize(ComputeFilterBank(Voice().Samples(), kRate, 1000, 64200, 984, 12000));
 }
 BENCHMARK(BM_FilterBankOf63200Samples)->Unit(benchmark::kMillisecond);
 
 double MedianOf(std::vector<double> values) {
   if (values.empty()) return 0;
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
+                   values.end());
   return values[values.size() / 2];
 }
 
-/// Not a time: how far the formants of nine synthetic vowels lie from the truth, in Hz, and how often the first three are
-/// all found within 200 Hz.
+/// Not a time: how far the formants of nine synthetic vowels lie from the truth, in Hz, and how often the
+/// first three are all found within 200 Hz.
 void BM_FormantErrors(benchmark::State& state) {
   const int rate = static_cast<int>(state.range(0)), f0 = static_cast<int>(state.range(1));
   const int length = std::min(512, rate / 40);
@@ -165,7 +170,9 @@ void BM_FormantErrors(benchmark::State& state) {
   state.counters["F2"] = MedianOf(errors[1]);
   state.counters["F3"] = MedianOf(errors[2]);
 }
-BENCHMARK(BM_FormantErrors)->ArgsProduct({{8000, 11025, 16000, 22050}, {80, 100, 115, 130, 150, 180, 220, 260, 300}})->Iterations(1);
+BENCHMARK(BM_FormantErrors)
+    ->ArgsProduct({{8000, 11025, 16000, 22050}, {80, 100, 115, 130, 150, 180, 220, 260, 300}})
+    ->Iterations(1);
 
 }  // namespace
 }  // namespace parlowen

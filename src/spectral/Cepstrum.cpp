@@ -12,8 +12,8 @@
 //
 //   EmphasisedFrame     emphasis, scale and window
 //   LogSpectrum         the 512 log values, symmetric about bin 256
-//   Cepstrum            their transform: real up to rounding, because they are real and symmetric
-//   Homomorphic         its low end, transformed again
+//   CepstralAnalysis    their transform: real up to rounding, because they are real and symmetric; for the
+//                       homomorphic spectrum its low end, transformed again
 //
 // All transforms are those of real sequences.
 
@@ -21,11 +21,12 @@ namespace parlowen {
 namespace {
 
 constexpr int kHalf = kCepstrumPoints / 2;
-constexpr int kLifter = 16;   // quefrencies that the homomorphic spectrum keeps
+constexpr int kLifter = 16;  // quefrencies that the homomorphic spectrum keeps
 
 void EmphasisedFrame(SampleSpan samples, int start, int length, int step, int peakLevel, double* frame) {
   const double scale = 1500.0 / std::max(1, peakLevel);
-  const bool inside = start >= 0 && std::int64_t{start} + std::int64_t{step} * (length - 1) + 1 < samples.count;
+  const bool inside =
+      start >= 0 && std::int64_t{start} + std::int64_t{step} * (length - 1) + 1 < samples.count;
   const std::int16_t* x = samples.data + (inside ? start : 0);
   for (int n = 0; n < length; ++n) {
     const std::int64_t at = std::int64_t{start} + std::int64_t{step} * n;
@@ -41,7 +42,8 @@ PARLOWEN_CLONES void Powers(const Complex* __restrict bins, double* __restrict p
 }
 
 PARLOWEN_CLONES void Moduli(const Complex* __restrict bins, double factor, double* __restrict moduli) {
-  for (int k = 0; k < kHalf; ++k) moduli[k] = factor * std::sqrt(bins[k].re * bins[k].re + bins[k].im * bins[k].im);
+  for (int k = 0; k < kHalf; ++k)
+    moduli[k] = factor * std::sqrt(bins[k].re * bins[k].re + bins[k].im * bins[k].im);
 }
 
 void LogSpectrum(const double* frame, int reference, double factor, double* logs) {
@@ -62,8 +64,8 @@ void LogSpectrum(const double* frame, int reference, double factor, double* logs
 
 }  // namespace
 
-int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMode mode, const CepstralContext& context,
-                     double* output) {
+int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMode mode,
+                     const CepstralContext& context, double* output) {
   const bool cepstrum = mode == CepstralMode::Cepstrum;
   const int length = std::clamp(frameLength, 0, kLongestFrame);
   const int step = cepstrum && context.sampleRate >= kSteppedCepstrumRate ? 2 : 1;
@@ -78,7 +80,8 @@ int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMod
   if (cepstrum) {
     for (int k = 0; k < kHalf; ++k) {
       // The inverse transform is the conjugate over 512.
-      const double value = 0.4 * ApproxMagnitude(Complex(bins[k].re / kCepstrumPoints, bins[k].im / kCepstrumPoints));
+      const double value =
+          0.4 * ApproxMagnitude(Complex(bins[k].re / kCepstrumPoints, bins[k].im / kCepstrumPoints));
       output[k] = value;
       output[kCepstrumPoints - 1 - k] = value;
     }
@@ -93,7 +96,8 @@ int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMod
   return 0;
 }
 
-int HomomorphicLevels(SampleSpan samples, int start, int frameLength, const CepstralContext& context, double* levels) {
+int HomomorphicLevels(SampleSpan samples, int start, int frameLength, const CepstralContext& context,
+                      double* levels) {
   CepstralAnalysis(samples, start, frameLength, CepstralMode::Homomorphic, context, levels);
   for (int k = 0; k < kHalf; ++k) levels[k] /= kCepstrumPoints;
   return 0;

@@ -29,21 +29,24 @@ constexpr const char* kCannotOpen = "文件打开错误！";
 constexpr const char* kTextName = "Cons.txt";
 constexpr const char* kHead = "Band energy strengths graph (Band No. 2--24):";
 
-constexpr double kLowestGravity = 9.0;   // bands
+constexpr double kLowestGravity = 9.0;  // bands
 constexpr std::size_t kLargestFile = std::size_t{1} << 26;
 
 constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
-constexpr Colour kBar = 0x4070B0, kGravityLine = 0xC80000, kDispersionLine = 0x0030C0, kIntensityLine = colours::kBlack;
+constexpr Colour kBar = 0x4070B0, kGravityLine = 0xC80000, kDispersionLine = 0x0030C0,
+                 kIntensityLine = colours::kBlack;
 
-FileDialog ConsonantDialog(const char* title) { return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""}; }
+FileDialog ConsonantDialog(const char* title) {
+  return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""};
+}
 
 bool RateFits(const SoundDocument& document) {
   return document.sampleRate >= kLowestConsonantRate && document.sampleRate <= kHighestConsonantRate;
 }
 
 std::string MeasuresLine(const ConsonantFrame& frame) {
-  return Format("Gravity: %.2lf    Dispersion: %.2lf    Mean_intensity(db)=%.2lf", frame.gravity, frame.dispersion,
-                frame.intensity);
+  return Format("Gravity: %.2lf    Dispersion: %.2lf    Mean_intensity(db)=%.2lf", frame.gravity,
+                frame.dispersion, frame.intensity);
 }
 
 void TakeFrame(const SoundDocument& document, ConsonantState& state) {
@@ -73,7 +76,8 @@ class ConsonantWindow : public ToolWindow {
     }
     for (std::size_t i = 0; i < state_.stretch.size(); ++i) {
       const ConsonantFrame& frame = state_.stretch[i];
-      const double time = (state_.start + static_cast<double>(i) * state_.step) / std::max(1, state_.sampleRate);
+      const double time =
+          (state_.start + static_cast<double>(i) * state_.step) / std::max(1, state_.sampleRate);
       text += Format("%.3f\t%.2f\t%.2f\t%.2f\n", time, frame.gravity, frame.dispersion, frame.intensity);
     }
     return text;
@@ -99,7 +103,8 @@ void SaveStretch(Window& window, const ConsonantState& state) {
   const auto choice = window.AskSaveFile(ConsonantDialog("保存辅音数据文件"));
   if (!choice) return window.Repaint();
   ConsonantRecord record{state.start, state.step, {}};
-  for (const ConsonantFrame& frame : state.stretch) record.frames.push_back({frame.gravity, frame.dispersion});
+  for (const ConsonantFrame& frame : state.stretch)
+    record.frames.push_back({frame.gravity, frame.dispersion});
   ByteWriter file;
   WriteConsonants(file, record);
   if (ReplaceFile(choice->path, file) < 0) window.ShowError(kCannotCreate);
@@ -117,21 +122,24 @@ void AddBars(Picture& picture, const ConsonantFrame& frame) {
       picture.Add(bar);
     }
     const int band = i + kFirstBand;
-    if (band % 2 == 0) picture.Add(TextMark{x + kBarWidth / 2, base + 14, Format("%d", band), colours::kText, 9, Anchor::Middle, Face::Figures});
+    if (band % 2 == 0)
+      picture.Add(TextMark{x + kBarWidth / 2, base + 14, Format("%d", band), colours::kText, 9,
+                           Anchor::Middle, Face::Figures});
   }
   picture.Add(LineMark{{kBarsLeft, base}, {kBarsLeft + kBandCount * kBarWidth, base}, colours::kText});
 }
 
 /// A measure over time in a panel of its own.
-void AddCurve(Picture& picture, const ConsonantState& state, int top, int height, double low, double high, double step,
-              const char* name, Colour colour, double ConsonantFrame::*measure) {
+void AddCurve(Picture& picture, const ConsonantState& state, int top, int height, double low, double high,
+              double step, const char* name, Colour colour, double ConsonantFrame::*measure) {
   const int left = 70, right = picture.width - 20, base = top + height;
   const auto yOf = [&](double value) {
     return base - TruncateToInt32((std::clamp(value, low, high) - low) / (high - low) * height);
   };
   for (double value = low; value <= high; value += step) {
     picture.Add(LineMark{{left, yOf(value)}, {right, yOf(value)}, colours::kGrid});
-    picture.Add(TextMark{left - 6, yOf(value) + 4, Format("%.0f", value), colours::kText, 10, Anchor::Right, Face::Figures});
+    picture.Add(TextMark{left - 6, yOf(value) + 4, Format("%.0f", value), colours::kText, 10, Anchor::Right,
+                         Face::Figures});
   }
   AddLine(picture, left, top - 6, name, colour);
   PolylineMark curve{{}, colour, 2};
@@ -166,7 +174,8 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
   AddLine(picture, 20, 24, Format("T=%.2f -- %.2f（秒）", state.start / rate, end / rate));
   const int panel = std::max(40, (height - 120) / 3 - 30);
   AddCurve(picture, state, 60, panel, 0, 24, 4, "Gravity", kGravityLine, &ConsonantFrame::gravity);
-  AddCurve(picture, state, 60 + panel + 40, panel, 0, 12, 2, "Dispersion", kDispersionLine, &ConsonantFrame::dispersion);
+  AddCurve(picture, state, 60 + panel + 40, panel, 0, 12, 2, "Dispersion", kDispersionLine,
+           &ConsonantFrame::dispersion);
   AddCurve(picture, state, 60 + 2 * (panel + 40), panel, -50, 100, 25, "Mean_intensity(db)", kIntensityLine,
            &ConsonantFrame::intensity);
   return picture;
@@ -186,7 +195,8 @@ void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
   state.start = document.selectionStart;
   state.step = document.sampleRate / 100;
   state.sampleRate = document.sampleRate;
-  state.stretch = AnalyseConsonant(document.Samples(), document.sampleRate, state.start, document.selectionEnd, state.frame);
+  state.stretch = AnalyseConsonant(document.Samples(), document.sampleRate, state.start,
+                                   document.selectionEnd, state.frame);
   state.frame = state.stretch.back();
   state.shown = true;
   Open(window, document, state, false);

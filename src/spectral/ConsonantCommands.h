@@ -10,16 +10,16 @@ namespace parlowen {
 
 /// What the consonant window shows.
 struct ConsonantState {
-  ConsonantFrame frame;                  ///< analysed last: shown again where a frame lies too near the end
-  std::vector<ConsonantFrame> stretch;   ///< of the stretch that is shown; empty while one frame is
-  int start = 0, step = 0;               ///< samples, of that stretch
+  ConsonantFrame frame;                 ///< analysed last: shown again where a frame lies too near the end
+  std::vector<ConsonantFrame> stretch;  ///< of the stretch that is shown; empty while one frame is
+  int start = 0, step = 0;              ///< samples, of that stretch
   int sampleRate = 0;
   bool shown = false, frameOpen = false;
-  int shownStart = 0;                    ///< where the frame begins
+  int shownStart = 0;  ///< where the frame begins
 };
 
-/// 40095: the frame at the selection's start in the window "consonant". Refused outside 16000..22050 Hz; a gravity below
-/// band 9 is remarked on.
+/// 40095: the frame at the selection's start in the window "consonant". Refused outside 16000..22050 Hz; a
+/// gravity below band 9 is remarked on.
 void ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state);
 
 /// 40096: the measures over the selection; asks whether to save them to a .con file.

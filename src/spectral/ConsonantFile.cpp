@@ -6,7 +6,7 @@ namespace parlowen {
 namespace {
 
 constexpr std::size_t kNameBytes = 16, kFrameBytes = 16;
-constexpr std::size_t kHeadBytes = 2 * sizeof(std::int32_t) + 2 * kNameBytes;   // behind the length
+constexpr std::size_t kHeadBytes = 2 * sizeof(std::int32_t) + 2 * kNameBytes;  // behind the length
 constexpr const char* kGravity = "Gravity";
 constexpr const char* kDispersion = "Dispersion";
 
@@ -50,7 +50,8 @@ std::optional<ConsonantRecord> ParseConsonants(ByteSpan bytes) {
 
 std::string ConsonantText(const ConsonantRecord& record) {
   std::string text = Format("\r\n %14s %14s \r\n", kGravity, kDispersion);
-  for (const auto& frame : record.frames) text += Format("\r\n %14.2f %14.2f", frame.gravity, frame.dispersion);
+  for (const auto& frame : record.frames)
+    text += Format("\r\n %14.2f %14.2f", frame.gravity, frame.dispersion);
   return text;
 }
 

@@ -10,7 +10,7 @@ namespace parlowen {
 namespace {
 
 constexpr int kFftSize = 512;
-constexpr double kIntensityOffset = 50.0;   // dB
+constexpr double kIntensityOffset = 50.0;  // dB
 
 void SpectrumOfFrame(SampleSpan samples, int start, int length, double* powers) {
   MakeAnalysisWindow(length, 0.04);
@@ -67,7 +67,8 @@ std::vector<ConsonantFrame> AnalyseConsonant(SampleSpan samples, int sampleRate,
   const int count = std::max(1, (end - start) / step);
   for (int i = 0; i < count; ++i) {
     const std::int64_t at = start + std::int64_t{i} * step;
-    if (at + kConsonantEndMargin < samples.count) previous = AnalyseConsonantFrame(samples, sampleRate, static_cast<int>(at));
+    if (at + kConsonantEndMargin < samples.count)
+      previous = AnalyseConsonantFrame(samples, sampleRate, static_cast<int>(at));
     frames.push_back(previous);
   }
   return frames;

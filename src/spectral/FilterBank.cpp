@@ -12,14 +12,14 @@
 namespace parlowen {
 namespace {
 
-constexpr int kMargin = 50;        // samples of the block before and behind the stretch
-constexpr int kHalfLength = 20;    // of the two filters of a channel
+constexpr int kMargin = 50;      // samples of the block before and behind the stretch
+constexpr int kHalfLength = 20;  // of the two filters of a channel
 constexpr int kTaps = 2 * kHalfLength + 1;
-constexpr int kReach = 2 * kHalfLength;   // of both together
+constexpr int kReach = 2 * kHalfLength;  // of both together
 constexpr double kShape = 0.92;
-constexpr int kRangeCutoff = 2000;        // Hz
-constexpr double kOpenEnd = 0.8;          // instead of a filter whose edge lies at an end of the spectrum
-constexpr double kLeastRange = 40.0;      // dB
+constexpr int kRangeCutoff = 2000;    // Hz
+constexpr double kOpenEnd = 0.8;      // instead of a filter whose edge lies at an end of the spectrum
+constexpr double kLeastRange = 40.0;  // dB
 
 // Channels and samples that are filtered at a time: their sums stay in registers.
 constexpr int kChannelsAtOnce = 4, kSamplesAtOnce = 8;
@@ -76,12 +76,13 @@ HalfFilter ChannelFilter(int channel, int sampleRate) {
   HalfFilter both{};
   for (int k = 0; k <= kReach; ++k)
     for (int i = k; i < kTaps; ++i)
-      both[static_cast<std::size_t>(k)] += low[static_cast<std::size_t>(i)] * high[static_cast<std::size_t>(kReach + k - i)];
+      both[static_cast<std::size_t>(k)] +=
+          low[static_cast<std::size_t>(i)] * high[static_cast<std::size_t>(kReach + k - i)];
   return both;
 }
 
-// squares[channel][n] = y² of samples 0 .. count − 1, a multiple of kSamplesAtOnce, behind x. The two samples that stand
-// k away from the centre share a tap in every channel.
+// squares[channel][n] = y² of samples 0 .. count − 1, a multiple of kSamplesAtOnce, behind x. The two samples
+// that stand k away from the centre share a tap in every channel.
 PARLOWEN_CLONES void FilterChannels(const double* __restrict x, int count, const double* __restrict taps,
                                     double* __restrict squares, int stride) {
   for (int n = 0; n < count; n += kSamplesAtOnce) {
@@ -116,13 +117,16 @@ PARLOWEN_CLONES double Sum(const double* values, int count) {
 
 }  // namespace
 
-int FilterBankFrameLength(int sampleRate) { return std::max(1, sampleRate > 12000 ? sampleRate / 250 : sampleRate / 300); }
+int FilterBankFrameLength(int sampleRate) {
+  return std::max(1, sampleRate > 12000 ? sampleRate / 250 : sampleRate / 300);
+}
 
 SpectrogramMatrix ComputeFilterBank(SampleSpan samples, int sampleRate, int start, int end, int columnCount,
                                     int peakLevel) {
   SpectrogramMatrix matrix;
   start = std::max(start, kMargin);
-  if (sampleRate <= 0 || columnCount <= 0 || end <= start || end - start > kLongestFilterBankStretch) return matrix;
+  if (sampleRate <= 0 || columnCount <= 0 || end <= start || end - start > kLongestFilterBankStretch)
+    return matrix;
   const Columns columns{columnCount, end - start, FilterBankFrameLength(sampleRate)};
   const std::vector<double> block = MakeBlock(samples, sampleRate, start, columns.length, peakLevel);
   const double contrast = ContrastOf(block, sampleRate, columns);
@@ -139,7 +143,8 @@ SpectrogramMatrix ComputeFilterBank(SampleSpan samples, int sampleRate, int star
     const int here = std::min(kChannelsAtOnce, kSpectrogramRows - first);
     for (int c = 0; c < here; ++c) {
       const HalfFilter filter = ChannelFilter(first + c, sampleRate);
-      for (std::size_t k = 0; k < filter.size(); ++k) taps[k * kChannelsAtOnce + static_cast<std::size_t>(c)] = filter[k];
+      for (std::size_t k = 0; k < filter.size(); ++k)
+        taps[k * kChannelsAtOnce + static_cast<std::size_t>(c)] = filter[k];
     }
     FilterChannels(padded.data() + kReach, stride, taps, squares.data(), stride);
     for (int c = 0; c < here; ++c) {

@@ -8,7 +8,7 @@
 namespace parlowen {
 namespace {
 
-constexpr double kLowestFormant = 100.0;   // Hz
+constexpr double kLowestFormant = 100.0;  // Hz
 
 void TakeCandidate(FormantFrame& formants, double frequency, double bandwidth) {
   if (formants.count > 0) {
@@ -45,7 +45,7 @@ FormantFrame PickFormants(const double* levels, int points, int sampleRate) {
       }
     } else if (inside) {
       inside = false;
-      const double bandwidth = 2 * spacing * std::sqrt(6 / largest);   // infinite without curvature
+      const double bandwidth = 2 * spacing * std::sqrt(6 / largest);  // infinite without curvature
       const double frequency = place * spacing;
       if (frequency >= kLowestFormant && bandwidth <= widest) TakeCandidate(formants, frequency, bandwidth);
       largest = 0.0;
@@ -54,7 +54,8 @@ FormantFrame PickFormants(const double* levels, int points, int sampleRate) {
   return formants;
 }
 
-std::vector<FormantFrame> FormantTrack(SampleSpan samples, int sampleRate, int start, int end, LpcAnalyser& analyser) {
+std::vector<FormantFrame> FormantTrack(SampleSpan samples, int sampleRate, int start, int end,
+                                       LpcAnalyser& analyser) {
   std::vector<FormantFrame> frames;
   const int step = sampleRate / 100;
   if (step <= 0 || end <= start) return frames;
@@ -64,7 +65,8 @@ std::vector<FormantFrame> FormantTrack(SampleSpan samples, int sampleRate, int s
   const int count = (end - start) / step;
   frames.reserve(static_cast<std::size_t>(count));
   for (int frame = 0; frame < count; ++frame) {
-    LpcEnvelope(samples, start + frame * step, frameLength, true, kLargestLpcOrder, context, analyser, levels);
+    LpcEnvelope(samples, start + frame * step, frameLength, true, kLargestLpcOrder, context, analyser,
+                levels);
     frames.push_back(PickFormants(levels, kEnvelopePoints, sampleRate));
   }
   return frames;

@@ -12,7 +12,8 @@ namespace {
 constexpr const char* kVoicedOrNot = "是浊音(YES)?清音(NO)?";
 
 int FramePosition(const SoundDocument& document) {
-  return document.selectionStart >= 0 ? document.selectionStart : document.viewStart + document.viewLength / 2;
+  return document.selectionStart >= 0 ? document.selectionStart
+                                      : document.viewStart + document.viewLength / 2;
 }
 
 class FrameWindow : public ToolWindow {
@@ -40,7 +41,7 @@ class FrameWindow : public ToolWindow {
  private:
   SoundDocument& document_;
   FrameState& state_;
-  mutable int height_ = 640;   ///< as drawn last
+  mutable int height_ = 640;  ///< as drawn last
 };
 
 class ComparisonWindow : public ToolWindow {
@@ -59,7 +60,9 @@ class ComparisonWindow : public ToolWindow {
     return Format("%.0f Hz  A %.1f  B %.1f", k * state_.sampleRate / 512.0, state_.comparison.a.curve[point],
                   state_.comparison.b.curve[point]);
   }
-  std::string Text() const override { return state_.hasComparison ? JoinLines(ComparisonLines(state_.comparison)) : ""; }
+  std::string Text() const override {
+    return state_.hasComparison ? JoinLines(ComparisonLines(state_.comparison)) : "";
+  }
   void Closed(Window& window) override {
     state_.comparisonOpen = false;
     EndActivity(window, document_, activities::kCompare);
@@ -78,12 +81,15 @@ void TakeFrame(const SoundDocument& document, FrameState& state, LpcAnalyser& an
 }
 
 void TakeComparison(const SoundDocument& document, FrameState& state, bool voiced, LpcAnalyser& analyser) {
-  state.comparison = CompareFrames(document, document.selectionStart, document.selectionEnd, voiced, analyser);
+  state.comparison =
+      CompareFrames(document, document.selectionStart, document.selectionEnd, voiced, analyser);
   state.sampleRate = document.sampleRate;
   state.hasComparison = true;
 }
 
-bool BothMarked(const SoundDocument& document) { return document.selectionStart >= 0 && document.selectionEnd >= 0; }
+bool BothMarked(const SoundDocument& document) {
+  return document.selectionStart >= 0 && document.selectionEnd >= 0;
+}
 
 }  // namespace
 
@@ -109,13 +115,15 @@ void CompareFramesCommand(Window& window, SoundDocument& document, FrameState& s
   window.Repaint();
 }
 
-void FollowSelectedFrames(Window& window, const SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {
+void FollowSelectedFrames(Window& window, const SoundDocument& document, FrameState& state,
+                          LpcAnalyser& analyser) {
   if (!state.frameOpen && !state.comparisonOpen) return;
   if (state.shownStart == document.selectionStart && state.shownEnd == document.selectionEnd) return;
   state.shownStart = document.selectionStart;
   state.shownEnd = document.selectionEnd;
   if (state.frameOpen && document.selectionStart >= 0) TakeFrame(document, state, analyser);
-  if (state.comparisonOpen && BothMarked(document)) TakeComparison(document, state, state.comparison.voiced, analyser);
+  if (state.comparisonOpen && BothMarked(document))
+    TakeComparison(document, state, state.comparison.voiced, analyser);
   window.Repaint();
 }
 

@@ -12,9 +12,9 @@ namespace parlowen {
 namespace {
 
 constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;
-constexpr int kFirstAligned = 15;          // below, the level is that of the fundamental
+constexpr int kFirstAligned = 15;  // below, the level is that of the fundamental
 constexpr int kLastCompared = 245;
-constexpr int kLowestF0 = 64, kHighestF0 = 500;   // Hz
+constexpr int kLowestF0 = 64, kHighestF0 = 500;  // Hz
 constexpr int kVoicedOrder = 14, kVoicedCutoff = 3000;
 constexpr int kFilterHalf = 7, kFilterTaps = 2 * kFilterHalf + 1, kFilterStart = 8;
 
@@ -41,8 +41,10 @@ double ContourF0(const SoundDocument& document, int position) {
 /// Quefrencies are samples, every second one where the cepstrum steps by two.
 int CepstralF0(const SoundDocument& document, int position, int length, int peakLevel) {
   double cepstrum[kCepstrumPoints];
-  CepstralAnalysis(document.Samples(), position, length, CepstralMode::Cepstrum, {document.sampleRate, peakLevel}, cepstrum);
-  const int rate = document.sampleRate >= kSteppedCepstrumRate ? document.sampleRate / 2 : document.sampleRate;
+  CepstralAnalysis(document.Samples(), position, length, CepstralMode::Cepstrum,
+                   {document.sampleRate, peakLevel}, cepstrum);
+  const int rate =
+      document.sampleRate >= kSteppedCepstrumRate ? document.sampleRate / 2 : document.sampleRate;
   const int shortest = std::max(1, (rate + kHighestF0 - 1) / kHighestF0);
   const int longest = std::min(rate / kLowestF0, kCepstrumPoints / 2 - 1);
   int best = 0;
@@ -57,13 +59,15 @@ double MaximumOf(const FrameSpectrum& curve, int first, int last) {
 
 /// The mean of the five points about the largest one; the outermost stands for points beyond the spectrum.
 double LevelAboutMaximum(const FrameSpectrum& curve) {
-  const int largest = static_cast<int>(std::max_element(curve.begin() + kFirstAligned, curve.end()) - curve.begin());
+  const int largest =
+      static_cast<int>(std::max_element(curve.begin() + kFirstAligned, curve.end()) - curve.begin());
   double sum = 0.0;
   for (int k = largest - 2; k <= largest + 2; ++k) sum += curve[static_cast<std::size_t>(std::min(k, 255))];
   return sum * 0.2;
 }
 
-ComparedFrame AnalyseCompared(const SoundDocument& document, int position, bool voiced, LpcAnalyser& analyser) {
+ComparedFrame AnalyseCompared(const SoundDocument& document, int position, bool voiced,
+                              LpcAnalyser& analyser) {
   ComparedFrame frame;
   const int rate = document.sampleRate;
   const int length = ComparedFrameLength(rate);
@@ -108,7 +112,8 @@ FrameParameters AnalyseFrame(const SoundDocument& document, int position, LpcAna
   const int peak = PeakOfFrame(document, position, length);
   MakeAnalysisWindow(length, 0.0);
   ComputeFrameSpectrum(document.Samples(), position, length, 0, peak, frame.narrow, {rate, 1.0});
-  LpcEnvelope(document.Samples(), position, length, false, kLargestLpcOrder, {rate, peak}, analyser, frame.lpc.data());
+  LpcEnvelope(document.Samples(), position, length, false, kLargestLpcOrder, {rate, peak}, analyser,
+              frame.lpc.data());
   frame.formants = PickFormants(frame.lpc.data(), kEnvelopePoints, rate);
   for (double& level : frame.narrow) level *= kFrameScale;
   for (double& level : frame.lpc) level *= kFrameScale;
@@ -128,7 +133,8 @@ FrameComparison CompareFrames(const SoundDocument& document, int positionA, int 
   if (document.sampleRate <= 0) return comparison;
   comparison.a = AnalyseCompared(document, positionA, voiced, analyser);
   comparison.b = AnalyseCompared(document, positionB, voiced, analyser);
-  const double difference = MaximumOf(comparison.a.curve, 0, kLastCompared) - MaximumOf(comparison.b.curve, 0, kLastCompared);
+  const double difference =
+      MaximumOf(comparison.a.curve, 0, kLastCompared) - MaximumOf(comparison.b.curve, 0, kLastCompared);
   ComparedFrame& lower = difference < 0 ? comparison.a : comparison.b;
   for (double& level : lower.curve) level += difference < 0 ? -difference : difference;
   return comparison;

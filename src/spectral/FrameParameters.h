@@ -24,19 +24,20 @@ struct FrameParameters {
 /// min(512, sampleRate/39).
 int FrameDisplayLength(int sampleRate);
 
-/// The frame from `position` on, its own peak as the peak level. Both curves are computed with the high level off:
+/// The frame from `position` on, its own peak as the peak level. Both curves are computed with the high level
+/// off:
 ///   1. narrow-band spectrum, sine window; LPC envelope of order 16;
-///   2. both times 1.2; the LPC curve moved by the mean of the five narrow-band points about the largest of points
-///      15..255, less its own largest point there; nothing below 0;
+///   2. both times 1.2; the LPC curve moved by the mean of the five narrow-band points about the largest of
+///      points 15..255, less its own largest point there; nothing below 0;
 ///   3. formants; level PowerToDb(mean square of the frame, 0); F0 of the contour at position·100/sampleRate;
 ///   4. the cepstrum's largest value at 64..500 Hz.
 FrameParameters AnalyseFrame(const SoundDocument& document, int position, LpcAnalyser& analyser);
 
 /// What the comparison shows of one of its two frames.
 struct ComparedFrame {
-  double time = 0;                      ///< seconds
-  FrameSpectrum curve{};                ///< display levels: dB·1.5, raised to the other's peak
-  std::array<double, 3> frequency{};    ///< Hz; 0 where there is no formant
+  double time = 0;                    ///< seconds
+  FrameSpectrum curve{};              ///< display levels: dB·1.5, raised to the other's peak
+  std::array<double, 3> frequency{};  ///< Hz; 0 where there is no formant
   std::array<double, 3> bandwidth{};
 };
 
@@ -49,8 +50,8 @@ struct FrameComparison {
 int ComparedFrameLength(int sampleRate);
 
 /// Compares the frames from two positions on, each with its own peak as the peak level.
-/// - Voiced: LPC envelopes of order 14, high level, of the frame behind a low-pass of 3000 Hz (a copy of its samples,
-///   filtered in place from the 8th on); unvoiced: homomorphic spectra in dB, sine window.
+/// - Voiced: LPC envelopes of order 14, high level, of the frame behind a low-pass of 3000 Hz (a copy of its
+/// samples, filtered in place from the 8th on); unvoiced: homomorphic spectra in dB, sine window.
 /// - Curves times 1.5; the one with the lower maximum over points 0..245 is raised to the other's.
 /// - Formants of the unscaled curves.
 FrameComparison CompareFrames(const SoundDocument& document, int positionA, int positionB, bool voiced,

@@ -10,9 +10,9 @@ namespace {
 constexpr Colour kNarrow = 0xC80000, kLpc = colours::kBlack, kBarsA = 0x00DC00, kLineB = 0xC80000;
 constexpr int kTextLeft = 20, kFirstLine = 24, kLineStep = 20;
 constexpr int kTableLeft = 640, kTableTop = 110;
-constexpr int kAxisRoom = 40;          // under the base line
-constexpr int kVoicedTop = 3500;       // Hz
-constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;   // units of the curves a dB
+constexpr int kAxisRoom = 40;                                // under the base line
+constexpr int kVoicedTop = 3500;                             // Hz
+constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;  // units of the curves a dB
 constexpr double kRowsPerDecibel = 3.6;
 
 int Whole(double value) { return TruncateToInt32(value); }
@@ -22,11 +22,13 @@ int Whole(double value) { return TruncateToInt32(value); }
 std::vector<std::string> FrameLines(const FrameParameters& frame) {
   std::vector<std::string> lines;
   lines.push_back("黑色为 LPC 谱图，红色为窄带谱图");
-  lines.push_back(Format("本帧位置 : %.2lf秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）", frame.time));
+  lines.push_back(
+      Format("本帧位置 : %.2lf秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）", frame.time));
   if (frame.f0 > 0 && frame.f0Cepstral > 0) {
     lines.push_back(Format("音强 E=%4.1lfdb  基频 F0=%3.0f/%dHz", frame.level, frame.f0, frame.f0Cepstral));
   } else {
-    lines.push_back(Format("音强 E=%4.1lfdb  基频 F0=%3.0fHz", frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
+    lines.push_back(
+        Format("音强 E=%4.1lfdb  基频 F0=%3.0fHz", frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
   }
   lines.push_back("共振峰:");
   for (std::size_t i = 0; static_cast<int>(i) < frame.formants.count; ++i) {
@@ -68,11 +70,13 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   picture.Add(CurveOf(plot, state.frame.narrow.data(), kNarrow));
   picture.Add(CurveOf(plot, state.frame.lpc.data(), kLpc));
   const std::vector<std::string> lines = FrameLines(state.frame);
-  constexpr std::size_t kHeadLines = 3;   // the others are the formants, in a table of their own
+  constexpr std::size_t kHeadLines = 3;  // the others are the formants, in a table of their own
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const int line = static_cast<int>(i < kHeadLines ? i : i - kHeadLines);
-    if (i < kHeadLines) AddLine(picture, kTextLeft, kFirstLine + line * kLineStep, lines[i]);
-    else AddLine(picture, kTableLeft + 20, kTableTop + line * kLineStep, lines[i]);
+    if (i < kHeadLines)
+      AddLine(picture, kTextLeft, kFirstLine + line * kLineStep, lines[i]);
+    else
+      AddLine(picture, kTableLeft + 20, kTableTop + line * kLineStep, lines[i]);
   }
   return picture;
 }

@@ -3,14 +3,15 @@
 
 namespace parlowen {
 
-/// The frames that the frame display and the comparison show. They last until the next ones or until a new sound comes.
+/// The frames that the frame display and the comparison show. They last until the next ones or until a new
+/// sound comes.
 struct FrameState {
   bool hasFrame = false, hasComparison = false;
   int sampleRate = 0;
   FrameParameters frame;
   FrameComparison comparison;
-  bool frameOpen = false, comparisonOpen = false;   ///< their windows
-  int shownStart = 0, shownEnd = 0;                 ///< the selection that they speak of
+  bool frameOpen = false, comparisonOpen = false;  ///< their windows
+  int shownStart = 0, shownEnd = 0;                ///< the selection that they speak of
 };
 
 }  // namespace parlowen

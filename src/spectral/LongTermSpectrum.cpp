@@ -13,11 +13,12 @@ namespace parlowen {
 namespace {
 
 constexpr int kFrameLength = 512;
-constexpr double kFrameStep = 0.0025;   // seconds
-constexpr int kReference = 35;          // dB
+constexpr double kFrameStep = 0.0025;  // seconds
+constexpr int kReference = 35;         // dB
 constexpr int kFramesPerReport = 100;
 
-PARLOWEN_CLONES void Weight(const std::int16_t* __restrict x, const double* __restrict window, double* __restrict frame) {
+PARLOWEN_CLONES void Weight(const std::int16_t* __restrict x, const double* __restrict window,
+                            double* __restrict frame) {
   for (int n = 0; n < kFrameLength; ++n) frame[n] = x[n] * window[n];
 }
 

@@ -10,10 +10,10 @@
 //
 //   FrameSamples        the samples in one piece, silence outside the span
 //   Emphasise           y[n]
-//   FirstRow            φ(0, k), one pass over the frame
+//   LagSums             φ(0, k), one pass over the frame
 //   CovarianceOf        the other rows, each from the one above it
 //   SolveCovariance     coefficients and residual energy
-//   EnvelopeLevels      (α + 1)/|A|² in dB
+//   EnvelopePowers      (α + 1)/|A|², then in dB
 
 namespace parlowen {
 namespace {
@@ -40,8 +40,8 @@ PARLOWEN_CLONES void Emphasise(const std::int16_t* x, int count, double emphasis
   for (int n = 0; n < count; ++n) y[n] = x[n + 1] - emphasis * x[n];
 }
 
-// sums[kLags − 1 − k] = Σ y[n]·y[n − k], n = first .. end − 1. All lags of a sample at once, so that each sum is added
-// up in the order of the samples.
+// sums[kLags − 1 − k] = Σ y[n]·y[n − k], n = first .. end − 1. All lags of a sample at once, so that each sum
+// is added up in the order of the samples.
 PARLOWEN_CLONES void LagSums(const double* __restrict y, int first, int end, double* __restrict sums) {
   double lags[kLags] = {};
   for (int n = first; n < end; ++n) {
@@ -75,8 +75,9 @@ void CovarianceOf(const double* y, int frameLength, int order, CovarianceMatrix&
   }
 }
 
-// The decomposition by elimination of the upper half, which carries the right side along as a last column: row k ends as
-// d(k)·Lᵀ with v(k) behind it. What lies left of the diagonal is left as it falls. Columns beyond the order are 0.
+// The decomposition by elimination of the upper half, which carries the right side along as a last column:
+// row k ends as d(k)·Lᵀ with v(k) behind it. What lies left of the diagonal is left as it falls. Columns
+// beyond the order are 0.
 constexpr int kColumns = kLargestLpcOrder + 4;
 
 PARLOWEN_CLONES void Eliminate(double (*__restrict rows)[kColumns], int order,
@@ -101,7 +102,8 @@ PARLOWEN_CLONES void Eliminate(double (*__restrict rows)[kColumns], int order,
 }
 
 PARLOWEN_CLONES void EnvelopePowers(const Complex* __restrict bins, double gain, double* __restrict powers) {
-  for (int k = 0; k < kEnvelopePoints; ++k) powers[k] = gain / (bins[k].re * bins[k].re + bins[k].im * bins[k].im);
+  for (int k = 0; k < kEnvelopePoints; ++k)
+    powers[k] = gain / (bins[k].re * bins[k].re + bins[k].im * bins[k].im);
 }
 
 }  // namespace
@@ -115,7 +117,7 @@ int EffectiveLpcOrder(int requested, int sampleRate) {
 double SolveCovariance(const CovarianceMatrix& phi, const double* rightSide, int order, double energy,
                        double* coefficients) {
   order = std::clamp(order, 0, kLargestLpcOrder);
-  constexpr int kRight = kLargestLpcOrder;   // the column of the right side
+  constexpr int kRight = kLargestLpcOrder;  // the column of the right side
   alignas(64) double rows[kLargestLpcOrder][kColumns] = {};
   for (int i = 0; i < order; ++i) {
     for (int k = 0; k < order; ++k)
@@ -133,14 +135,14 @@ double SolveCovariance(const CovarianceMatrix& phi, const double* rightSide, int
     coefficients[i + 1] = a;
     residual -= v * v / pivot;
   }
-  return std::max(0.0, residual);   // 0 for NaN too
+  return std::max(0.0, residual);  // 0 for NaN too
 }
 
 int LpcEnvelope(SampleSpan samples, int start, int frameLength, bool highLevel, int requestedOrder,
                 const LpcContext& context, LpcAnalyser& analyser, double* levels) {
   const int length = std::clamp(frameLength, 0, kLongestFrame);
   const int order = EffectiveLpcOrder(requestedOrder, context.sampleRate);
-  const int used = std::max(0, length - 1);   // samples of y behind these enter no sum
+  const int used = std::max(0, length - 1);  // samples of y behind these enter no sum
 
   std::int16_t copy[kLongestFrame];
   EmphasisedFrame frame;
@@ -158,7 +160,8 @@ int LpcEnvelope(SampleSpan samples, int start, int frameLength, bool highLevel, 
   Complex bins[kEnvelopePoints];
   RealFft(inverse, kFftSize, bins);
   const int reference =
-      highLevel ? static_cast<int>(std::int64_t{8} * context.peakLevel / std::max(1, context.sampleRate)) + 46 : 28;
+      highLevel ? static_cast<int>(std::int64_t{8} * context.peakLevel / std::max(1, context.sampleRate)) + 46
+                : 28;
   EnvelopePowers(bins, residual + 1.0, levels);
   PowersToDb(levels, kEnvelopePoints, reference, levels);
   return 0;

@@ -48,7 +48,8 @@ int Compute(Window& window, const SoundDocument& document, LtaState& state) {
 
 int Save(Window& window, const LtaState& state) {
   if (state.frames == 0 || !IsFinite(state.levels)) return 1;
-  const auto choice = window.AskSaveFile({"保存 lta 谱图数据文件", {{"Lta 谱图数据文件(*.lta)", "*.lta"}}, "lta", ""});
+  const auto choice =
+      window.AskSaveFile({"保存 lta 谱图数据文件", {{"Lta 谱图数据文件(*.lta)", "*.lta"}}, "lta", ""});
   if (!choice) {
     window.Repaint();
     return 1;
@@ -63,7 +64,8 @@ int Save(Window& window, const LtaState& state) {
 }
 
 int Compare(Window& window, LtaState& state) {
-  const auto choice = window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
+  const auto choice =
+      window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
   if (!choice) return 1;
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseLta(*bytes) : std::nullopt;
@@ -71,7 +73,7 @@ int Compare(Window& window, LtaState& state) {
     window.ShowError(kNoSuchFile);
     return 1;
   }
-  state.previous = record->levels;   // also when the comparison is refused
+  state.previous = record->levels;  // also when the comparison is refused
   state.hasPrevious = true;
   state.difference.reset();
   if (record->sampleRate != state.sampleRate) {
@@ -116,13 +118,15 @@ class LtaWindow : public ToolWindow {
   std::string Hover(Point at) const override {
     const int k = LeftPlot(state_, width_, 0).PointAt(at.x);
     if (k < 0 || state_.frames == 0) return {};
-    return Format("%.0f Hz  %.1f dB", k * state_.sampleRate / 512.0, state_.levels[static_cast<std::size_t>(k)] / 2);
+    return Format("%.0f Hz  %.1f dB", k * state_.sampleRate / 512.0,
+                  state_.levels[static_cast<std::size_t>(k)] / 2);
   }
   std::string Text() const override {
     std::string text = Format("LTA 谱\tT=%.1lf\n", state_.time);
     if (state_.difference) text += JoinLines(DifferenceLines(*state_.difference));
     for (std::size_t k = 0; k < kLtaBins; ++k)
-      text += Format("%.1f\t%.2f\n", static_cast<double>(k) * state_.sampleRate / 512.0, state_.levels[k] / 2);
+      text +=
+          Format("%.1f\t%.2f\n", static_cast<double>(k) * state_.sampleRate / 512.0, state_.levels[k] / 2);
     return text;
   }
   void Closed(Window& window) override { EndActivity(window, document_, activities::kLta); }
@@ -130,16 +134,19 @@ class LtaWindow : public ToolWindow {
  private:
   SoundDocument& document_;
   LtaState& state_;
-  mutable int width_ = 1024;   ///< as drawn last
+  mutable int width_ = 1024;  ///< as drawn last
 };
 
 }  // namespace
 
 int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMode mode) {
   switch (mode) {
-    case LtaMode::Compute: return Compute(window, document, state);
-    case LtaMode::Compare: return Compare(window, state);
-    case LtaMode::Save: return Save(window, state);
+    case LtaMode::Compute:
+      return Compute(window, document, state);
+    case LtaMode::Compare:
+      return Compare(window, state);
+    case LtaMode::Save:
+      return Save(window, state);
   }
   return 1;
 }
@@ -156,7 +163,7 @@ Picture LtaPicture(const LtaState& state, int width, int height) {
   AddLine(picture, 60, 24, "LTA 谱");
   AddLine(picture, 160, 24, Format("T=%.1lf", state.time));
   if (state.sampleRate <= 0) return picture;
-  constexpr double kUnitsPerDecibel = 2.0;   // the doubled scale
+  constexpr double kUnitsPerDecibel = 2.0;  // the doubled scale
   AddAxes(picture, left, state.sampleRate / 2000, 20, 100, kUnitsPerDecibel);
   picture.Add(CurveOf(left, state.levels.data(), kCurrent));
   if (state.hasPrevious) {

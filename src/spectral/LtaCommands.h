@@ -9,21 +9,21 @@ namespace parlowen {
 
 /// The long-term spectra of the program. They outlive the sound, so that two can be compared.
 struct LtaState {
-  LtaSpectrum levels{};     ///< the last one computed
-  LtaSpectrum previous{};   ///< the one computed before it, or the one loaded last
-  int frames = 0;           ///< that were averaged
-  int sampleRate = 0;       ///< of the sound it was computed from
-  double time = 0;          ///< seconds analysed so far
-  std::optional<LtaDifference> difference;   ///< from `previous`, after a comparison
+  LtaSpectrum levels{};                     ///< the last one computed
+  LtaSpectrum previous{};                   ///< the one computed before it, or the one loaded last
+  int frames = 0;                           ///< that were averaged
+  int sampleRate = 0;                       ///< of the sound it was computed from
+  double time = 0;                          ///< seconds analysed so far
+  std::optional<LtaDifference> difference;  ///< from `previous`, after a comparison
   bool hasPrevious = false;
 };
 
 enum class LtaMode { Compute = 0, Compare = 1, Save = 2 };
 
-/// The three requests of the window: computes over the selection or the view, compares with a file, saves to one.
-/// Returns 0, or 1 when a file step fails or the comparison is refused, or 2 after a computation. A failure leaves
-/// `levels` as they are; a comparison refused for its rate has already replaced `previous`. Nothing is saved while a
-/// level is no number.
+/// The three requests of the window: computes over the selection or the view, compares with a file, saves to
+/// one. Returns 0, or 1 when a file step fails or the comparison is refused, or 2 after a computation. A
+/// failure leaves `levels` as they are; a comparison refused for its rate has already replaced `previous`.
+/// Nothing is saved while a level is no number.
 int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMode mode);
 
 /// 40090: opens the window "lta" and computes.

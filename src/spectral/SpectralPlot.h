@@ -7,12 +7,12 @@
 
 namespace parlowen {
 
-/// How curves over 256 frequency points lie in a picture: point k at `left` + k·perPoint, a level at `base` − level·perUnit,
-/// clamped to 9999 rows on either side.
+/// How curves over 256 frequency points lie in a picture: point k at `left` + k·perPoint, a level at `base` −
+/// level·perUnit, clamped to 9999 rows on either side.
 struct SpectralPlot {
   int left = 100, base = 0;
   double perPoint = 2, perUnit = 2;
-  int points = 256;         ///< that are drawn
+  int points = 256;  ///< that are drawn
   int sampleRate = 0;
 
   int XOf(double point) const { return left + TruncateToInt32(point * perPoint); }
@@ -27,9 +27,10 @@ struct SpectralPlot {
 
 PolylineMark CurveOf(const SpectralPlot& plot, const double* levels, Colour colour);
 
-/// Both axes: a tick every 1000 Hz up to `kiloHertz` with its number, "F(KHz)"; a line every `step` dB up to `top`, a dB
-/// being `unitsPerDecibel` units high, "P(db)".
-void AddAxes(Picture& picture, const SpectralPlot& plot, int kiloHertz, int step, int top, double unitsPerDecibel);
+/// Both axes: a tick every 1000 Hz up to `kiloHertz` with its number, "F(KHz)"; a line every `step` dB up to
+/// `top`, a dB being `unitsPerDecibel` units high, "P(db)".
+void AddAxes(Picture& picture, const SpectralPlot& plot, int kiloHertz, int step, int top,
+             double unitsPerDecibel);
 
 /// A line of text, 13 pixels high.
 void AddLine(Picture& picture, int x, int y, std::string text, Colour colour = colours::kText);

@@ -15,10 +15,10 @@
 namespace parlowen {
 namespace {
 
-constexpr double kSlowestVoice = 10.0;   // Hz: below, a contour value is no pitch
+constexpr double kSlowestVoice = 10.0;  // Hz: below, a contour value is no pitch
 constexpr int kDrawnFormants = 5;
-constexpr int kFilterBankMargin = 40;    // columns by which its picture is narrower than the pane
-constexpr int kRidges = 100;             // frames of a three-dimensional view
+constexpr int kFilterBankMargin = 40;  // columns by which its picture is narrower than the pane
+constexpr int kRidges = 100;           // frames of a three-dimensional view
 
 /// One pitch period at a sample, or 0 where the contour has no voice.
 int PitchPeriodAt(const SoundDocument& document, int sample) {
@@ -44,7 +44,8 @@ class ColumnAnalysis {
         windowLength_(settings.frameLength) {
     PredictLoudest(stretch);
     if (UsesFrameSpectrum())
-      levels_ = MakeLevelCurve(document.Samples(), rate_, stretch.columnsPerSecond, stretch.start, stretch.maxColumns);
+      levels_ = MakeLevelCurve(document.Samples(), rate_, stretch.columnsPerSecond, stretch.start,
+                               stretch.maxColumns);
     MakeAnalysisWindow(windowLength_, settings.windowShape);
   }
 
@@ -66,7 +67,8 @@ class ColumnAnalysis {
         std::copy_n(cepstrum, kSpectrogramRows, levels);
         return;
       }
-      default: break;
+      default:
+        break;
     }
     if (kind_ == SpectrogramKind::WideBand) FitWindow(start);
     const double rise = LevelRiseAt(levels_, column, length, rate_);
@@ -76,7 +78,9 @@ class ColumnAnalysis {
   }
 
  private:
-  bool UsesFrameSpectrum() const { return kind_ == SpectrogramKind::WideBand || kind_ == SpectrogramKind::NarrowBand; }
+  bool UsesFrameSpectrum() const {
+    return kind_ == SpectrogramKind::WideBand || kind_ == SpectrogramKind::NarrowBand;
+  }
 
   void PredictLoudest(const SpectrogramStretch& stretch) {
     const LoudestFrame loudest = FindLoudestFrame(document_, stretch.levelStart, stretch.levelEnd);
@@ -84,8 +88,8 @@ class ColumnAnalysis {
     const int index = loudest.index <= 10 || loudest.index >= frames ? 50 : loudest.index;
     const std::int64_t start = stretch.levelStart + std::int64_t{index} * rate_ / 100;
     double levels[kEnvelopePoints];
-    LpcEnvelope(document_.Samples(), SaturateInt32(start), settings_.frameLength, true, 12, {rate_, peakLevel_}, analyser_,
-                levels);
+    LpcEnvelope(document_.Samples(), SaturateInt32(start), settings_.frameLength, true, 12,
+                {rate_, peakLevel_}, analyser_, levels);
   }
 
   /// One pitch period of window where that is shorter than the frame.
@@ -125,11 +129,12 @@ void PaintFormants(const double* levels, int sampleRate, double contrast, std::u
   });
 }
 
-/// True when a column belongs to the picture; the margin at the end of the sound grows with the column, so that a long
-/// picture ends early.
+/// True when a column belongs to the picture; the margin at the end of the sound grows with the column, so
+/// that a long picture ends early.
 bool HasColumn(const SoundDocument& document, const SpectrogramStretch& stretch, int column) {
   const std::int64_t start = stretch.ColumnStart(column, document.sampleRate);
-  return column < stretch.maxColumns && start <= stretch.end && start + 4 + 2 * column <= document.sampleCount;
+  return column < stretch.maxColumns && start <= stretch.end &&
+         start + 4 + 2 * column <= document.sampleCount;
 }
 
 }  // namespace
@@ -137,13 +142,20 @@ bool HasColumn(const SoundDocument& document, const SpectrogramStretch& stretch,
 SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate, float highestLevel) {
   const auto lengthOf = [&](int share) { return std::min(sampleRate / share, kLongestFrame); };
   switch (kind) {
-    case SpectrogramKind::WideBand: return {sampleRate <= 12000 ? 32 : lengthOf(352), 0.0, 4.7};
-    case SpectrogramKind::NarrowBand: return {lengthOf(39), 0.0, 3.8};
-    case SpectrogramKind::Lpc: return {lengthOf(40), 0.04, 4.2 - 0.005 * static_cast<double>(highestLevel)};
-    case SpectrogramKind::Homomorphic: return {lengthOf(40), 0.0, 3.8};
-    case SpectrogramKind::Cepstrum: return {lengthOf(30), 0.0, 50.0};
-    case SpectrogramKind::Formants: return {lengthOf(40), 0.04, 4.6 - 0.005 * static_cast<double>(highestLevel)};
-    case SpectrogramKind::FilterBank: return {std::min(FilterBankFrameLength(sampleRate), kLongestFrame), 0.0, 0.0};
+    case SpectrogramKind::WideBand:
+      return {sampleRate <= 12000 ? 32 : lengthOf(352), 0.0, 4.7};
+    case SpectrogramKind::NarrowBand:
+      return {lengthOf(39), 0.0, 3.8};
+    case SpectrogramKind::Lpc:
+      return {lengthOf(40), 0.04, 4.2 - 0.005 * static_cast<double>(highestLevel)};
+    case SpectrogramKind::Homomorphic:
+      return {lengthOf(40), 0.0, 3.8};
+    case SpectrogramKind::Cepstrum:
+      return {lengthOf(30), 0.0, 50.0};
+    case SpectrogramKind::Formants:
+      return {lengthOf(40), 0.04, 4.6 - 0.005 * static_cast<double>(highestLevel)};
+    case SpectrogramKind::FilterBank:
+      return {std::min(FilterBankFrameLength(sampleRate), kLongestFrame), 0.0, 0.0};
   }
   return {};
 }
@@ -166,7 +178,8 @@ SpectrogramStretch StretchOf(const SoundDocument& document) {
   if (document.selectionDefined()) {
     stretch.start = stretch.levelStart = document.selectionStart;
     stretch.end = stretch.levelEnd = document.selectionEnd;
-    if (stretch.end - stretch.start < document.sampleRate / 10) stretch.end = stretch.start + document.sampleRate;
+    if (stretch.end - stretch.start < document.sampleRate / 10)
+      stretch.end = stretch.start + document.sampleRate;
     stretch.end = std::min(stretch.end, document.sampleCount);
     const int length = std::max(1, stretch.end - stretch.start);
     stretch.columnsPerSecond =
@@ -193,7 +206,8 @@ SpectrogramStretch FilterBankStretchOf(const SoundDocument& document) {
   const bool selected = document.selectionDefined();
   SpectrogramStretch stretch;
   stretch.start = stretch.levelStart = selected ? document.selectionStart : document.viewStart;
-  stretch.end = stretch.levelEnd = selected ? document.selectionEnd : document.viewStart + document.viewLength;
+  stretch.end = stretch.levelEnd =
+      selected ? document.selectionEnd : document.viewStart + document.viewLength;
   stretch.columnsPerSecond = 0;
   stretch.rightMargin = kFilterBankMargin;
   stretch.maxColumns = std::max(0, document.paneWidth - kFilterBankMargin);
@@ -219,7 +233,8 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
   ColumnAnalysis analysis(document, kind, settings, stretch, analyser);
   if (kind == SpectrogramKind::FilterBank) {
     const int peakLevel = SegmentPeakLevel(document.Samples(), stretch.levelStart, stretch.levelEnd);
-    return ComputeFilterBank(document.Samples(), rate, stretch.start, stretch.end, stretch.maxColumns, peakLevel);
+    return ComputeFilterBank(document.Samples(), rate, stretch.start, stretch.end, stretch.maxColumns,
+                             peakLevel);
   }
   matrix.greys.reserve(static_cast<std::size_t>(stretch.maxColumns) * kSpectrogramRows);
   double levels[kSpectrogramRows];
@@ -236,7 +251,8 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
   return matrix;
 }
 
-std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document, SpectrogramKind kind,
+std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document,
+                                                                SpectrogramKind kind,
                                                                 const SpectrogramSettings& settings,
                                                                 const SpectrogramStretch& stretch,
                                                                 LpcAnalyser* analyser) {
@@ -259,12 +275,13 @@ std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocum
   return ridges;
 }
 
-std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const SpectrogramStretch& stretch, int columns,
-                                           LpcAnalyser* analyser) {
+std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const SpectrogramStretch& stretch,
+                                           int columns, LpcAnalyser* analyser) {
   std::vector<FormantDot> dots;
   const int rate = document.sampleRate;
   if (rate <= 0) return dots;
-  ColumnAnalysis analysis(document, SpectrogramKind::Formants, SettingsOf(SpectrogramKind::Formants, rate), stretch, analyser);
+  ColumnAnalysis analysis(document, SpectrogramKind::Formants, SettingsOf(SpectrogramKind::Formants, rate),
+                          stretch, analyser);
   double levels[kSpectrogramRows];
   for (int column = 0; column < columns; ++column) {
     analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);

@@ -7,9 +7,9 @@ namespace parlowen {
 
 /// How a kind analyses its frames.
 struct SpectrogramSettings {
-  int frameLength = 0;        ///< samples, at most 512
-  double windowShape = 0;     ///< for MakeAnalysisWindow
-  double contrast = 0;        ///< grey levels a dB
+  int frameLength = 0;     ///< samples, at most 512
+  double windowShape = 0;  ///< for MakeAnalysisWindow
+  double contrast = 0;     ///< grey levels a dB
 };
 
 /// Frame length, window and contrast of a kind, at most 512 samples:
@@ -24,48 +24,49 @@ SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate, float highe
 
 /// The loudest of the consecutive 10 ms frames of a stretch.
 struct LoudestFrame {
-  float level = 0;   ///< dB of its mean square, in single precision
-  int index = 0;     ///< counted in 10 ms frames from the start of the stretch
+  float level = 0;  ///< dB of its mean square, in single precision
+  int index = 0;    ///< counted in 10 ms frames from the start of the stretch
 };
 LoudestFrame FindLoudestFrame(const SoundDocument& document, int start, int end);
 
-/// The stretch that a picture of the document shows now: the selection over the whole pane, widened to a second when
-/// it is under a tenth, or else the view under the other panes.
+/// The stretch that a picture of the document shows now: the selection over the whole pane, widened to a
+/// second when it is under a tenth, or else the view under the other panes.
 SpectrogramStretch StretchOf(const SoundDocument& document);
 
 /// The view under the other panes, whatever is selected.
 SpectrogramStretch ViewStretchOf(const SoundDocument& document);
 
-/// The stretch of a picture by the filter bank: the selection as it is, or else the view, in columns spread evenly over
-/// the pane less 40.
+/// The stretch of a picture by the filter bank: the selection as it is, or else the view, in columns spread
+/// evenly over the pane less 40.
 SpectrogramStretch FilterBankStretchOf(const SoundDocument& document);
 
 /// The stretch of a three-dimensional view: a third of a second from the start of `flat` on, in 100 columns.
 SpectrogramStretch RidgeStretchOf(const SpectrogramStretch& flat, int sampleRate);
 
 /// The columns of the picture, one frame each, in order:
-///   1. a linear prediction of order 12 of the loudest 10 ms frame, which `analyser` keeps where no column makes one: of
-///      the 50th frame when the loudest is one of the first eleven or none of the stretch;
+///   1. a linear prediction of order 12 of the loudest 10 ms frame, which `analyser` keeps where no column
+///      makes one: of the 50th frame when the loudest is one of the first eleven or none of the stretch;
 ///   2. the rise of the level at every column (it lifts the frames of an onset);
 ///   3. the window, for wide-band columns cut to one pitch period where that is shorter;
 ///   4. the levels of the frame: frame spectrum, LPC envelope of order 16, homomorphic spectrum or cepstrum;
-///   5. their greys. Formants: white but for the rows f − w .. f + w about each of the first five, f and w being frequency
-///      and half the bandwidth in rows, in the grey of row f.
-/// Columns end with the stretch and before the end of the sound; the margin kept there grows with the column. The filter
-/// bank computes its columns by itself.
+///   5. their greys. Formants: white but for the rows f − w .. f + w about each of the first five, f and w
+///      being frequency and half the bandwidth in rows, in the grey of row f.
+/// Columns end with the stretch and before the end of the sound; the margin kept there grows with the column.
+/// The filter bank computes its columns by itself.
 SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramKind kind,
                                      const SpectrogramSettings& settings, const SpectrogramStretch& stretch,
                                      LpcAnalyser* analyser = nullptr);
 
-/// The levels of the 100 frames of a three-dimensional view, spread evenly over `stretch`. Formant frames are 0 but for
-/// the rows of their formants.
-std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document, SpectrogramKind kind,
+/// The levels of the 100 frames of a three-dimensional view, spread evenly over `stretch`. Formant frames are
+/// 0 but for the rows of their formants.
+std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document,
+                                                                SpectrogramKind kind,
                                                                 const SpectrogramSettings& settings,
                                                                 const SpectrogramStretch& stretch,
                                                                 LpcAnalyser* analyser = nullptr);
 
 /// The formants of a picture's columns, at most five each, analysed as those of the formant picture.
-std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const SpectrogramStretch& stretch, int columns,
-                                           LpcAnalyser* analyser = nullptr);
+std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const SpectrogramStretch& stretch,
+                                           int columns, LpcAnalyser* analyser = nullptr);
 
 }  // namespace parlowen

@@ -8,22 +8,26 @@ namespace {
 
 constexpr const char* kTooLong = "所选段太长！";
 
-bool IsTooLong(const SpectrogramStretch& stretch) { return stretch.end - stretch.start > kLongestFilterBankStretch; }
+bool IsTooLong(const SpectrogramStretch& stretch) {
+  return stretch.end - stretch.start > kLongestFilterBankStretch;
+}
 
 /// Everything of the picture but kind, view, contrast and shades.
-void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram, const SpectrogramStretch& stretch,
-                    bool threeDimensional, LpcAnalyser* analyser) {
+void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram,
+                    const SpectrogramStretch& stretch, bool threeDimensional, LpcAnalyser* analyser) {
   const SpectrogramKind kind = spectrogram.kind;
   SpectrogramSettings settings = SettingsOf(kind, document.sampleRate);
   settings.contrast = spectrogram.contrast;
   spectrogram.frameLength = settings.frameLength;
   spectrogram.stretch = threeDimensional ? RidgeStretchOf(stretch, document.sampleRate) : stretch;
   spectrogram.ridges.clear();
-  if (threeDimensional) spectrogram.ridges = ComputeRidges(document, kind, settings, spectrogram.stretch, analyser);
+  if (threeDimensional)
+    spectrogram.ridges = ComputeRidges(document, kind, settings, spectrogram.stretch, analyser);
   spectrogram.matrix = ComputeSpectrogram(document, kind, settings, spectrogram.stretch, analyser);
   spectrogram.formants.clear();
   if (spectrogram.formantsShown)
-    spectrogram.formants = ComputeFormantDots(document, spectrogram.stretch, spectrogram.matrix.columns, analyser);
+    spectrogram.formants =
+        ComputeFormantDots(document, spectrogram.stretch, spectrogram.matrix.columns, analyser);
 }
 
 }  // namespace
@@ -46,7 +50,8 @@ void SpectrogramCommand(Window& window, const SoundDocument& document, Spectrogr
 
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram) {
   const bool threeDimensional = !spectrogram.ridges.empty();
-  SpectrogramStretch stretch = spectrogram.stretch.followsView ? ViewStretchOf(document) : StretchOf(document);
+  SpectrogramStretch stretch =
+      spectrogram.stretch.followsView ? ViewStretchOf(document) : StretchOf(document);
   if (spectrogram.kind == SpectrogramKind::FilterBank) {
     stretch = FilterBankStretchOf(document);
     if (IsTooLong(stretch)) {

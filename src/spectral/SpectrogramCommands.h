@@ -8,17 +8,18 @@ namespace parlowen {
 
 /// What the commands take beside the document.
 struct SpectrogramOptions {
-  bool threeDimensional = false;     ///< as the settings choose; cepstrum and filter bank stay flat
-  LpcAnalyser* analyser = nullptr;   ///< the program's one; null for one of their own
+  bool threeDimensional = false;    ///< as the settings choose; cepstrum and filter bank stay flat
+  LpcAnalyser* analyser = nullptr;  ///< the program's one; null for one of their own
 };
 
-/// Computes the picture of the selection, or of the view, and shows it in the analysis pane. The filter bank refuses a
-/// stretch of more than 63200 samples and leaves the pane as it was.
+/// Computes the picture of the selection, or of the view, and shows it in the analysis pane. The filter bank
+/// refuses a stretch of more than 63200 samples and leaves the pane as it was.
 void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
                         SpectrogramKind kind, const SpectrogramOptions& options = {});
 
-/// The same picture again, with the shade steps made so far, after the view or the samples have changed: a picture of
-/// the view stays one, any other shows what is selected now. The contrast stays that of the command.
+/// The same picture again, with the shade steps made so far, after the view or the samples have changed: a
+/// picture of the view stays one, any other shows what is selected now. The contrast stays that of the
+/// command.
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram);
 
 /// The keys D (+1) and L (−1); nothing for the cepstrum and in three dimensions.

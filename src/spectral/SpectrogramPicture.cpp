@@ -12,7 +12,7 @@ namespace {
 constexpr Colour kGridLine = 0xA04040, kFormantDot = 0xE00000, kRidgeLine = 0x203060;
 
 constexpr int kHorizonColumns = 1280, kHorizonStart = 700;
-constexpr int kRidgeLeft = 20, kRidgeFoot = 20;      // where the first frame begins, from the left and from below
+constexpr int kRidgeLeft = 20, kRidgeFoot = 20;  // where the first frame begins, from the left and from below
 constexpr int kColumnsPerRow = 3, kShiftRight = 2, kShiftUp = 1;
 constexpr double kRowsPerDecibel = 0.8;
 
@@ -25,8 +25,8 @@ const char* KindTitle(SpectrogramKind kind) {
 
 GreyImageMark ImageOf(const SpectrogramState& spectrogram, int width, int height) {
   const SpectrogramMatrix& matrix = spectrogram.matrix;
-  GreyImageMark image{spectrogram.stretch.firstX, 0, std::min(matrix.columns, width), height,
-                      matrix.columns,             kSpectrogramRows,               {}};
+  GreyImageMark image{spectrogram.stretch.firstX, 0, std::min(matrix.columns, width), height, matrix.columns,
+                      kSpectrogramRows,           {}};
   image.pixels.resize(static_cast<std::size_t>(matrix.columns) * kSpectrogramRows);
   for (int column = 0; column < matrix.columns; ++column) {
     const std::uint16_t* greys = matrix.Column(column);
@@ -47,7 +47,8 @@ double RowMilliseconds(int row, int sampleRate) {
 void AddFormants(Picture& picture, const SpectrogramState& spectrogram, int imageWidth) {
   const int columns = std::max(1, spectrogram.matrix.columns);
   for (const FormantDot& dot : spectrogram.formants) {
-    const int x = spectrogram.stretch.firstX + static_cast<int>(std::int64_t{dot.column} * imageWidth / columns);
+    const int x =
+        spectrogram.stretch.firstX + static_cast<int>(std::int64_t{dot.column} * imageWidth / columns);
     const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
     picture.Add(BoxMark{x, y - 1, 2, 2, kFormantDot});
   }
@@ -62,7 +63,8 @@ void AddTitle(Picture& picture, const SpectrogramState& spectrogram, int sampleR
   picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
   picture.Add(TextMark{x, 13, ridges ? "语谱显示: 立体图" : "语谱显示: 语谱图", colours::kText, 12});
   picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
-  picture.Add(TextMark{x + 172, 13, Format("波形 : T=%.2f -- %.2f（秒）", stretch.start / rate, stretch.end / rate),
+  picture.Add(TextMark{x + 172, 13,
+                       Format("波形 : T=%.2f -- %.2f（秒）", stretch.start / rate, stretch.end / rate),
                        colours::kText, 12});
   if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
 }
@@ -73,7 +75,8 @@ void AddRidgeAxis(Picture& picture, int sampleRate) {
   for (int frequency = step; frequency < sampleRate / 2; frequency += step) {
     const int x = kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate);
     picture.Add(LineMark{{x, y + 2}, {x, y + 5}, colours::kText});
-    picture.Add(TextMark{x, y + 16, Format("%d kHz", frequency / 1000), colours::kText, 10, Anchor::Middle, Face::Figures});
+    picture.Add(TextMark{x, y + 16, Format("%d kHz", frequency / 1000), colours::kText, 10, Anchor::Middle,
+                         Face::Figures});
   }
 }
 
@@ -130,9 +133,12 @@ Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height)
     RidgeLine line(picture, horizon, width);
     int before = 0;
     for (int row = 0; row < kSpectrogramRows; ++row) {
-      const int rise = TruncateToInt32(kRowsPerDecibel * spectrogram.ridges[i][static_cast<std::size_t>(row)]);
-      if (row == 0) line.Begin(left, foot - rise);
-      else line.To(left + kColumnsPerRow * row, foot - rise, rise == 0 && before == 0);
+      const int rise =
+          TruncateToInt32(kRowsPerDecibel * spectrogram.ridges[i][static_cast<std::size_t>(row)]);
+      if (row == 0)
+        line.Begin(left, foot - rise);
+      else
+        line.To(left + kColumnsPerRow * row, foot - rise, rise == 0 && before == 0);
       before = rise;
     }
     line.End();
@@ -140,14 +146,16 @@ Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height)
   return picture;
 }
 
-std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height) {
+std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate,
+                                                 int height) {
   std::vector<SpectrogramGridLine> lines;
   if (sampleRate <= 0 || !spectrogram.ridges.empty()) return lines;
   if (spectrogram.kind == SpectrogramKind::Cepstrum) {
     const double perRow = RowMilliseconds(1, sampleRate);
     const int step = perRow * kSpectrogramRows > 20 ? 5 : 2;
     for (int ms = step; ms < perRow * kSpectrogramRows; ms += step)
-      lines.push_back({height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows), Format("%d ms", ms)});
+      lines.push_back(
+          {height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows), Format("%d ms", ms)});
     return lines;
   }
   const int step = GridStepHz(sampleRate);
@@ -157,7 +165,8 @@ std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectro
 }
 
 std::string SpectrogramRowText(const SpectrogramState& spectrogram, int row, int sampleRate) {
-  if (spectrogram.kind == SpectrogramKind::Cepstrum) return Format("%.2f ms", RowMilliseconds(row, sampleRate));
+  if (spectrogram.kind == SpectrogramKind::Cepstrum)
+    return Format("%.2f ms", RowMilliseconds(row, sampleRate));
   return Format("%.0f Hz", row * sampleRate / 512.0);
 }
 
@@ -181,7 +190,8 @@ Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, 
     GreyImageMark image = ImageOf(spectrogram, width, height);
     // A stretch of its own keeps filling the pane when the pane has another width than it was computed for.
     if (!stretch.followsView && stretch.maxColumns > 0)
-      image.width = static_cast<int>(std::int64_t{spectrogram.matrix.columns} * stretch.Width(width) / stretch.maxColumns);
+      image.width = static_cast<int>(std::int64_t{spectrogram.matrix.columns} * stretch.Width(width) /
+                                     stretch.maxColumns);
     const int imageWidth = image.width;
     picture.Add(std::move(image));
     AddFormants(picture, spectrogram, imageWidth);

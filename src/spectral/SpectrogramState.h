@@ -10,13 +10,13 @@ namespace parlowen {
 
 /// The stretch that a picture shows and how its columns lie in it.
 struct SpectrogramStretch {
-  int start = 0, end = 0;       ///< samples
-  int levelStart = 0, levelEnd = 0;   ///< where the peak level is looked for: what was marked, never widened
-  int columnsPerSecond = 100;   ///< column j begins at start + j·sampleRate/columnsPerSecond; 0: spread evenly
-  int firstX = 0;               ///< pane column of column 0
+  int start = 0, end = 0;            ///< samples
+  int levelStart = 0, levelEnd = 0;  ///< where the peak level is looked for: what was marked, never widened
+  int columnsPerSecond = 100;  ///< column j begins at start + j·sampleRate/columnsPerSecond; 0: spread evenly
+  int firstX = 0;              ///< pane column of column 0
   int maxColumns = 0;
-  int rightMargin = 0;          ///< pane columns behind the picture that stay empty
-  bool followsView = false;     ///< the picture lies under the other panes; else it is a stretch of its own
+  int rightMargin = 0;       ///< pane columns behind the picture that stay empty
+  bool followsView = false;  ///< the picture lies under the other panes; else it is a stretch of its own
 
   /// First sample of a column.
   std::int64_t ColumnStart(int column, int sampleRate) const {
@@ -36,7 +36,7 @@ struct FormantDot {
 struct SpectrogramState {
   bool shown = false;
   SpectrogramKind kind = SpectrogramKind::WideBand;
-  int frameLength = 0;      ///< samples
+  int frameLength = 0;  ///< samples
   double contrast = 0;
   SpectrogramStretch stretch;
   SpectrogramMatrix matrix;

@@ -14,7 +14,7 @@ namespace parlowen {
 namespace {
 
 constexpr const char* kHint = "对正在画的谱图，F 键显示共振峰, D/L键: 加深／淡化谱图（对倒谱和立体图无效）";
-constexpr int kHintHeight = 24, kWaveShare = 4;   // the waveform has a quarter of the height
+constexpr int kHintHeight = 24, kWaveShare = 4;  // the waveform has a quarter of the height
 constexpr int kLabelWidth = 50;
 constexpr Colour kWave = 0x1F3F77;
 
@@ -32,8 +32,10 @@ Picture WavePicture(const SoundDocument& document, const SpectrogramStretch& str
   PolylineMark wave{{}, kWave};
   const int last = stretch.followsView ? width : stretch.Width(width);
   for (int x = stretch.firstX; x < last; ++x) {
-    const auto from = std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x, width), 0, samples.count);
-    const auto to = std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x + 1, width), from, samples.count);
+    const auto from =
+        std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x, width), 0, samples.count);
+    const auto to =
+        std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x + 1, width), from, samples.count);
     int low = samples.At(from), high = low;
     for (std::int64_t n = from; n < to; ++n) {
       low = std::min<int>(low, samples.data[n]);
@@ -57,7 +59,8 @@ class SpectrumWindow : public ToolWindow {
     return SpectrumWindowPicture(document_, spectrogram_, withWaveform_, width, height);
   }
   bool Key(Window& window, const std::string& key) override {
-    const char letter = key.size() == 1 ? static_cast<char>(std::toupper(static_cast<unsigned char>(key[0]))) : '\0';
+    const char letter =
+        key.size() == 1 ? static_cast<char>(std::toupper(static_cast<unsigned char>(key[0]))) : '\0';
     if (letter == 'D' || letter == 'L') {
       DarkenLighten(window, spectrogram_, letter == 'D' ? +1 : -1);
     } else if (letter == 'F') {
@@ -77,8 +80,8 @@ class SpectrumWindow : public ToolWindow {
 
 }  // namespace
 
-Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramState& spectrogram, bool withWaveform,
-                              int width, int height) {
+Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramState& spectrogram,
+                              bool withWaveform, int width, int height) {
   Picture picture{width, height, {}};
   if (!spectrogram.shown) return picture;
   const int inner = std::max(1, width - kLabelWidth);
@@ -88,13 +91,16 @@ Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramSt
     picture.AddAt(WavePicture(document, spectrogram.stretch, inner, waveHeight), kLabelWidth, 0);
     AddLine(picture, kLabelWidth, height - 7, kHint);
   }
-  picture.AddAt(SpectrogramPicture(spectrogram, document.sampleRate, inner, pictureHeight), kLabelWidth, waveHeight);
+  picture.AddAt(SpectrogramPicture(spectrogram, document.sampleRate, inner, pictureHeight), kLabelWidth,
+                waveHeight);
   for (const SpectrogramGridLine& line : SpectrogramGrid(spectrogram, document.sampleRate, pictureHeight))
-    picture.Add(TextMark{kLabelWidth - 6, waveHeight + line.y + 4, line.label, colours::kText, 10, Anchor::Right, Face::Figures});
+    picture.Add(TextMark{kLabelWidth - 6, waveHeight + line.y + 4, line.label, colours::kText, 10,
+                         Anchor::Right, Face::Figures});
   return picture;
 }
 
-void ShowSpectrumCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram, bool withWaveform) {
+void ShowSpectrumCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+                         bool withWaveform) {
   window.OpenToolWindow(std::make_unique<SpectrumWindow>(document, spectrogram, withWaveform));
   document.activity = activities::kSpectrum;
   window.Repaint();

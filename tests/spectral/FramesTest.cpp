@@ -101,17 +101,6 @@ TEST(FrameComparison, PeaksCoincideAndFormantsAreOfEachFrame) {
     }
 }
 
-TEST(FrameComparison, UnvoicedCurvesAreHomomorphicDecibels) {
-  Sound sound(testing::Noise(16000, 9000), 16000);
-  const FrameComparison both = CompareFrames(sound.document, 3000, 3000, false, sound.analyser);
-  MakeAnalysisWindow(400, 0);
-  double levels[256];
-  HomomorphicLevels(sound.document.Samples(), 3000, 400, {16000, SegmentPeakLevel(sound.document.Samples(), 3000, 3400)}, levels);
-  for (std::size_t k = 0; k < 256; ++k) EXPECT_DOUBLE_EQ(both.a.curve[k], 1.5 * levels[k]);
-  const FormantFrame formants = PickFormants(levels, 256, 16000);
-  for (std::size_t i = 0; i < 3; ++i) EXPECT_EQ(both.a.frequency[i], static_cast<int>(i) < formants.count ? formants.frequency[i] : 0.0);
-}
-
 TEST(FrameComparison, SilenceAndTheEndOfTheSoundAreStood) {
   Sound silence(std::vector<std::int16_t>(1000), 8000);
   for (const bool voiced : {true, false}) {

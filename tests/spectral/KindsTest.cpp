@@ -98,20 +98,6 @@ TEST(Kinds, ColumnsAreTheFramesOfTheirAnalysis) {
     }
 }
 
-TEST(Kinds, FrameLengthsAndContrasts) {
-  const struct {
-    Kind kind;
-    int at8000, at16000, at44100;
-  } cases[] = {{Kind::Lpc, 200, 400, 512}, {Kind::Homomorphic, 200, 400, 512}, {Kind::Cepstrum, 266, 512, 512}, {Kind::Formants, 200, 400, 512}, {Kind::FilterBank, 26, 64, 176}};
-  for (const auto& c : cases) {
-    EXPECT_EQ(SettingsOf(c.kind, 8000).frameLength, c.at8000);
-    EXPECT_EQ(SettingsOf(c.kind, 16000).frameLength, c.at16000);
-    EXPECT_EQ(SettingsOf(c.kind, 44100).frameLength, c.at44100);
-  }
-  EXPECT_DOUBLE_EQ(SettingsOf(Kind::Lpc, 16000, 80).contrast, 3.8);
-  EXPECT_DOUBLE_EQ(SettingsOf(Kind::Formants, 16000, 80).contrast, 4.2);
-}
-
 TEST(Kinds, TheContrastStaysThatOfTheCommand) {
   Sound sound(16000);
   sound.Draw(Kind::Lpc);

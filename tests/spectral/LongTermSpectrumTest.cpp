@@ -50,20 +50,6 @@ TEST(LongTermSpectrum, FewerThanTwoFramesDivideByZero) {
   EXPECT_TRUE(IsFinite(levels));
 }
 
-TEST(LongTermSpectrum, RunningAveragesEndInTheResult) {
-  InitSignalTables();
-  const auto sound = testing::Noise(16000, 15000);
-  std::vector<int> counts;
-  LtaSpectrum last{}, levels;
-  const auto note = [&](int frames, const LtaSpectrum& average) {
-    counts.push_back(frames);
-    last = average;
-  };
-  EXPECT_EQ(ComputeLongTermSpectrum(SpanOf(sound), 16000, 0, 8040, levels, note), 200);
-  EXPECT_EQ(counts, (std::vector<int>{100, 200}));
-  for (std::size_t k = 0; k < 256; ++k) EXPECT_DOUBLE_EQ(last[k], levels[k]);
-}
-
 TEST(LtaComparison, TakesTheMeanOutAndHalvesWhatItReports) {
   LtaSpectrum one, other;
   for (std::size_t k = 0; k < 256; ++k) {

@@ -264,16 +264,5 @@ TEST_F(Formants, OfVoicesOf100To150HzAreFoundAtEveryRate) {
   }
 }
 
-TEST_F(Formants, ATrackHasAFrameEveryTenMilliseconds) {
-  const auto sound = testing::MakeVowel(kNineVowels[0], 11025, 120, 11025);
-  const SampleSpan span{sound.data(), 11025};
-  for (const auto& [end, frames] : {std::pair{1000, 0}, {1109, 0}, {1110, 1}, {1219, 1}, {1220, 2}, {11025, 91}})
-    EXPECT_EQ(static_cast<int>(FormantTrack(span, 11025, 1000, end, analyser).size()), frames) << end;
-  const auto track = FormantTrack(span, 11025, 1000, 6000, analyser);
-  LpcEnvelope(span, 1000 + 7 * 110, 220, true, 16, {11025, SegmentPeakLevel(span, 1000, 6000)}, analyser, levels);
-  EXPECT_EQ(track[7].frequency, PickFormants(levels, 256, 11025).frequency);
-  EXPECT_EQ(FormantTrack(span, 99, 0, 1000, analyser).size(), 0u);
-}
-
 }  // namespace
 }  // namespace parlowen

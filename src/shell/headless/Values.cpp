@@ -130,7 +130,9 @@ void CompareValue(const Workstation& w, JsonObject& event) {
 }
 
 void LtaValue(const Workstation& w, JsonObject& event) {
-  event.Integer("frames", w.lta.frames).Raw("levels", NumbersJson(w.lta.levels)).Raw("previous", NumbersJson(w.lta.previous));
+  event.Integer("frames", w.lta.frames)
+      .Raw("levels", NumbersJson(w.lta.levels))
+      .Raw("previous", NumbersJson(w.lta.previous));
   if (!w.lta.difference) return;
   event.Number("deviation", w.lta.difference->deviation)
       .Number("largest", w.lta.difference->largest)
@@ -145,7 +147,11 @@ void ConsonantValue(const Workstation& w, JsonObject& event) {
       .Number("intensity", frame.intensity);
   if (w.consonant.stretch.empty()) return;
   event.Raw("stretch", JsonList(w.consonant.stretch, [](const ConsonantFrame& f) {
-              return JsonObject().Number("gravity", f.gravity).Number("dispersion", f.dispersion).Number("intensity", f.intensity).Done();
+              return JsonObject()
+                  .Number("gravity", f.gravity)
+                  .Number("dispersion", f.dispersion)
+                  .Number("intensity", f.intensity)
+                  .Done();
             }));
 }
 
