@@ -14,9 +14,9 @@
 #include "shell/Workstation.h"
 #include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
+#include "spectral/SpectrumWindow.h"
 #include "vowel/VowelCommands.h"
 #include "vowel/VowelGroupCommands.h"
-#include "spectral/SpectrumWindow.h"
 
 namespace parlowen {
 namespace {
@@ -69,6 +69,9 @@ void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.state
 void TrackedPitchOfAll(Workstation& w) { PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch); }
 void PitchAgain(Workstation& w) { PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
 void RepairPitch(Workstation& w) { RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+void RepairPitchOverCepstrum(Workstation& w) {
+  RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch, SpectrogramKind::Cepstrum);
+}
 void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
 void ListSavedPitch(Workstation& w) {
   if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
@@ -86,6 +89,15 @@ template <SpectrogramKind kind>
 void DrawSpectrogram(Workstation& w) {
   SpectrogramCommand(w.window, w.document, w.spectrogram, kind, {w.recorder.spectrogramShading == 0, &w.lpc});
 }
+
+void ShowFrame(Workstation& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
+void CompareTwoFrames(Workstation& w) { CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
+void LongTermSpectrum(Workstation& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
+void ConsonantOneFrame(Workstation& w) { ConsonantFrameCommand(w.window, w.document, w.consonant); }
+void ConsonantSegment(Workstation& w) { ConsonantStretchCommand(w.window, w.document, w.consonant); }
+void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
+void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
+void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Vowels
 
@@ -105,14 +117,6 @@ void AddPointToGroup(Workstation& w) { AddPointToGroupCommand(w.window, w.docume
 void ShowVowelGroups(Workstation& w) {
   ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
-void ShowFrame(Workstation& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
-void CompareTwoFrames(Workstation& w) { CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
-void LongTermSpectrum(Workstation& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
-void ConsonantOneFrame(Workstation& w) { ConsonantFrameCommand(w.window, w.document, w.consonant); }
-void ConsonantSegment(Workstation& w) { ConsonantStretchCommand(w.window, w.document, w.consonant); }
-void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
-void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
-void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Editing and marking
 
@@ -189,7 +193,7 @@ constexpr CommandRow kRows[] = {
     {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
     {40103, Menu::Pitch, "再求一次音高[&Q]", PitchAgain},
     {40042, Menu::Pitch, "据窄带谱修改基频[&N]", RepairPitch},
-    {40108, Menu::Pitch, "据倒谱修改基频[&P]", nullptr},
+    {40108, Menu::Pitch, "据倒谱修改基频[&P]", RepairPitchOverCepstrum},
     {40050, Menu::Pitch, "保存所选段基频[&B]", SaveSegmentPitch},
     {40051, Menu::Pitch, "显示已保存各段基频[&X]", ListSavedPitch},
     {40052, Menu::Pitch, "用五度坐标画选定段音高[&D]", nullptr},

@@ -4,8 +4,10 @@
 #include <cctype>
 #include <string_view>
 
+#include "base/Files.h"
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
+#include "palatography/NspCommands.h"
 #include "shell/CommandTable.h"
 #include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
@@ -36,12 +38,18 @@ bool DrawsInPanes(int command) {
   return std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands);
 }
 
-bool IsChartFile(const std::string& path) {
-  constexpr std::string_view kEnding = ".vch";
-  return path.size() >= kEnding.size() &&
-         std::equal(kEnding.begin(), kEnding.end(), path.end() - kEnding.size(), [](char a, char b) {
+/// `ending` in small letters; the file's may be in capitals.
+bool EndsWith(const std::string& path, std::string_view ending) {
+  return path.size() >= ending.size() &&
+         std::equal(ending.begin(), ending.end(), path.end() - static_cast<std::ptrdiff_t>(ending.size()), [](char a, char b) {
            return a == std::tolower(static_cast<unsigned char>(b));
          });
+}
+
+/// Palate recordings and two-channel speech share their name's ending; the header chunk tells them apart.
+bool IsPalateRecording(const std::string& path) {
+  char id[4] = {};
+  return InputFile(path).ReadAt(12, id, sizeof id) == sizeof id && std::string_view(id, sizeof id) == "HEDR";
 }
 
 }  // namespace
@@ -82,8 +90,12 @@ void Workstation::StopPlayFor(int command) {
 void Workstation::OpenFile(const std::string& path) {
   if (recording.running()) return;
   player.stopPlayback();
-  if (IsChartFile(path)) {
+  if (EndsWith(path, ".vch")) {
     OpenChartFile(window, document, states, vowels, path);
+  } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
+    ReadEpgNsp(window, document, states, palate, path);
+  } else if (EndsWith(path, ".nsp")) {
+    ReadTwoChannelNsp(window, document, states, path);
   } else {
     openPath(window, document, states, path, ChannelMode::One, false);
   }

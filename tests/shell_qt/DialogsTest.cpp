@@ -41,7 +41,7 @@ TEST_F(DialogsTest, AnErrorWithoutACaptionIsCalledAnError) {
   Dialogs().Notify("没有双声道数据！");
   Dialogs().ShowMessage("显示器分辨率不低于1024*720!", "警告", Icon::Warning);
   EXPECT_EQ(watcher.captions, QStringList({"错误", "Parlowen(Tessiran)", "警告"}));
-  EXPECT_EQ(Dialogs().ErrorsShown(), 1);
+  EXPECT_EQ(Dialogs().Setbacks(), 1);
 }
 
 TEST_F(DialogsTest, AFormStaysOpenUntilItsEntriesCanBeStored) {

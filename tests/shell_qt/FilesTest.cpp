@@ -1,7 +1,10 @@
 #include <QApplication>
+#include <QDir>
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QFile>
+#include <QFileDialog>
+#include <QLineEdit>
 #include <QMimeData>
 #include <QSplitter>
 #include <QTest>
@@ -41,6 +44,65 @@ TEST_F(FilesTest, ADroppedSoundOpens) {
   EXPECT_FALSE(Drop(SoundsFile("MANIFEST.md")));
 }
 
+TEST_F(FilesTest, EachKindOfFileGoesToItsReader) {
+  // Two channels of 3 samples at 10 kHz: form head, header chunk, speech chunks.
+  const auto little = [](int value) { return QByteArray(1, static_cast<char>(value & 255)) + QByteArray(1, static_cast<char>(value >> 8)) + QByteArray(2, 0); };
+  const QByteArray head = "NHDR" + little(100) + QByteArray(36, 0) + little(10000) + QByteArray(60, 0);
+  const QByteArray rest = head + "SDA_" + little(6) + QByteArray("abcdef") + "SD_B" + little(6) + QByteArray("ghijkl");
+  const auto write = [&](const char* name, const QByteArray& bytes) {
+    QFile file(folder.filePath(name));
+    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    return file.fileName();
+  };
+  EXPECT_TRUE(Drop(write("two.NSP", "FORMDS16" + little(static_cast<int>(rest.size())) + rest)));
+  EXPECT_TRUE(Document().twoChannel);
+  EXPECT_EQ(Document().sampleRate, 10000);
+  EXPECT_EQ(Document().sampleCount, 3);
+  EXPECT_TRUE(preferences->RecentFiles().constFirst().endsWith("two.NSP"));
+  // A palate recording: date, rate, number of samples, maxima.
+  const QByteArray palate = "HEDR" + little(32) + QByteArray(20, 0) + little(8000) + little(3) + QByteArray(4, 0) + "SDA_" + little(6) + QByteArray("abcdef");
+  EXPECT_TRUE(Drop(write("palate.nsp", "FORMDS16" + little(static_cast<int>(palate.size())) + palate)));
+  EXPECT_EQ(Document().sampleRate, 8000);
+  EXPECT_TRUE(Station().palate.loaded);
+  BoxWatcher refused("确定");
+  EXPECT_TRUE(Drop(write("broken.vch", "x")));
+  EXPECT_TRUE(Drop(write("one.ipa", "x")));
+  EXPECT_EQ(refused.texts, QStringList({"无此元音图数据文件！", "不是 wav 文件"}));
+  EXPECT_EQ(Document().sampleRate, 8000);
+}
+
+TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
+  const std::string documents = Preferences::DocumentsFolder().toStdString();
+  const QString process = QDir::currentPath();
+  EXPECT_EQ(Station().exportFolder, documents);
+  Open(WriteRamp("first.wav", 16000, 500));
+  EXPECT_EQ(Station().exportFolder, folder.path().toStdString());
+  QTemporaryDir other;
+  const QString chosen = other.filePath("chosen.wav");
+  ASSERT_TRUE(QFile::copy(folder.filePath("first.wav"), chosen));
+  const auto choose = [&](const QString& path) {
+    BoxWatcher watcher([&](QWidget& box) {
+      if (qobject_cast<QFileDialog*>(&box) == nullptr) return QTest::keyClick(&box, Qt::Key_Escape);
+      box.findChild<QLineEdit*>("fileNameEdit")->setText(path);
+      QMetaObject::invokeMethod(&box, "accept");
+    });
+    window->Dispatch(110);
+  };
+  choose(chosen);
+  EXPECT_EQ(Station().exportFolder, other.path().toStdString());
+  choose(SoundsFile("MANIFEST.md"));   // refused: not loaded
+  EXPECT_EQ(Station().exportFolder, other.path().toStdString());
+  // The folder is gone, so nothing can be written there.
+  ASSERT_TRUE(other.remove());
+  ASSERT_TRUE(window->Dispatch(40026));
+  EXPECT_EQ(Station().exportFolder, documents);
+  EXPECT_TRUE(window->StatusShown().contains(QString::fromStdString(documents))) << window->StatusShown().toStdString();
+  ASSERT_TRUE(window->Dispatch(40004));
+  EXPECT_TRUE(window->StatusShown().isEmpty());   // said once
+  EXPECT_EQ(QDir::currentPath(), process);
+}
+
 TEST_F(FilesTest, ABrokenFileIsRefusedAndTheOldSoundStays) {
   Open(WriteRamp("good.wav", 16000, 5000));
   const QString broken = WriteRamp("broken.wav", 8000, 5000);
@@ -71,6 +133,13 @@ TEST_F(FilesTest, AChangedSoundIsAskedAboutBeforeAnotherTakesItsPlace) {
     window->close();
     EXPECT_EQ(no.texts.size(), 2);
     EXPECT_TRUE(window->isVisible());
+  }
+  {
+    BoxWatcher cancel([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
+    ASSERT_TRUE(window->Dispatch(130));   // the cancelled dialog saves nothing
+    Open(second);
+    EXPECT_TRUE(cancel.texts.constLast().contains("放弃改动"));
+    EXPECT_EQ(Document().sampleCount, 4900);
   }
   // Undone, the samples are the file's again, but that is not known; saved, there is nothing to lose.
   ASSERT_TRUE(window->Dispatch(120));

@@ -18,10 +18,10 @@ using Bins = std::vector<std::complex<long double>>;
 
 /// The slow transform.
 Bins Dft(const Bins& input) {
-  Bins output(512);
-  for (int k = 0; k < 512; ++k)
-    for (int n = 0; n < 512; ++n)
-      output[static_cast<std::size_t>(k)] += input[static_cast<std::size_t>(n)] * std::polar(1.0L, -2 * std::numbers::pi_v<long double> * (k * n % 512) / 512);
+  Bins output(512), turns;
+  for (int n = 0; n < 512; ++n) turns.push_back(std::polar(1.0L, -2 * std::numbers::pi_v<long double> * n / 512));
+  for (std::size_t k = 0; k < 512; ++k)
+    for (std::size_t n = 0; n < 512; ++n) output[k] += input[n] * turns[k * n % 512];
   return output;
 }
 

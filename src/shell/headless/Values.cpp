@@ -97,41 +97,6 @@ void NasalanceValue(const Workstation& w, JsonObject& event) {
       .Number("max", figures.largest);
 }
 
-void VowelsValue(const VowelChart& chart, JsonObject& event) {
-  const std::span points(chart.points.data(), static_cast<std::size_t>(chart.count));
-  event.Integer("referenceF0", chart.referenceF0)
-      .Integer("bark", chart.barkMode)
-      .Raw("points", JsonList(points, [](const VowelPoint& point) {
-             return JsonObject()
-                 .Integer("x", point.x)
-                 .Integer("y", point.y)
-                 .Integer("x3", point.x3)
-                 .Integer("shape", point.shape)
-                 .Number("f1", point.f1)
-                 .Number("f2", point.f2)
-                 .Number("f3", point.f3)
-                 .Done();
-           }));
-}
-
-void FormantsValue(const SoundDocument& document, JsonObject& event) {
-  const VowelTrack track = SelectionTrack(document);
-  int start = track.start;
-  event.Raw("frames", JsonList(track.frames, [&](const FormantFrame& frame) {
-              const auto list = [&](const auto& values) {
-                return JsonList(std::span(values.data(), static_cast<std::size_t>(frame.count)),
-                                [](double value) { return ShortestNumber(value); });
-              };
-              const double time = start / static_cast<double>(document.sampleRate);
-              start += track.step;
-              return JsonObject()
-                  .Number("time", time)
-                  .Raw("f", list(frame.frequency))
-                  .Raw("b", list(frame.bandwidth))
-                  .Done();
-            }));
-}
-
 // --- Spectra
 
 template <typename Range>
@@ -184,6 +149,41 @@ void ConsonantValue(const Workstation& w, JsonObject& event) {
             }));
 }
 
+void VowelsValue(const VowelChart& chart, JsonObject& event) {
+  const std::span points(chart.points.data(), static_cast<std::size_t>(chart.count));
+  event.Integer("referenceF0", chart.referenceF0)
+      .Integer("bark", chart.barkMode)
+      .Raw("points", JsonList(points, [](const VowelPoint& point) {
+             return JsonObject()
+                 .Integer("x", point.x)
+                 .Integer("y", point.y)
+                 .Integer("x3", point.x3)
+                 .Integer("shape", point.shape)
+                 .Number("f1", point.f1)
+                 .Number("f2", point.f2)
+                 .Number("f3", point.f3)
+                 .Done();
+           }));
+}
+
+void FormantsValue(const SoundDocument& document, JsonObject& event) {
+  const VowelTrack track = SelectionTrack(document);
+  int start = track.start;
+  event.Raw("frames", JsonList(track.frames, [&](const FormantFrame& frame) {
+              const auto list = [&](const auto& values) {
+                return JsonList(std::span(values.data(), static_cast<std::size_t>(frame.count)),
+                                [](double value) { return ShortestNumber(value); });
+              };
+              const double time = start / static_cast<double>(document.sampleRate);
+              start += track.step;
+              return JsonObject()
+                  .Number("time", time)
+                  .Raw("f", list(frame.frequency))
+                  .Raw("b", list(frame.bandwidth))
+                  .Done();
+            }));
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -201,8 +201,6 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     event.Raw("samples", JsonList(workstation.document.clipSamples, IntegerText));
   } else if (what == "spectrogram") {
     SpectrogramValue(workstation, event);
-  } else if (what == "formants") {
-    FormantsValue(workstation.document, event);
   } else if (what == "frame") {
     FrameValue(workstation, event);
   } else if (what == "compare") {
@@ -215,6 +213,8 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     NasalanceValue(workstation, event);
   } else if (what == "vowels") {
     VowelsValue(workstation.vowels.chart, event);
+  } else if (what == "formants") {
+    FormantsValue(workstation.document, event);
   } else {
     return "no value is called " + what;
   }

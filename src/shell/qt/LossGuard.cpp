@@ -11,6 +11,8 @@ namespace {
 constexpr int kOpening[] = {110, 40093, 40078, 40060, 40110, 40116};
 constexpr int kRecording[] = {272, 40022, 40112};
 constexpr int kSaving[] = {120, 130, 40113, 40079};
+constexpr int kOpeningChart[] = {40073, 40082};
+constexpr int kSavingChart[] = {40072};
 
 template <std::size_t N>
 bool IsOneOf(const int (&commands)[N], int command) {
@@ -21,25 +23,44 @@ bool IsOneOf(const int (&commands)[N], int command) {
 
 bool LossGuard::Replaces(int command) { return IsOneOf(kOpening, command) || IsOneOf(kRecording, command); }
 
-LossGuard::LossGuard(const SoundDocument& document) : document_(document) { TakeAsUnchanged(); }
+bool LossGuard::ReplacesChart(int command) { return IsOneOf(kOpeningChart, command); }
+
+LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart) : document_(document), chart_(chart) {
+  TakeSoundAsUnchanged();
+}
 
 bool LossGuard::SoundChanged() const { return document_.samplesVersion != unchangedVersion_; }
 
-void LossGuard::CommandBegins(int errorsShown) {
+bool LossGuard::ChartChanged() const {
+  if (chart_.count == 0) return false;
+  return !std::equal(chart_.points.begin(), chart_.points.begin() + chart_.count, unchangedPoints_.begin(),
+                     unchangedPoints_.end(), [](const VowelPoint& a, const VowelPoint& b) {
+                       return a.shape == b.shape && a.f1 == b.f1 && a.f2 == b.f2 && a.f3 == b.f3;
+                     });
+}
+
+void LossGuard::CommandBegins(int setbacks) {
   generationBefore_ = document_.soundGeneration;
-  errorsBefore_ = errorsShown;
+  setbacksBefore_ = setbacks;
 }
 
-void LossGuard::CommandEnded(int command, int errorsShown) {
+void LossGuard::CommandEnded(int command, int setbacks) {
+  const bool done = setbacks == setbacksBefore_;
   const bool opened = IsOneOf(kOpening, command) && document_.soundGeneration != generationBefore_;
-  const bool saved = IsOneOf(kSaving, command) && errorsShown == errorsBefore_;
-  if (opened || saved) TakeAsUnchanged();
+  if (opened || (IsOneOf(kSaving, command) && done)) TakeSoundAsUnchanged();
+  if ((IsOneOf(kOpeningChart, command) || IsOneOf(kSavingChart, command)) && done) TakeChartAsUnchanged();
 }
 
-void LossGuard::FileOpened() {
-  if (document_.soundGeneration != generationBefore_) TakeAsUnchanged();
+bool LossGuard::FileOpened(bool chart, int setbacks) {
+  const bool opened = chart ? setbacks == setbacksBefore_ : document_.soundGeneration != generationBefore_;
+  if (opened) chart ? TakeChartAsUnchanged() : TakeSoundAsUnchanged();
+  return opened;
 }
 
-void LossGuard::TakeAsUnchanged() { unchangedVersion_ = document_.samplesVersion; }
+void LossGuard::TakeSoundAsUnchanged() { unchangedVersion_ = document_.samplesVersion; }
+
+void LossGuard::TakeChartAsUnchanged() {
+  unchangedPoints_.assign(chart_.points.begin(), chart_.points.begin() + chart_.count);
+}
 
 }  // namespace parlowen

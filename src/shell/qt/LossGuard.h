@@ -1,32 +1,43 @@
 #pragma once
 #include <cstdint>
+#include <vector>
+
+#include "vowel/VowelChart.h"
 
 namespace parlowen {
 
 class SoundDocument;
 
-/// Knows whether the sound was changed after it was opened or saved.
+/// Knows whether the sound and the vowel chart were changed after they were opened or saved.
 class LossGuard {
  public:
-  explicit LossGuard(const SoundDocument& document);
+  LossGuard(const SoundDocument& document, const VowelChart& chart);
 
   bool SoundChanged() const;
-  /// To be called before and after every command. A command that opens a file leaves an unchanged sound when a new one
-  /// is there; one that saves it does so when it showed no failure.
-  void CommandBegins(int errorsShown);
-  void CommandEnded(int command, int errorsShown);
-  void FileOpened();
+  /// Without points there is nothing to lose. Coordinates do not count: they are chosen anew at will.
+  bool ChartChanged() const;
+  /// To be called before and after every command, with the failures and cancelled file dialogs so far. A command that
+  /// opens a sound leaves it unchanged when a new one is there; one that saves it, and those that open or save a chart,
+  /// when nothing failed or was cancelled.
+  void CommandBegins(int setbacks);
+  void CommandEnded(int command, int setbacks);
+  /// The same after a sound or chart that was dropped or named; true when it was opened.
+  bool FileOpened(bool chart, int setbacks);
 
-  /// Commands that put another sound in the place of this one.
+  /// Commands that put another sound, or another chart, in the place of this one.
   static bool Replaces(int command);
+  static bool ReplacesChart(int command);
 
  private:
-  void TakeAsUnchanged();
+  void TakeSoundAsUnchanged();
+  void TakeChartAsUnchanged();
 
   const SoundDocument& document_;
+  const VowelChart& chart_;
   std::uint64_t unchangedVersion_ = 0;
+  std::vector<VowelPoint> unchangedPoints_;
   std::uint64_t generationBefore_ = 0;
-  int errorsBefore_ = 0;
+  int setbacksBefore_ = 0;
 };
 
 }  // namespace parlowen

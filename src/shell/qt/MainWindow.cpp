@@ -8,15 +8,16 @@
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QMimeData>
-#include <QStandardPaths>
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "base/Files.h"
+#include "base/Format.h"
 #include "document/SoundFileCommands.h"
 #include "shell/qt/CommandToolTips.h"
 #include "shell/qt/ElidedLabel.h"
@@ -38,8 +39,9 @@ constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗
 constexpr int kPaneParts[] = {2, 3, 6, 3};   // heights 1 : 1.5 : 3 : 1.5
 
 constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
-
+constexpr const char* kExportsMoved = "文件夹不能写入，文本数据写到 %s";
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
+constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
 
 struct Shortcut {
@@ -70,22 +72,24 @@ std::vector<int> ExportCommands(Pane pane) {
   }
 }
 
-bool IsSoundName(const QString& path) {
+bool IsChartName(const QString& path) { return QFileInfo(path).suffix().toLower() == "vch"; }
+
+bool IsFileOfOurs(const QString& path) {
   const QString suffix = QFileInfo(path).suffix().toLower();
-  return suffix == "wav" || suffix == "nsp" || suffix == "ipa" || suffix == "vch";
+  return IsChartName(path) || suffix == "wav" || suffix == "nsp" || suffix == "ipa";
 }
 
 QString DroppedFile(const QMimeData* data) {
   if (data == nullptr || !data->hasUrls() || data->urls().isEmpty()) return {};
   const QString path = data->urls().constFirst().toLocalFile();
-  return IsSoundName(path) ? path : QString();
+  return IsFileOfOurs(path) ? path : QString();
 }
 
 }  // namespace
 
 MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
     : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder), devices),
-      guard_(station_.document) {
+      guard_(station_.document, station_.vowels.chart) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   MakeMenus();
@@ -95,10 +99,10 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Connect();
   dialogs_.SetCaption(kProgramCaption);
   dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
-  ChooseExportFolder(QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
+  RenewExportFolder();
   Renew();
 }
 
@@ -141,7 +145,9 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   QMenu* pictures = menu.addMenu("图形输出(&P)");
   connect(pictures, &QMenu::aboutToShow, this, [this, pictures] {
     pictures->clear();
-    for (std::size_t i = 0; i < std::size(kPanes); ++i) MakePictureMenu(*pictures->addMenu(kPaneNames[i]), *panes_[i]);
+    for (std::size_t i = 0; i < std::size(kPanes); ++i)
+      if (!panes_[i]->isHidden()) MakePictureMenu(*pictures->addMenu(kPaneNames[i]), *panes_[i]);
+    if (!chart_->isHidden()) MakePictureMenu(*pictures->addMenu("元音图"), *chart_);
   });
   menu.addSeparator();
   add("选定...(&S)", "Ctrl+G", false, [this] { AskSelection(); });
@@ -210,6 +216,8 @@ void MainWindow::MakeCentre() {
     splitter_->AddPane(pane, kPaneParts[i]);
     panes_[i] = pane;
   }
+  chart_ = new PaneWidget(Pane::Chart, station_.view, station_.document, gate_, splitter_);
+  splitter_->AddChart(chart_);
   column->addWidget(splitter_, 1);
   axis_ = new TimeAxisStrip(station_.view, centre);
   column->addWidget(axis_);
@@ -250,19 +258,23 @@ void MainWindow::Connect() {
   soundTimer_ = new QTimer(this);
   soundTimer_->setInterval(kSoundMilliseconds);
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
+  connect(&gate_, &ActionGate::Began, this, &MainWindow::RenewExportFolder);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
     station_.DocumentChanged();
     Renew();
+    ShowExportNotice();
   });
   connect(&dialogs_, &QtWindow::CaptionChanged, this, &QWidget::setWindowTitle);
   connect(&dialogs_, &QtWindow::StatusShown, status_, &ElidedLabel::SetText);
   connect(&dialogs_, &QtWindow::RepaintAsked, this, &MainWindow::RepaintPanes);
   connect(&dialogs_, &QtWindow::RegionCopied, this, &MainWindow::CopyRegionOf);
+  connect(&dialogs_, &QtWindow::FileChosen, this, &MainWindow::ChooseExportFolder);
+  connect(&dialogs_, &QtWindow::EditorAsked, this, [this] { exportNotice_ = exportsMoved_; });
   connect(&dialogs_, &QtWindow::KeyUnused, this, &MainWindow::UseKey);
   // The handler that asks to quit is still running: the window closes when it has returned.
   connect(&dialogs_, &QtWindow::QuitAsked, this, &QWidget::close, Qt::QueuedConnection);
-  for (PaneWidget* pane : panes_) {
+  for (PaneWidget* pane : {panes_[0], panes_[1], panes_[2], panes_[3], chart_}) {
     connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
     connect(pane, &PaneWidget::HoverLeft, this, &MainWindow::ClearHover);
     connect(pane, &PaneWidget::Resized, this, &MainWindow::TakePaneWidth);
@@ -273,6 +285,7 @@ void MainWindow::Connect() {
 // --- Doing ----------------------------------------------------------------------------------------------------
 
 PaneWidget& MainWindow::PaneOf(Pane pane) const {
+  if (pane == Pane::Chart) return *chart_;
   const auto at = std::find(std::begin(kPanes), std::end(kPanes), pane);
   const auto index = at != std::end(kPanes) ? at - std::begin(kPanes) : 0;
   return *panes_[static_cast<std::size_t>(index)];
@@ -287,11 +300,15 @@ bool MainWindow::Dispatch(int command) {
   if (!station_.states.IsEnabled(command)) return false;
   bool done = false;
   gate_.Run([&] {
-    if (LossGuard::Replaces(command) && !MayLoseSound()) return;
+    if (!MayLoseFor(command)) return;
     status_->SetText({});
-    guard_.CommandBegins(dialogs_.ErrorsShown());
+    const int setbacks = dialogs_.Setbacks();
+    const QString folder = fileFolder_;
+    guard_.CommandBegins(setbacks);
     done = station_.dispatchCommand(command);
-    guard_.CommandEnded(command, dialogs_.ErrorsShown());
+    guard_.CommandEnded(command, dialogs_.Setbacks());
+    if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;   // a file that was refused was not loaded
+    RenewExportFolder();
     SoundFileSeen();
   });
   return done;
@@ -299,36 +316,59 @@ bool MainWindow::Dispatch(int command) {
 
 void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
-    if (station_.recording.running() || !MayLoseSound()) return;
+    if (station_.recording.running()) return;
+    const bool chart = IsChartName(path);
+    if (chart ? !MayLoseChart() : !MayLoseSound()) return;
     status_->SetText({});
-    guard_.CommandBegins(dialogs_.ErrorsShown());
-    station_.OpenFile(AbsolutePath(path.toStdString()));
-    guard_.FileOpened();
-    SoundFileSeen();
+    const std::string file = AbsolutePath(path.toStdString());
+    guard_.CommandBegins(dialogs_.Setbacks());
+    station_.OpenFile(file);
+    if (guard_.FileOpened(chart, dialogs_.Setbacks())) FileSeen(QString::fromStdString(file));
   });
 }
 
 void MainWindow::SoundFileSeen() {
-  const std::string& path = station_.document.filePath;
-  if (path == seenPath_) return;
-  seenPath_ = path;
-  if (path.empty()) return;
-  const QString file = QString::fromStdString(path);
-  preferences_.AddRecentFile(file);
-  preferences_.SetFolder(QFileInfo(file).absolutePath());
-  ChooseExportFolder(QFileInfo(file).absolutePath());
+  const std::string path = station_.document.filePath;
+  if (std::exchange(seenPath_, path) == path) return;
+  if (!path.empty()) FileSeen(QString::fromStdString(path));
 }
 
-void MainWindow::ChooseExportFolder(const QString& folder) {
-  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  const bool writable = QFileInfo(folder).isWritable();
-  if (!writable && folder != documents) dialogs_.ShowStatus("文件夹不能写入，数据保存到：" + documents.toStdString());
-  station_.exportFolder = (writable ? folder : documents).toStdString();
+void MainWindow::FileSeen(const QString& file) {
+  seenPath_ = station_.document.filePath;
+  preferences_.AddRecentFile(file);
+  preferences_.SetFolder(QFileInfo(file).absolutePath());
+  ChooseExportFolder(file);
+}
+
+void MainWindow::ChooseExportFolder(const QString& file) {
+  fileFolder_ = QFileInfo(file).absolutePath();
+  RenewExportFolder();
+}
+
+/// Exports stand beside the file that was loaded or saved last. A folder can vanish or lose its permission at any time.
+void MainWindow::RenewExportFolder() {
+  const QFileInfo folder(fileFolder_);
+  const bool moved = !fileFolder_.isEmpty() && !(folder.isDir() && folder.isWritable());
+  exportNotice_ = exportNotice_ || (moved && !exportsMoved_);
+  exportsMoved_ = moved;
+  const bool documents = moved || fileFolder_.isEmpty();
+  station_.exportFolder = (documents ? Preferences::DocumentsFolder() : fileFolder_).toStdString();
+}
+
+void MainWindow::ShowExportNotice() {
+  if (std::exchange(exportNotice_, false) && exportsMoved_)
+    dialogs_.ShowStatus(Format(kExportsMoved, station_.exportFolder.c_str()));
 }
 
 void MainWindow::InputDevicesChanged() {
   station_.InputDevicesChanged();
   Renew();
+}
+
+bool MainWindow::MayLoseChart() { return !guard_.ChartChanged() || dialogs_.AskYesNo(kMayLoseChart, kMayLoseCaption); }
+
+bool MainWindow::MayLoseFor(int command) {
+  return (!LossGuard::Replaces(command) || MayLoseSound()) && (!LossGuard::ReplacesChart(command) || MayLoseChart());
 }
 
 bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
@@ -346,7 +386,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   bool mayClose = false;
-  gate_.Run([&] { mayClose = MayLoseSound(); });
+  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseChart(); });
   if (!mayClose) return event->ignore();
   preferences_.SetLayout(splitter_->ChosenHeights());
   dialogs_.CloseAllToolWindows();
@@ -411,7 +451,7 @@ void MainWindow::CopyRegionOf(const PaneRegion& region) {
 
 void MainWindow::CopyHoverLine() {
   if (hoverPane_ == nullptr) return;
-  const std::string line = station_.view.HoverLine(hoverPane_->pane(), {hoverAt_.x(), hoverAt_.y()}, hoverPane_->height(), "\t");
+  const std::string line = station_.view.HoverLine(hoverPane_->pane(), {hoverAt_.x(), hoverAt_.y()}, hoverPane_->RowsToBottom(), "\t");
   if (!line.empty()) QApplication::clipboard()->setText(QString::fromStdString(line));
 }
 
@@ -420,6 +460,7 @@ void MainWindow::CopyHoverLine() {
 void MainWindow::RepaintPanes(std::optional<Pane> pane) {
   for (PaneWidget* widget : panes_)
     if (widget != nullptr && (!pane || *pane == widget->pane() || *pane == Pane::Chart)) widget->Invalidate();
+  if (chart_ != nullptr) chart_->Invalidate();
   if (renewal_ != nullptr) renewal_->start(0);
 }
 
@@ -441,7 +482,17 @@ void MainWindow::FollowSound() {
   if (!playing && !recording.running()) soundTimer_->stop();
 }
 
+void MainWindow::ShowChart(bool shown) {
+  if (shown != chart_->isHidden()) return;
+  const bool hadFocus = centralWidget()->isAncestorOf(focusWidget());
+  splitter_->ShowChart(shown);
+  axis_->setVisible(!shown);
+  hoverPane_ = nullptr;
+  if (hadFocus) (shown ? *chart_ : PaneOf(Pane::Waveform)).setFocus();
+}
+
 void MainWindow::Renew() {
+  ShowChart(station_.view.ChartShown());
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running())) soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   hint_->SetText(QString::fromStdString(station_.view.Hint()));
@@ -481,16 +532,18 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
   const MainView& view = station_.view;
   const int sample = view.SampleAt(pane->pane(), at.x());
   const bool sound = station_.document.sampleCount > 0;
+  const bool overTime = pane != chart_ || at.y() < PaneWidget::kChartStripBottom;
   for (PaneWidget* other : panes_) {
     std::optional<int> column;
-    if (sound) column = other == pane ? at.x() : view.ColumnOf(other->pane(), sample);
+    if (sound && overTime) column = other == pane ? at.x() : view.ColumnOf(other->pane(), sample);
     other->ShowHover(column);
   }
-  hover_->SetText(QString::fromStdString(view.HoverLine(pane->pane(), {at.x(), at.y()}, pane->height(), "  ")));
+  hover_->SetText(QString::fromStdString(view.HoverLine(pane->pane(), {at.x(), at.y()}, pane->RowsToBottom(), "  ")));
 }
 
 void MainWindow::ClearHover() {
   for (PaneWidget* pane : panes_) pane->ShowHover({});
+  if (std::exchange(station_.pitch.repair.pointer, std::nullopt)) PaneOf(Pane::Analysis).update();
   // The line stays, so that it can be copied from the menu.
 }
 
@@ -519,6 +572,7 @@ void MainWindow::RenewRecentFiles() {
 
 QString MainWindow::HintShown() const { return hint_->Text(); }
 QString MainWindow::HoverShown() const { return hover_->Text(); }
+QString MainWindow::StatusShown() const { return status_->Text(); }
 QString MainWindow::SelectionShown() const { return selectionLine_->Text(); }
 
 }  // namespace parlowen

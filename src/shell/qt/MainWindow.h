@@ -51,6 +51,7 @@ class MainWindow : public QMainWindow {
   QString HoverShown() const;
   QString SelectionShown() const;
   const LevelMeter& Meter() const { return *meter_; }
+  QString StatusShown() const;
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
@@ -89,9 +90,15 @@ class MainWindow : public QMainWindow {
   void AskSelection();
   void RenewRecentFiles();
   void SoundFileSeen();
-  void ChooseExportFolder(const QString& folder);
   void FollowSound();
+  void FileSeen(const QString& file);
   bool MayLoseSound();
+  bool MayLoseChart();
+  bool MayLoseFor(int command);
+  void ChooseExportFolder(const QString& file);
+  void RenewExportFolder();
+  void ShowExportNotice();
+  void ShowChart(bool shown);
   bool UseKey(const std::string& key);
 
   Preferences& preferences_;
@@ -111,6 +118,7 @@ class MainWindow : public QMainWindow {
   LevelMeter* meter_ = nullptr;
   PaneSplitter* splitter_ = nullptr;
   std::array<PaneWidget*, 4> panes_{};
+  PaneWidget* chart_ = nullptr;    ///< stands over the three lower panes at times
   TimeAxisStrip* axis_ = nullptr;
   OverviewStrip* overview_ = nullptr;
   QTimer* renewal_ = nullptr;      ///< gathers repaints asked for outside of an action
@@ -119,6 +127,9 @@ class MainWindow : public QMainWindow {
   PaneWidget* hoverPane_ = nullptr;
   QPoint hoverAt_;
   std::string seenPath_;
+  QString fileFolder_;             ///< of the last loaded or saved file; "" before the first
+  bool exportsMoved_ = false;      ///< text exports go elsewhere, for that folder cannot be written to
+  bool exportNotice_ = false;      ///< the status line has yet to say so
 };
 
 }  // namespace parlowen

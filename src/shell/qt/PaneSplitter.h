@@ -11,9 +11,14 @@ class PaneSplitter : public QSplitter {
  public:
   explicit PaneSplitter(QWidget* parent);
   void AddPane(QWidget* pane, int part);
+  /// A drawing that can stand in the place of all panes but the first; to be added behind the panes, hidden at first.
+  void AddChart(QWidget* chart);
+  /// Shows the chart or the panes. The chart gets its proposed height before the first pane keeps more than its
+  /// smallest; the panes come back as they were.
+  void ShowChart(bool shown);
 
   /// The heights as the user left them; empty while none were chosen.
-  QByteArray ChosenHeights() const { return chosen_ ? saveState() : QByteArray(); }
+  QByteArray ChosenHeights() const;
   void RestoreHeights(const QByteArray& heights);
 
  protected:
@@ -22,6 +27,9 @@ class PaneSplitter : public QSplitter {
  private:
   void ShareHeight();
   std::vector<int> parts_;
+  QWidget* chart_ = nullptr;
+  bool chartShown_ = false;
+  QByteArray paneHeights_;   ///< while the chart is shown
   bool chosen_ = false;
 };
 

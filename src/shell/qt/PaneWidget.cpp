@@ -11,6 +11,7 @@
 #include "base/Format.h"
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/PicturePainter.h"
+#include "vowel/ChartPicture.h"
 
 namespace parlowen {
 namespace {
@@ -18,6 +19,7 @@ namespace {
 constexpr int kEdgeReach = 4;     // pixels on either side of an edge that take hold of it
 constexpr int kTickHeight = 11;   // type size of the tick labels
 constexpr QRgb kHoverLine = 0xFF707070;
+constexpr int kSmallestChart = 330;   // no more than the panes it stands over
 
 struct PaneTexts {
   const char* name;
@@ -28,6 +30,7 @@ PaneTexts TextsOf(Pane pane) {
     case Pane::Amplitude: return {"幅度能量窗", 110};
     case Pane::Pitch: return {"基频窗", 165};
     case Pane::Analysis: return {"分析窗", 330};
+    case Pane::Chart: return {"元音图窗", 500};
     default: return {"波形窗", 165};
   }
 }
@@ -41,11 +44,17 @@ PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document,
   setAttribute(Qt::WA_InputMethodEnabled, false);   // letters are keys here, also while an input method is on
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-  setCursor(Qt::CrossCursor);
+  setCursor(pane == Pane::Chart ? Qt::ArrowCursor : Qt::CrossCursor);
   UpdateAccessibleName();
 }
 
+int PaneWidget::Top() const { return pane_ == Pane::Chart ? kChartTop : 0; }
+
 QSize PaneWidget::sizeHint() const { return {kGutter + 1024, TextsOf(pane_).proposedHeight}; }
+
+QSize PaneWidget::minimumSizeHint() const {
+  return {kGutter + 200, pane_ == Pane::Chart ? kSmallestChart : kSmallestHeight};
+}
 
 void PaneWidget::Invalidate() {
   baseValid_ = false;
@@ -79,7 +88,12 @@ void PaneWidget::FollowCursor() {
   cursorColumn_ = column;
 }
 
-Picture PaneWidget::Shown() const { return view_.Whole(pane_, PaneSize().width(), PaneSize().height()); }
+Picture PaneWidget::Shown() const {
+  const int width = PaneSize().width();
+  Picture shown{width, height(), {}};
+  shown.AddAt(view_.Whole(pane_, width, RowsToBottom()), 0, -Top());
+  return shown;
+}
 
 // --- Painting -------------------------------------------------------------------------------------------------
 
@@ -90,7 +104,8 @@ void PaneWidget::RenderBase() {
   base_.setDevicePixelRatio(ratio);
   base_.fill(Qt::white);
   QPainter painter(&base_);
-  PaintPicture(painter, view_.Base(pane_, size.width(), size.height()));
+  painter.translate(0, -Top());
+  PaintPicture(painter, view_.Base(pane_, size.width(), RowsToBottom()));
   baseValid_ = true;
 }
 
@@ -141,7 +156,11 @@ void PaneWidget::focusOutEvent(QFocusEvent*) { update(); }
 
 Point PaneWidget::PointAt(QPoint position) const {
   return {std::clamp(position.x() - kGutter, 0, std::max(0, PaneSize().width() - 1)),
-          std::clamp(position.y(), 0, std::max(0, height() - 1))};
+          Top() + std::clamp(position.y(), 0, std::max(0, height() - 1))};
+}
+
+bool PaneWidget::RepairsPitch() const {
+  return pane_ == Pane::Analysis && document_.activity == activities::kPitchRepair;
 }
 
 PaneWidget::Drag PaneWidget::EdgeAt(int x) const {
@@ -157,12 +176,12 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
   const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
   const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
+  if (event->button() == Qt::RightButton && !control && RepairsPitch()) {
+    pressedAt_ = at;
+    drag_ = Drag::RepairPressed;   // until the button comes up it may become a drag over frames
+    return;
+  }
   if (event->button() == Qt::RightButton && !control) {
-    if (view_.RepairsPitch(pane_)) {   // a click or a drag over frames: known when the button comes up
-      pressedAt_ = at;
-      drag_ = Drag::RepairPressed;
-      return;
-    }
     gate_.Run([&] { view_.Click(pane_, at, MouseButton::Right, shift); });
     return;
   }
@@ -184,10 +203,10 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
 }
 
 void PaneWidget::DragTo(Point at) {
-  if (drag_ == Drag::Stretch) {
-    gate_.Run([&] { view_.MarkStretch(pane_, pressedAt_.x, at.x); });
-  } else if (drag_ == Drag::RepairMark) {
+  if (drag_ == Drag::RepairFrames) {
     gate_.Run([&] { view_.MarkRepairFrames(pressedAt_.x, at.x); });
+  } else if (drag_ == Drag::Stretch) {
+    gate_.Run([&] { view_.MarkStretch(pane_, pressedAt_.x, at.x); });
   } else if (drag_ == Drag::StartEdge) {
     const int x = std::min(at.x, view_.ColumnOf(pane_, document_.selectionEnd) - 1);
     gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Left, false); });
@@ -200,10 +219,11 @@ void PaneWidget::DragTo(Point at) {
 void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
   Q_EMIT Hovered(this, {at.x, at.y});
-  if (view_.RepairsPitch(pane_)) {
+  if (RepairsPitch() && gate_.Depth() == 0) {
     view_.PointAtRepair(at);
-    update();
+    update();   // the comb follows
   }
+  if (drag_ == Drag::None && pane_ == Pane::Chart) return;
   if (drag_ == Drag::None) {
     setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor : Qt::CrossCursor);
     return;
@@ -212,20 +232,22 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
     band_->setGeometry(QRect(QPoint(pressedAt_.x + kGutter, pressedAt_.y), QPoint(at.x + kGutter, at.y)).normalized());
     return;
   }
-  if (drag_ == Drag::Pressed && std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance())
-    drag_ = pressedOn_ == Drag::None ? Drag::Stretch : pressedOn_;
-  if (drag_ == Drag::RepairPressed && std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance())
-    drag_ = Drag::RepairMark;
+  const bool far = std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance();
+  if (drag_ == Drag::RepairPressed && far) drag_ = Drag::RepairFrames;
+  if (drag_ == Drag::Pressed && far) drag_ = pressedOn_ == Drag::None ? Drag::Stretch : pressedOn_;
   DragTo(at);
 }
 
 void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
-  const bool repairs = drag_ == Drag::RepairPressed || drag_ == Drag::RepairMark;
-  if (event->button() != (repairs ? Qt::RightButton : Qt::LeftButton) || drag_ == Drag::None) return;
+  const bool repair = drag_ == Drag::RepairPressed || drag_ == Drag::RepairFrames;
+  if (event->button() != (repair ? Qt::RightButton : Qt::LeftButton) || drag_ == Drag::None) return;
   const Point at = PointAt(event->pos());
   if (drag_ == Drag::RepairPressed) {
+    drag_ = Drag::None;
     gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Right, false); });
-  } else if (drag_ == Drag::Pressed) {
+    return;
+  }
+  if (drag_ == Drag::Pressed) {
     gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Left, false); });
   } else if (drag_ == Drag::Region) {
     band_->hide();

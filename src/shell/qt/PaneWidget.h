@@ -13,24 +13,29 @@ namespace parlowen {
 class ActionGate;
 
 /// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates begin
-/// there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated.
+/// there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The chart over the lower
+/// panes is one too; its rows begin with the first that is not empty.
 class PaneWidget : public QWidget {
   Q_OBJECT
  public:
   static constexpr int kGutter = 60;         ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
+  static constexpr int kChartStripBottom = 172;   ///< rows of the chart above it lie under the amplitude pane's time
 
   PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent);
 
   Pane pane() const { return pane_; }
   QSize PaneSize() const { return {width() - kGutter, height()}; }
+  /// The rows of the pane above the widget's first.
+  int Top() const;
+  int RowsToBottom() const { return Top() + height(); }
   /// The data behind the pane changed.
   void Invalidate();
   /// The column of the thin line that follows the pointer; none hides it.
   void ShowHover(std::optional<int> column);
   /// The view's cursor may have moved.
   void FollowCursor();
-  /// Base, tick labels and overlay as they stand on the screen, the gutter left out.
+  /// Base, tick labels and overlay as they stand on the screen, the gutter and the rows above it left out.
   Picture Shown() const;
 
  Q_SIGNALS:
@@ -41,7 +46,7 @@ class PaneWidget : public QWidget {
 
  protected:
   QSize sizeHint() const override;
-  QSize minimumSizeHint() const override { return {kGutter + 200, kSmallestHeight}; }
+  QSize minimumSizeHint() const override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -55,8 +60,9 @@ class PaneWidget : public QWidget {
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region, RepairPressed, RepairMark };
+  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region, RepairPressed, RepairFrames };
 
+  bool RepairsPitch() const;
   Point PointAt(QPoint widgetPosition) const;
   Drag EdgeAt(int x) const;
   void DragTo(Point at);

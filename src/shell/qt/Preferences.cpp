@@ -21,7 +21,10 @@ Preferences::Preferences(const QString& file)
 
 QString Preferences::Folder() const {
   const QString folder = settings_.value(kFolder).toString();
-  if (!folder.isEmpty() && QDir(folder).exists()) return folder;
+  return !folder.isEmpty() && QDir(folder).exists() ? folder : DocumentsFolder();
+}
+
+QString Preferences::DocumentsFolder() {
   const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
   return QDir(documents).exists() ? documents : QDir::homePath();
 }

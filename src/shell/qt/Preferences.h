@@ -11,6 +11,7 @@ class Preferences {
   /// Kept in `file`, or in the user's settings when it is empty.
   explicit Preferences(const QString& file = {});
 
+  static QString DocumentsFolder();    ///< the user's; without one the home folder
   QString Folder() const;              ///< of the last file dialog; at first the user's documents
   void SetFolder(const QString& folder);
   QStringList RecentFiles() const;     ///< newest first, at most kMostRecentFiles

@@ -26,7 +26,6 @@ namespace parlowen {
 namespace {
 
 constexpr const char* kDefaultErrorCaption = "错误";
-constexpr int kQuietMilliseconds = 500;   // work shorter than this shows no progress
 constexpr int kProgressSteps = 1000;
 
 QMessageBox::Icon IconOf(Icon icon) {
@@ -112,7 +111,7 @@ void QtWindow::ActionEnded(int level) {
 }
 
 void QtWindow::ShowMessage(const std::string& text, const std::string& caption, Icon icon) {
-  if (icon == Icon::Error) ++errorsShown_;
+  if (icon == Icon::Error) ++setbacks_;
   BeforeModal();
   const ActionGate::Hold hold(gate_);
   QMessageBox box(DialogParent());
@@ -173,9 +172,13 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
     if (proposed.isAbsolute() && proposed.dir().exists()) box.setDirectory(proposed.dir());
     box.selectFile(proposed.fileName());
   }
-  if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty()) return {};
+  if (box.exec() != QDialog::Accepted || box.selectedFiles().isEmpty()) {
+    ++setbacks_;
+    return {};
+  }
   const QString chosen = box.selectedFiles().constFirst();
   preferences_.SetFolder(QFileInfo(chosen).absolutePath());
+  Q_EMIT FileChosen(chosen);
   FileChoice choice;
   choice.path = WithExtension(AbsolutePath(chosen.toStdString()), dialog.defaultExtension);
   // Two filters may look the same without their details: the place in the list tells them apart.
@@ -203,6 +206,7 @@ void QtWindow::SetCaption(const std::string& text) {
 }
 
 void QtWindow::OpenInEditor(const std::string& path) {
+  Q_EMIT EditorAsked();
   // A help page may come with the section to show behind a '#'.
   QString file = QString::fromStdString(path), fragment;
   if (const qsizetype hash = file.lastIndexOf('#'); hash > 0 && !QFileInfo::exists(file)) {
@@ -281,7 +285,7 @@ void QtWindow::RunModal(ToolWindow& tool) {
 
 bool QtWindow::Progress(double share) {
   if (!progress_) {
-    if (share >= 1.0 || !sinceAction_.isValid() || sinceAction_.elapsed() < kQuietMilliseconds) return true;
+    if (share >= 1.0 || !sinceAction_.isValid() || sinceAction_.elapsed() < quietMilliseconds) return true;
     progress_ = new QProgressDialog("正在计算...", "取消", 0, kProgressSteps, DialogParent());
     progress_->setWindowTitle(QString::fromStdString(caption_));
     progress_->setWindowModality(Qt::ApplicationModal);

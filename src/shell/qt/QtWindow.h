@@ -43,8 +43,8 @@ class QtWindow : public QObject, public Window {
   void CopyRegion(const PaneRegion& region) override;
   void Quit() override;
 
-  /// Failures shown so far: a command that adds none has done its work.
-  int ErrorsShown() const { return errorsShown_; }
+  /// Failures shown and file dialogs cancelled so far: a command that adds none has done its work.
+  int Setbacks() const { return setbacks_; }
   bool CloseToolWindow(const std::string& name);
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
@@ -55,11 +55,15 @@ class QtWindow : public QObject, public Window {
 
   /// What hands a file to the system; true when something took it. Tests put their own here.
   std::function<bool(const QUrl&)> openExternally;
+  /// Work shorter than this shows no progress.
+  int quietMilliseconds = 500;
 
  Q_SIGNALS:
   void CaptionChanged(const QString& caption);
   void StatusShown(const QString& text);
   void RepaintAsked(std::optional<parlowen::Pane> pane);
+  void FileChosen(const QString& path);     ///< in a file dialog
+  void EditorAsked();
   void RegionCopied(const parlowen::PaneRegion& region);
   void KeyUnused(const std::string& key);   ///< a key that a tool window had no use for
   void QuitAsked();
@@ -84,7 +88,7 @@ class QtWindow : public QObject, public Window {
   std::vector<ToolWidget*> modalTools_;
   QPointer<QProgressDialog> progress_;
   QElapsedTimer sinceAction_;
-  int errorsShown_ = 0;
+  int setbacks_ = 0;
 };
 
 }  // namespace parlowen

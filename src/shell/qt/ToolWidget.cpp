@@ -1,6 +1,8 @@
 #include "shell/qt/ToolWidget.h"
 
+#include <QClipboard>
 #include <QContextMenuEvent>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
@@ -135,6 +137,7 @@ void ToolWidget::PressButton(int number, const std::string& text) {
 void ToolWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0)
     return ShowMenu(canvas_->mapToGlobal(canvas_->rect().center()));
+  if (event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) return CopyText();
   const std::string key = KeyName(*event);
   if (key.empty()) return QDialog::keyPressEvent(event);
   bool used = false;
@@ -152,6 +155,10 @@ void ToolWidget::wheelEvent(QWheelEvent* event) {
   event->accept();
 }
 
+void ToolWidget::CopyText() {
+  if (tool_ != nullptr) QGuiApplication::clipboard()->setText(QString::fromStdString(tool_->Text()));
+}
+
 void ToolWidget::reject() {
   if (gate_.Depth() == level_) QDialog::reject();
 }
@@ -162,6 +169,7 @@ void ToolWidget::ShowMenu(QPoint global) {
   if (gate_.Depth() != level_) return;
   QMenu menu(this);
   AddPictureActions(menu, window_, gate_, level_, [this] { return Shown(); });
+  if (tool_ != nullptr && !tool_->Text().empty()) menu.addAction("复制数据(&T)\tCtrl+Shift+C", this, &ToolWidget::CopyText);
   menu.exec(global);
 }
 

@@ -48,6 +48,8 @@ class ToolWidget : public QDialog {
   friend class ToolCanvas;
   void PressButton(int number, const std::string& text);
   void ShowMenu(QPoint global);
+  /// The tool's figures to the clipboard.
+  void CopyText();
   void MakeButtons(const std::vector<ToolControl>& controls);
 
   ToolWindow* tool_;

@@ -1,0 +1,122 @@
+#include <QApplication>
+#include <QProgressDialog>
+#include <QTest>
+#include <cmath>
+
+#include "base/Files.h"
+#include "document/WavFile.h"
+#include "pitch/PitchPicture.h"
+#include "shell_qt/Doubles.h"
+
+namespace parlowen {
+namespace {
+
+constexpr int kRate = 16000;
+constexpr int kPeriod = 128;   // samples: 125 Hz
+
+class RepairTest : public WindowTest {
+ protected:
+  /// A train of pulses with a decay, so that every harmonic is there.
+  QString WritePulses(const char* name, int seconds) {
+    ByteWriter out;
+    const int count = seconds * kRate;
+    WriteWavHeader(out, kRate, 1, count);
+    for (int i = 0; i < count; ++i)
+      out.PutInt16LE(static_cast<std::int16_t>(9000.0 * std::exp(-(i % kPeriod) / 12.0) * std::cos((i % kPeriod) * 0.3)));
+    const QString path = folder.filePath(name);
+    EXPECT_EQ(ReplaceFile(path.toStdString(), out.bytes()), 0);
+    return path;
+  }
+  void StartRepair() {
+    Open(WritePulses("pulses.wav", 3));
+    ASSERT_TRUE(window->Dispatch(220));
+    Station().Select(kRate / 2, 2 * kRate);
+    ASSERT_TRUE(window->Dispatch(40042));
+    ASSERT_EQ(Document().activity, activities::kPitchRepair);
+  }
+  PaneWidget& Analysis() { return window->PaneOf(Pane::Analysis); }
+  PitchRepair& Repair() { return Station().pitch.repair; }
+  int FrameAt(int column) { return FrameOfSample(Station().view.SampleAt(Pane::Analysis, column), kRate); }
+  void RightDrag(int from, int to) {
+    QTest::mousePress(&Analysis(), Qt::RightButton, {}, At(Analysis(), from));
+    QTest::mouseMove(&Analysis(), At(Analysis(), (from + to) / 2));
+    QTest::mouseMove(&Analysis(), At(Analysis(), to));
+    QTest::mouseRelease(&Analysis(), Qt::RightButton, {}, At(Analysis(), to));
+  }
+};
+
+TEST_F(RepairTest, ARightDragMarksFramesThatTheKeysThenChange) {
+  StartRepair();
+  const int start = Document().selectionStart, end = Document().selectionEnd;
+  RightDrag(600, 300);
+  EXPECT_EQ(Repair().marked.first, FrameAt(300));
+  EXPECT_EQ(Repair().marked.last, FrameAt(600));
+  EXPECT_FALSE(Repair().markStart);   // the drag is whole: the next click begins anew
+  EXPECT_EQ(Document().selectionStart, start);
+  EXPECT_EQ(Document().selectionEnd, end);
+  const auto value = [&](int frame) { return Document().pitch[static_cast<std::size_t>(frame)]; };
+  const int inside = FrameAt(450), outside = FrameAt(800);
+  ASSERT_NEAR(value(inside), kPeriod, 2);
+  QTest::keyClick(&Analysis(), Qt::Key_Up);
+  EXPECT_NEAR(value(inside), kPeriod / 2.0, 1);
+  EXPECT_NEAR(value(outside), kPeriod, 2);
+  QTest::keyClick(&Analysis(), Qt::Key_D);
+  EXPECT_EQ(value(inside), 0);
+  QTest::keyClick(&Analysis(), Qt::Key_R);
+  EXPECT_NEAR(value(inside), kPeriod, 2);
+}
+
+TEST_F(RepairTest, LeftClicksTraceAHarmonicAndARightClickEndsIt) {
+  StartRepair();
+  QTest::keyClick(&Analysis(), Qt::Key_4);
+  const int height = Analysis().height();
+  const int row = RowOfFrequency(RepairRows::Frequencies, 600, height, kRate);
+  const double f0 = FrequencyAtRow(RepairRows::Frequencies, row, height, kRate) / 4;   // a row is some 20 Hz: the pane's own height decides
+  QTest::mouseClick(&Analysis(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 300, row));
+  QTest::mouseClick(&Analysis(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 400, row));
+  ASSERT_TRUE(Repair().lastPoint);
+  EXPECT_NEAR(Document().pitch[static_cast<std::size_t>(FrameAt(350))], kRate / f0, 0.1);
+  QTest::mouseClick(&Analysis(), Qt::RightButton, {}, At(Analysis(), 500));
+  EXPECT_FALSE(Repair().lastPoint);
+  EXPECT_LT(Repair().marked.last, Repair().marked.first);   // no frame was marked by it
+}
+
+TEST_F(RepairTest, TheCombFollowsThePointerAndGoesWithIt) {
+  StartRepair();
+  const auto at = [&](int column) {
+    QTest::mouseMove(&Analysis(), At(Analysis(), column));
+    return Analysis().grab().toImage();
+  };
+  const QImage here = at(300), there = at(500);
+  ASSERT_TRUE(Repair().pointer);
+  EXPECT_EQ(Repair().pointer->frame, FrameAt(500));
+  EXPECT_NE(here, there);
+  QEvent leave(QEvent::Leave);
+  QApplication::sendEvent(&Analysis(), &leave);
+  EXPECT_FALSE(Repair().pointer);
+  QTest::keyClick(&Analysis(), Qt::Key_Escape);
+  EXPECT_EQ(Document().activity, activities::kWaveform);
+  QTest::mouseClick(&Analysis(), Qt::RightButton, {}, At(Analysis(), 700));   // marks the end again
+  EXPECT_EQ(Document().selectionEnd, Station().view.SampleAt(Pane::Analysis, 700));
+}
+
+TEST_F(RepairTest, ALongAnalysisThatIsCancelledLeavesTheContourAsItWas) {
+  Open(WritePulses("long.wav", 95));
+  const PitchContour before = Document().pitch;
+  window->Dialogs().quietMilliseconds = 0;   // the analysis may take less than the half second
+  int shown = 0;
+  BoxWatcher watcher([&](QWidget& widget) {
+    auto* progress = qobject_cast<QProgressDialog*>(&widget);
+    ASSERT_NE(progress, nullptr);
+    ++shown;
+    progress->cancel();
+  });
+  ASSERT_TRUE(window->Dispatch(40005));
+  EXPECT_EQ(shown, 1);
+  EXPECT_FALSE(Document().pitchPresent);
+  EXPECT_EQ(Document().pitch, before);
+  EXPECT_EQ(window->findChild<QProgressDialog*>(), nullptr);
+}
+
+}  // namespace
+}  // namespace parlowen
