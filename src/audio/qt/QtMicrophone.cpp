@@ -80,7 +80,8 @@ void QtMicrophone::TakeSound() {
 
 void QtMicrophone::Watch() {
   if (!source_) return;
-  if (source_->error() != QAudio::NoError || source_->state() == QAudio::StoppedState || sinceSound_.elapsed() > kPatienceMilliseconds) Lose();
+  const bool stopped = source_->error() != QAudio::NoError || source_->state() == QAudio::StoppedState;
+  if (stopped || sinceSound_.elapsed() > kPatienceMilliseconds) Lose();
 }
 
 void QtMicrophone::Lose() {

@@ -9,6 +9,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QScreen>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -83,6 +84,8 @@ ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int
   layout->addWidget(readout_);
   Renew();
   canvas_->setFocus();
+  // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small one.
+  resize(sizeHint().boundedTo(screen()->availableSize() - QSize(20, 60)));
 }
 
 QWidget* ToolWidget::Canvas() const { return canvas_; }
