@@ -165,6 +165,8 @@ void Workstation::UpdateDerived() {
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
     if (palate.generation != document.soundGeneration) palate = {};
+    if (markers.generation != document.soundGeneration) markers = {};
+    if (annotations.generation != document.soundGeneration) annotations = {};
     view.Reset();
     window.Repaint();
     return;

@@ -2,6 +2,8 @@
 #include <cstdint>
 #include <string>
 
+#include "annotation/Annotations.h"
+#include "annotation/MarkerSet.h"
 #include "audio/Player.h"
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
@@ -68,6 +70,8 @@ class Workstation {
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
   VowelState vowels;
+  MarkerState markers;
+  AnnotationState annotations;
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
