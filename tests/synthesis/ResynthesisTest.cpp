@@ -14,13 +14,13 @@ using Samples = std::vector<std::int16_t>;
 
 SampleSpan SpanOf(const Samples& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
 
-/// Harmonics of a period of whole samples; the largest value is `peak`.
+/// A sawtooth of eight harmonics, the period in whole samples: a dip, shortly behind it the peak, both of size `peak`.
 Samples Periodic(int count, int period, double peak = 8000) {
   std::vector<double> one(static_cast<std::size_t>(period));
   double largest = 0;
   for (int n = 0; n < period; ++n) {
     double& value = one[static_cast<std::size_t>(n)];
-    for (int k = 1; k <= 8; ++k) value += std::cos(2 * std::numbers::pi * k * n / period + 0.5 * k) / k;
+    for (int k = 1; k <= 8; ++k) value += std::sin(2 * std::numbers::pi * k * n / period) / k;
     largest = std::max(largest, std::fabs(value));
   }
   Samples samples;
