@@ -98,10 +98,12 @@ ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int
   layout->setContentsMargins(6, 6, 6, 4);
   layout->setSpacing(4);
   auto* row = new QHBoxLayout;
-  row->addWidget(canvas_, 1);
+  auto* drawing = new QVBoxLayout;
+  drawing->addWidget(canvas_, 1);
+  drawing->addWidget(scrollBar_);
+  row->addLayout(drawing, 1);
   row->addLayout(buttonColumn_);
   layout->addLayout(row, 1);
-  layout->addWidget(scrollBar_);
   layout->addWidget(readout_);
   if (const std::string instructions = tool.Instructions(); !instructions.empty()) {
     auto* label = new QLabel(QString::fromStdString(instructions));
