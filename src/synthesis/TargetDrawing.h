@@ -35,7 +35,8 @@ class TargetDrawing {
   enum class Result { Added, Ignored, Full };
 
   /// Adds a point; between two of them the row goes linearly, in fractions, and each frame of the target, both ends
-  /// included, takes its row's period. Points outside of the target or left of the last one are ignored.
+  /// included, takes its row's period. A point on the last one's frame moves that frame.
+  /// Points outside of the target or left of the last one are ignored.
   Result AddPoint(TargetCurve& target, Point point, int sampleRate);
 
   /// Ends the setting: its frames whose present value is below 0.5 lose their target.

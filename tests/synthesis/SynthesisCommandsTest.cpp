@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 
 #include "audio/FakeDevices.h"
@@ -195,6 +196,40 @@ TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
   });
   stage.readTarget = nullptr;
   stage.Run([&](ToolWindow& tool) { EXPECT_FALSE(tool.Controls().back().enabled); });
+}
+
+/// The points of the lines in one colour.
+std::vector<Point> LinesOf(const Picture& picture, Colour colour) {
+  std::vector<Point> points;
+  for (const Mark& mark : picture.marks)
+    if (const auto* line = std::get_if<PolylineMark>(&mark); line != nullptr && line->colour == colour)
+      points.insert(points.end(), line->points.begin(), line->points.end());
+  return points;
+}
+bool Says(const Picture& picture, const std::string& text) {
+  return std::any_of(picture.marks.begin(), picture.marks.end(), [&](const Mark& mark) {
+    const auto* words = std::get_if<TextMark>(&mark);
+    return words != nullptr && words->text.find(text) != std::string::npos;
+  });
+}
+
+TEST(SynthesisCommands, ThePictureShowsBothMelodiesOverTheirAxis) {
+  Stage stage;
+  stage.Run([&](ToolWindow& tool) {
+    tool.Click(stage.window, {20, 200}, MouseButton::Left, false);
+    tool.Click(stage.window, {30, 180}, MouseButton::Left, false);
+    const Picture picture = tool.Draw(400, 400);
+    std::vector<Point> present, target;
+    for (int x = 0; x < 100; ++x)
+      if (x != 10) present.push_back({x, 160});   // 128 Hz
+    for (int x = 0; x <= 10; ++x) target.push_back({20 + x, 200 - 2 * x});
+    EXPECT_EQ(LinesOf(picture, 0x008000), present);
+    EXPECT_EQ(LinesOf(picture, 0xD00000), target);
+    for (const char* label : {"512", "256", "128", "64"}) EXPECT_TRUE(Says(picture, label));
+    EXPECT_FALSE(Says(picture, "基频"));
+  });
+  stage.document.resetPitch();
+  stage.Run([&](ToolWindow& tool) { EXPECT_TRUE(Says(tool.Draw(400, 400), "请先求出基频")); });
 }
 
 TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {

@@ -262,7 +262,9 @@ void ScriptRunner::RunModalSteps() {
     }
     const std::string& name = step->words[0];
     if (name == "close" && step->words.size() == 1) return;
-    const bool elsewhere = name == "click" && step->words.size() > 1 && FindPane(step->words[1]) != nullptr;
+    const std::string clicked = name == "click" && step->words.size() > 1 ? step->words[1] : "";
+    const ToolWindow* other = window_.ToolNamed(clicked);
+    const bool elsewhere = FindPane(clicked) != nullptr || (other != nullptr && other != window_.CurrentTool());
     if (elsewhere || std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
       const auto number = step->words.size() > 1 ? ParseInteger(step->words[1]) : std::nullopt;
       window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", number.value_or(0)));
