@@ -15,6 +15,7 @@
 #include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrumWindow.h"
+#include "synthesis/SynthesisCommands.h"
 #include "vowel/VowelCommands.h"
 #include "vowel/VowelGroupCommands.h"
 
@@ -56,6 +57,9 @@ void PlaySelection(Workstation& w) {
 }
 void PlayReversed(Workstation& w) {
   w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Reverse, w.document.samples.data());
+}
+void Resynthesize(Workstation& w) {
+  StartResynthesis(w.window, {w.document, w.synthesis, w.player, w.exportFolder, w.readTarget});
 }
 void StopPlaying(Workstation& w) { w.player.stopPlayback(); }
 void Settings(Workstation& w) {
@@ -188,7 +192,7 @@ constexpr CommandRow kRows[] = {
     {160, Menu::Sound, "局部放音[&P]", PlaySelection},
     {40024, Menu::Sound, "局部倒放[&R]", PlayReversed},
     {40025, Menu::Sound, "停止放音[&N]", StopPlaying},
-    {40081, Menu::Sound, "按给定基频合成放音[&Y]", nullptr},
+    {40081, Menu::Sound, "按给定基频合成放音[&Y]", Resynthesize},
     {220, Menu::Pitch, "基频（快速法）[&T]", FastPitchOfAll},
     {40005, Menu::Pitch, "基频（频域法）[&F]", TrackedPitchOfAll},
     {40103, Menu::Pitch, "再求一次音高[&Q]", PitchAgain},

@@ -164,6 +164,7 @@ void Workstation::UpdateDerived() {
     spectrogram = {};
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
+    synthesis = {};
     if (palate.generation != document.soundGeneration) palate = {};
     if (markers.generation != document.soundGeneration) markers = {};
     if (annotations.generation != document.soundGeneration) annotations = {};

@@ -19,6 +19,7 @@
 #include "spectral/FrameState.h"
 #include "spectral/LtaCommands.h"
 #include "spectral/SpectrogramState.h"
+#include "synthesis/SynthesisState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
 #include "vowel/VowelState.h"
@@ -69,6 +70,9 @@ class Workstation {
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
+  SynthesisState synthesis;
+  /// Reads a melody of another program's file; empty where there is no reader.
+  TargetReader readTarget;
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;

@@ -17,6 +17,14 @@ struct ToolControl {
 
 enum class MouseButton { Left, Right };
 
+/// A scroll bar under a drawing area that shows only part of its columns.
+struct ToolScroll {
+  int number = 0;     ///< of the control
+  int position = 0;   ///< the first column shown, 0..largest
+  int largest = 0;    ///< columns that do not fit; 0: no bar
+  int page = 1;       ///< columns that are shown
+};
+
 /// A window over one analysis (markers, a chart, a spectrum). The room that owns the data implements it; the
 /// desktop shows it with one widget, a script drives it by name.
 class ToolWindow {
@@ -32,8 +40,14 @@ class ToolWindow {
   virtual bool Key(Window&, const std::string& /*key*/) { return false; }  ///< true when it was used
   virtual void Press(Window&, const ToolControl&) {}
   virtual void Scroll(Window&, int /*steps*/) {}
+  virtual ToolScroll ScrollBar(int /*width*/) const { return {}; }   ///< of a drawing that wide
+  virtual void ScrollTo(Window&, int /*position*/) {}
+  virtual void Resized(int /*width*/) {}   ///< the drawing area on the screen has this width now
   virtual std::string Hover(Point) const { return {}; }   ///< a readout for the pointer; "" for none
   virtual std::string Text() const { return {}; }         ///< the figures shown, as lines of text; "" for none
+  virtual std::string Instructions() const { return {}; } ///< what to do here, under the drawing; "" for none
+  /// Asked after each thing done in the window: true closes it.
+  virtual bool WantsToClose() const { return false; }
   virtual void Closed(Window&) {}
 };
 

@@ -119,7 +119,7 @@ void ScriptRunner::TakeStopStep() {
   const std::string& what = ahead_->words[1];
   const bool keyStop = name == "key" && (what == "T" || what == "t");
   const auto number = name == "command" ? ParseInteger(what) : std::nullopt;
-  const bool commandStop = number && (*number == 274 || *number == 40025);
+  const bool commandStop = number && (*number == 274 || *number == 40025) && !window_.InModal();
   if (keyStop) Key(*ahead_);
   if (commandStop) workstation_.dispatchCommand(*number);
   if (keyStop || commandStop) ahead_.reset();
@@ -181,7 +181,7 @@ std::string ScriptRunner::Key(const ScriptStep& step) {
   ToolWindow* tool = window_.CurrentTool();
   if (tool != nullptr && tool->Key(window_, step.words[1])) {
     workstation_.DocumentChanged();
-  } else {
+  } else if (!window_.InModal()) {
     workstation_.Key(step.words[1]);
   }
   return {};
@@ -239,7 +239,7 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
   const int width = workstation_.document.paneWidth;
   Picture picture;
   if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
-    picture = tool->Draw(width, kToolHeight);
+    picture = tool->Draw(width + tool->ScrollBar(width).largest, kToolHeight);
   } else if (step.words[1] == "chart") {
     if (!workstation_.view.ChartShown()) return "no chart is shown";
     picture = workstation_.view.Whole(Pane::Chart, width, kChartHeight);
@@ -262,12 +262,17 @@ void ScriptRunner::RunModalSteps() {
     }
     const std::string& name = step->words[0];
     if (name == "close" && step->words.size() == 1) return;
-    if (std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
+    const std::string clicked = name == "click" && step->words.size() > 1 ? step->words[1] : "";
+    const ToolWindow* other = window_.ToolNamed(clicked);
+    const bool elsewhere = FindPane(clicked) != nullptr || (other != nullptr && other != window_.CurrentTool());
+    if (elsewhere || std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
       const auto number = step->words.size() > 1 ? ParseInteger(step->words[1]) : std::nullopt;
       window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", number.value_or(0)));
       continue;
     }
     if (Report(*step, RunStep(*step))) return;
+    const ToolWindow* tool = window_.CurrentTool();
+    if (tool != nullptr && tool->WantsToClose()) return;
   }
 }
 

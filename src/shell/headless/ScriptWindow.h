@@ -29,6 +29,7 @@ class ScriptWindow : public Window {
   const std::string& failure() const { return failure_; }
 
   ToolWindow* CurrentTool() const;
+  bool InModal() const { return modal_ != nullptr; }
   ToolWindow* ToolNamed(const std::string& name) const;
   void CloseCurrentTool();
   /// Runs the steps that belong to a modal tool window until it is closed; set by whoever reads the script.

@@ -155,6 +155,14 @@ void ConsonantValue(const Workstation& w, JsonObject& event) {
             }));
 }
 
+void ResynthesisValue(const SynthesisState& state, JsonObject& event) {
+  const SynthesisJob& job = state.job;
+  const std::span made(job.output.data(), job.ready ? static_cast<std::size_t>(job.length) : 0);
+  event.Raw("marks", JsonList(job.marks, IntegerText))
+      .Raw("target", JsonList(state.target, [](float period) { return ShortestNumber(period); }))
+      .Raw("output", JsonList(made, IntegerText));
+}
+
 void VowelsValue(const VowelChart& chart, JsonObject& event) {
   const std::span points(chart.points.data(), static_cast<std::size_t>(chart.count));
   event.Integer("referenceF0", chart.referenceF0)
@@ -215,6 +223,8 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     LtaValue(workstation, event);
   } else if (what == "consonant") {
     ConsonantValue(workstation, event);
+  } else if (what == "resynthesis") {
+    ResynthesisValue(workstation.synthesis, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
   } else if (what == "vowels") {

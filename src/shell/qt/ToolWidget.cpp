@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QScreen>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -50,9 +52,12 @@ class ToolCanvas : public QWidget {
     const Point at{event->pos().x(), event->pos().y()};
     const MouseButton button = event->button() == Qt::LeftButton ? MouseButton::Left : MouseButton::Right;
     const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
-    owner_.gate_.Run([&] { if (owner_.tool_ != nullptr) owner_.tool_->Click(owner_.window_, at, button, shift); },
-                     owner_.level_);
-    owner_.Renew();
+    owner_.Act([&](ToolWindow& tool) { tool.Click(owner_.window_, at, button, shift); });
+  }
+  void resizeEvent(QResizeEvent*) override {
+    if (owner_.tool_ == nullptr) return;
+    owner_.tool_->Resized(width());
+    owner_.RenewScrollBar();
   }
   void mouseMoveEvent(QMouseEvent* event) override {
     if (owner_.tool_ == nullptr) return;
@@ -68,20 +73,46 @@ class ToolCanvas : public QWidget {
   ToolWidget& owner_;
 };
 
+template <typename F>
+bool ToolWidget::Act(F&& action) {
+  bool closes = false;
+  const bool ran = gate_.Run(
+      [&] {
+        if (tool_ == nullptr) return;
+        action(*tool_);
+        closes = tool_ != nullptr && tool_->WantsToClose();
+      },
+      level_);
+  Renew();
+  if (closes) CloseNow();
+  return ran;
+}
+
 ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
-      tool_(&tool), window_(window), gate_(gate), level_(level), canvas_(new ToolCanvas(*this)), readout_(new QLabel),
-      buttonColumn_(new QVBoxLayout) {
+      tool_(&tool), window_(window), gate_(gate), level_(level), canvas_(new ToolCanvas(*this)),
+      scrollBar_(new QScrollBar(Qt::Horizontal)), readout_(new QLabel), buttonColumn_(new QVBoxLayout) {
   readout_->setTextFormat(Qt::PlainText);
   readout_->setMinimumHeight(readout_->fontMetrics().height());
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 4);
   layout->setSpacing(4);
   auto* row = new QHBoxLayout;
-  row->addWidget(canvas_, 1);
+  auto* drawing = new QVBoxLayout;
+  drawing->addWidget(canvas_, 1);
+  drawing->addWidget(scrollBar_);
+  row->addLayout(drawing, 1);
   row->addLayout(buttonColumn_);
   layout->addLayout(row, 1);
   layout->addWidget(readout_);
+  if (const std::string instructions = tool.Instructions(); !instructions.empty()) {
+    auto* label = new QLabel(QString::fromStdString(instructions));
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    layout->addWidget(label);
+  }
+  connect(scrollBar_, &QScrollBar::valueChanged, this,
+          [this](int value) { Act([&](ToolWindow& shown) { shown.ScrollTo(window_, value); }); });
   Renew();
   canvas_->setFocus();
   // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small one.
@@ -106,7 +137,18 @@ void ToolWidget::Renew() {
   if (!same) MakeButtons(controls);
   for (std::size_t i = 0; i < controls.size(); ++i) buttons_[i]->setEnabled(controls[i].enabled);
   canvas_->setAccessibleName(windowTitle());
+  RenewScrollBar();
   canvas_->update();
+}
+
+void ToolWidget::RenewScrollBar() {
+  const ToolScroll scroll = tool_->ScrollBar(canvas_->width());
+  const QSignalBlocker quiet(scrollBar_);
+  scrollBar_->setRange(0, scroll.largest);
+  scrollBar_->setPageStep(scroll.page);
+  scrollBar_->setSingleStep(std::max(1, scroll.page / 20));
+  scrollBar_->setValue(scroll.position);
+  scrollBar_->setVisible(scroll.largest > 0);
 }
 
 void ToolWidget::MakeButtons(const std::vector<ToolControl>& controls) {
@@ -133,8 +175,7 @@ QPushButton* ToolWidget::Button(const std::string& text) const {
 }
 
 void ToolWidget::PressButton(int number, const std::string& text) {
-  gate_.Run([&] { if (tool_ != nullptr) tool_->Press(window_, ToolControl{number, text, true}); }, level_);
-  Renew();
+  Act([&](ToolWindow& tool) { tool.Press(window_, ToolControl{number, text, true}); });
 }
 
 void ToolWidget::keyPressEvent(QKeyEvent* event) {
@@ -144,8 +185,7 @@ void ToolWidget::keyPressEvent(QKeyEvent* event) {
   const std::string key = KeyName(*event);
   if (key.empty()) return QDialog::keyPressEvent(event);
   bool used = false;
-  const bool ran = gate_.Run([&] { used = tool_ != nullptr && tool_->Key(window_, key); }, level_);
-  Renew();
+  const bool ran = Act([&](ToolWindow& tool) { used = tool.Key(window_, key); });
   if (used || !ran) return;
   if (key == "Escape") return reject();
   if (level_ == 0) Q_EMIT KeyUnused(key);
@@ -153,8 +193,7 @@ void ToolWidget::keyPressEvent(QKeyEvent* event) {
 
 void ToolWidget::wheelEvent(QWheelEvent* event) {
   const int steps = wheel_.Take(*event);
-  if (steps != 0) gate_.Run([&] { if (tool_ != nullptr) tool_->Scroll(window_, -steps); }, level_);
-  Renew();
+  if (steps != 0) Act([&](ToolWindow& tool) { tool.Scroll(window_, -steps); });
   event->accept();
 }
 

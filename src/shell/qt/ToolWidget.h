@@ -8,6 +8,7 @@
 
 class QLabel;
 class QPushButton;
+class QScrollBar;
 class QVBoxLayout;
 
 namespace parlowen {
@@ -51,12 +52,17 @@ class ToolWidget : public QDialog {
   /// The tool's figures to the clipboard.
   void CopyText();
   void MakeButtons(const std::vector<ToolControl>& controls);
+  void RenewScrollBar();
+  /// Does one thing in the tool, shows what became of it, and closes when the tool wants to; false when it was dropped.
+  template <typename F>
+  bool Act(F&& action);
 
   ToolWindow* tool_;
   QtWindow& window_;
   ActionGate& gate_;
   const int level_;
   ToolCanvas* canvas_;
+  QScrollBar* scrollBar_;
   QLabel* readout_;
   QVBoxLayout* buttonColumn_;
   std::vector<ToolControl> controls_;

@@ -1,0 +1,101 @@
+#include "synthesis/SynthesisCommands.h"
+
+#include <charconv>
+
+#include "base/Files.h"
+#include "base/Format.h"
+#include "document/WavFile.h"
+#include "pitch/PitchFile.h"
+#include "synthesis/SynthesisWindow.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kTooLong = "所选段太长，请重新设定！";
+constexpr const char* kIsPitchRight = "合成之前必须将基频修正，本段基频值正确吗（Yes/No)？";
+constexpr int kLongest = 1000;   // frames, counted in whole seconds
+constexpr int kPolarity = -1;    // of the first mark of a run
+
+constexpr const char* kWaveName = "Synth.wav";
+constexpr const char* kSaved = "合成声音已存为文件--Synth.wav!";
+constexpr const char* kBadName = "文件夹或文件名不对（包含空格？），请重选";
+constexpr const char* kBadNameCaption = "文件夹或文件名错误";
+
+constexpr const char* kNoPitchFile = "无基频数据文件！";
+constexpr const char* kBadPitchFile = "基频数据文件错误！";
+constexpr const char* kNoRecord = "没有这一段！";
+constexpr std::size_t kLargestPitchFile = std::size_t{64} << 20;
+
+constexpr const char* kBadFactor = "比例应在 0.25--4 之间";
+constexpr double kLeastFactor = 0.25, kLargestFactor = 4.0;
+
+}  // namespace
+
+void StartResynthesis(Window& window, const SynthesisDesk& desk) {
+  const SoundDocument& document = desk.document;
+  if (!document.selectionDefined() || document.sampleRate <= 0) return;
+  if (document.SelectionLength() / document.sampleRate * 100 > kLongest) return window.Notify(kTooLong, Icon::Error);
+  if (!window.AskYesNo(kIsPitchRight, window.Caption())) return;
+
+  desk.player.stopPlayback();   // it may be of the output that is now replaced
+  desk.state.job = MakeSynthesisJob(document.Samples(), document.sampleRate, document.selectionStart, document.selectionEnd);
+  const auto contourLength = static_cast<std::size_t>(document.ContourLength());
+  FindPitchMarks(desk.state.job, std::span(document.pitch).first(contourLength), kPolarity);
+  desk.state.target.assign(static_cast<std::size_t>(desk.state.job.frames), 0.0f);
+
+  SynthesisWindow dialog(desk);
+  window.RunModal(dialog);
+  window.Repaint();
+}
+
+int SaveSynthWave(const SynthesisJob& job, Window& window, const std::string& exportFolder) {
+  if (!job.ready) return 1;
+  ByteWriter file;
+  WriteWavHeader(file, job.sampleRate, 1, job.length);
+  file.PutInt16sLE(std::span(job.output).first(static_cast<std::size_t>(job.length)));
+  if (ReplaceFile(exportFolder.empty() ? kWaveName : exportFolder + "/" + kWaveName, file) < 0) {
+    window.ShowError(kBadName, kBadNameCaption);
+    return -1;
+  }
+  window.Notify(kSaved);
+  window.Repaint();
+  return 0;
+}
+
+std::optional<TargetCurve> AskRecordedTarget(Window& window) {
+  const auto choice = window.AskOpenFile({"打开基频数据文件", {{"基频数据文件(*.pdt)", "*.pdt"}}, "pdt", ""});
+  if (!choice) return {};
+  const auto bytes = ReadWholeFile(choice->path, kLargestPitchFile);
+  if (!bytes) {
+    window.Notify(kNoPitchFile, Icon::Error);
+    return {};
+  }
+  // Records before a broken one are good.
+  std::vector<PitchRecord> records;
+  const PitchFileEnd end = ReadPitchRecords(*bytes, records);
+  if (end == PitchFileEnd::Broken || records.empty()) window.Notify(kBadPitchFile, Icon::Error);
+  if (records.empty()) return {};
+  InputForm form = OneFieldForm("调入基频数据", Format("第几段（1--%d）", static_cast<int>(records.size())), "1");
+  if (!window.AskInput(form)) return {};
+  const int number = form.CountOf(1000);
+  if (number < 1 || number > std::ssize(records)) {
+    window.Notify(kNoRecord, Icon::Error);
+    return {};
+  }
+  return std::move(records[static_cast<std::size_t>(number - 1)].periods);
+}
+
+std::optional<double> AskTargetFactor(Window& window) {
+  InputForm form = OneFieldForm("比例", "音高的倍数（2 为高八度，0.5 为低八度）", "1.0");
+  if (!window.AskInput(form)) return {};
+  const std::string& text = form.ValueOf(1000);
+  double factor = 0;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), factor);
+  if (failure != std::errc() || end != text.data() + text.size() || !(factor >= kLeastFactor && factor <= kLargestFactor)) {
+    window.Notify(kBadFactor, Icon::Error);
+    return {};
+  }
+  return factor;
+}
+
+}  // namespace parlowen

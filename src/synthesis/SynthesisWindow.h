@@ -1,0 +1,49 @@
+#pragma once
+#include <string>
+#include <vector>
+
+#include "synthesis/SynthesisCommands.h"
+#include "synthesis/SynthesisPicture.h"
+#include "synthesis/TargetDrawing.h"
+#include "ui/ToolWindow.h"
+
+namespace parlowen {
+
+/// The window in which a melody is drawn: left clicks from left to right, a right click ends the setting. Shown modally
+/// over a job whose marks are found.
+class SynthesisWindow : public ToolWindow {
+ public:
+  explicit SynthesisWindow(const SynthesisDesk& desk);
+
+  std::string Name() const override { return "resynthesis"; }
+  std::string Title() const override { return "选定段按给定音高合成声音"; }
+  std::string Instructions() const override;
+  std::vector<ToolControl> Controls() const override;
+  Picture Draw(int width, int height) const override;
+  void Click(Window& window, Point at, MouseButton button, bool shift) override;
+  bool Key(Window& window, const std::string& key) override;
+  void Press(Window& window, const ToolControl& control) override;
+  void Scroll(Window& window, int steps) override;
+  ToolScroll ScrollBar(int width) const override;
+  void ScrollTo(Window& window, int position) override;
+  void Resized(int width) override;
+  std::string Hover(Point at) const override;
+  bool WantsToClose() const override { return closing_; }
+  void Closed(Window& window) override;
+
+ private:
+  void Synthesize(Window& window);
+  void PlayOriginal(Window& window);
+  void TakeTarget(TargetCurve target);
+  void ZoomTo(int zoom);
+  int VisibleWidth() const;
+
+  SynthesisDesk desk_;
+  std::vector<float> present_;   ///< the contour of the selection's frames
+  TargetDrawing drawing_;
+  SynthesisView view_;
+  int width_ = 0;                ///< of the last size that was told; 0: nothing scrolls
+  bool closing_ = false;
+};
+
+}  // namespace parlowen

@@ -1,0 +1,75 @@
+#include "synthesis/TargetDrawing.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/Arithmetic.h"
+#include "base/Format.h"
+
+namespace parlowen {
+namespace {
+
+constexpr double kTopFrequency = 512.0, kRowsPerOctave = 64.0;
+constexpr double kLowestFrequency = 15.0;   // Hz
+constexpr float kVoicedFrom = 0.5f;
+
+}  // namespace
+
+double TargetFrequencyOfRow(double row) {
+  if (row < kHighestTargetRow || row > kLowestTargetRow) return 0;
+  return kTopFrequency * std::exp2((kHighestTargetRow - row) / kRowsPerOctave);
+}
+
+int RowOfTargetFrequency(double frequency) {
+  const double row = kHighestTargetRow - kRowsPerOctave * std::log2(frequency / kTopFrequency);
+  return TruncateToInt32(std::floor(row + 0.5));
+}
+
+std::string TargetReadout(int row) {
+  const double frequency = TargetFrequencyOfRow(row);
+  return frequency > 0 ? Format("频率=%03dHz ", TruncateToInt32(frequency)) : "无效频率区  ";
+}
+
+float TargetPeriod(double period, int sampleRate) {
+  const bool valid = period >= 1 && sampleRate / period >= kLowestFrequency;
+  return valid ? static_cast<float>(period) : 0.0f;
+}
+
+TargetCurve OnVoicedFrames(std::span<const float> curve, std::span<const float> present, int sampleRate) {
+  TargetCurve target(present.size(), 0.0f);
+  for (std::size_t i = 0; i < std::min(curve.size(), present.size()); ++i)
+    if (present[i] >= kVoicedFrom) target[i] = TargetPeriod(static_cast<double>(curve[i]), sampleRate);
+  return target;
+}
+
+TargetCurve ScaledTarget(std::span<const float> present, double factor, int sampleRate) {
+  TargetCurve target(present.size(), 0.0f);
+  for (std::size_t i = 0; i < present.size(); ++i)
+    if (present[i] >= kVoicedFrom) target[i] = TargetPeriod(static_cast<double>(present[i]) / factor, sampleRate);
+  return target;
+}
+
+TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, int sampleRate) {
+  if (point.x < 0 || point.x >= std::ssize(target) || point.y < 0 || point.y >= kTargetRows) return Result::Ignored;
+  if (!points_.empty() && point.x < points_.back().x) return Result::Ignored;
+  if (std::ssize(points_) >= kMostTargetPoints) return Result::Full;
+  if (!points_.empty()) {
+    const Point from = points_.back();
+    for (int frame = from.x; frame <= point.x; ++frame) {
+      const double share = point.x > from.x ? (frame - from.x) / static_cast<double>(point.x - from.x) : 1.0;
+      const double frequency = TargetFrequencyOfRow(from.y + (point.y - from.y) * share);
+      target[static_cast<std::size_t>(frame)] = frequency > 0 ? TargetPeriod(sampleRate / frequency, sampleRate) : 0.0f;
+    }
+  }
+  points_.push_back(point);
+  return Result::Added;
+}
+
+void TargetDrawing::End(TargetCurve& target, std::span<const float> present) {
+  if (!points_.empty())
+    for (int frame = points_.front().x; frame <= points_.back().x; ++frame)
+      if (!(present[static_cast<std::size_t>(frame)] >= kVoicedFrom)) target[static_cast<std::size_t>(frame)] = 0;
+  points_.clear();
+}
+
+}  // namespace parlowen
