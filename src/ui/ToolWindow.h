@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,16 @@ struct ToolControl {
   int number = 0;       ///< 0: known by its text
   std::string text;
   bool enabled = true;
+  bool chosen = false;      ///< shown as pressed down: the tool in hand
+  std::string help = {};    ///< its tool tip
+};
+
+/// A scroll bar below the drawing, in a unit of the tool's own.
+struct ToolScrollBar {
+  int position = 0, largest = 0;   ///< 0..largest
+  int page = 1;                    ///< what is seen at once: a click beside the slider moves as far
+  int arrow = 1;                   ///< what an arrow at its ends moves
+  std::string help;                ///< its tool tip
 };
 
 enum class MouseButton { Left, Right };
@@ -27,11 +38,18 @@ class ToolWindow {
   virtual std::string Title() const = 0;   ///< shown in the title bar
   virtual std::vector<ToolControl> Controls() const { return {}; }
   virtual Picture Draw(int width, int height) const = 0;
+  virtual Point PreferredSize() const { return {900, 520}; }    ///< of the drawing, where the screen has room
+  /// The desktop's drawing has a size now. A script's windows have none: what its clicks count with stays fixed.
+  virtual void Resized(int /*width*/, int /*height*/) {}
+  /// Where in the drawing a script's clicks count from.
+  virtual Point ClickOrigin() const { return {}; }
 
   virtual void Click(Window&, Point, MouseButton, bool /*shift*/) {}
   virtual bool Key(Window&, const std::string& /*key*/) { return false; }  ///< true when it was used
   virtual void Press(Window&, const ToolControl&) {}
   virtual void Scroll(Window&, int /*steps*/) {}
+  virtual std::optional<ToolScrollBar> ScrollBar() const { return {}; }
+  virtual void ScrollTo(Window&, int /*position*/) {}
   virtual std::string Hover(Point) const { return {}; }   ///< a readout for the pointer; "" for none
   virtual std::string Text() const { return {}; }         ///< the figures shown, as lines of text; "" for none
   virtual void Closed(Window&) {}

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Arithmetic.h"
 #include "base/Files.h"
 #include "shell/CommandTable.h"
 #include "shell/DataFolder.h"
@@ -166,7 +167,8 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
     }
   }
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
-    tool->Click(window_, {*x, *y}, button, shift);
+    const Point origin = tool->ClickOrigin();
+    tool->Click(window_, {*x, WrapAdd32(*y, origin.y)}, button, shift);
     workstation_.DocumentChanged();
     return {};
   }

@@ -11,6 +11,8 @@
 #include <QPainter>
 #include <QScreen>
 #include <QPushButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
 
@@ -33,9 +35,14 @@ class ToolCanvas : public QWidget {
     setMinimumSize(320, 200);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
-  QSize sizeHint() const override { return {900, 520}; }
+  QSize sizeHint() const override { return preferred_; }
+  void Prefer(Point size) { preferred_ = {size.x, size.y}; }
 
  protected:
+  void resizeEvent(QResizeEvent*) override {
+    if (owner_.tool_ != nullptr) owner_.tool_->Resized(width(), height());
+    owner_.Renew();
+  }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::white);
@@ -66,20 +73,29 @@ class ToolCanvas : public QWidget {
 
  private:
   ToolWidget& owner_;
+  QSize preferred_{900, 520};
 };
 
 ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
       tool_(&tool), window_(window), gate_(gate), level_(level), canvas_(new ToolCanvas(*this)), readout_(new QLabel),
-      buttonColumn_(new QVBoxLayout) {
+      scrollBar_(new QScrollBar(Qt::Horizontal)), buttonColumn_(new QVBoxLayout) {
   readout_->setTextFormat(Qt::PlainText);
   readout_->setMinimumHeight(readout_->fontMetrics().height());
   auto* layout = new QVBoxLayout(this);
   layout->setContentsMargins(6, 6, 6, 4);
   layout->setSpacing(4);
   auto* row = new QHBoxLayout;
-  row->addWidget(canvas_, 1);
+  auto* drawing = new QVBoxLayout;
+  drawing->addWidget(canvas_, 1);
+  drawing->addWidget(scrollBar_);
+  row->addLayout(drawing, 1);
   row->addLayout(buttonColumn_);
+  canvas_->Prefer(tool.PreferredSize());
+  connect(scrollBar_, &QScrollBar::valueChanged, this, [this](int position) {
+    gate_.Run([&] { if (tool_ != nullptr) tool_->ScrollTo(window_, position); }, level_);
+    Renew();
+  });
   layout->addLayout(row, 1);
   layout->addWidget(readout_);
   Renew();
@@ -104,9 +120,28 @@ void ToolWidget::Renew() {
                                });
   controls_ = controls;
   if (!same) MakeButtons(controls);
-  for (std::size_t i = 0; i < controls.size(); ++i) buttons_[i]->setEnabled(controls[i].enabled);
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    buttons_[i]->setEnabled(controls[i].enabled);
+    if (!controls[i].chosen) buttons_[i]->setChecked(false);   // or it goes on looking pressed
+    buttons_[i]->setCheckable(controls[i].chosen);
+    buttons_[i]->setChecked(controls[i].chosen);
+    buttons_[i]->setToolTip(QString::fromStdString(controls[i].help));
+  }
+  RenewScrollBar();
   canvas_->setAccessibleName(windowTitle());
   canvas_->update();
+}
+
+void ToolWidget::RenewScrollBar() {
+  const auto bar = tool_->ScrollBar();
+  scrollBar_->setVisible(bar.has_value());
+  if (!bar) return;
+  const QSignalBlocker quiet(scrollBar_);
+  scrollBar_->setRange(0, bar->largest);
+  scrollBar_->setPageStep(bar->page);
+  scrollBar_->setSingleStep(bar->arrow);
+  scrollBar_->setValue(bar->position);
+  scrollBar_->setToolTip(QString::fromStdString(bar->help));
 }
 
 void ToolWidget::MakeButtons(const std::vector<ToolControl>& controls) {

@@ -8,6 +8,7 @@
 
 class QLabel;
 class QPushButton;
+class QScrollBar;
 class QVBoxLayout;
 
 namespace parlowen {
@@ -51,6 +52,7 @@ class ToolWidget : public QDialog {
   /// The tool's figures to the clipboard.
   void CopyText();
   void MakeButtons(const std::vector<ToolControl>& controls);
+  void RenewScrollBar();
 
   ToolWindow* tool_;
   QtWindow& window_;
@@ -58,6 +60,7 @@ class ToolWidget : public QDialog {
   const int level_;
   ToolCanvas* canvas_;
   QLabel* readout_;
+  QScrollBar* scrollBar_;
   QVBoxLayout* buttonColumn_;
   std::vector<ToolControl> controls_;
   std::vector<QPushButton*> buttons_;
