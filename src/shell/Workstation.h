@@ -4,6 +4,7 @@
 
 #include "annotation/Annotations.h"
 #include "annotation/MarkerSet.h"
+#include "annotation/MarkerWindow.h"
 #include "audio/Player.h"
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
@@ -69,6 +70,8 @@ class Workstation {
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
+  /// Plays a stretch between two markers.
+  PlayStretch playStretch;
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;
