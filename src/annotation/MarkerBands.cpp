@@ -11,7 +11,7 @@ namespace {
 
 constexpr Colour kWave = 0x1F3F77, kBandFill = 0xF2F2F2, kStretchLine = 0x606060;
 constexpr Colour kBandColours[kMarkerBands] = {0xC00000, 0x00662E, 0x6A1B9A, 0x8A5000};
-constexpr int kLineHeight = 22, kAxisHeight = 20, kHeadingHeight = 20, kLeastWave = 60;
+constexpr int kLineHeight = 22, kAxisHeight = 20, kHeadingHeight = 20, kLeastWave = 60, kHeadingWidth = 68;
 constexpr int kBandHeight = 40, kTextHeight = 12, kTextRows = 3;
 
 /// Rows of a band: the first has one more than the others.
@@ -140,7 +140,8 @@ Picture MarkersPicture(const SoundDocument& document, const WavePyramid& pyramid
   const MarkerLayout layout(height);
   const MarkerScale scale(view, document.sampleCount);
   const Columns columns(view, scale);
-  picture.Add(TextMark{kPaneMargin, 15, "操作说明: " + view.instruction, colours::kText, 13});
+  picture.Add(TextMark{kPaneMargin, 15, "操作说明:", colours::kText, 13});
+  if (!view.instruction.empty()) picture.Add(TextMark{kPaneMargin + kHeadingWidth, 15, view.instruction, colours::kText, 13});
   AddWaveform(picture, document, pyramid, scale, view, layout);
   AddAxis(picture, document, scale, view, layout.axisTop);
   picture.Add(TextMark{kPaneMargin, layout.headingTop + 14, kBandsHeading, colours::kText, 12});

@@ -67,6 +67,7 @@ Change ChangeOf(SoundEdit edit, const SoundShape& before, const SoundDocument& a
   }
   const bool undo = edit == SoundEdit::Undo;
   const int kind = undo ? before.undoKind : after.undoKind;
+  if (kind == 0) return change;
   const int length = undo ? before.undoLength : after.undoLength;
   change.at = undo ? before.undoPosition : after.undoPosition;
   // A cut takes out, and so does the undo of a paste.

@@ -89,7 +89,10 @@ bool Workstation::dispatchCommand(int number) {
   const SoundShape before = ShapeOf(document);
   RunCommand(*this, *row);
   for (const auto& [command, edit] : kEdits)
-    if (number == command) FollowEdit(markers, edit, before, document);
+    if (number == command) {
+      FollowEdit(markers, edit, before, document);
+      if (markers.windowOpen) window.Repaint();
+    }
   DocumentChanged();
   return true;
 }
