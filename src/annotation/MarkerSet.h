@@ -15,6 +15,7 @@ struct MarkerLabel {
   std::int32_t start = 0, end = 0;
   std::string text;   ///< UTF-8
   bool IsPoint() const { return start == end; }
+  bool operator==(const MarkerLabel&) const = default;
 };
 
 /// The markers and labels of the current sound, in four independent bands 0..3. Entries of band b begin at b·20; those
@@ -28,6 +29,21 @@ struct MarkerSet {
   std::span<const std::int32_t> Markers(int band) const;
   std::span<const MarkerLabel> Labels(int band) const;
   bool HasMarkers() const { return markerCount != decltype(markerCount){}; }
+  bool HasLabels() const { return labelCount != decltype(labelCount){}; }
+  bool operator==(const MarkerSet&) const = default;
+};
+
+/// What a click in the bands does.
+enum class MarkerTool { None, AddMarker, DeleteMarker, AddLabel, DeleteLabel, PlayStretch, SaveStretch };
+
+/// What the marker window shows, and the tool in hand.
+struct MarkerView {
+  MarkerTool tool = MarkerTool::None;
+  std::string instruction{};  ///< the line about the last button
+  int band = 0;               ///< 0..3, the one worked on last
+  std::int32_t start = 0;     ///< sample at the left edge
+  int zoom = 1;               ///< the divisor d, a power of two
+  int columns = 1000;         ///< pixels of the waveform
 };
 
 /// The marker set with what belongs to it beside its file.
@@ -35,6 +51,10 @@ struct MarkerState {
   MarkerSet set;
   std::uint64_t generation = 0;   ///< the sound it belongs to: of another one it counts as empty
   bool changed = false;           ///< since it was read or saved
+  MarkerView view;
+  bool windowOpen = false;
+  /// The set around the last edit of the sound, for its undo.
+  MarkerSet beforeEdit, afterEdit;
 };
 
 }  // namespace parlowen

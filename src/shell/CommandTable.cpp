@@ -131,6 +131,7 @@ void Undo(Workstation& w) { UndoCommand(w.window, w.document, w.states); }
 void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
 void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
 void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
+void EditMarkers(Workstation& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
 void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
 void ConvertRate(Workstation& w) { ConvertRateCommand(w.window, w.document, w.states); }
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
@@ -269,7 +270,7 @@ constexpr CommandRow kRows[] = {
     {40053, Menu::Marking, "插入字符[&I]", nullptr},
     {40055, Menu::Marking, "显示插入字符[&X]", nullptr},
     {40054, Menu::Marking, "清除插入字符[&D]", nullptr},
-    {40105, Menu::Marking, "进入标志处理[&B]", nullptr},
+    {40105, Menu::Marking, "进入标志处理[&B]", EditMarkers},
     {40117, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", nullptr},
     {215, Menu::Settings, "参数设置[&S]", Settings},
     {40021, Menu::Settings, "显示操作提示[&P]", ShowHint},

@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "annotation/MarkerFollowing.h"
 #include "base/Files.h"
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
@@ -25,6 +26,10 @@ constexpr int kReplacing[] = {110,   40093, 40078, 40060, 40110, 40116, 272,   4
                               40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
 constexpr int kRecordings[] = {272, 40022, 40112};
 constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
+
+/// Commands after which the markers stand elsewhere.
+constexpr std::pair<int, SoundEdit> kEdits[] = {
+    {40001, SoundEdit::Cut}, {40003, SoundEdit::Paste}, {40036, SoundEdit::Undo}, {40102, SoundEdit::RateConversion}};
 
 /// Menus whose commands are tools: choosing one ends the tool before it.
 bool IsTool(Menu menu) {
@@ -69,6 +74,9 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   playChannel = [this](Window&, int channel, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward, (channel == 2 ? document.samples2 : document.samples).data());
   };
+  playStretch = [this](Window&, int start, int end) {
+    player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
+  };
   InputDevicesChanged();
 }
 
@@ -78,7 +86,13 @@ bool Workstation::dispatchCommand(int number) {
   StopPlayFor(number);
   if (IsTool(row->menu)) view.EndTool();
   if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
+  const SoundShape before = ShapeOf(document);
   RunCommand(*this, *row);
+  for (const auto& [command, edit] : kEdits)
+    if (number == command) {
+      FollowEdit(markers, edit, before, document);
+      if (markers.windowOpen) window.Repaint();
+    }
   DocumentChanged();
   return true;
 }
@@ -166,7 +180,7 @@ void Workstation::UpdateDerived() {
     consonant.shown = false;
     synthesis = {};
     if (palate.generation != document.soundGeneration) palate = {};
-    if (markers.generation != document.soundGeneration) markers = {};
+    DropOldMarkers(window, document, markers);
     if (annotations.generation != document.soundGeneration) annotations = {};
     view.Reset();
     window.Repaint();

@@ -4,6 +4,7 @@
 
 #include "annotation/Annotations.h"
 #include "annotation/MarkerSet.h"
+#include "annotation/MarkerWindow.h"
 #include "audio/Player.h"
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
@@ -73,6 +74,8 @@ class Workstation {
   SynthesisState synthesis;
   /// Reads a melody of another program's file; empty where there is no reader.
   TargetReader readTarget;
+  /// Plays a stretch between two markers.
+  PlayStretch playStretch;
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;

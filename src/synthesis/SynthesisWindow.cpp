@@ -7,7 +7,7 @@ namespace parlowen {
 namespace {
 
 constexpr int kSynthesize = 1, kLeave = 2, kSave = 1034, kPlayOriginal = 1036, kLoadRecord = 1101, kScale = 1102,
-              kLoadOther = 1103, kScrollBar = 1033;
+              kLoadOther = 1103;
 constexpr int kLargestZoom = 16;
 
 constexpr const char* kInstructions =
@@ -76,7 +76,7 @@ bool SynthesisWindow::Key(Window& window, const std::string& key) {
   } else if (name == "PageUp" || name == "PageDown") {
     ScrollTo(window, view_.scroll + (name == "PageUp" ? -page : page));
   } else if (name == "Home" || name == "End") {
-    ScrollTo(window, name == "Home" ? 0 : ScrollBar(width_).largest);
+    ScrollTo(window, name == "Home" ? 0 : LargestScroll());
   } else {
     return false;
   }
@@ -128,32 +128,38 @@ void SynthesisWindow::TakeTarget(TargetCurve target) {
 
 int SynthesisWindow::VisibleWidth() const { return std::max(1, width_ - kSynthesisGutter); }
 
-ToolScroll SynthesisWindow::ScrollBar(int width) const {
-  const int page = std::max(1, width - kSynthesisGutter);
-  return {kScrollBar, view_.scroll, std::max(0, desk_.state.job.frames * view_.zoom - page), page};
+int SynthesisWindow::LargestScroll() const {
+  return width_ > 0 ? std::max(0, desk_.state.job.frames * view_.zoom - VisibleWidth()) : 0;
+}
+
+int SynthesisWindow::WholeWidth(int width) const {
+  return std::max(width, desk_.state.job.frames * view_.zoom + kSynthesisGutter);
+}
+
+std::optional<ToolScrollBar> SynthesisWindow::ScrollBar() const {
+  if (LargestScroll() == 0) return {};
+  return ToolScrollBar{view_.scroll, LargestScroll(), VisibleWidth(), std::max(1, VisibleWidth() / 20), {}};
 }
 
 void SynthesisWindow::ScrollTo(Window& window, int position) {
-  const int largest = width_ > 0 ? ScrollBar(width_).largest : 0;
-  view_.scroll = std::clamp(position, 0, largest);
+  view_.scroll = std::clamp(position, 0, LargestScroll());
   window.Repaint();
 }
 
 void SynthesisWindow::Scroll(Window& window, int steps) { ScrollTo(window, view_.scroll + steps * VisibleWidth() / 10); }
 
-void SynthesisWindow::Resized(int width) {
+void SynthesisWindow::Resized(int width, int) {
   // A short selection begins as large as it fits: a frame a pixel is hard to draw on.
   if (width_ == 0)
     view_.zoom = std::clamp((width - kSynthesisGutter) / std::max(1, desk_.state.job.frames), 1, kLargestZoom);
   width_ = width;
-  view_.scroll = std::clamp(view_.scroll, 0, ScrollBar(width_).largest);
+  view_.scroll = std::clamp(view_.scroll, 0, LargestScroll());
 }
 
 void SynthesisWindow::ZoomTo(int zoom) {
   const int middle = view_.FrameAt(VisibleWidth() / 2);
   view_.zoom = std::clamp(zoom, 1, kLargestZoom);
-  const int largest = width_ > 0 ? ScrollBar(width_).largest : 0;
-  view_.scroll = std::clamp(middle * view_.zoom - VisibleWidth() / 2, 0, largest);
+  view_.scroll = std::clamp(middle * view_.zoom - VisibleWidth() / 2, 0, LargestScroll());
 }
 
 std::string SynthesisWindow::Hover(Point at) const { return TargetReadout(at.y); }

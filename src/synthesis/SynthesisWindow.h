@@ -24,9 +24,10 @@ class SynthesisWindow : public ToolWindow {
   bool Key(Window& window, const std::string& key) override;
   void Press(Window& window, const ToolControl& control) override;
   void Scroll(Window& window, int steps) override;
-  ToolScroll ScrollBar(int width) const override;
+  int WholeWidth(int width) const override;
+  std::optional<ToolScrollBar> ScrollBar() const override;
   void ScrollTo(Window& window, int position) override;
-  void Resized(int width) override;
+  void Resized(int width, int height) override;
   std::string Hover(Point at) const override;
   bool WantsToClose() const override { return closing_; }
   void Closed(Window& window) override;
@@ -37,6 +38,8 @@ class SynthesisWindow : public ToolWindow {
   void TakeTarget(TargetCurve target);
   void ZoomTo(int zoom);
   int VisibleWidth() const;
+  /// Columns that do not fit; none while no size is known.
+  int LargestScroll() const;
 
   SynthesisDesk desk_;
   std::vector<float> present_;   ///< the contour of the selection's frames

@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,17 +14,19 @@ struct ToolControl {
   int number = 0;       ///< 0: known by its text
   std::string text;
   bool enabled = true;
+  bool chosen = false;      ///< shown as pressed down: the tool in hand
+  std::string help = {};    ///< its tool tip
+};
+
+/// A scroll bar below the drawing, in a unit of the tool's own.
+struct ToolScrollBar {
+  int position = 0, largest = 0;   ///< 0..largest
+  int page = 1;                    ///< what is seen at once: a click beside the slider moves as far
+  int arrow = 1;                   ///< what an arrow at its ends moves
+  std::string help;                ///< its tool tip
 };
 
 enum class MouseButton { Left, Right };
-
-/// A scroll bar under a drawing area that shows only part of its columns.
-struct ToolScroll {
-  int number = 0;     ///< of the control
-  int position = 0;   ///< the first column shown, 0..largest
-  int largest = 0;    ///< columns that do not fit; 0: no bar
-  int page = 1;       ///< columns that are shown
-};
 
 /// A window over one analysis (markers, a chart, a spectrum). The room that owns the data implements it; the
 /// desktop shows it with one widget, a script drives it by name.
@@ -35,14 +38,20 @@ class ToolWindow {
   virtual std::string Title() const = 0;   ///< shown in the title bar
   virtual std::vector<ToolControl> Controls() const { return {}; }
   virtual Picture Draw(int width, int height) const = 0;
+  virtual Point PreferredSize() const { return {900, 520}; }    ///< of the drawing, where the screen has room
+  /// Columns of a picture of the whole drawing: more than `width` where a window of that width scrolls.
+  virtual int WholeWidth(int width) const { return width; }
+  /// The desktop's drawing has a size now. A script's windows have none: what its clicks count with stays fixed.
+  virtual void Resized(int /*width*/, int /*height*/) {}
+  /// Where in the drawing a script's clicks count from.
+  virtual Point ClickOrigin() const { return {}; }
 
   virtual void Click(Window&, Point, MouseButton, bool /*shift*/) {}
   virtual bool Key(Window&, const std::string& /*key*/) { return false; }  ///< true when it was used
   virtual void Press(Window&, const ToolControl&) {}
   virtual void Scroll(Window&, int /*steps*/) {}
-  virtual ToolScroll ScrollBar(int /*width*/) const { return {}; }   ///< of a drawing that wide
+  virtual std::optional<ToolScrollBar> ScrollBar() const { return {}; }
   virtual void ScrollTo(Window&, int /*position*/) {}
-  virtual void Resized(int /*width*/) {}   ///< the drawing area on the screen has this width now
   virtual std::string Hover(Point) const { return {}; }   ///< a readout for the pointer; "" for none
   virtual std::string Text() const { return {}; }         ///< the figures shown, as lines of text; "" for none
   virtual std::string Instructions() const { return {}; } ///< what to do here, under the drawing; "" for none

@@ -235,14 +235,15 @@ TEST(SynthesisCommands, ThePictureShowsBothMelodiesOverTheirAxis) {
 TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {
   Stage stage;
   stage.Run([&](ToolWindow& tool) {
-    EXPECT_EQ(tool.ScrollBar(1024).largest, 0);
-    tool.Resized(450);   // 406 pixels beside the axis: four for each of 101 frames
-    EXPECT_EQ(tool.ScrollBar(450).largest, 0);
+    EXPECT_FALSE(tool.ScrollBar());
+    tool.Resized(450, 400);   // 406 pixels beside the axis: four for each of 101 frames
+    EXPECT_FALSE(tool.ScrollBar());
     tool.Click(stage.window, {8, 96}, MouseButton::Left, false);
     tool.Key(stage.window, "X");
-    EXPECT_EQ(tool.ScrollBar(450).largest, 808 - 406);
+    ASSERT_TRUE(tool.ScrollBar());
+    EXPECT_EQ(tool.ScrollBar()->largest, 808 - 406);
     tool.ScrollTo(stage.window, 1000);
-    EXPECT_EQ(tool.ScrollBar(450).position, 402);
+    EXPECT_EQ(tool.ScrollBar()->position, 402);
     tool.Click(stage.window, {0, 96}, MouseButton::Left, false);   // column 402
     EXPECT_EQ(stage.state.target[1], 0.0f);
     EXPECT_EQ(stage.state.target[2], 62.5f);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Arithmetic.h"
 #include "base/Files.h"
 #include "shell/CommandTable.h"
 #include "shell/DataFolder.h"
@@ -166,7 +167,8 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
     }
   }
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
-    tool->Click(window_, {*x, *y}, button, shift);
+    const Point origin = tool->ClickOrigin();
+    tool->Click(window_, {*x, WrapAdd32(*y, origin.y)}, button, shift);
     workstation_.DocumentChanged();
     return {};
   }
@@ -239,7 +241,7 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
   const int width = workstation_.document.paneWidth;
   Picture picture;
   if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
-    picture = tool->Draw(width + tool->ScrollBar(width).largest, kToolHeight);
+    picture = tool->Draw(tool->WholeWidth(width), kToolHeight);
   } else if (step.words[1] == "chart") {
     if (!workstation_.view.ChartShown()) return "no chart is shown";
     picture = workstation_.view.Whole(Pane::Chart, width, kChartHeight);

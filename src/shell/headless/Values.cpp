@@ -180,6 +180,29 @@ void VowelsValue(const VowelChart& chart, JsonObject& event) {
            }));
 }
 
+void MarkersValue(const Workstation& w, JsonObject& event) {
+  const bool ofThisSound = w.markers.generation == w.document.soundGeneration;
+  const MarkerState state = ofThisSound ? w.markers : MarkerState{};
+  std::string bands;
+  for (int band = 0; band < kMarkerBands; ++band) {
+    bands += band == 0 ? "[" : ",";
+    bands += JsonObject()
+                 .Raw("markers", JsonList(state.set.Markers(band), IntegerText))
+                 .Raw("labels", JsonList(state.set.Labels(band), [](const MarkerLabel& label) {
+                        return JsonObject()
+                            .Integer("start", label.start)
+                            .Integer("end", label.end)
+                            .Text("text", label.text)
+                            .Done();
+                      }))
+                 .Done();
+  }
+  event.Raw("bands", bands + "]")
+      .Integer("viewStart", state.view.start)
+      .Integer("zoom", state.view.zoom)
+      .Number("samplesPerPixel", MarkerScale(state.view, w.document.sampleCount).samplesPerPixel);
+}
+
 void FormantsValue(const SoundDocument& document, JsonObject& event) {
   const VowelTrack track = SelectionTrack(document);
   int start = track.start;
@@ -229,6 +252,8 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     NasalanceValue(workstation, event);
   } else if (what == "vowels") {
     VowelsValue(workstation.vowels.chart, event);
+  } else if (what == "markers") {
+    MarkersValue(workstation, event);
   } else if (what == "formants") {
     FormantsValue(workstation.document, event);
   } else {

@@ -18,6 +18,7 @@
 
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "base/IpaCodes.h"
 
 namespace parlowen {
 namespace {
@@ -42,8 +43,9 @@ bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || fi
 
 std::string EntryComplaint(const FormField& field, const std::string& text) {
   if (!IsEdit(field)) return {};
-  if (!HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
-  if (field.maxGbkBytes > 0 && ToGbk(text).size() > static_cast<std::size_t>(field.maxGbkBytes))
+  const std::string gbk = field.phonetic ? IpaToGbk(text) : ToGbk(text);
+  if (field.phonetic ? IpaFromGbk(gbk) != text : !HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
+  if (field.maxGbkBytes > 0 && gbk.size() > static_cast<std::size_t>(field.maxGbkBytes))
     return Format("最多 %d 个字节（一个汉字 2 个）", field.maxGbkBytes);
   return {};
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "annotation/MarkerSet.h"
 #include "document/SoundDocument.h"
 
 namespace parlowen {
@@ -25,11 +26,16 @@ bool LossGuard::Replaces(int command) { return IsOneOf(kOpening, command) || IsO
 
 bool LossGuard::ReplacesChart(int command) { return IsOneOf(kOpeningChart, command); }
 
-LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart) : document_(document), chart_(chart) {
+LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers)
+    : document_(document), chart_(chart), markers_(markers) {
   TakeSoundAsUnchanged();
 }
 
 bool LossGuard::SoundChanged() const { return document_.samplesVersion != unchangedVersion_; }
+
+bool LossGuard::MarkersChanged() const {
+  return markers_.changed && markers_.generation == document_.soundGeneration && markers_.set.HasMarkers();
+}
 
 bool LossGuard::ChartChanged() const {
   if (chart_.count == 0) return false;

@@ -44,6 +44,9 @@ constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
 
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
+constexpr const char* kMayLoseMarkers = "标志已经改动，还没有保存。放弃改动，继续吗？";
+constexpr const char* kReadMarkersAgain = "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
+constexpr int kEditMarkers = 40105;
 constexpr const char* kMayLoseCaption = "尚未保存";
 
 struct Shortcut {
@@ -91,7 +94,7 @@ QString DroppedFile(const QMimeData* data) {
 
 MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
     : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder), devices),
-      guard_(station_.document, station_.vowels.chart) {
+      guard_(station_.document, station_.vowels.chart, station_.markers) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   MakeMenus();
@@ -309,6 +312,7 @@ bool MainWindow::Dispatch(int command) {
   bool done = false;
   gate_.Run([&] {
     if (!MayLoseFor(command)) return;
+    if (command == kEditMarkers && KeepMarkers()) return;
     status_->SetText({});
     const int setbacks = dialogs_.Setbacks();
     const QString folder = fileFolder_;
@@ -326,7 +330,7 @@ void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
     if (station_.recording.running()) return;
     const bool chart = IsChartName(path);
-    if (chart ? !MayLoseChart() : !MayLoseSound()) return;
+    if (chart ? !MayLoseChart() : !(MayLoseSound() && MayLoseMarkers())) return;
     status_->SetText({});
     const std::string file = AbsolutePath(path.toStdString());
     guard_.CommandBegins(dialogs_.Setbacks());
@@ -370,8 +374,18 @@ void MainWindow::ShowExportNotice() {
 
 bool MainWindow::MayLoseChart() { return !guard_.ChartChanged() || dialogs_.AskYesNo(kMayLoseChart, kMayLoseCaption); }
 
+bool MainWindow::MayLoseMarkers() { return !guard_.MarkersChanged() || dialogs_.AskYesNo(kMayLoseMarkers, kMayLoseCaption); }
+
+/// The marker window begins with the file's markers, unless the user would rather go on with changed ones.
+bool MainWindow::KeepMarkers() {
+  if (!guard_.MarkersChanged() || dialogs_.AskYesNo(kReadMarkersAgain, kMayLoseCaption)) return false;
+  ShowMarkers(dialogs_, station_.document, station_.markers, station_.playStretch);
+  return true;
+}
+
 bool MainWindow::MayLoseFor(int command) {
-  return (!LossGuard::Replaces(command) || MayLoseSound()) && (!LossGuard::ReplacesChart(command) || MayLoseChart());
+  return (!LossGuard::Replaces(command) || (MayLoseSound() && MayLoseMarkers())) &&
+         (!LossGuard::ReplacesChart(command) || MayLoseChart());
 }
 
 void MainWindow::InputDevicesChanged() {
@@ -394,7 +408,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   bool mayClose = false;
-  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseChart(); });
+  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseMarkers() && MayLoseChart(); });
   if (!mayClose) return event->ignore();
   preferences_.SetLayout(splitter_->ChosenHeights());
   dialogs_.CloseAllToolWindows();

@@ -94,6 +94,8 @@ class MainWindow : public QMainWindow {
   void FollowSound();
   bool MayLoseSound();
   bool MayLoseChart();
+  bool MayLoseMarkers();
+  bool KeepMarkers();
   bool MayLoseFor(int command);
   void ChooseExportFolder(const QString& file);
   void RenewExportFolder();

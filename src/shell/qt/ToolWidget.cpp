@@ -35,9 +35,14 @@ class ToolCanvas : public QWidget {
     setMinimumSize(320, 200);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
-  QSize sizeHint() const override { return {900, 520}; }
+  QSize sizeHint() const override { return preferred_; }
+  void Prefer(Point size) { preferred_ = {size.x, size.y}; }
 
  protected:
+  void resizeEvent(QResizeEvent*) override {
+    if (owner_.tool_ != nullptr) owner_.tool_->Resized(width(), height());
+    owner_.Renew();
+  }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::white);
@@ -54,11 +59,6 @@ class ToolCanvas : public QWidget {
     const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
     owner_.Act([&](ToolWindow& tool) { tool.Click(owner_.window_, at, button, shift); });
   }
-  void resizeEvent(QResizeEvent*) override {
-    if (owner_.tool_ == nullptr) return;
-    owner_.tool_->Resized(width());
-    owner_.RenewScrollBar();
-  }
   void mouseMoveEvent(QMouseEvent* event) override {
     if (owner_.tool_ == nullptr) return;
     owner_.readout_->setText(QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
@@ -71,6 +71,7 @@ class ToolCanvas : public QWidget {
 
  private:
   ToolWidget& owner_;
+  QSize preferred_{900, 520};
 };
 
 template <typename F>
@@ -103,6 +104,7 @@ ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int
   drawing->addWidget(scrollBar_);
   row->addLayout(drawing, 1);
   row->addLayout(buttonColumn_);
+  canvas_->Prefer(tool.PreferredSize());
   layout->addLayout(row, 1);
   layout->addWidget(readout_);
   if (const std::string instructions = tool.Instructions(); !instructions.empty()) {
@@ -135,20 +137,28 @@ void ToolWidget::Renew() {
                                });
   controls_ = controls;
   if (!same) MakeButtons(controls);
-  for (std::size_t i = 0; i < controls.size(); ++i) buttons_[i]->setEnabled(controls[i].enabled);
-  canvas_->setAccessibleName(windowTitle());
+  for (std::size_t i = 0; i < controls.size(); ++i) {
+    buttons_[i]->setEnabled(controls[i].enabled);
+    if (!controls[i].chosen) buttons_[i]->setChecked(false);   // or it goes on looking pressed
+    buttons_[i]->setCheckable(controls[i].chosen);
+    buttons_[i]->setChecked(controls[i].chosen);
+    buttons_[i]->setToolTip(QString::fromStdString(controls[i].help));
+  }
   RenewScrollBar();
+  canvas_->setAccessibleName(windowTitle());
   canvas_->update();
 }
 
 void ToolWidget::RenewScrollBar() {
-  const ToolScroll scroll = tool_->ScrollBar(canvas_->width());
+  const auto bar = tool_->ScrollBar();
+  scrollBar_->setVisible(bar.has_value());
+  if (!bar) return;
   const QSignalBlocker quiet(scrollBar_);
-  scrollBar_->setRange(0, scroll.largest);
-  scrollBar_->setPageStep(scroll.page);
-  scrollBar_->setSingleStep(std::max(1, scroll.page / 20));
-  scrollBar_->setValue(scroll.position);
-  scrollBar_->setVisible(scroll.largest > 0);
+  scrollBar_->setRange(0, bar->largest);
+  scrollBar_->setPageStep(bar->page);
+  scrollBar_->setSingleStep(bar->arrow);
+  scrollBar_->setValue(bar->position);
+  scrollBar_->setToolTip(QString::fromStdString(bar->help));
 }
 
 void ToolWidget::MakeButtons(const std::vector<ToolControl>& controls) {

@@ -1,0 +1,154 @@
+#include "annotation/MarkerBands.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "base/Arithmetic.h"
+#include "base/Format.h"
+
+namespace parlowen {
+namespace {
+
+constexpr Colour kWave = 0x1F3F77, kBandFill = 0xF2F2F2, kStretchLine = 0x606060;
+constexpr Colour kBandColours[kMarkerBands] = {0xC00000, 0x00662E, 0x6A1B9A, 0x8A5000};
+constexpr int kLineHeight = 22, kAxisHeight = 20, kHeadingHeight = 20, kLeastWave = 60, kHeadingWidth = 68;
+constexpr int kBandHeight = 40, kTextHeight = 12, kTextRows = 3;
+
+/// Rows of a band: the first has one more than the others.
+int BandTop(int band) { return band == 0 ? 0 : band * kBandHeight + 1; }
+int BandBottom(int band) { return (band + 1) * kBandHeight; }
+
+class Columns {
+ public:
+  Columns(const MarkerView& view, const MarkerScale& scale)
+      : scale_(scale), length_(MarkerViewLength(view, scale.sampleCount)), last_(kPaneMargin + view.columns) {}
+  int Last() const { return last_; }
+  int Of(std::int32_t position) const { return scale_.Column(position); }
+  bool Shows(std::int32_t position) const { return position >= scale_.start && position <= scale_.start + length_; }
+  /// The part of a stretch that is seen, as columns; empty when none is.
+  std::pair<int, int> Part(std::int32_t from, std::int32_t to) const {
+    if (to < scale_.start || from > scale_.start + length_) return {0, -1};
+    return {std::clamp(Of(from), kPaneMargin, last_), std::clamp(Of(to), kPaneMargin, last_)};
+  }
+
+ private:
+  const MarkerScale& scale_;
+  int length_, last_;
+};
+
+void AddWaveform(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid, const MarkerScale& scale,
+                 const MarkerView& view, const MarkerLayout& layout) {
+  const int middle = layout.waveTop + layout.waveHeight / 2, reach = layout.waveHeight / 2 - 1;
+  const MinMax all = pyramid.Extremes(document.Samples(), 0, document.sampleCount);
+  const int peak = std::max<int>(all.max, -static_cast<int>(all.min));
+  int range = 32768;   // the smallest of 32768, 16384 … 256 that holds the sound
+  while (range > 256 && peak <= range / 2) range /= 2;
+  PolylineMark wave{{}, kWave};
+  for (int c = 0; c < view.columns; ++c) {
+    const int start = scale.SampleAt(kPaneMargin + c);
+    if (start >= document.sampleCount) break;
+    const MinMax seen = pyramid.Extremes(document.Samples(), start, std::max(start + 1, scale.SampleAt(kPaneMargin + c + 1)));
+    // Up and down in turn, so that neighbouring columns join.
+    const int first = c % 2 == 0 ? seen.max : seen.min, second = c % 2 == 0 ? seen.min : seen.max;
+    wave.points.push_back({kPaneMargin + c, middle - first * reach / range});
+    wave.points.push_back({kPaneMargin + c, middle - second * reach / range});
+  }
+  picture.Add(LineMark{{kPaneMargin, middle}, {kPaneMargin + view.columns - 1, middle}, colours::kGrid});
+  if (wave.points.size() > 1) picture.Add(std::move(wave));
+}
+
+void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale& scale, const MarkerView& view, int top) {
+  constexpr int kPixelsPerLabel = 70;
+  const int last = kPaneMargin + view.columns - 1;
+  picture.Add(LineMark{{kPaneMargin, top}, {last, top}, colours::kText});
+  if (document.sampleRate <= 0 || document.sampleCount == 0) return;
+  const double secondsPerColumn = scale.samplesPerPixel / document.sampleRate;
+  const double start = double(scale.start) / document.sampleRate;
+  // The finest of 1, 2, 5 · 10^k ms that leaves room for the labels.
+  double step = 1e-3;
+  for (int i = 0; step < kPixelsPerLabel * secondsPerColumn && i < 24; ++i) step *= i % 3 == 1 ? 2.5 : 2.0;
+  const int decimals = step >= 0.999 ? 0 : step >= 0.0999 ? 1 : step >= 0.00999 ? 2 : 3;
+  for (std::int64_t i = TruncateToInt64(std::ceil(start / step - 1e-9));; ++i) {
+    const double time = static_cast<double>(i) * step;
+    const int x = kPaneMargin + TruncateToInt32((time - start) / secondsPerColumn + 0.5);
+    if (x > last) break;
+    picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
+    const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left : x > last - 20 ? Anchor::Right : Anchor::Middle;
+    const std::string label = Format("%.*f", decimals, time) + (i == 0 ? " s" : "");
+    picture.Add(TextMark{x, top + 15, label, colours::kText, 10, anchor, Face::Figures});
+  }
+}
+
+/// Where a label stands among those before it on the same place.
+int RowAmong(std::span<const MarkerLabel> labels, const MarkerLabel& label) {
+  const auto same = [&](const MarkerLabel& other) { return other.start == label.start && other.end == label.end; };
+  return static_cast<int>(std::count_if(labels.data(), &label, same)) % kTextRows;
+}
+
+void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Columns& columns, int top, Colour colour) {
+  for (const MarkerLabel& label : labels) {
+    const int row = RowAmong(labels, label);
+    // Point labels fill the band from above, segment labels from below.
+    if (label.IsPoint()) {
+      if (!columns.Shows(label.start)) continue;
+      const int x = columns.Of(label.start);
+      const bool atEdge = x > columns.Last() - 40;
+      picture.Add(TextMark{atEdge ? x - 3 : x + 3, top + kTextHeight + row * kTextHeight, label.text, colour, kTextHeight,
+                           atEdge ? Anchor::Right : Anchor::Left, Face::Ipa});
+      continue;
+    }
+    const auto [from, to] = columns.Part(label.start, label.end);
+    if (from > to) continue;
+    const int line = top + kBandHeight - 4, y = line - 3 - row * kTextHeight;
+    if (row == 0) picture.Add(LineMark{{from, line}, {to, line}, kStretchLine, 1, LineStyle::Dashed});
+    picture.Add(TextMark{(from + to) / 2, y, label.text, colours::kBlack, kTextHeight, Anchor::Middle, Face::Ipa});
+  }
+}
+
+void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, const Columns& columns, const MarkerLayout& layout) {
+  const int top = layout.bandsTop + BandTop(band), bottom = layout.bandsTop + BandBottom(band);
+  const Colour colour = kBandColours[band];
+  picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
+  picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13, Anchor::Middle,
+                       Face::Figures});
+  AddLabels(picture, set.Labels(band), columns, top, colour);
+  for (const std::int32_t position : set.Markers(band)) {
+    if (!columns.Shows(position)) continue;
+    const int x = columns.Of(position);
+    picture.Add(LineMark{{x, layout.waveTop}, {x, layout.waveTop + layout.waveHeight - 1}, colour});
+    // The band's number tells strokes apart without their colour.
+    const int y = layout.waveTop + 9 + 10 * band;
+    const bool atEdge = x > columns.Last() - 9;
+    picture.Add(TextMark{atEdge ? x - 2 : x + 2, y, Format("%d", band + 1), colour, 9, atEdge ? Anchor::Right : Anchor::Left, Face::Figures});
+    picture.Add(LineMark{{x, top}, {x, bottom - 1}, colour, 2});
+  }
+}
+
+}  // namespace
+
+MarkerLayout::MarkerLayout(int height) {
+  waveTop = kLineHeight;
+  bandsTop = std::max(height - kMarkerAreaHeight - 1, waveTop + kLeastWave + kAxisHeight + kHeadingHeight);
+  headingTop = bandsTop - kHeadingHeight;
+  axisTop = headingTop - kAxisHeight;
+  waveHeight = axisTop - waveTop;
+}
+
+Picture MarkersPicture(const SoundDocument& document, const WavePyramid& pyramid, const MarkerSet& set,
+                       const MarkerView& view, int height) {
+  Picture picture{kPaneMargin + view.columns + kMarkerRightMargin, height, {}};
+  const MarkerLayout layout(height);
+  const MarkerScale scale(view, document.sampleCount);
+  const Columns columns(view, scale);
+  picture.Add(TextMark{kPaneMargin, 15, "操作说明:", colours::kText, 13});
+  if (!view.instruction.empty()) picture.Add(TextMark{kPaneMargin + kHeadingWidth, 15, view.instruction, colours::kText, 13});
+  AddWaveform(picture, document, pyramid, scale, view, layout);
+  AddAxis(picture, document, scale, view, layout.axisTop);
+  picture.Add(TextMark{kPaneMargin, layout.headingTop + 14, kBandsHeading, colours::kText, 12});
+  picture.Add(BoxMark{kPaneMargin, layout.bandsTop, view.columns, kMarkerAreaHeight, kBandFill});
+  picture.Add(LineMark{{0, layout.bandsTop}, {columns.Last(), layout.bandsTop}, colours::kGrid});
+  for (int band = 0; band < kMarkerBands; ++band) AddBand(picture, set, band, band == view.band, columns, layout);
+  return picture;
+}
+
+}  // namespace parlowen

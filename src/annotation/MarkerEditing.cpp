@@ -1,0 +1,163 @@
+#include "annotation/MarkerEditing.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <utility>
+
+#include "base/Arithmetic.h"
+
+namespace parlowen {
+namespace {
+
+constexpr const char* kMarkerNear = "此处已有标志，不能加！";
+constexpr const char* kStretchLabelled = "段中有标注，不能加！";
+constexpr const char* kMarkerLabelled = "有相关的标注文字，不能删！请先删标注文字！";
+
+constexpr int kLeftColumn = 20, kBandHeight = 40;
+constexpr int kMarkerReach = 2, kLabelReach = 3;   // columns
+constexpr int kLargestZoom = 1 << 20;
+
+std::span<std::int32_t> MarkersOf(MarkerSet& set, int band) {
+  const auto b = static_cast<std::size_t>(band);
+  return std::span(set.markerPos).subspan(b * kMarkersPerBand, static_cast<std::size_t>(set.markerCount[b]));
+}
+
+/// Takes the entry out of a band's list and zeroes the one that becomes unused.
+template <typename T>
+void CloseUp(std::span<T> items, std::size_t index, std::int16_t& count) {
+  std::move(items.begin() + static_cast<std::ptrdiff_t>(index) + 1, items.end(), items.begin() + static_cast<std::ptrdiff_t>(index));
+  items.back() = T{};
+  --count;
+}
+
+}  // namespace
+
+MarkerScale::MarkerScale(const MarkerView& view, std::int32_t count)
+    : start(view.start), sampleCount(count), samplesPerPixel(count / double(view.columns) / view.zoom) {}
+
+int MarkerScale::Column(std::int32_t position) const {
+  if (samplesPerPixel <= 0) return kLeftColumn;
+  constexpr double kFar = 1e9;   // columns; no window is as wide
+  const double offset = (double(position) - start) / samplesPerPixel;
+  return TruncateToInt32(std::clamp(offset, -kFar, kFar)) + kLeftColumn;
+}
+
+std::int32_t MarkerScale::SampleAt(int column) const {
+  const double offset = (double(std::max(column, kLeftColumn)) - kLeftColumn) * samplesPerPixel;
+  return TruncateToInt32(std::clamp(start + offset, 0.0, double(sampleCount)));
+}
+
+int BandOfRow(int row) { return std::min((std::max(row, 1) - 1) / kBandHeight, kMarkerBands - 1); }
+
+MarkerOutcome AddMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
+  const auto b = static_cast<std::size_t>(at.band);
+  if (set.markerCount[b] >= kMarkersPerBand) return {false, kMarkersFull};
+  for (const std::int32_t position : set.Markers(at.band))
+    if (std::abs(scale.Column(position) - at.column) < kMarkerReach) return {false, kMarkerNear};
+  for (const MarkerLabel& label : set.Labels(at.band))
+    if (label.start < at.sample && at.sample < label.end) return {false, kStretchLabelled};
+  ++set.markerCount[b];
+  const auto markers = MarkersOf(set, at.band);
+  markers.back() = at.sample;
+  std::sort(markers.begin(), markers.end());
+  return {true, nullptr};
+}
+
+MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
+  const auto markers = MarkersOf(set, at.band);
+  const auto found = std::find_if(markers.begin(), markers.end(), [&](std::int32_t position) {
+    return std::abs(scale.Column(position) - at.column) < kMarkerReach;
+  });
+  if (found == markers.end()) return {};
+  for (const MarkerLabel& label : set.Labels(at.band))
+    if (label.start == *found || label.end == *found) return {false, kMarkerLabelled};
+  CloseUp(markers, static_cast<std::size_t>(found - markers.begin()), set.markerCount[static_cast<std::size_t>(at.band)]);
+  return {true, nullptr};
+}
+
+MarkerStretch StretchAt(const MarkerSet& set, const MarkerPoint& at, std::int32_t sampleCount) {
+  MarkerStretch stretch{0, sampleCount};
+  for (const std::int32_t position : set.Markers(at.band)) {
+    if (position > at.sample) {
+      stretch.end = position;
+      break;
+    }
+    stretch.start = position;
+  }
+  return stretch;
+}
+
+LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
+  if (set.labelCount[static_cast<std::size_t>(at.band)] >= kLabelsPerBand) return {{}, kMarkersFull};
+  if (set.markerCount[static_cast<std::size_t>(at.band)] == 0) return {{}, kNoMarkerForLabel};
+  int nearest = kLabelReach;
+  LabelPlace place{StretchAt(set, at, scale.sampleCount), nullptr};
+  for (const std::int32_t position : set.Markers(at.band)) {
+    const int distance = std::abs(scale.Column(position) - at.column);
+    if (distance >= nearest) continue;
+    nearest = distance;
+    place.stretch = {position, position};
+  }
+  return place;
+}
+
+bool AppendLabel(MarkerSet& set, int band, MarkerLabel label) {
+  const auto b = static_cast<std::size_t>(band);
+  if (set.labelCount[b] >= kLabelsPerBand) return false;
+  set.labels[b * kLabelsPerBand + static_cast<std::size_t>(set.labelCount[b]++)] = std::move(label);
+  return true;
+}
+
+MarkerOutcome DeleteLabel(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
+  const auto b = static_cast<std::size_t>(at.band);
+  const auto labels = std::span(set.labels).subspan(b * kLabelsPerBand, static_cast<std::size_t>(set.labelCount[b]));
+  if (labels.empty()) return {false, kNoLabel};
+  int nearest = kLabelReach;
+  auto found = labels.end();
+  for (auto label = labels.begin(); label != labels.end(); ++label) {
+    const int distance = std::abs(scale.Column(label->start) - at.column);
+    if (!label->IsPoint() || distance >= nearest) continue;
+    nearest = distance;
+    found = label;
+  }
+  if (found == labels.end())
+    found = std::find_if(labels.begin(), labels.end(), [&](const MarkerLabel& label) {
+      return label.start <= at.sample && at.sample < label.end;
+    });
+  if (found == labels.end()) return {};
+  CloseUp(labels, static_cast<std::size_t>(found - labels.begin()), set.labelCount[b]);
+  return {true, nullptr};
+}
+
+bool SortMarkers(MarkerSet& set) {
+  bool moved = false;
+  for (int band = 0; band < kMarkerBands; ++band) {
+    const auto markers = MarkersOf(set, band);
+    moved = moved || !std::is_sorted(markers.begin(), markers.end());
+    std::sort(markers.begin(), markers.end());
+  }
+  return moved;
+}
+
+std::int32_t MarkerViewLength(const MarkerView& view, std::int32_t sampleCount) { return sampleCount / view.zoom; }
+
+void ScrollMarkersTo(MarkerView& view, std::int64_t start, std::int32_t sampleCount) {
+  const std::int64_t last = sampleCount - MarkerViewLength(view, sampleCount);
+  view.start = static_cast<std::int32_t>(std::clamp<std::int64_t>(start, 0, last));
+}
+
+bool ExpandMarkerView(MarkerView& view, std::int32_t sampleCount, int sampleRate) {
+  if (MarkerScale(view, sampleCount).samplesPerPixel < sampleRate / 300 || view.zoom >= kLargestZoom) return false;
+  view.zoom *= 2;
+  view.start = 0;
+  return true;
+}
+
+bool ShrinkMarkerView(MarkerView& view) {
+  if (view.zoom < 2) return false;
+  view.zoom /= 2;
+  view.start = 0;
+  return true;
+}
+
+}  // namespace parlowen

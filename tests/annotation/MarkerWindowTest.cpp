@@ -1,0 +1,221 @@
+#include "annotation/MarkerWindow.h"
+
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include "annotation/MarkerFile.h"
+#include "support/FakeWindow.h"
+#include "support/TempFolder.h"
+#include "support/WavBytes.h"
+
+namespace parlowen {
+namespace {
+
+using namespace testing;
+
+/// Keeps the tool window that was opened, as both programs do.
+class ToolKeeper : public FakeWindow {
+ public:
+  std::unique_ptr<ToolWindow> tool;
+  int opened = 0, repainted = 0;
+  void OpenToolWindow(std::unique_ptr<ToolWindow> next) override {
+    if (tool) tool->Closed(*this);
+    tool = std::move(next);
+    ++opened;
+  }
+  void Repaint(std::optional<Pane>) override { ++repainted; }
+};
+
+struct Desk {
+  ToolKeeper window;
+  CommandStates states;
+  SoundDocument document;
+  MarkerState state;
+  TempFolder folder;
+  std::vector<std::pair<int, int>> played;
+  PlayStretch play = [this](Window&, int start, int end) { played.push_back({start, end}); };
+
+  /// 100000 samples at 8000 Hz: 100 a column.
+  void Load(const char* name = "a.wav", int count = 100000) {
+    for (int i = 0; i < count; ++i) document.samples[i] = static_cast<std::int16_t>(i % 30000);
+    document.resetForNewSound(count, 8000, states);
+    document.filePath = *name == 0 ? "" : folder / name;
+    window.SetCaption("Parlowen(Tessiran) -- " + document.filePath);
+  }
+  void Open() { OpenMarkerWindow(window, document, state, play); }
+  void Press(int number) { window.tool->Press(window, {number, ""}); }
+  void Click(int column, int row) {
+    const Point origin = window.tool->ClickOrigin();
+    window.tool->Click(window, {column + origin.x, row + origin.y}, MouseButton::Left, false);
+  }
+  std::string Caption() const { return window.Caption(); }
+  std::vector<int> Markers(int band) const { return {state.set.Markers(band).begin(), state.set.Markers(band).end()}; }
+};
+using Ints = std::vector<int>;
+
+TEST(MarkerWindow, SavesOnlyMarkersOfASoundThatIsAWavFile) {
+  Desk desk;
+  desk.Load("");
+  desk.window.SetCaption("Parlowen(Tessiran)");   // a recording
+  desk.Open();
+  desk.Press(1);
+  desk.Press(1050);
+  desk.Click(120, 150);   // the last band alone is enough
+  desk.window.Log();
+  desk.Press(1);
+  EXPECT_EQ(desk.window.Log(), Texts({"none|Parlowen(Tessiran)|请先把录音保存为文件，再保存标志数据"}));
+  EXPECT_TRUE(desk.state.changed);
+  for (const char* name : {"two.nsp", "one.wav.bak"}) {
+    desk.document.filePath = desk.folder / name;
+    desk.window.SetCaption("Parlowen(Tessiran) -- " + desk.document.filePath);
+    desk.Press(1);
+    EXPECT_NE(desk.window.Log().at(0).find("请先把录音"), std::string::npos) << name;
+  }
+  desk.document.filePath = desk.folder / "ONE.WAV";
+  desk.window.SetCaption("Parlowen(Tessiran) -- " + desk.document.filePath);
+  desk.Press(1);
+  EXPECT_EQ(desk.window.Log(), Texts({"status|标志数据已保存为 " + (desk.folder / "ONE.lbl")}));
+  EXPECT_FALSE(desk.state.changed);
+  EXPECT_EQ(ReadFile(desk.folder / "ONE.lbl").size(), kMarkerFileBytes);
+}
+
+TEST(MarkerWindow, AFailedSaveLeavesTheOldFile) {
+  Desk desk;
+  desk.Load("folder.1/a.wav");   // the name is cut in the folder's
+  desk.Open();
+  desk.Press(1050);
+  desk.Click(120, 10);
+  std::filesystem::create_directory(desk.folder / "folder.lbl");
+  desk.window.Log();
+  desk.Press(1);
+  EXPECT_EQ(desk.window.Log(), Texts({"error||不能建立文件！"}));
+  EXPECT_TRUE(desk.state.changed);
+  std::filesystem::remove(desk.folder / "folder.lbl");
+  desk.Press(1);
+  EXPECT_EQ(desk.folder.Names(), std::vector<std::string>({"folder.lbl"}));
+}
+
+TEST(MarkerWindow, ReadsTheFileLeniently) {
+  Desk desk;
+  MarkerSet set;
+  set.markerCount[0] = 2;
+  set.markerPos[0] = 7000;
+  set.markerPos[1] = 200000;
+  const auto bytes = MarkerBytesOf(set);
+  WriteFile(desk.folder / "a.lbl", bytes);
+  desk.Load();
+  desk.Open();
+  EXPECT_EQ(desk.Markers(0), Ints({7000, 100000}));
+  EXPECT_EQ(desk.window.Log(), Texts({"status|标志文件中有位置超出声音或次序不对，已更正：" + (desk.folder / "a.lbl")}));
+  EXPECT_EQ(ReadFile(desk.folder / "a.lbl"), std::string(bytes.begin(), bytes.end()));
+
+  WriteFile(desk.folder / "a.lbl", std::string(2577, '\0'));
+  desk.Open();
+  EXPECT_EQ(desk.window.Log(), Texts({"status|标志文件已损坏，没有读入：" + (desk.folder / "a.lbl")}));
+  EXPECT_FALSE(desk.state.set.HasMarkers());
+  std::filesystem::remove(desk.folder / "a.lbl");
+  desk.Open();
+  EXPECT_EQ(desk.window.Log(), Texts());
+}
+
+TEST(MarkerWindow, OthersShowAndReadTheSetWithoutTheCommand) {
+  Desk desk;
+  MarkerSet set;
+  set.markerCount[0] = 1;
+  set.markerPos[0] = 7000;
+  WriteFile(desk.folder / "a.lbl", MarkerBytesOf(set));
+  desk.Load();
+  EnsureMarkersRead(desk.document, desk.state);
+  EXPECT_EQ(desk.state.set, set);
+  desk.state.set.markerPos[0] = 8000;
+  EnsureMarkersRead(desk.document, desk.state);   // this sound's already
+  ShowMarkers(desk.window, desk.document, desk.state, desk.play);
+  EXPECT_EQ(desk.Markers(0), Ints({8000}));
+  EXPECT_TRUE(desk.state.changed);
+  EXPECT_EQ(desk.window.opened, 1);
+  ShowMarkers(desk.window, desk.document, desk.state, desk.play);
+  EXPECT_EQ(desk.window.opened, 1);
+  EXPECT_EQ(desk.window.repainted, 1);
+
+  desk.Load("b.wav");
+  DropOldMarkers(desk.window, desk.document, desk.state);
+  EXPECT_FALSE(desk.state.set.HasMarkers());
+  desk.Load("a.wav");
+  DropOldMarkers(desk.window, desk.document, desk.state);   // the open window shows the file's
+  EXPECT_EQ(desk.state.set, set);
+  desk.window.tool->Closed(desk.window);
+  desk.Load("a.wav");
+  DropOldMarkers(desk.window, desk.document, desk.state);
+  EXPECT_FALSE(desk.state.set.HasMarkers());
+}
+
+TEST(MarkerWindow, PlaysAndSavesTheStretchUnderAClick) {
+  Desk desk;
+  desk.Load();
+  desk.Open();
+  desk.Press(1050);
+  desk.Click(120, 10);
+  desk.Click(220, 10);
+  desk.Press(1054);
+  for (const int column : {60, 150, 900}) desk.Click(column, 10);
+  EXPECT_EQ(desk.played, (std::vector<std::pair<int, int>>{{0, 10000}, {10000, 20000}, {20000, 100000}}));
+  desk.window.tool->Click(desk.window, {150, desk.window.tool->ClickOrigin().y + 10}, MouseButton::Right, false);
+  EXPECT_EQ(desk.played.size(), 3u);
+  desk.Press(1055);
+  desk.window.answers = {"file:" + (desk.folder / "part.wav")};
+  desk.Click(150, 10);
+  WavBytes expected;
+  expected.rate = 8000;
+  expected.samples.assign(desk.document.samples.data() + 10000, desk.document.samples.data() + 20000);
+  EXPECT_EQ(ReadFile(desk.folder / "part.wav"), expected.Bytes());
+}
+
+TEST(MarkerWindow, ATextWithoutACodeKeepsTheDialogOpen) {
+  Desk desk;
+  desk.Load();
+  desk.Open();
+  desk.Press(1050);
+  desk.Click(120, 10);
+  desk.Press(1052);
+  desk.window.Log();
+  desk.window.answers = {"ok:😀", "ok:ɑ˥好"};
+  desk.Click(120, 10);
+  const std::string asked = "input|输入标注文字|输入标注文字（最长12字符或6汉字）";
+  EXPECT_EQ(desk.window.Log(), Texts({asked, "none|" + desk.Caption() + "|有字符没有 GBK 编码，请改写", asked + "😀"}));
+  EXPECT_EQ(desk.state.set.Labels(0)[0].text, "ɑ˥好");
+}
+
+TEST(MarkerWindow, TheDesktopCountsWithItsOwnWidthAScriptWithAThousand) {
+  Desk desk;
+  desk.Load();
+  desk.Open();
+  desk.window.tool->Draw(500, 640);   // a picture changes nothing
+  desk.Press(1050);
+  desk.Click(120, 10);
+  desk.window.tool->Resized(524, 300);
+  desk.Click(120, 50);
+  EXPECT_EQ(desk.Markers(0), Ints({10000}));
+  EXPECT_EQ(desk.Markers(1), Ints({20000}));
+  // By the keyboard: band and time.
+  desk.window.answers = {"ok:9", "ok:3", "cancel"};
+  desk.window.tool->Key(desk.window, "P");
+  EXPECT_EQ(desk.Markers(2), Ints());   // no time was given
+  // Two seconds are 16000 samples; a quarter of the sound is seen.
+  desk.state.view.zoom = 4;
+  const auto after = [&](const char* key) {
+    EXPECT_TRUE(desk.window.tool->Key(desk.window, key)) << key;
+    return desk.state.view.start;
+  };
+  EXPECT_EQ(after("Right"), 16000);
+  EXPECT_EQ(after("PageDown"), 41000);
+  EXPECT_EQ(after("End"), 75000);
+  EXPECT_EQ(after("PageUp"), 50000);
+  EXPECT_EQ(after("Left"), 34000);
+  EXPECT_EQ(after("Home"), 0);
+  const auto bar = desk.window.tool->ScrollBar();
+  ASSERT_TRUE(bar);
+  EXPECT_EQ((Ints{bar->position, bar->largest, bar->page, bar->arrow}), Ints({0, 75000, 25000, 16000}));
+}
+
+}  // namespace
+}  // namespace parlowen
