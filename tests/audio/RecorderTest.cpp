@@ -273,7 +273,7 @@ TEST(GainTestRun, TheSettingsHoldEvenWhereTheFileCannotBeWritten) {
   EXPECT_EQ(booth.settings.voiceThreshold, 120);
   EXPECT_EQ(booth.settings.recordGain, 2.0f);
   const Texts shown = booth.window.Log();
-  EXPECT_EQ(std::count(shown.begin(), shown.end(), "error||文件打开错误"), 1);
+  EXPECT_EQ(std::count(shown.begin(), shown.end(), "error|Parlowen(Tessiran)|文件打开错误"), 1);
 }
 
 }  // namespace
