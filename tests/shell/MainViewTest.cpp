@@ -156,6 +156,8 @@ TEST(MainView, MarksBeforeAnySoundDoNoHarm) {
   Station s;
   s.Click(Pane::Waveform, 500);
   EXPECT_EQ(s.w.document.selectionStart, -1000);
+  EXPECT_FALSE(s.w.Key("Escape"));
+  EXPECT_EQ(s.w.document.activity, activities::kStart) << "there is no tool to leave";
   s.w.OpenFile(s.folder / "missing.wav");
   s.Click(Pane::Waveform, 500);
   s.Click(Pane::Waveform, 900, kRight);
