@@ -62,7 +62,7 @@ void TakeRate(Window& window, SoundDocument& document, CommandStates& states, in
 }  // namespace
 
 void WriteSettingsFile(Window& window, const RecorderSettings& settings, const std::string& path) {
-  if (ReplaceFile(path, settings.FileBytes()) < 0) window.ShowError(kCannotWrite);
+  if (ReplaceFile(path, settings.FileBytes()) < 0) window.Notify(kCannotWrite, Icon::Error);
 }
 
 void SettingsCommand(Window& window, SoundDocument& document, CommandStates& states, RecorderSettings& settings,

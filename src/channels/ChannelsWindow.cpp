@@ -168,7 +168,7 @@ void ChannelsWindow::SaveCurve(Window& window) {
   if (desk_.state.Curve(desk_.document).values.empty()) return window.Notify(kNoCurve);
   const auto choice = window.AskSaveFile(NasDialog("保存鼻音能量比数据文件"));
   if (!choice) return;
-  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0) window.ShowError(kCannotCreate);
+  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0) window.Notify(kCannotCreate, Icon::Error);
 }
 
 void ChannelsWindow::OpenCurve(Window& window) {
@@ -177,7 +177,7 @@ void ChannelsWindow::OpenCurve(Window& window) {
   constexpr std::size_t kLargestNas = 20 + 4 * std::size_t{kMaxSamples};
   const auto bytes = ReadWholeFile(choice->path, kLargestNas);
   auto curve = bytes ? ParseNas(*bytes) : std::nullopt;
-  if (!curve) return window.ShowError(kNoNasFile);
+  if (!curve) return window.Notify(kNoNasFile, Icon::Error);
   desk_.state.ShowOpened(std::move(*curve), FileNameOf(choice->path), desk_.document);
   window.ShowStatus(FiguresLine(desk_.document, desk_.state));
 }
@@ -189,7 +189,7 @@ void ChannelsWindow::ShowCurve(Window& window) {
   const std::string source = opened.empty() ? desk_.document.filePath : opened;
   const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
   const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
-  if (ReplaceFile(path, BytesOf(text)) < 0) return window.ShowError(kCannotOpen);
+  if (ReplaceFile(path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }
 

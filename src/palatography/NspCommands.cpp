@@ -19,10 +19,10 @@ constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 
 void ShowRefusal(Window& window, NspRefusal refusal) {
   switch (refusal) {
-    case NspRefusal::WrongFormat: return window.ShowError(kWrongFormat);
-    case NspRefusal::RateTooHigh: return window.ShowError(kRateTooHigh);
-    case NspRefusal::TwoChannelSpeech: return window.ShowError(kTwoChannelSpeech);
-    case NspRefusal::WrongPreferences: return window.ShowError(kWrongData);
+    case NspRefusal::WrongFormat: return window.Notify(kWrongFormat, Icon::Error);
+    case NspRefusal::RateTooHigh: return window.Notify(kRateTooHigh, Icon::Error);
+    case NspRefusal::TwoChannelSpeech: return window.Notify(kTwoChannelSpeech, Icon::Error);
+    case NspRefusal::WrongPreferences: return window.Notify(kWrongData, Icon::Error);
     case NspRefusal::NotNsp:
     case NspRefusal::None: return;   // a file of another kind is passed over
   }
@@ -59,7 +59,7 @@ std::optional<std::string> AskNspFile(Window& window, const char* title) {
 int ReadTwoChannelNsp(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
   const auto bytes = ReadWholeFile(path, kLargestFile);
   if (!bytes) {
-    window.ShowError(kCannotOpen);
+    window.Notify(kCannotOpen, Icon::Error);
     return 0;
   }
   TwoChannelNsp recording;
@@ -79,7 +79,7 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
                const std::string& path) {
   const auto bytes = ReadWholeFile(path, kLargestFile);
   if (!bytes) {
-    window.ShowError(kCannotOpen);
+    window.Notify(kCannotOpen, Icon::Error);
     return 0;
   }
   EpgRecording recording;

@@ -158,6 +158,10 @@ class Extraction {
     Period(f) = 0;
   }
   int QuietestFrame(int from, int to) const;
+  bool IsInDocument(int n) const {
+    const std::int64_t place = request_.start + std::int64_t{n} * decimation_;
+    return place >= 0 && place < request_.samples.count;
+  }
   const std::int32_t* Samples(int n) const { return samples_.data() + kMargin + n; }
   std::int32_t* Samples(int n) { return samples_.data() + kMargin + n; }
   std::int32_t At(int n) const { return *Samples(n); }
@@ -259,9 +263,11 @@ void Extraction::RemoveDc() {
     std::int64_t sum = 0;
     for (int n = first; n < end; ++n) sum += At(n);
     const auto mean = static_cast<std::int32_t>(sum / (end - first));
-    // The margins go with the block beside them: a step there would count as the largest output.
+    // The margins go with the block beside them, but for what lies outside the document, which is zero already: a step
+    // there would count as the largest output.
     const int from = first == 0 ? -kMargin : first, to = end == count_ ? end + kMargin : end;
-    for (int n = from; n < to; ++n) *Samples(n) -= mean;
+    for (int n = from; n < to; ++n)
+      if (IsInDocument(n)) *Samples(n) -= mean;
   }
 }
 

@@ -168,12 +168,12 @@ void PalateStatistics(Workstation& w) {
 
 // --- View, region, help
 
-void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint(), Icon::Info); }
+void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint()); }
 void ChangeAmplitudeScale(Workstation& w) { w.view.NextAmplitudeScale(); }
 void SelectRegion(Workstation& w) { w.view.BeginRegion(); }
 void CopyRegion(Workstation& w) { w.window.CopyRegion(w.view.region); }
 void ShowHelp(Workstation& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
-void ShowAbout(Workstation& w) { w.window.ShowMessage(AboutText(), w.window.Caption(), Icon::Info); }
+void ShowAbout(Workstation& w) { w.window.Notify(AboutText()); }
 
 constexpr CommandRow kRows[] = {
     {110, Menu::File, "打开声音文件[&O]", OpenSound},

@@ -158,7 +158,7 @@ bool MainView::Key(const std::string& key) {
   }
   if (name == "Escape") {
     const bool inTool = document_.activity > activities::kWaveform;
-    if (ShownChart() == document_.activity) {
+    if (inTool && ShownChart() == document_.activity) {
       LeaveChart(window_, document_, states_, vowels_);
     } else {
       EndTool();

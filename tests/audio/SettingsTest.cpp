@@ -130,7 +130,7 @@ TEST(Settings, TheyHoldEvenWhereTheFileCannotBeWritten) {
     Percent(form).value = "25";
     return true;
   });
-  EXPECT_EQ(panel.window.Log(), testing::Texts{"error||文件打开错误"});
+  EXPECT_EQ(panel.window.Log(), testing::Texts{"error|Parlowen(Tessiran)|文件打开错误"});
   EXPECT_EQ(panel.settings.voiceThreshold, 60);
 }
 

@@ -186,9 +186,10 @@ TEST(ChannelsWindow, SavesOpensAndListsTheCurve) {
   for (const int button : {1204, 1204, 1204, 1203, 1203}) desk.Press(button);
   desk.exportFolder = desk.folder / "no";
   desk.Press(1205);
-  const std::string open = "open|打开鼻音能量比数据文件|", save = "save|保存鼻音能量比数据文件|";
-  EXPECT_EQ(desk.window.Log(), (Texts{open, "error||无此鼻音能量比数据文件！", open, "error||无此鼻音能量比数据文件！", open, save,
-                                      "error||不能建立文件！", save, "error||文件打开错误！"}));
+  const std::string open = "open|打开鼻音能量比数据文件|", save = "save|保存鼻音能量比数据文件|",
+                    error = "error|" + desk.window.Caption() + "|";
+  EXPECT_EQ(desk.window.Log(), (Texts{open, error + "无此鼻音能量比数据文件！", open, error + "无此鼻音能量比数据文件！", open, save,
+                                      error + "不能建立文件！", save, error + "文件打开错误！"}));
   EXPECT_EQ(desk.state.Curve(desk.document).start, 3200);
 }
 

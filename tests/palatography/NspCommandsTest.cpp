@@ -116,7 +116,8 @@ TEST(NspCommands, ARefusalLeavesEverything) {
     return epg ? file.Epg(1) : file.TwoChannel();
   };
   const auto rate = [&](std::uint32_t hertz, bool epg) { return with([=](NspBytes& f) { f.rate = hertz; }, epg); };
-  const Texts format = {"error||文件格式不对！"}, tooHigh = {"error||采样率太高！"}, wrong = {"error||数据错误！"};
+  const std::string error = "error|" + caption + "|";   // under the window's title
+  const Texts format = {error + "文件格式不对！"}, tooHigh = {error + "采样率太高！"}, wrong = {error + "数据错误！"};
   const struct {
     const char* reason;
     bool epg;
@@ -140,7 +141,7 @@ TEST(NspCommands, ARefusalLeavesEverything) {
       {"small rate", true, rate(999, true), {}},
       {"no speech", false, SpeechFile(""), format},
       {"no speech", true, EpgFile(Preferences()), {}},
-      {"interleaved channels", true, EpgFile(speech + Speech("SDAB", {1, 2})), {"error||不支持双声道采样！"}},
+      {"interleaved channels", true, EpgFile(speech + Speech("SDAB", {1, 2})), {error + "不支持双声道采样！"}},
       {"short preferences", true, EpgFile(speech + Chunk("PREF", std::string(391, 'p'))), wrong},
       {"long preferences", true, EpgFile(speech + Chunk("PREF", std::string(394, 'p'))), wrong},
   };
@@ -152,7 +153,7 @@ TEST(NspCommands, ARefusalLeavesEverything) {
   }
   EXPECT_EQ(ReadTwoChannelNsp(desk.window, desk.document, desk.states, desk.folder / "none.nsp"), 0);
   EXPECT_EQ(ReadEpgNsp(desk.window, desk.document, desk.states, desk.palate, desk.folder.path()), 0);
-  EXPECT_EQ(desk.window.Log(), (Texts{"error||文件打开错误", "error||文件打开错误"}));
+  EXPECT_EQ(desk.window.Log(), (Texts{error + "文件打开错误", error + "文件打开错误"}));
   OpenTwoChannelNspCommand(desk.window, desk.document, desk.states);
   OpenEpgCommand(desk.window, desk.document, desk.states, desk.palate);
   EXPECT_EQ(desk.window.Log(), (Texts{"open|打开NSP双声道文件|", "open|打开腭位数据文件|"})) << "a cancel says nothing";

@@ -48,6 +48,18 @@ TEST(FastPitch, SilenceAndDirectCurrentHaveNoPitch) {
   }
 }
 
+TEST(FastPitch, ASoftVoiceOnDirectCurrentIsTheSameVoice) {
+  // Before its first sample lies silence, which is no step down from the direct current.
+  for (const int rate : {8000, 16000, 44100}) {
+    const Wave voice = Vowel(rate, 150, 1.0, 200);
+    Wave lifted = voice;
+    for (double& y : lifted) y += 12000;
+    const FastPitch plain = Extract(Samples(voice), rate), same = Extract(Samples(lifted), rate);
+    for (std::size_t f = 3; f + 3 < plain.periods.size(); ++f)
+      ASSERT_NEAR(same.periods[f], plain.periods[f], 0.02 * rate / 150) << rate << " " << f;
+  }
+}
+
 TEST(FastPitch, AFrameWithASilentHalfIsUnvoiced) {
   // Half a frame is a whole period, from zero to zero: neither the mean nor the low-pass brings anything in.
   Wave wave = Sine(8000, 200, 1.0, 8000);

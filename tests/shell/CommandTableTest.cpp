@@ -79,22 +79,6 @@ TEST(CommandTable, AGreyedOrUnknownCommandIsNotDispatched) {
   EXPECT_EQ(s.window.Log(), Texts{});
 }
 
-TEST(CommandTable, TheFilterRefusesInItsOrder) {
-  const std::string noSegment = "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！", rate = "采样频率不宜超过16000Hz！";
-  const struct {
-    std::uint32_t rate;
-    int start, end;
-    std::string text;
-  } cases[] = {{16001, 0, 0, rate}, {16000, 0, 0, noSegment}, {16000, 100, 259, noSegment}, {16000, 100, 260, "语音段太短或太长，请重新选定！"}, {8000, 9, 5, noSegment}};
-  for (const auto& c : cases) {
-    Station s;
-    s.Load(Ramp(1000), c.rate);
-    s.w.Select(c.start, c.end);
-    s.w.dispatchCommand(40115);
-    EXPECT_EQ(s.window.Log(), Texts{"none|" + s.window.Caption() + "|" + c.text}) << c.end;
-  }
-}
-
 TEST(CommandTable, HelpOpensThePageOfTheToolOrSaysThatThereIsNone) {
   Station s;
   s.w.Key("F1");
