@@ -57,7 +57,7 @@ int Save(Window& window, const LtaState& state) {
   ByteWriter file;
   WriteLta(file, {state.levels, state.sampleRate});
   if (ReplaceFile(choice->path, file) < 0) {
-    window.ShowError(kCannotCreate);
+    window.Notify(kCannotCreate, Icon::Error);
     return 1;
   }
   return 0;
@@ -70,7 +70,7 @@ int Compare(Window& window, LtaState& state) {
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseLta(*bytes) : std::nullopt;
   if (!record) {
-    window.ShowError(kNoSuchFile);
+    window.Notify(kNoSuchFile, Icon::Error);
     return 1;
   }
   state.previous = record->levels;  // also when the comparison is refused
