@@ -63,7 +63,7 @@ int Save(Window& window, const LtaState& state) {
   return 0;
 }
 
-int Compare(Window& window, LtaState& state) {
+int Compare(Window& window, const SoundDocument& document, LtaState& state) {
   const auto choice =
       window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
   if (!choice) return 1;
@@ -76,7 +76,8 @@ int Compare(Window& window, LtaState& state) {
   state.previous = record->levels;  // also when the comparison is refused
   state.hasPrevious = true;
   state.difference.reset();
-  if (record->sampleRate != state.sampleRate) {
+  // The loaded sound may be another one than the spectrum's.
+  if (record->sampleRate != state.sampleRate || record->sampleRate != document.sampleRate) {
     state.hasPrevious = false;
     window.Notify(kRatesDiffer);
     return 1;
@@ -144,7 +145,7 @@ int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMo
     case LtaMode::Compute:
       return Compute(window, document, state);
     case LtaMode::Compare:
-      return Compare(window, state);
+      return Compare(window, document, state);
     case LtaMode::Save:
       return Save(window, state);
   }

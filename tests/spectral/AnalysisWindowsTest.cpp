@@ -185,6 +185,11 @@ TEST(LtaWindow, ComputesSavesAndCompares) {
   EXPECT_EQ(other.window.Log().back(), "none|Parlowen(Tessiran)|采样频率不一致，不能比较！");
   EXPECT_EQ(other.lta.previous, first);
   EXPECT_FALSE(other.lta.difference);
+  // The same when the sound has changed under the open window.
+  desk.document.sampleRate = 8000;
+  desk.window.answers = {"file:" + (desk.folder / "a.lta")};
+  EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), 1);
+  EXPECT_EQ(desk.window.Log().back(), "none|Parlowen(Tessiran)|采样频率不一致，不能比较！");
 }
 
 TEST(LtaWindow, WhatDividesByZeroIsDrawnButNeverSaved) {
