@@ -248,11 +248,6 @@ TEST(ConsonantWindow, RefusesRatesAndRemarksOnLowCentres) {
     EXPECT_EQ(desk.consonant.shown, accepted);
   }
   Desk desk(noise, 16000);
-  ConsonantFrameCommand(desk.window, desk.document, desk.consonant);
-  EXPECT_EQ(desk.window.Log(), (Texts{"status|请先用鼠标左、右键选定语音段"}));
-  ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
-  EXPECT_EQ(desk.window.Log(), (Texts{"none|辅音段未定义|\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段"}));
-
   desk.Select(4999, -1000);   // 1001 samples before the end: the last place
   ConsonantFrameCommand(desk.window, desk.document, desk.consonant);
   const double gravity = desk.consonant.frame.gravity;
