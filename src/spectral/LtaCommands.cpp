@@ -88,13 +88,13 @@ int Compare(Window& window, const SoundDocument& document, LtaState& state) {
 }
 
 SpectralPlot LeftPlot(const LtaState& state, int width, int height) {
-  const int panel = std::max(256, (width - 180) / 2);
+  const int panel = std::max(256, (width - 220) / 2);
   return {60, height - 60, panel / 256.0, 2.0, kLtaBins, std::max(1, state.sampleRate)};
 }
 SpectralPlot RightPlot(const LtaState& state, int width, int height) {
   SpectralPlot plot = LeftPlot(state, width, height);
   plot.left = plot.Right() + 90;
-  plot.base = height / 2;
+  plot.base = height / 2 + 40;  // four lines of figures stand above
   return plot;
 }
 
