@@ -12,10 +12,9 @@
 //
 //   EmphasisedFrame     emphasis, scale and window
 //   LogSpectrum         the 512 log values, symmetric about bin 256
-//   CepstralAnalysis    their transform: real up to rounding, because they are real and symmetric; for the
-//                       homomorphic spectrum its low end, transformed again
-//
-// All transforms are those of real sequences.
+//   CepstralAnalysis    their transform, for the homomorphic spectrum of its low end once more. Both run over
+//                       512 complex points: the short twiddle step makes a half-size transform of the same
+//                       values differ in the eighth digit
 
 namespace parlowen {
 namespace {
@@ -73,10 +72,11 @@ int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMod
 
   alignas(64) double frame[kCepstrumPoints];
   alignas(64) double logs[kCepstrumPoints];
-  Complex bins[kHalf];
+  Complex sequence[kCepstrumPoints], bins[kCepstrumPoints];
   EmphasisedFrame(samples, start, length, step, context.peakLevel, frame);
   LogSpectrum(frame, reference, cepstrum ? 10.0 : 2.0, logs);
-  RealFft(logs, kCepstrumPoints, bins);
+  std::copy_n(logs, kCepstrumPoints, sequence);
+  ComplexFft(sequence, kCepstrumPoints, bins);
   if (cepstrum) {
     for (int k = 0; k < kHalf; ++k) {
       // The inverse transform is the conjugate over 512.
@@ -88,10 +88,10 @@ int CepstralAnalysis(SampleSpan samples, int start, int frameLength, CepstralMod
     output[0] /= 2;
     return 0;
   }
-  std::fill_n(frame, kCepstrumPoints, 0.0);
-  for (int k = 0; k < kLifter; ++k) frame[k] = bins[k].re;
-  frame[0] /= 2;
-  RealFft(frame, kCepstrumPoints, bins);
+  std::fill_n(sequence, kCepstrumPoints, Complex());
+  std::copy_n(bins, kLifter, sequence);
+  sequence[0] = Complex(sequence[0].re / 2, sequence[0].im / 2);
+  ComplexFft(sequence, kCepstrumPoints, bins);
   Moduli(bins, 1.25, output);
   return 0;
 }

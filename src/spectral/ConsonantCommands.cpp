@@ -107,7 +107,7 @@ void SaveStretch(Window& window, const ConsonantState& state) {
     record.frames.push_back({frame.gravity, frame.dispersion});
   ByteWriter file;
   WriteConsonants(file, record);
-  if (ReplaceFile(choice->path, file) < 0) window.ShowError(kCannotCreate);
+  if (ReplaceFile(choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
 }
 
 void AddBars(Picture& picture, const ConsonantFrame& frame) {
@@ -206,14 +206,14 @@ void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(ConsonantDialog("打开辅音数据文件"));
   std::error_code error;
-  if (!choice || !std::filesystem::exists(choice->path, error)) return window.ShowError(kNoFile);
+  if (!choice || !std::filesystem::exists(choice->path, error)) return window.Notify(kNoFile, Icon::Error);
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseConsonants(*bytes) : std::nullopt;
-  if (!record) return window.ShowError(kCannotOpen);
+  if (!record) return window.Notify(kCannotOpen, Icon::Error);
   const std::string text = ConsonantText(*record);
   const std::string path = exportFolder.empty() ? kTextName : exportFolder + "/" + kTextName;
   if (ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
-    return window.ShowError(kCannotOpen);
+    return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }
 

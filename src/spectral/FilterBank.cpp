@@ -66,19 +66,43 @@ double ContrastOf(const std::vector<double>& block, int sampleRate, const Column
   return 255.0 / std::max(kLeastRange, 0.75 * (largest - smallest));
 }
 
-HalfFilter ChannelFilter(int channel, int sampleRate) {
+/// The two filters of a channel, one behind the other.
+struct ChannelFilters {
+  Filter low{}, high{};
+};
+
+ChannelFilters FiltersOf(int channel, int sampleRate) {
   const int lower = static_cast<int>(std::int64_t{channel - 1} * sampleRate / 512);
   const int upper = static_cast<int>(std::int64_t{channel + 1} * sampleRate / 512);
-  Filter low{}, high{};
-  low[kHalfLength] = high[kHalfLength] = kOpenEnd;
-  if (upper < sampleRate / 2 - 10) DesignFirFilter(upper, kShape, kHalfLength, 0, low.data(), sampleRate);
-  if (lower >= 11) DesignFirFilter(lower, kShape, kHalfLength, 1, high.data(), sampleRate);
+  ChannelFilters filters;
+  filters.low[kHalfLength] = filters.high[kHalfLength] = kOpenEnd;
+  if (upper < sampleRate / 2 - 10)
+    DesignFirFilter(upper, kShape, kHalfLength, 0, filters.low.data(), sampleRate);
+  if (lower >= 11) DesignFirFilter(lower, kShape, kHalfLength, 1, filters.high.data(), sampleRate);
+  return filters;
+}
+
+HalfFilter Joined(const ChannelFilters& filters) {
   HalfFilter both{};
-  for (int k = 0; k <= kReach; ++k)
-    for (int i = k; i < kTaps; ++i)
-      both[static_cast<std::size_t>(k)] +=
-          low[static_cast<std::size_t>(i)] * high[static_cast<std::size_t>(kReach + k - i)];
+  for (std::size_t k = 0; k < both.size(); ++k)
+    for (std::size_t i = k; i < kTaps; ++i) both[k] += filters.low[i] * filters.high[kReach + k - i];
   return both;
+}
+
+// y² of the block's last kHalfLength samples, filter by filter: the second one finds silence where the joined
+// one would find what the first one leaves behind the block.
+void FilterTail(const std::vector<double>& block, const ChannelFilters& filters, double* squares) {
+  const std::size_t length = block.size(), first = length - kReach;
+  double passed[kReach] = {};
+  for (std::size_t n = first; n < length; ++n)
+    for (std::size_t m = 0; m < kTaps && n + m - kHalfLength < length; ++m)
+      passed[n - first] += filters.low[m] * block[n + m - kHalfLength];
+  for (std::size_t n = first + kHalfLength; n < length; ++n) {
+    double sum = 0.0;
+    for (std::size_t m = 0; m < kTaps && n + m - kHalfLength < length; ++m)
+      sum += filters.high[m] * passed[n + m - kHalfLength - first];
+    squares[n] = sum * sum;
+  }
 }
 
 // squares[channel][n] = y² of samples 0 .. count − 1, a multiple of kSamplesAtOnce, behind x. The two samples
@@ -141,14 +165,17 @@ SpectrogramMatrix ComputeFilterBank(SampleSpan samples, int sampleRate, int star
   for (int first = 1; first < kSpectrogramRows; first += kChannelsAtOnce) {
     double taps[(kReach + 1) * kChannelsAtOnce] = {};
     const int here = std::min(kChannelsAtOnce, kSpectrogramRows - first);
+    std::array<ChannelFilters, kChannelsAtOnce> filters;
     for (int c = 0; c < here; ++c) {
-      const HalfFilter filter = ChannelFilter(first + c, sampleRate);
+      filters[static_cast<std::size_t>(c)] = FiltersOf(first + c, sampleRate);
+      const HalfFilter filter = Joined(filters[static_cast<std::size_t>(c)]);
       for (std::size_t k = 0; k < filter.size(); ++k)
         taps[k * kChannelsAtOnce + static_cast<std::size_t>(c)] = filter[k];
     }
     FilterChannels(padded.data() + kReach, stride, taps, squares.data(), stride);
     for (int c = 0; c < here; ++c) {
-      const double* energies = squares.data() + std::ptrdiff_t{c} * stride;
+      double* energies = squares.data() + std::ptrdiff_t{c} * stride;
+      FilterTail(block, filters[static_cast<std::size_t>(c)], energies);
       for (int column = 0; column < columnCount; ++column) {
         const int from = columns.Start(column);
         const int to = std::min(from + columns.frameLength, length);

@@ -19,7 +19,7 @@ int FilterBankFrameLength(int sampleRate);
 ///      greys a dB;
 ///   3. channel c = 1..255 from (c − 1)·Fs/512 to (c + 1)·Fs/512 Hz: low-pass at the upper edge, or a factor
 ///      of 0.8 where it is not below Fs/2 − 10, then high-pass at the lower edge, or 0.8 where it is below
-///      11; both have 41 taps;
+///      11; both have 41 taps, and the second finds silence behind the block;
 ///   4. row c of a column: 255 − trunc(contrast·dB), at least 0. Row 0 is channel 1.
 /// Column j covers FilterBankFrameLength samples from start + j·length/columns on; the block is silent beyond
 /// its ends. No columns for an empty stretch. Needs InitSignalTables().

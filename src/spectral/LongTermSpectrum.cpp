@@ -18,7 +18,7 @@ constexpr int kReference = 35;         // dB
 constexpr int kFramesPerReport = 100;
 
 PARLOWEN_CLONES void Weight(const std::int16_t* __restrict x, const double* __restrict window,
-                            double* __restrict frame) {
+                            Complex* __restrict frame) {
   for (int n = 0; n < kFrameLength; ++n) frame[n] = x[n] * window[n];
 }
 
@@ -36,8 +36,8 @@ int ComputeLongTermSpectrum(SampleSpan samples, int sampleRate, int start, int e
                             const LtaProgress& progress) {
   MakeAnalysisWindow(kFrameLength, 0.04);
   alignas(64) double sums[kLtaBins] = {};
-  alignas(64) double frame[kFrameLength];
-  Complex bins[kLtaBins];
+  alignas(64) double powers[kLtaBins];
+  Complex frame[kFrameLength], bins[kFrameLength];
   std::int16_t copy[kFrameLength];
   int count = 0;
   const std::int64_t last = std::int64_t{end} - sampleRate / 200;
@@ -51,10 +51,10 @@ int ComputeLongTermSpectrum(SampleSpan samples, int sampleRate, int start, int e
       for (int n = 0; n < kFrameLength; ++n) copy[n] = samples.At(at + n);
     }
     Weight(x, AnalysisWindow.data(), frame);
-    RealFft(frame, kFrameLength, bins);
-    Powers(bins, frame);
-    PowersToDb(frame, kLtaBins, kReference, frame);
-    Add(frame, sums);
+    ComplexFft(frame, kFrameLength, bins);
+    Powers(bins, powers);
+    PowersToDb(powers, kLtaBins, kReference, powers);
+    Add(powers, sums);
     ++count;
     if (count % kFramesPerReport == 0 && progress) {
       LtaSpectrum average;

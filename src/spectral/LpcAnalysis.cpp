@@ -155,10 +155,9 @@ int LpcEnvelope(SampleSpan samples, int start, int frameLength, bool highLevel, 
   analyser.coefficients.fill(0.0);
   const double residual = SolveCovariance(phi, phi[0].data(), order, phi[0][0], analyser.coefficients.data());
 
-  alignas(64) double inverse[kFftSize] = {1.0};
+  Complex inverse[kFftSize] = {1.0}, bins[kFftSize];
   for (int i = 1; i <= order; ++i) inverse[i] = -analyser.coefficients[static_cast<std::size_t>(i)];
-  Complex bins[kEnvelopePoints];
-  RealFft(inverse, kFftSize, bins);
+  ComplexFft(inverse, kFftSize, bins);
   const int reference =
       highLevel ? static_cast<int>(std::int64_t{8} * context.peakLevel / std::max(1, context.sampleRate)) + 46
                 : 28;

@@ -57,26 +57,27 @@ int Save(Window& window, const LtaState& state) {
   ByteWriter file;
   WriteLta(file, {state.levels, state.sampleRate});
   if (ReplaceFile(choice->path, file) < 0) {
-    window.ShowError(kCannotCreate);
+    window.Notify(kCannotCreate, Icon::Error);
     return 1;
   }
   return 0;
 }
 
-int Compare(Window& window, LtaState& state) {
+int Compare(Window& window, const SoundDocument& document, LtaState& state) {
   const auto choice =
       window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
   if (!choice) return 1;
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseLta(*bytes) : std::nullopt;
   if (!record) {
-    window.ShowError(kNoSuchFile);
+    window.Notify(kNoSuchFile, Icon::Error);
     return 1;
   }
   state.previous = record->levels;  // also when the comparison is refused
   state.hasPrevious = true;
   state.difference.reset();
-  if (record->sampleRate != state.sampleRate) {
+  // The loaded sound may be another one than the spectrum's.
+  if (record->sampleRate != state.sampleRate || record->sampleRate != document.sampleRate) {
     state.hasPrevious = false;
     window.Notify(kRatesDiffer);
     return 1;
@@ -87,13 +88,13 @@ int Compare(Window& window, LtaState& state) {
 }
 
 SpectralPlot LeftPlot(const LtaState& state, int width, int height) {
-  const int panel = std::max(256, (width - 180) / 2);
+  const int panel = std::max(256, (width - 220) / 2);
   return {60, height - 60, panel / 256.0, 2.0, kLtaBins, std::max(1, state.sampleRate)};
 }
 SpectralPlot RightPlot(const LtaState& state, int width, int height) {
   SpectralPlot plot = LeftPlot(state, width, height);
   plot.left = plot.Right() + 90;
-  plot.base = height / 2;
+  plot.base = height / 2 + 40;  // four lines of figures stand above
   return plot;
 }
 
@@ -144,7 +145,7 @@ int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMo
     case LtaMode::Compute:
       return Compute(window, document, state);
     case LtaMode::Compare:
-      return Compare(window, state);
+      return Compare(window, document, state);
     case LtaMode::Save:
       return Save(window, state);
   }

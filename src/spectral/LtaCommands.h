@@ -22,8 +22,9 @@ enum class LtaMode { Compute = 0, Compare = 1, Save = 2 };
 
 /// The three requests of the window: computes over the selection or the view, compares with a file, saves to
 /// one. Returns 0, or 1 when a file step fails or the comparison is refused, or 2 after a computation. A
-/// failure leaves `levels` as they are; a comparison refused for its rate has already replaced `previous`.
-/// Nothing is saved while a level is no number.
+/// failure leaves `levels` as they are. A comparison needs a file of the rate that both the spectrum and the
+/// loaded sound have; one refused for its rate has already replaced `previous`. Nothing is saved while a
+/// level is no number.
 int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMode mode);
 
 /// 40090: opens the window "lta" and computes.

@@ -29,6 +29,7 @@ Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected, 
   Picture picture{width, height, {}};
   AddFrequencyAxes(picture, kSegmentAxes, kAxisColumn, kAxisTop, kAxisBottom, 4000);
   picture.Add(TextMark{40, kAxisBottom + 30, "声学元音图（一段语音）  红色->蓝色：先->后"});
+  picture.Add(TextMark{40, kAxisBottom + 50, "及F1-F3 图"});
   const SegmentPoint* previous = nullptr;
   for (const SegmentPoint& point : points) {
     const auto [x, y, x3] = point.place;

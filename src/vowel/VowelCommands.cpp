@@ -77,7 +77,7 @@ FormField HertzField(int control, const char* label) {
 
 void AskReferencePitch(Window& window, VowelChart& chart) {
   if (!chart.barkMode || chart.referenceF0 != 0) return;
-  InputForm form = OneFieldForm(kReferenceTitle, "参考音高(Hz)", std::to_string(chart.referenceF0));
+  InputForm form = OneFieldForm(kReferenceTitle, "参考音高(Hz)", "");
   if (window.AskInput(form)) chart.referenceF0 = LowInt16(form.CountOf(kField1));
 }
 

@@ -119,6 +119,7 @@ TEST(ChartPicture, LinesJoinTheFramesOfASegment) {
   EXPECT_EQ(joined(true), (std::vector<std::pair<int, Colour>>{{101, 2}, {102, 3}}));
   EXPECT_TRUE(joined(false).empty());
   EXPECT_TRUE(HasText(SegmentPicture(points, false, {}, 1024, 640), "声学元音图（一段语音）  红色->蓝色：先->后"));
+  EXPECT_TRUE(HasText(SegmentPicture(points, false, {}, 1024, 640), "及F1-F3 图"));
   EXPECT_TRUE(HasText(SegmentPicture(points, false, {}, 1024, 640), "4000"));
 }
 

@@ -59,20 +59,5 @@ TEST(VowelChart, PlacesOfNonsenseAreDefined) {
   EXPECT_EQ(FrequencyPlace(300, 0, 0, kPointAxes).x, 32767);
 }
 
-TEST(VowelChart, AChangeOfTheCoordinatesMovesThePoints) {
-  VowelChart chart;
-  chart.Add(283, 2350, 3000);
-  const VowelPoint inHertz = chart.points[0];
-  chart.barkMode = true;
-  chart.referenceF0 = 120;
-  chart.PlaceAgain();
-  EXPECT_EQ(chart.points[0].x, 54);
-  EXPECT_EQ(chart.points[0].x3, 0);
-  EXPECT_EQ(chart.points[0].f3, 3000.0f);
-  chart.barkMode = false;
-  chart.PlaceAgain();
-  EXPECT_EQ(chart.points[0], inHertz);
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -56,19 +56,6 @@ TEST(VowelFormants, TheLimitsOfAClickedPoint) {
   for (const auto& c : cases) EXPECT_EQ(IsVowel({{c.f1, c.f2, 0, 0}, {}}), c.vowel) << c.f1 << ' ' << c.f2;
 }
 
-TEST(VowelFormants, TheSyntheticVowelsHaveTheirFormants) {
-  VowelStation station;
-  // The envelope's points are 31.25 Hz apart, the harmonics 110 Hz.
-  constexpr double kTolerance = 70;
-  for (int v = 0; v < 9; ++v) {
-    SCOPED_TRACE(kVowels[v].name);
-    const auto f = ChooseFormants(FormantsAt(station.document, MiddleOf(v)), 16000).f;
-    EXPECT_NEAR(f[0], kVowels[v].f1, kTolerance);
-    EXPECT_NEAR(f[1], kVowels[v].f2, kTolerance);
-    EXPECT_NEAR(f[2], kVowels[v].f3, kTolerance);
-  }
-}
-
 TEST(VowelFormants, FramesOfTheFormantFileLieInsideTheSelection) {
   VowelStation station;
   const struct {

@@ -50,18 +50,6 @@ std::vector<VowelGroup> Means(std::vector<std::pair<float, float>> means) {
   return groups;
 }
 
-TEST(VowelGroups, TheExtremesSitInTheCorners) {
-  auto groups = Means({{300, 900}, {800, 2400}, {500, 1500}});
-  ASSERT_TRUE(PlaceGroups(groups));
-  EXPECT_EQ(groups[0].x, 900);
-  EXPECT_EQ(groups[0].V2(), 0);
-  EXPECT_EQ(groups[1].x, 700);
-  EXPECT_EQ(groups[1].V2(), 100);
-  EXPECT_EQ(groups[0].y, 320);
-  EXPECT_EQ(groups[1].y, 520);
-  EXPECT_EQ(groups[1].V1(), 100);
-}
-
 TEST(VowelGroups, LessThanTwoBarkIsNoPlot) {
   auto none = Means({});
   EXPECT_FALSE(PlaceGroups(none));
