@@ -71,7 +71,7 @@ std::string LabelTrackText(const std::vector<TrackLabel>& labels) {
 std::vector<TrackLabel> ReadLabelTrack(std::string_view utf8, int& badLine) {
   std::vector<TrackLabel> labels;
   badLine = 0;
-  for (int number = 1; !utf8.empty(); ++number) {
+  for (int number = 1; !utf8.empty() && labels.size() < kMostTrackLabels; ++number) {
     const std::size_t end = std::min(utf8.find_first_of("\r\n"), utf8.size());
     const std::string_view line = utf8.substr(0, end);
     const bool pair = utf8.substr(end).starts_with("\r\n");

@@ -18,6 +18,9 @@ struct TrackLabel {
 /// One label a line: start TAB end TAB text, seconds with 6 decimals, UTF-8, LF.
 std::string LabelTrackText(const std::vector<TrackLabel>& labels);
 
+/// Labels beyond these are not looked at.
+inline constexpr std::size_t kMostTrackLabels = 1000000;
+
 /// The labels of a track in the order of the file. Empty lines and lines that begin with "\" (the frequencies of the
 /// label before) are skipped; the text may be missing. `badLine` becomes the number of the first line that is no label,
 /// from 1, and the labels before it are returned; 0 when all are good.

@@ -5,11 +5,13 @@
 
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
+#include "base/Utf8.h"
 
 namespace parlowen {
 namespace {
 
 constexpr double kFarOutside = 1e12;   // samples
+constexpr std::size_t kMostLooked = 1000;   // bytes of a text: far more than any that fits
 
 }  // namespace
 
@@ -18,7 +20,7 @@ std::int64_t SampleAt(double seconds, int sampleRate) {
 }
 
 std::string FittingText(std::string_view utf8, int maxBytes, ImportLosses& losses) {
-  std::string text(utf8);
+  std::string text(CutUtf8(utf8, kMostLooked));
   for (char& character : text)
     if (static_cast<unsigned char>(character) < ' ' || character == '\x7F') character = ' ';
   if (text.find_first_not_of(' ') == std::string::npos) return {};
@@ -26,7 +28,7 @@ std::string FittingText(std::string_view utf8, int maxBytes, ImportLosses& losse
   // No character's second byte is a question mark.
   if (std::count(gbk.begin(), gbk.end(), '?') != std::count(text.begin(), text.end(), '?')) ++losses.recoded;
   const std::string_view cut = CutGbk(gbk, static_cast<std::size_t>(maxBytes));
-  if (cut.size() < gbk.size()) ++losses.shortened;
+  if (cut.size() < gbk.size() || text.size() < utf8.size()) ++losses.shortened;
   return IpaFromGbk(cut);
 }
 

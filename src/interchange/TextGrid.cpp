@@ -34,8 +34,8 @@ void PutTier(TextObjectWriter& out, const GridTier& tier) {
   }
 }
 
-/// False when the tier is damaged.
-bool TakeTier(TokenReader& reader, GridTier& tier) {
+/// False when the tier is damaged. `items` counts those of the whole file.
+bool TakeTier(TokenReader& reader, GridTier& tier, std::size_t& items) {
   const std::string kind = reader.TakeString();
   tier.isPoints = kind == kPointTier;
   if (!tier.isPoints && kind != kIntervalTier) return false;
@@ -44,6 +44,7 @@ bool TakeTier(TokenReader& reader, GridTier& tier) {
   tier.end = reader.TakeNumber();
   double last = tier.start;
   for (std::int64_t count = reader.TakeCount(); count > 0 && !reader.failed(); --count) {
+    if (++items > kMostTierItems) return false;
     if (tier.isPoints) {
       GridPoint& point = tier.points.emplace_back();
       point.time = reader.TakeNumber();
@@ -87,9 +88,10 @@ std::optional<TextGrid> ReadTextGrid(std::string_view utf8, GridFault& fault) {
   grid.end = reader.TakeNumber();
   const bool hasTiers = reader.TakeFlag("exists");
   const std::int64_t count = hasTiers ? reader.TakeCount() : 0;
-  if (reader.failed() || !(grid.start < grid.end)) return {};
+  if (reader.failed() || !(grid.start < grid.end) || count > static_cast<std::int64_t>(kMostTiers)) return {};
+  std::size_t items = 0;
   for (std::int64_t i = 0; i < count; ++i)
-    if (!TakeTier(reader, grid.tiers.emplace_back())) return {};
+    if (!TakeTier(reader, grid.tiers.emplace_back(), items)) return {};
   fault = GridFault::None;
   return grid;
 }

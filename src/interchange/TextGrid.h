@@ -42,6 +42,9 @@ std::string TextGridText(const TextGrid& grid);
 
 enum class GridFault { None, NoTextGrid, Damaged };
 
+/// A file with more of them is damaged.
+inline constexpr std::size_t kMostTiers = 1000, kMostTierItems = 1000000;
+
 /// The grid of a long or short file; else `fault` says why not. Damaged is a file that is cut off or has another value
 /// where a number or text should be, and one with an interval that ends before it starts or starts before the last one
 /// has ended; a millionth of a second between two is rounding, the later one then starts where the last has ended. Gaps,

@@ -113,6 +113,4 @@ std::string TokenReader::TakeString() { return Take(Kind::String).text; }
 
 bool TokenReader::TakeFlag(std::string_view name) { return Take(Kind::Flag).text == name; }
 
-bool TokenReader::AtEnd() const { return TokenReader(*this).Next().kind == Kind::End; }
-
 }  // namespace parlowen

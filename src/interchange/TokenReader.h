@@ -24,8 +24,6 @@ class TokenReader {
   std::string TakeString();
   /// True when the next token is that flag, named without its brackets; it is consumed either way.
   bool TakeFlag(std::string_view name);
-  /// True when only noise is left. Consumes nothing.
-  bool AtEnd() const;
 
  private:
   enum class Kind { Number, String, Flag, End };

@@ -151,6 +151,13 @@ TEST(MarkerTiers, TextsAreCutAtWholeCharacters) {
   }
 }
 
+TEST(MarkerTiers, AHostileTextIsCutBeforeItIsLookedAt) {
+  ImportLosses losses;
+  EXPECT_EQ(FittingText(std::string(1 << 24, 'x'), kMarkerLabelBytes, losses), std::string(12, 'x'));
+  EXPECT_EQ(FittingText(std::string(5000, ' ') + "x", kMarkerLabelBytes, losses), "");
+  EXPECT_EQ(losses.shortened, 1);
+}
+
 TEST(MarkerTiers, TimesFarOutsideAreNoPositions) {
   const auto imported = Import({Points("a", {{1e300, "x"}, {-1e300, "y"}}), Intervals("b", {{-1e300, 1e300, "all"}})});
   EXPECT_EQ(imported.losses.outside, 2);

@@ -66,11 +66,17 @@ TEST(TextGridFile, RefusesWhatIsNoneAndWhatIsDamaged) {
            Grid(intervals + "1 0 \"x\" 1"), Grid(intervals + "1 0 1 \"x"), Grid(intervals + "1 0.5 0.4 \"x\""),
            Grid(intervals + "2 0 0.6 \"x\" 0.5 1 \"y\""), Grid("1 \"TextTier\" \"a\" 0 1 1 1e400 \"x\"")})
     Read(text, GridFault::Damaged);
+  std::string tiers;
+  for (std::size_t i = 0; i <= kMostTiers; ++i) tiers += " \"TextTier\" \"\" 0 1 0";
+  Read(Grid(std::to_string(kMostTiers + 1) + tiers), GridFault::Damaged);
+  std::string points;
+  for (std::size_t i = 0; i <= kMostTierItems; ++i) points += " 0 \"\"";
+  GridFault fault = GridFault::None;
+  EXPECT_FALSE(ReadTextGrid(Grid("1 \"TextTier\" \"\" 0 1 " + std::to_string(kMostTierItems + 1) + points), fault));
   EXPECT_TRUE(Read("\"ooTextFile\" \"TextGrid\" 0 1 <absent>")->tiers.empty());
   // Cut anywhere, the file is refused; only the last blank and the line's end can go.
   const std::string whole = kLong;
   for (std::size_t length = 0; length + 2 < whole.size(); ++length) {
-    GridFault fault = GridFault::None;
     EXPECT_FALSE(ReadTextGrid(whole.substr(0, length), fault)) << length;
   }
 }
