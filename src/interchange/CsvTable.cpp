@@ -18,8 +18,9 @@ std::string Quoted(const std::string& cell) {
 
 std::string SelectionNote(const CsvOrigin& origin) {
   if (origin.start < 0 || origin.end <= origin.start) return "none";
-  return CsvNumber(SecondsOf(origin.start, origin.sampleRate)) + " s - " + CsvNumber(SecondsOf(origin.end, origin.sampleRate)) +
-         " s (samples " + std::to_string(origin.start) + " - " + std::to_string(origin.end) + ")";
+  const int rate = origin.sampleRate;
+  return CsvNumber(SecondsOf(origin.start, rate)) + " s - " + CsvNumber(SecondsOf(origin.end, rate)) + " s (samples " +
+         std::to_string(origin.start) + " - " + std::to_string(origin.end) + ")";
 }
 
 }  // namespace

@@ -235,7 +235,8 @@ void ExportTextGridCommand(Window& window, const MarkerDesk& desk) {
   const auto path = AskSave(window, "导出TextGrid文件", kTextGrid, document.filePath);
   if (!path) return;
   ExportLosses losses;
-  const TextGrid grid = GridOfMarkers(PresentMarkers(desk), PresentAnnotations(desk), document.sampleCount, document.sampleRate, losses);
+  const TextGrid grid = GridOfMarkers(PresentMarkers(desk), PresentAnnotations(desk), document.sampleCount,
+                                      document.sampleRate, losses);
   if (Write(window, *path, TextGridText(grid))) SayLosses(window, losses);
 }
 

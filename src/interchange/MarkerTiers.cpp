@@ -36,7 +36,8 @@ GridTier PointTier(std::string name, std::vector<Moment> moments, int sampleCoun
   GridTier tier{std::move(name), true, 0, SecondsOf(sampleCount, sampleRate)};
   std::stable_sort(moments.begin(), moments.end(), [](const Moment& a, const Moment& b) { return a.sample < b.sample; });
   for (std::size_t i = 0; i < moments.size(); ++i) {
-    if (i == 0 || moments[i].sample != moments[i - 1].sample) tier.points.push_back({SecondsOf(moments[i].sample, sampleRate), ""});
+    if (i == 0 || moments[i].sample != moments[i - 1].sample)
+      tier.points.push_back({SecondsOf(moments[i].sample, sampleRate), ""});
     Join(tier.points.back().text, moments[i].text, losses);
   }
   return tier;
@@ -79,7 +80,8 @@ std::vector<Moment> PointLabels(const MarkerSet& markers, int band, int sampleCo
   }
   for (const std::int32_t marker : markers.Markers(band)) {
     const bool inner = marker > 0 && marker < sampleCount;
-    const bool labelled = std::any_of(moments.begin(), moments.end(), [marker](const Moment& m) { return m.sample == marker; });
+    const bool labelled =
+        std::any_of(moments.begin(), moments.end(), [marker](const Moment& m) { return m.sample == marker; });
     if (!inner && !labelled) ++losses.leftOut;
   }
   return moments;

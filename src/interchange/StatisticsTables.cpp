@@ -81,9 +81,12 @@ std::string MarkersCsv(const MarkerSet& markers, const SoundDocument& document) 
     for (const MarkerLabel& label : markers.Labels(band))
       rows.push_back({label.start, label.end, label.IsPoint() ? "point" : "segment", label.text});
     std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.start < b.start; });
-    for (const Row& row : rows)
-      table.AddRow({std::to_string(band + 1), row.kind, CsvNumber(SecondsOf(row.start, rate)), CsvNumber(SecondsOf(row.end, rate)),
-                    CsvNumber((static_cast<double>(row.end) - row.start) / rate), std::to_string(row.start), std::to_string(row.end), row.text});
+    for (const Row& row : rows) {
+      const double duration = (static_cast<double>(row.end) - row.start) / rate;
+      table.AddRow({std::to_string(band + 1), row.kind, CsvNumber(SecondsOf(row.start, rate)),
+                    CsvNumber(SecondsOf(row.end, rate)), CsvNumber(duration), std::to_string(row.start),
+                    std::to_string(row.end), row.text});
+    }
   }
   return table.text();
 }
