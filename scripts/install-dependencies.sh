@@ -4,7 +4,7 @@
 set -euo pipefail
 
 build=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-multimedia-dev libgl-dev qt6-qpa-plugins fonts-noto-cjk fonts-dejavu-core)
-checks=(qt6-svg-dev libgtest-dev libbenchmark-dev xvfb xauth ccache util-linux python3 pulseaudio pulseaudio-utils)
+checks=(qt6-svg-dev libgtest-dev libbenchmark-dev xvfb xauth ccache util-linux python3 pulseaudio pulseaudio-utils praat)
 
 case "${1:-}" in
   run) packages=("${build[@]}") ;;
@@ -17,7 +17,7 @@ if ! command -v apt-get >/dev/null 2>&1; then
 This system has no apt-get. Please install what these Debian 12 packages hold, then start again:
   ${packages[*]}
 (a C++20 compiler, CMake 3.22, Ninja, Qt 6 Widgets and Multimedia, a CJK font; for the tests also Qt 6 Svg, GoogleTest,
-Google Benchmark, Xvfb and PulseAudio.)
+Google Benchmark, Xvfb, PulseAudio and Praat.)
 TEXT
   # What is there may be enough: the build says what is not.
   exit 0

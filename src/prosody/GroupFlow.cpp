@@ -127,7 +127,11 @@ void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind, s
 std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupKind& kind) {
   const auto choice = window.AskOpenFile(kind.dialog);
   if (!choice || choice->path.empty()) return {};
-  const auto bytes = ReadWholeFile(choice->path);
+  return ReadGroupsOf(window, kind, choice->path);
+}
+
+std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind, const std::string& path) {
+  const auto bytes = ReadWholeFile(path);
   if (!bytes) {
     window.Notify(kind.missing, Icon::Error);
     return {};

@@ -35,6 +35,9 @@ struct CurrentGroup {
 /// becomes the current one.
 void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind, std::span<const std::uint16_t> slot);
 
+/// The groups of a file; nothing when it is refused, with its message.
+std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind, const std::string& path);
+
 /// Asks for a group file and reads it; nothing when it was cancelled or refused, with its message.
 std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupKind& kind);
 

@@ -7,6 +7,7 @@
 #include "document/ConversionCommands.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
+#include "interchange/ExchangeCommands.h"
 #include "palatography/NspCommands.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/DurationCommands.h"
@@ -149,6 +150,25 @@ void ShowTwoChannels(Workstation& w) {
 }
 void OpenTwoChannelNsp(Workstation& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
 
+// --- Exchange with other programs
+
+void ImportTextGrid(Workstation& w) { ImportTextGridCommand(w.window, w.MarkersToExchange()); }
+void ExportTextGrid(Workstation& w) { ExportTextGridCommand(w.window, w.MarkersToExchange()); }
+void ImportLabelTrack(Workstation& w) { ImportLabelTrackCommand(w.window, w.MarkersToExchange()); }
+void ExportLabelTrack(Workstation& w) { ExportLabelTrackCommand(w.window, w.MarkersToExchange()); }
+void ExportMarkersCsv(Workstation& w) { ExportMarkersCsvCommand(w.window, w.MarkersToExchange()); }
+void ExportPitchTier(Workstation& w) { ExportPitchTierCommand(w.window, w.document); }
+void ExportPitch(Workstation& w) { ExportPitchCommand(w.window, w.document, w.pitch.range); }
+void ExportFormant(Workstation& w) { ExportFormantCommand(w.window, w.document); }
+void ExportPitchCsv(Workstation& w) { ExportPitchCsvCommand(w.window, w.document, w.pitch.range); }
+void ExportLevelsCsv(Workstation& w) { ExportLevelsCsvCommand(w.window, w.document); }
+void ExportFormantsCsv(Workstation& w) { ExportFormantsCsvCommand(w.window, w.document); }
+void ExportLtaCsv(Workstation& w) { ExportLtaCsvCommand(w.window, w.lta); }
+void ExportVowelChartCsv(Workstation& w) { ExportVowelChartCsvCommand(w.window, w.document, w.vowels.chart); }
+void ExportDurationsCsv(Workstation& w) { ExportDurationsCsvCommand(w.window, w.document); }
+void ExportVowelGroupsCsv(Workstation& w) { ExportVowelGroupsCsvCommand(w.window, w.document); }
+void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.document); }
+
 // --- Palate
 
 void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
@@ -282,10 +302,26 @@ constexpr CommandRow kRows[] = {
     {40008, Menu::Help, "关于[&A]", ShowAbout},
     {41010, Menu::Extension, "谱图窗口[&P]", SpectrumWithWaveform},
     {41011, Menu::Extension, "单谱图窗口[&G]", SpectrumAlone},
+    {41020, Menu::Exchange, "导入TextGrid文件[&T]", ImportTextGrid},
+    {41021, Menu::Exchange, "导出TextGrid文件[&G]", ExportTextGrid},
+    {41022, Menu::Exchange, "导入标签轨[&L]", ImportLabelTrack},
+    {41023, Menu::Exchange, "导出标签轨[&B]", ExportLabelTrack},
+    {41024, Menu::Exchange, "导出PitchTier文件[&I]", ExportPitchTier},
+    {41025, Menu::Exchange, "导出Pitch文件[&P]", ExportPitch},
+    {41026, Menu::Exchange, "导出Formant文件[&F]", ExportFormant},
+    {41027, Menu::Exchange, "导出基频数据(CSV)[&Q]", ExportPitchCsv},
+    {41028, Menu::Exchange, "导出幅度能量数据(CSV)[&N]", ExportLevelsCsv},
+    {41029, Menu::Exchange, "导出共振峰数据(CSV)[&R]", ExportFormantsCsv},
+    {41030, Menu::Exchange, "导出LTA谱数据(CSV)[&A]", ExportLtaCsv},
+    {41031, Menu::Exchange, "导出元音图数据(CSV)[&V]", ExportVowelChartCsv},
+    {41032, Menu::Exchange, "音长统计数据转为CSV[&D]", ExportDurationsCsv},
+    {41033, Menu::Exchange, "元音统计数据转为CSV[&Y]", ExportVowelGroupsCsv},
+    {41034, Menu::Exchange, "导出标志和标注(CSV)[&M]", ExportMarkersCsv},
+    {41035, Menu::Exchange, "导出立体声WAV[&W]", ExportStereoWav},
 };
 
 constexpr const char* kMenuNames[] = {"文件", "录放音",     "基频", "声调统计", "频谱", "元音", "腭位",
-                                      "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展"};
+                                      "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"};
 
 }  // namespace
 

@@ -5,9 +5,10 @@ namespace parlowen {
 
 class Workstation;
 
-/// The menus of the main window, in their order. `Tone` is a submenu of `Pitch`.
+/// The menus of the main window, in their order. `Tone` is a submenu of `Pitch`, `Exchange` of `Extension`.
 enum class Menu {
-  File, Sound, Pitch, Tone, Spectrum, Vowel, Palate, TwoChannel, Edit, Marking, Settings, Region, Help, Extension
+  File, Sound, Pitch, Tone, Spectrum, Vowel, Palate, TwoChannel, Edit, Marking, Settings, Region, Help, Extension,
+  Exchange
 };
 
 /// The menu's own name, e.g. "文件".

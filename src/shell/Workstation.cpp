@@ -106,6 +106,8 @@ void Workstation::OpenFile(const std::string& path) {
   player.stopPlayback();
   if (EndsWith(path, ".vch")) {
     OpenChartFile(window, document, states, vowels, path);
+  } else if (EndsWith(path, ".textgrid")) {
+    ImportTextGridFile(window, MarkersToExchange(), path);
   } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
     ReadEpgNsp(window, document, states, palate, path);
   } else if (EndsWith(path, ".nsp")) {
@@ -165,6 +167,7 @@ void Workstation::SelectionMoved() {
 
 void Workstation::DocumentChanged() {
   UpdateDerived();
+  UpdateExchangeCommands(document, states, lta, vowels.chart);
   for (const int command : {41010, 41011}) states.enableCommand(command, spectrogram.shown);
 }
 

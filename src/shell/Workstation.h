@@ -12,6 +12,7 @@
 #include "channels/ChannelsState.h"
 #include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
+#include "interchange/ExchangeCommands.h"
 #include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
@@ -54,6 +55,8 @@ class Workstation {
   void InputDevicesChanged();
   /// Puts the cursor where the play is; false when nothing plays.
   bool MoveCursor();
+  /// What the exchange with other programs works on.
+  MarkerDesk MarkersToExchange() { return {document, markers, annotations}; }
   /// Where a file of a fixed name is written: in `exportFolder`.
   std::string ExportPath(const std::string& name) const;
 

@@ -30,6 +30,9 @@ int Compute(Window& window, const SoundDocument& document, LtaState& state) {
   state.hasPrevious = state.frames > 0;
   state.difference.reset();
   state.sampleRate = document.sampleRate;
+  state.soundPath = document.filePath;
+  state.start = start;
+  state.end = end;
   LtaSpectrum levels;
   // The curve runs along while it is computed.
   const int frames = ComputeLongTermSpectrum(document.Samples(), document.sampleRate, start, end, levels,

@@ -1,5 +1,6 @@
 #pragma once
 #include <optional>
+#include <string>
 
 #include "document/SoundDocument.h"
 #include "spectral/LongTermSpectrum.h"
@@ -13,6 +14,8 @@ struct LtaState {
   LtaSpectrum previous{};                   ///< the one computed before it, or the one loaded last
   int frames = 0;                           ///< that were averaged
   int sampleRate = 0;                       ///< of the sound it was computed from
+  std::string soundPath;                    ///< of that sound, and
+  int start = 0, end = 0;                   ///< the stretch, in samples
   double time = 0;                          ///< seconds analysed so far
   std::optional<LtaDifference> difference;  ///< from `previous`, after a comparison
   bool hasPrevious = false;

@@ -59,13 +59,13 @@ void CommandStates::onSelectionChanged(const SelectionFacts& facts) {
   enableCommand(160, playable);
   enableCommand(40024, playable);
   enableCommand(40081, playable && lowRate);
-  for (const int command : {40056, 40067, 40068}) enableCommand(command, facts.defined && lowRate);
+  for (const int command : {40056, 40067, 40068, 41026, 41029}) enableCommand(command, facts.defined && lowRate);
   onContourChanged(facts);
 }
 
 void CommandStates::onContourChanged(const SelectionFacts& facts) {
   for (const int command : {40050, 40052}) enableCommand(command, facts.defined && facts.pitchPresent);
-  enableCommand(40103, facts.pitchPresent);
+  for (const int command : {40103, 41024, 41025, 41027}) enableCommand(command, facts.pitchPresent);
 }
 
 void CommandStates::onViewChanged(bool soundIsLonger) {

@@ -27,13 +27,13 @@ TEST(CommandTable, EveryNumberStandsOnceAndItsMenuIsOneStretch) {
     if (!ends.contains(menu)) ends[menu].first = row.number;
     ends[menu].second = row.number;
   }
-  EXPECT_EQ(numbers.size(), 106u);
-  // The submenu of the tones stands inside the menu of the pitch; nothing else comes twice.
-  EXPECT_EQ(order, (Texts{"文件", "录放音", "基频", "声调统计", "基频", "频谱", "元音", "腭位", "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展"}));
+  EXPECT_EQ(numbers.size(), 122u);
+  // The submenu of the tones stands inside the menu of the pitch; nothing else comes twice. The submenu of the exchange is the last.
+  EXPECT_EQ(order, (Texts{"文件", "录放音", "基频", "声调统计", "基频", "频谱", "元音", "腭位", "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"}));
   const std::map<std::string, std::pair<int, int>> expected = {
       {"文件", {110, 140}},       {"录放音", {272, 40081}},       {"基频", {220, 40076}},   {"声调统计", {40029, 40037}}, {"频谱", {170, 40109}},
       {"元音", {40056, 40064}},   {"腭位", {40060, 40080}},       {"双声道", {40112, 40111}}, {"编辑", {40001, 40102}},     {"选择与标注", {40026, 40117}},
-      {"设置", {215, 40104}},     {"区域", {40010, 40015}},       {"帮助", {270, 40008}},       {"扩展", {41010, 41011}}};
+      {"设置", {215, 40104}},     {"区域", {40010, 40015}},       {"帮助", {270, 40008}},       {"扩展", {41010, 41011}}, {"与其他程序交换", {41020, 41035}}};
   EXPECT_EQ(ends, expected);
   EXPECT_EQ(FindCommand(0), nullptr);
 }

@@ -72,6 +72,21 @@ TEST_F(FilesTest, EachKindOfFileGoesToItsReader) {
   EXPECT_EQ(Document().sampleRate, 8000);
 }
 
+TEST_F(FilesTest, ADroppedTextGridLeavesAChangedSoundWithoutAQuestion) {
+  Open(WriteRamp("spoken.wav", 16000, 5000));
+  Change();
+  QFile file(folder.filePath("spoken.TextGrid"));
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write("\"ooTextFile\" \"TextGrid\" 0 1 <exists> 1 \"TextTier\" \"a\" 0 1 1 0.1 \"x\"");
+  file.close();
+  BoxWatcher asked("否");
+  EXPECT_TRUE(Drop(file.fileName()));
+  EXPECT_EQ(asked.texts, QStringList());
+  EXPECT_EQ(Document().sampleCount, 4900);
+  EXPECT_EQ(Station().markers.set.markerPos[0], 1600);
+  EXPECT_TRUE(preferences->RecentFiles().constFirst().endsWith("spoken.wav"));
+}
+
 TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
   const std::string documents = Preferences::DocumentsFolder().toStdString();
   const QString process = QDir::currentPath();

@@ -61,7 +61,7 @@ constexpr Shortcut kShortcuts[] = {
 };
 
 /// The keyboard's way to a menu; the names of the menus have none of their own.
-constexpr char kMenuLetters[] = {'F', 'R', 'P', 'T', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X'};
+constexpr char kMenuLetters[] = {'F', 'R', 'P', 'T', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X', 'D'};
 
 QString MenuTitle(Menu menu) {
   return QString("%1(&%2)").arg(MenuName(menu)).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
@@ -79,9 +79,12 @@ std::vector<int> ExportCommands(Pane pane) {
 
 bool IsChartName(const QString& path) { return QFileInfo(path).suffix().toLower() == "vch"; }
 
+/// A file that goes with the present sound and leaves it as it is.
+bool IsTextGridName(const QString& path) { return QFileInfo(path).suffix().toLower() == "textgrid"; }
+
 bool IsFileOfOurs(const QString& path) {
   const QString suffix = QFileInfo(path).suffix().toLower();
-  return IsChartName(path) || suffix == "wav" || suffix == "nsp" || suffix == "ipa";
+  return IsChartName(path) || IsTextGridName(path) || suffix == "wav" || suffix == "nsp" || suffix == "ipa";
 }
 
 QString DroppedFile(const QMimeData* data) {
@@ -124,9 +127,10 @@ void MainWindow::MakeMenus() {
     menus[menu]->setToolTipsVisible(true);
   }
   for (const CommandRow& row : CommandTable()) {
-    if (row.menu == Menu::Tone && !menus.contains(Menu::Tone)) {
-      menus[Menu::Tone] = menus[Menu::Pitch]->addMenu(MenuTitle(Menu::Tone));
-      menus[Menu::Tone]->setToolTipsVisible(true);
+    if (!menus.contains(row.menu)) {
+      const Menu parent = row.menu == Menu::Tone ? Menu::Pitch : Menu::Extension;
+      menus[row.menu] = menus[parent]->addMenu(MenuTitle(row.menu));
+      menus[row.menu]->setToolTipsVisible(true);
     }
     QAction* action = menus[row.menu]->addAction(QString::fromUtf8(row.label));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
@@ -330,7 +334,9 @@ void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
     if (station_.recording.running()) return;
     const bool chart = IsChartName(path);
-    if (chart ? !MayLoseChart() : !(MayLoseSound() && MayLoseMarkers())) return;
+    const bool markers = IsTextGridName(path);
+    const bool sound = !chart && !markers;
+    if ((chart && !MayLoseChart()) || (sound && !MayLoseSound()) || (!chart && !MayLoseMarkers())) return;
     status_->SetText({});
     const std::string file = AbsolutePath(path.toStdString());
     guard_.CommandBegins(dialogs_.Setbacks());

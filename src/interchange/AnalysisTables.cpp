@@ -1,0 +1,82 @@
+#include "interchange/AnalysisTables.h"
+
+#include <algorithm>
+
+#include "base/Format.h"
+#include "document/LevelMeasures.h"
+#include "interchange/CsvTable.h"
+#include "interchange/FrameGrid.h"
+
+namespace parlowen {
+
+std::string PitchCsv(const SoundDocument& document, PitchRange range) {
+  const PitchBounds bounds = BoundsOf(range);
+  CsvTable table = MakeCsvTable(
+      OriginOf(document, Format("pitch range %d-%d Hz, frames of 10 ms", bounds.lowest, bounds.highest)));
+  table.AddRow({"time_s", "f0_Hz", "semitones", "period_samples"});
+  const FrameSpan frames = FramesToExport(document);
+  for (int frame = frames.first; frame <= frames.last; ++frame) {
+    const float period = document.pitch[static_cast<std::size_t>(frame)];
+    const double frequency = FrequencyOf(period, document.sampleRate);
+    const bool voiced = frequency > 0;
+    table.AddRow({CsvNumber(TimeOfFrame(frame)), CsvNumberOrNone(frequency), voiced ? CsvNumber(SemitonesOf(frequency)) : "",
+                  voiced ? ShortestNumber(period) : ""});
+  }
+  return table.text();
+}
+
+std::string LevelsCsv(const SoundDocument& document) {
+  CsvTable table = MakeCsvTable(
+      OriginOf(document, "frames of 10 ms from start_s on; peak: largest |x|; level: 10 log10 of the mean square"));
+  table.AddRow({"time_s", "start_s", "peak", "level_dB"});
+  const FrameSpan frames = FramesToExport(document);
+  const int rate = document.sampleRate;
+  const LevelCurve levels = MakeLevelCurve(document.Samples(), rate, 100, 0, frames.last + 1);
+  for (int frame = frames.first; frame <= frames.last; ++frame) {
+    const int start = SampleOfFrame(frame, rate), length = std::max(1, rate / 100);
+    table.AddRow({CsvNumber(TimeOfFrame(frame)), CsvNumber(SecondsOf(start, rate)),
+                  std::to_string(PeakAmplitude(document.Samples(), start, start + length)),
+                  CsvNumber(levels.values[static_cast<std::size_t>(frame)])});
+  }
+  return table.text();
+}
+
+std::string FormantsCsv(const SoundDocument& document, const VowelTrack& track) {
+  CsvTable table = MakeCsvTable(OriginOf(document, "LPC order 16, frames of 20 ms every 10 ms"));
+  std::vector<std::string> cells = {"time_s"};
+  for (int i = 1; i <= kMostFormants; ++i) {
+    cells.push_back(Format("F%d_Hz", i));
+    cells.push_back(Format("B%d_Hz", i));
+  }
+  table.AddRow(cells);
+  for (std::size_t k = 0; k < track.frames.size(); ++k) {
+    const FormantFrame& frame = track.frames[k];
+    cells = {CsvNumber(TimeOfFrameAt(track.start + static_cast<int>(k) * track.step, document.sampleRate))};
+    for (std::size_t i = 0; i < kMostFormants; ++i) {
+      const bool found = static_cast<int>(i) < frame.count;
+      cells.push_back(found ? CsvNumber(frame.frequency[i]) : "");
+      cells.push_back(found ? CsvNumber(frame.bandwidth[i]) : "");
+    }
+    table.AddRow(cells);
+  }
+  return table.text();
+}
+
+std::string LtaCsv(const LtaState& lta) {
+  CsvTable table = MakeCsvTable({lta.soundPath, lta.sampleRate, lta.start, lta.end,
+                                 Format("%d frames of 512 samples every 2.5 ms", lta.frames)});
+  std::vector<std::string> cells = {"frequency_Hz", "level_dB"};
+  if (lta.hasPrevious) cells.push_back("previous_dB");
+  if (lta.difference) cells.push_back("difference_dB");
+  table.AddRow(cells);
+  // Levels are kept on the doubled scale.
+  for (std::size_t k = 0; k < kLtaBins; ++k) {
+    cells = {CsvNumber(static_cast<double>(k) * lta.sampleRate / 512.0), CsvNumber(lta.levels[k] / 2)};
+    if (lta.hasPrevious) cells.push_back(CsvNumber(lta.previous[k] / 2));
+    if (lta.difference) cells.push_back(CsvNumber(lta.difference->curve[k] / 2));
+    table.AddRow(cells);
+  }
+  return table.text();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,168 @@
+// Markers, labels and annotations to tiers and back.
+
+#include <gtest/gtest.h>
+
+#include "interchange/MarkerSetBuilder.h"
+#include "interchange/MarkerTiers.h"
+
+namespace parlowen {
+namespace {
+
+constexpr int kRate = 16000, kCount = 32000;
+
+struct Band {
+  std::vector<int> markers;
+  std::vector<MarkerLabel> labels;
+};
+
+/// A set with these bands, without the builder of the room.
+MarkerSet SetOf(const std::vector<Band>& bands) {
+  MarkerSet set;
+  for (std::size_t b = 0; b < bands.size(); ++b) {
+    set.markerCount[b] = static_cast<std::int16_t>(bands[b].markers.size());
+    set.labelCount[b] = static_cast<std::int16_t>(bands[b].labels.size());
+    std::copy(bands[b].markers.begin(), bands[b].markers.end(), set.markerPos.begin() + static_cast<int>(b) * kMarkersPerBand);
+    std::copy(bands[b].labels.begin(), bands[b].labels.end(), set.labels.begin() + static_cast<int>(b) * kLabelsPerBand);
+  }
+  return set;
+}
+
+std::string Text(const MarkerSet& set, int band) {
+  std::string text;
+  for (const int marker : set.Markers(band)) text += std::to_string(marker) + " ";
+  for (const MarkerLabel& label : set.Labels(band)) text += "[" + std::to_string(label.start) + "-" + std::to_string(label.end) + " " + label.text + "]";
+  return text;
+}
+
+ImportedMarkers Import(std::vector<GridTier> tiers, int count = kCount) {
+  return MarkersOfGrid({0, 2, std::move(tiers)}, count, kRate);
+}
+GridTier Intervals(const std::string& name, std::vector<GridInterval> intervals) { return {name, false, 0, 2, std::move(intervals)}; }
+GridTier Points(const std::string& name, std::vector<GridPoint> points) { return {name, true, 0, 2, {}, std::move(points)}; }
+
+TEST(MarkerTiers, EveryBandIsATierThatCoversTheSound) {
+  const MarkerSet set = SetOf({{{1600, 4801}, {{4801, 32000, "尾"}, {0, 1600, "头"}, {1600, 1600, "p"}}}});
+  ExportLosses losses;
+  const TextGrid grid = GridOfMarkers(set, {{"tA", 8000}, {"x", 0}}, kCount, kRate, losses);
+  ASSERT_EQ(grid.tiers.size(), 6u);
+  EXPECT_EQ(grid.tiers[0], Intervals("1", {{0, 0.1, "头"}, {0.1, 4801 / 16000.0, ""}, {4801 / 16000.0, 2, "尾"}}));
+  EXPECT_EQ(grid.tiers[1], Points("1 点", {{0.1, "p"}}));
+  for (int band = 2; band <= 4; ++band) EXPECT_EQ(grid.tiers[static_cast<std::size_t>(band)], Intervals(std::to_string(band), {{0, 2, ""}}));
+  EXPECT_EQ(grid.tiers[5], Points("音标", {{0, "x"}, {0.5, "tA"}}));
+  EXPECT_TRUE(losses.None());
+}
+
+TEST(MarkerTiers, TheRulesOfTheFormatHoldWhateverTheSetSays) {
+  // Twice the same marker, markers at and beyond the ends, stretches that are none.
+  const MarkerSet set = SetOf({{{0, 800, 800, 1600, 32000, 40000},
+                                {{800, 1600, "a"}, {800, 1600, "b"}, {0, 1600, "over"}, {1600, 1600, "c"}, {1600, 1600, "d"}, {0, 0, "e"}, {40000, 40000, "f"}}}});
+  ExportLosses losses;
+  const TextGrid grid = GridOfMarkers(set, {{"一", 5}, {"二", 5}, {"三", 32001}}, kCount, kRate, losses);
+  EXPECT_EQ(grid.tiers[0], Intervals("1", {{0, 0.05, ""}, {0.05, 0.1, "a b"}, {0.1, 2, ""}}));
+  EXPECT_EQ(grid.tiers[1], Points("1 点", {{0, "e"}, {0.1, "c d"}}));
+  EXPECT_EQ(grid.tiers.back().points, (std::vector<GridPoint>{{5 / 16000.0, "一 二"}}));
+  EXPECT_EQ(losses.joined, 3);
+  // The stretch with a marker inside, the point and two markers at or beyond the end, an annotation.
+  EXPECT_EQ(losses.leftOut, 5);
+}
+
+TEST(MarkerTiers, AFullSetComesBackAsItWas) {
+  for (const int rate : {8000, 11025, 22050, 44100}) {
+    const int count = rate + 7;
+    std::vector<Band> bands(kMarkerBands);
+    for (int b = 0; b < kMarkerBands; ++b) {
+      for (int m = 0; m < 20; ++m) bands[static_cast<std::size_t>(b)].markers.push_back(1 + b + m * (count - 10) / 20);
+      const auto& markers = bands[static_cast<std::size_t>(b)].markers;
+      for (std::size_t m = 0; m < 10; ++m) bands[static_cast<std::size_t>(b)].labels.push_back({m == 0 ? 0 : markers[2 * m - 1], markers[2 * m], "段" + std::to_string(m)});
+      for (std::size_t m = 0; m < 10; ++m) bands[static_cast<std::size_t>(b)].labels.push_back({markers[2 * m], markers[2 * m], "ɛ\"" + std::to_string(m)});
+    }
+    const MarkerSet set = SetOf(bands);
+    const std::vector<Annotation> annotations = {{"ʂʅ˥˩", 0}, {"x", count}};
+    ExportLosses lost;
+    GridFault fault = GridFault::None;
+    const auto grid = ReadTextGrid(TextGridText(GridOfMarkers(set, annotations, count, rate, lost)), fault);
+    ASSERT_TRUE(grid);
+    const ImportedMarkers back = MarkersOfGrid(*grid, count, rate);
+    for (int b = 0; b < kMarkerBands; ++b) EXPECT_EQ(Text(back.set, b), Text(set, b)) << rate;
+    ASSERT_EQ(back.annotations.size(), 2u);
+    EXPECT_EQ(back.annotations[0].text, "ʂʅ˥˩");
+    EXPECT_EQ(back.annotations[1].position, count);
+    EXPECT_EQ(back.losses, ImportLosses{});
+    EXPECT_TRUE(lost.None());
+  }
+}
+
+TEST(MarkerTiers, TiersFindTheirBands) {
+  const std::vector<GridInterval> cut = {{0, 1, ""}, {1, 2, ""}};
+  const auto imported = Import({Intervals("words", {{0, 0.25, ""}, {0.25, 2, ""}}), Intervals("3", cut), Points("1 点", {{0.5, "p"}}),
+                                Points("tones", {{1.5, "T4"}}), Intervals("late", cut), Intervals("later", cut), Points("音标", {{1, "a"}})});
+  EXPECT_EQ(Text(imported.set, 0), "8000 [8000-8000 p]");
+  EXPECT_EQ(Text(imported.set, 1), "4000 ");
+  EXPECT_EQ(Text(imported.set, 2), "16000 ");
+  EXPECT_EQ(Text(imported.set, 3), "24000 [24000-24000 T4]");
+  EXPECT_EQ(imported.losses.tiers, 2);
+  EXPECT_EQ(imported.annotations.size(), 1u);
+  EXPECT_FALSE(Import({Points("音标", {})}).hasBands);
+}
+
+TEST(MarkerTiers, TheEndsOfATierAreMarkersOnlyWhereTheyBoundALabel) {
+  // A grid that is shorter than the sound; one whose end was rounded; one that is longer.
+  EXPECT_EQ(Text(Import({Intervals("a", {{0.5, 1, "x"}, {1, 1.5, ""}})}).set, 0), "8000 16000 [8000-16000 x]");
+  EXPECT_EQ(Text(Import({Intervals("a", {{0.005, 1, "x"}, {1, 1.9951, "y"}})}).set, 0), "16000 [0-16000 x][16000-32000 y]");
+  const auto longer = Import({Intervals("a", {{0, 1, "x"}, {1, 3, "y"}, {3, 4, "z"}})});
+  EXPECT_EQ(Text(longer.set, 0), "16000 [0-16000 x][16000-32000 y]");
+  EXPECT_EQ(longer.losses.outside, 1);
+}
+
+TEST(MarkerTiers, WhatHasNoRoomIsCounted) {
+  std::vector<GridInterval> many;
+  for (int i = 0; i < 25; ++i) many.push_back({i * 0.08, (i + 1) * 0.08, "w" + std::to_string(i)});
+  const auto intervals = Import({Intervals("a", many)});
+  EXPECT_EQ(intervals.set.markerCount[0], 20);
+  EXPECT_EQ(intervals.set.labelCount[0], 20);
+  EXPECT_EQ(intervals.losses.markers, 4);
+  EXPECT_EQ(intervals.losses.labels, 5) << "w20 has its left marker, not its right one";
+
+  const auto odd = Import({Intervals("1", {{0, 1, "x"}, {1, 1, "none"}, {1, 2, " \n"}}), Points("1 点", {{0.5, "inside"}, {1.5, "b\tc"}, {1.2, ""}, {9, "far"}, {-1, "far"}}),
+                           Points("音标", {{1, "0123456789"}, {1, "ʰx😀"}})});
+  EXPECT_EQ(Text(odd.set, 0), "16000 19200 24000 [0-16000 x][24000-24000 b c]");
+  ASSERT_EQ(odd.annotations.size(), 2u);
+  EXPECT_EQ(odd.annotations[0].text, "012345678");
+  EXPECT_EQ(odd.annotations[1].text, "ʰx?");
+  ImportLosses expected;
+  expected.labels = 2;   // of no length; inside a labelled stretch
+  expected.outside = 2;
+  expected.shortened = expected.recoded = 1;
+  EXPECT_EQ(odd.losses, expected);
+
+  const auto crowd = Import({Points("音标", std::vector<GridPoint>(502, {1, "x"}))});
+  EXPECT_EQ(crowd.annotations.size(), 500u);
+  EXPECT_EQ(crowd.losses.annotations, 2);
+}
+
+TEST(MarkerTiers, TextsAreCutAtWholeCharacters) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"一二三四五六", "一二三四五六"}, {"一二三四五六七", "一二三四五六"}, {"a一二三四五六", "a一二三四五"}, {"why?", "why?"}, {"ʂʅ", "ʂʅ"}};
+  for (const auto& [text, kept] : cases) {
+    ImportLosses losses;
+    EXPECT_EQ(FittingText(text, kMarkerLabelBytes, losses), kept);
+    EXPECT_EQ(losses.shortened, std::string(text) != kept);
+    EXPECT_EQ(losses.recoded, 0);
+  }
+}
+
+TEST(MarkerTiers, AHostileTextIsCutBeforeItIsLookedAt) {
+  ImportLosses losses;
+  EXPECT_EQ(FittingText(std::string(1 << 24, 'x'), kMarkerLabelBytes, losses), std::string(12, 'x'));
+  EXPECT_EQ(FittingText(std::string(5000, ' ') + "x", kMarkerLabelBytes, losses), "");
+  EXPECT_EQ(losses.shortened, 1);
+}
+
+TEST(MarkerTiers, TimesFarOutsideAreNoPositions) {
+  const auto imported = Import({Points("a", {{1e300, "x"}, {-1e300, "y"}}), Intervals("b", {{-1e300, 1e300, "all"}})});
+  EXPECT_EQ(imported.losses.outside, 2);
+  EXPECT_EQ(Text(imported.set, 1), "[0-32000 all]");
+}
+
+}  // namespace
+}  // namespace parlowen
