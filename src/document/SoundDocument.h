@@ -29,6 +29,7 @@ namespace activities {
 inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5, kLta = 6;
 inline constexpr int kRegionDrag = 7, kRegionChosen = 8, kPitchRepair = 9;
 inline constexpr int kSegmentChart = 25, kPointChart = 26, kGroupPlot = 27;
+inline constexpr int kAnnotation = 30, kCharacters = 31;
 }  // namespace activities
 
 /// kMaxSamples + kSampleHeadroom samples, all zero at first; pages that are never written cost no memory.
