@@ -16,6 +16,7 @@ struct FormField {
   bool checked = false;     ///< radio buttons
   int group = 0;            ///< radio buttons with the same group exclude each other
   int maxGbkBytes = 0;      ///< the longest entry in GBK bytes; 0 for no limit
+  bool phonetic = false;    ///< phonetic symbols may be entered: two GBK bytes each
   /// Set for a field with scroll arrows: its text after one step up (+1) or down (−1).
   std::function<std::string(const std::string& value, int direction)> step{};
 };

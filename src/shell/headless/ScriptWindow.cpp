@@ -4,6 +4,7 @@
 
 #include "base/Files.h"
 #include "base/Gbk.h"
+#include "base/IpaCodes.h"
 #include "base/Utf8.h"
 
 namespace parlowen {
@@ -20,17 +21,17 @@ std::string RadioName(const FormField& field) {
   return field.control != 0 ? std::to_string(field.control) : field.label;
 }
 
-/// The longest beginning of a UTF-8 text whose GBK form fits.
-std::string FittedText(const std::string& text, int maxGbkBytes) {
-  if (maxGbkBytes <= 0) return text;
+/// The longest beginning of a UTF-8 text whose GBK form fits the field.
+std::string FittedText(const std::string& text, const FormField& field) {
+  if (field.maxGbkBytes <= 0) return text;
   std::string fitted;
   std::size_t bytes = 0;
   for (std::size_t at = 0; at < text.size();) {
     const std::size_t start = at;
     TakeUtf8(text, at);
     const std::string character = text.substr(start, at - start);
-    bytes += ToGbk(character).size();
-    if (bytes > static_cast<std::size_t>(maxGbkBytes)) break;
+    bytes += (field.phonetic ? IpaToGbk(character) : ToGbk(character)).size();
+    if (bytes > static_cast<std::size_t>(field.maxGbkBytes)) break;
     fitted += character;
   }
   return fitted;
@@ -97,7 +98,7 @@ std::string ApplyEntries(const std::vector<std::string>& entries, InputForm& for
     });
     if (field == form.fields.end()) return "the dialog has no field for " + entry;
     // With a single field the whole word may be its text, an "=" included.
-    field->value = FittedText(control ? value : entry, field->maxGbkBytes);
+    field->value = FittedText(control ? value : entry, *field);
   }
   return {};
 }
