@@ -4,6 +4,7 @@
 #include <cctype>
 #include <string_view>
 
+#include "annotation/AnnotationCommands.h"
 #include "base/Files.h"
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
@@ -59,6 +60,8 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
       dataFolder(std::move(folder)), player(devices.output, ownWindow, document, states),
       recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
   view.palate = &palate;
+  view.annotations = &annotations;
+  view.characters = &characters;
   InitSignalTables();
   player.changed = [this] { MoveCursor(); };
   recording.changed = [this] {
@@ -92,6 +95,8 @@ void Workstation::OpenFile(const std::string& path) {
   player.stopPlayback();
   if (EndsWith(path, ".vch")) {
     OpenChartFile(window, document, states, vowels, path);
+  } else if (EndsWith(path, ".ipa")) {
+    OpenIpaFile(window, document, states, annotations, path);
   } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
     ReadEpgNsp(window, document, states, palate, path);
   } else if (EndsWith(path, ".nsp")) {
@@ -161,18 +166,22 @@ void Workstation::UpdateDerived() {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
     seenCount_ = document.sampleCount;
+    seenEdit_ = EditPlaceOf(document);
     spectrogram = {};
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
     if (palate.generation != document.soundGeneration) palate = {};
     if (markers.generation != document.soundGeneration) markers = {};
     if (annotations.generation != document.soundGeneration) annotations = {};
+    if (characters.generation != document.soundGeneration) characters = {};
     view.Reset();
     window.Repaint();
     return;
   }
   if (seenSamples_ == document.samplesVersion) return;
   seenSamples_ = document.samplesVersion;
+  FollowEdit(annotations, characters, seenEdit_, document);
+  seenEdit_ = EditPlaceOf(document);
   const bool resized = seenCount_ != document.sampleCount;
   seenCount_ = document.sampleCount;
   if (!spectrogram.shown) return;

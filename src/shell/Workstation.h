@@ -3,7 +3,9 @@
 #include <string>
 
 #include "annotation/Annotations.h"
+#include "annotation/InsertedCharacters.h"
 #include "annotation/MarkerSet.h"
+#include "annotation/TextFollowing.h"
 #include "audio/Player.h"
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
@@ -72,6 +74,7 @@ class Workstation {
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;
+  InsertedCharacters characters;
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
@@ -88,6 +91,7 @@ class Workstation {
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
+  EditPlace seenEdit_;
 };
 
 }  // namespace parlowen
