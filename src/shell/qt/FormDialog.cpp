@@ -18,6 +18,8 @@
 
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "base/IpaCodes.h"
+#include "shell/qt/IpaPalette.h"
 
 namespace parlowen {
 namespace {
@@ -42,8 +44,9 @@ bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || fi
 
 std::string EntryComplaint(const FormField& field, const std::string& text) {
   if (!IsEdit(field)) return {};
-  if (!HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
-  if (field.maxGbkBytes > 0 && ToGbk(text).size() > static_cast<std::size_t>(field.maxGbkBytes))
+  const std::string gbk = field.phonetic ? IpaToGbk(text) : ToGbk(text);
+  if (field.phonetic ? IpaFromGbk(gbk) != text : !HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
+  if (field.maxGbkBytes > 0 && gbk.size() > static_cast<std::size_t>(field.maxGbkBytes))
     return Format("最多 %d 个字节（一个汉字 2 个）", field.maxGbkBytes);
   return {};
 }
@@ -64,6 +67,11 @@ FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form
   } else {
     layout->addWidget(fields);
   }
+  for (std::size_t i = 0; i < form_.fields.size(); ++i)
+    if (form_.fields[i].phonetic && edits_[i] != nullptr) {
+      layout->addWidget(new IpaPalette(*edits_[i], this), 1);
+      break;
+    }
   complaint_ = new QLabel;
   complaint_->setWordWrap(true);
   QFont bold = font();

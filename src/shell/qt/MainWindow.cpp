@@ -44,6 +44,7 @@ constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
 
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
+constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
 
 struct Shortcut {
@@ -54,7 +55,7 @@ constexpr Shortcut kShortcuts[] = {
     {110, "Ctrl+O"},   {120, "Ctrl+S"},   {130, "Ctrl+Shift+S"}, {40093, "Ctrl+N"}, {40001, "Ctrl+X"},
     {40002, "Ctrl+C"}, {40003, "Ctrl+V"}, {40036, "Ctrl+Z"},     {40026, "Ctrl+A"}, {40004, "Ctrl+D"},
     {272, "Ctrl+R"},   {220, "F5"},       {170, "F6"},           {180, "F7"},       {210, "F8"},
-    {270, "F1"},
+    {270, "F1"},       {40080, "Ctrl+I"},
 };
 
 /// The keyboard's way to a menu; the names of the menus have none of their own.
@@ -379,7 +380,10 @@ void MainWindow::InputDevicesChanged() {
   Renew();
 }
 
-bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
+bool MainWindow::MayLoseSound() {
+  if (guard_.SoundChanged() && !dialogs_.AskYesNo(kMayLose, kMayLoseCaption)) return false;
+  return !station_.annotations.changed || dialogs_.AskYesNo(kMayLoseAnnotations, kMayLoseCaption);
+}
 
 bool MainWindow::UseKey(const std::string& key) {
   bool used = false;
