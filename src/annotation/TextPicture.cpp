@@ -41,7 +41,8 @@ void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, i
     if (x >= left && x < picture.width) places.push_back({x, &annotation});
   }
   std::stable_sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.x < b.x; });
-  for (const Place& place : places) picture.Add(LineMark{{place.x, 0}, {place.x, picture.height - 1}, kAnnotation, 1, LineStyle::Dashed});
+  for (const Place& place : places)
+    picture.Add(LineMark{{place.x, 0}, {place.x, picture.height - 1}, kAnnotation, 1, LineStyle::Dashed});
   int rowHeight = 0;
   for (const Place& place : places) rowHeight = std::max(rowHeight, RoomFor(place.annotation->height));
   std::vector<int> rowEnds;   // where the last text of each row ends

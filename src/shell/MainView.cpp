@@ -94,7 +94,8 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return;
   }
   if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
-  if (button == MouseButton::Left && document_.activity == activities::kAnnotation && pane == Pane::Analysis && annotations != nullptr)
+  if (button == MouseButton::Left && document_.activity == activities::kAnnotation && pane == Pane::Analysis &&
+      annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
   if (button == MouseButton::Left && document_.activity == activities::kCharacters && characters != nullptr)
     return PlaceCharacters(window_, document_, *characters, pane, SampleAt(pane, at.x), at.y);
