@@ -24,6 +24,12 @@ std::string EachCharacter(std::string_view utf8, Replace replace) {
   return text;
 }
 
+char32_t UserCodeOf(char32_t character) {
+  for (std::size_t i = 0; i < kRowLength; ++i)
+    if (kRow[i] == character) return static_cast<char32_t>(kFirstUserCode + i);
+  return character;
+}
+
 }  // namespace
 
 std::string IpaFromGbk(std::string_view gbk) {
@@ -33,12 +39,8 @@ std::string IpaFromGbk(std::string_view gbk) {
   });
 }
 
-std::string IpaToGbk(std::string_view utf8) {
-  return ToGbk(EachCharacter(utf8, [](char32_t character) {
-    for (std::size_t i = 0; i < kRowLength; ++i)
-      if (kRow[i] == character) return static_cast<char32_t>(kFirstUserCode + i);
-    return character;
-  }));
-}
+std::string IpaToGbk(std::string_view utf8) { return ToGbk(EachCharacter(utf8, UserCodeOf)); }
+
+bool HasIpaCodes(std::string_view utf8) { return HasGbkCodes(EachCharacter(utf8, UserCodeOf)); }
 
 }  // namespace parlowen

@@ -13,4 +13,7 @@ std::string IpaFromGbk(std::string_view gbk);
 /// The reverse. A symbol that has an ordinary GBK code as well (ɑ, ɡ, β, θ, χ ...) is stored as its phonetic one.
 std::string IpaToGbk(std::string_view utf8);
 
+/// True when every character of the UTF-8 text has a GBK code, phonetic symbols included.
+bool HasIpaCodes(std::string_view utf8);
+
 }  // namespace parlowen

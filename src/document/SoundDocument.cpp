@@ -71,10 +71,12 @@ void SoundDocument::SamplesChanged() {
 
 const LevelCurve& SoundDocument::Levels() const {
   constexpr int kLevelsPerSecond = 300;
-  if (levelsVersion_ != samplesVersion) {
+  // A rejected file may have left another rate.
+  if (levelsVersion_ != samplesVersion || levelsRate_ != sampleRate) {
     const std::int64_t count = sampleRate > 0 ? std::int64_t{sampleCount} * kLevelsPerSecond / sampleRate + 1 : 0;
     levels_ = MakeLevelCurve(Samples(), sampleRate, kLevelsPerSecond, 0, static_cast<int>(count));
     levelsVersion_ = samplesVersion;
+    levelsRate_ = sampleRate;
   }
   return levels_;
 }

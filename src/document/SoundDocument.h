@@ -29,6 +29,7 @@ namespace activities {
 inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5, kLta = 6;
 inline constexpr int kRegionDrag = 7, kRegionChosen = 8, kPitchRepair = 9;
 inline constexpr int kSegmentChart = 25, kPointChart = 26, kGroupPlot = 27;
+inline constexpr int kAnnotation = 30, kCharacters = 31;
 }  // namespace activities
 
 /// kMaxSamples + kSampleHeadroom samples, all zero at first; pages that are never written cost no memory.
@@ -128,6 +129,7 @@ class SoundDocument {
   int shownStart_ = 0, shownScale_ = 0;   ///< the view as it was set last
   mutable LevelCurve levels_;
   mutable std::uint64_t levelsVersion_ = ~std::uint64_t{0};
+  mutable int levelsRate_ = 0;
   int dirtyEnd_ = 0;   ///< samples from here on were never written since they were last zeroed
 };
 

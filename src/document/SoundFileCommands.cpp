@@ -35,8 +35,8 @@ struct LoadedSound {
   std::int64_t tailOffset = -1;   ///< where a pitch tail may lie; −1 for none
 };
 
-void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
-                const std::string& path, const LoadedSound& loaded) {
+void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
+                const LoadedSound& loaded, const TailReader& readTail) {
   document.twoChannel = loaded.twoChannel;
   document.longFileSeconds = loaded.longFileSeconds;
   document.longFileStart = loaded.longFileStart;
@@ -44,19 +44,27 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   document.filePath = path;
   document.nextDigitPath = nextDigitPathOf(path);
   window.SetCaption(CaptionFor(path));
-  if (loaded.tailOffset >= 0) {
-    ReadPitchTail(file, loaded.tailOffset, document);
-  } else {
-    document.resetPitch();
-  }
+  readTail(loaded.tailOffset);
   states.onContourChanged(document.SelectionFacts());
   window.Repaint();
 }
 
+/// A sound file has nothing but a contour behind its samples.
+TailReader ContourOnly(const InputFile& file, SoundDocument& document) {
+  return [&file, &document](std::int64_t offset) {
+    if (offset < 0) return document.resetPitch();
+    ReadPitchTail(file, offset, document);
+  };
+}
+
+bool HasUsableRate(const WavLayout& layout) {
+  return layout.sampleRate >= kSmallestRate && layout.sampleRate <= kLargestRate;
+}
+
 /// Loads what the layout describes, checks first.
 void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
-             const std::string& path, const WavLayout& layout, ChannelMode mode) {
-  if (layout.sampleRate < kSmallestRate || layout.sampleRate > kLargestRate) return window.ShowError(kNot16Bits);
+             const std::string& path, const WavLayout& layout, ChannelMode mode, const TailReader& readTail) {
+  if (!HasUsableRate(layout)) return window.ShowError(kNot16Bits);
   // The rate is taken before the format is known: a rejected file leaves it behind.
   document.sampleRate = static_cast<int>(layout.sampleRate);
   if (layout.bitsPerSample != 16) return window.ShowError(kNot16Bits);
@@ -88,7 +96,7 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
     loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset, static_cast<int>(stretch.bytes / 2),
                                    document.samples.data());
   }
-  FinishLoad(window, document, states, file, path, loaded);
+  FinishLoad(window, document, states, path, loaded, readTail);
 }
 
 /// Headerless 16-bit mono: a 44-byte lead-in and the last 24 samples are dropped.
@@ -100,7 +108,7 @@ void LoadRaw(Window& window, SoundDocument& document, CommandStates& states, con
   if (document.sampleRate == 0) document.sampleRate = kRateOfRaw;
   LoadedSound loaded;
   loaded.count = ReadMonoSamples(file, kRawLeadIn, count, document.samples.data());
-  FinishLoad(window, document, states, file, path, loaded);
+  FinishLoad(window, document, states, path, loaded, ContourOnly(file, document));
 }
 
 bool EndsIn(const std::string& text, const std::string& end) {
@@ -135,7 +143,17 @@ void openPath(Window& window, SoundDocument& document, CommandStates& states, co
     return LoadRaw(window, document, states, file, path);
   const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
   if (!layout) return window.ShowError(kNoWav);
-  LoadWav(window, document, states, file, path, *layout, mode);
+  LoadWav(window, document, states, file, path, *layout, mode, ContourOnly(file, document));
+}
+
+void openWithRecords(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+                     const std::string& path, const TailReader& readTail) {
+  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
+  if (!layout || !HasUsableRate(*layout)) return window.ShowError(kNoWav);
+  const int oldRate = document.sampleRate;
+  const std::uint64_t oldSound = document.soundGeneration;
+  LoadWav(window, document, states, file, path, *layout, ChannelMode::One, readTail);
+  if (document.soundGeneration == oldSound) document.sampleRate = oldRate;
 }
 
 void openByName(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
@@ -145,7 +163,7 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
   if (!HasRiffTag(file)) return LoadRaw(window, document, states, file, path);
   const auto layout = ReadWavLayout(file, WavHeaderRule::Fixed44);
   if (!layout) return window.ShowError(kNoWav);
-  LoadWav(window, document, states, file, path, *layout, ChannelMode::One);
+  LoadWav(window, document, states, file, path, *layout, ChannelMode::One, ContourOnly(file, document));
 }
 
 std::optional<std::string> AskSoundName(Window& window, const std::string& title, const std::string& proposed) {
@@ -156,6 +174,8 @@ std::optional<std::string> AskSoundName(Window& window, const std::string& title
   }
   return EndsIn(choice->path, kWavSuffix) ? choice->path : choice->path + kWavSuffix;
 }
+
+bool AskToKeepPitch(Window& window) { return window.AskYesNo(kKeepPitch, kKeepPitchCaption); }
 
 void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
 
@@ -168,8 +188,7 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (file.Begin(*path) < 0) return SayCannotSave(window);
-  const bool withPitch = HasComputedContour(document) && !document.twoChannel &&
-                         window.AskYesNo(kKeepPitch, kKeepPitchCaption);
+  const bool withPitch = HasComputedContour(document) && !document.twoChannel && AskToKeepPitch(window);
   if (file.Commit(WavBytesOf(document, withPitch)) < 0) return SayCannotSave(window);
   if (withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());

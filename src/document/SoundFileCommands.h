@@ -1,7 +1,10 @@
 #pragma once
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 
+#include "base/Files.h"
 #include "document/SoundDocument.h"
 #include "ui/Window.h"
 
@@ -24,6 +27,15 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
 void openPath(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
               ChannelMode mode, bool rawAllowed);
 
+/// Reads what lies behind the samples of a sound that has just been loaded, from a byte offset on (−1: nothing can lie
+/// there), and sets the contour.
+using TailReader = std::function<void(std::int64_t offset)>;
+
+/// The same for one channel of an open file that has records of its own behind the samples. A file that is refused leaves
+/// the document as it was, its rate too; a rate that is not usable makes it no WAV file.
+void openWithRecords(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+                     const std::string& path, const TailReader& readTail);
+
 /// Writes the document; asks for a name when there is none or `saveAs` is set. A contour that is complete is
 /// offered to go with it. After a failure the old file is whole.
 void saveSound(Window& window, SoundDocument& document, bool saveAs);
@@ -32,6 +44,9 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs);
 /// is too long are refused with a message.
 std::optional<std::string> AskSoundName(Window& window, const std::string& title, const std::string& proposed);
 inline constexpr const char* kSaveUnderOtherName = "文件换名存为...";
+
+/// Whether the contour, which is complete, goes into the file.
+bool AskToKeepPitch(Window& window);
 
 /// The message of a sound file that could not be written.
 void SayCannotSave(Window& window);

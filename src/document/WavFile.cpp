@@ -141,16 +141,19 @@ void ReadPitchTail(const InputFile& file, std::int64_t offset, SoundDocument& do
   std::vector<std::uint8_t> bytes(static_cast<std::size_t>(kept) * 4);
   if (file.ReadAt(offset + 6, bytes.data(), bytes.size()) < bytes.size()) return;
   ByteReader values(bytes);
-  for (int i = 0; i < kept; ++i) {
-    const float value = values.TakeFloat32LE();
-    float& target = document.pitch[static_cast<std::size_t>(i)];
-    if (!std::isfinite(value) || value > static_cast<float>(document.sampleRate)) {
-      target = kUnvoiced;
-    } else {
-      target = value < 0 ? kNoValue : value;
-    }
-  }
-  std::copy_n(document.pitch.begin(), std::min(count + 2, kContourFrames), document.pitchBackup.begin());
+  std::vector<float> periods(static_cast<std::size_t>(kept));
+  for (float& period : periods) period = values.TakeFloat32LE();
+  TakeStoredContour(periods, document);
+}
+
+void TakeStoredContour(std::span<const float> periods, SoundDocument& document) {
+  document.resetPitch();
+  std::transform(periods.begin(), periods.begin() + std::min<std::ptrdiff_t>(std::ssize(periods), kContourFrames),
+                 document.pitch.begin(), [&document](float period) {
+                   if (!std::isfinite(period) || period > static_cast<float>(document.sampleRate)) return kUnvoiced;
+                   return period < 0 ? kNoValue : period;
+                 });
+  document.pitchBackup = document.pitch;
   document.pitchPresent = true;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "base/Files.h"
@@ -52,10 +53,13 @@ int ReadMonoSamples(const InputFile& file, std::int64_t offset, int count, std::
 int ReadStereoFrames(const InputFile& file, std::int64_t offset, int count, std::int16_t* left,
                      std::int16_t* right);
 
-/// Reads the pitch tail behind the samples into the contour and its backup and sets `pitchPresent`; without a
-/// whole tail the contour is reset. Values that no contour can have are made harmless: not finite or longer than
-/// a second becomes unvoiced, negative becomes "no value".
+/// Reads the pitch tail behind the samples into the contour; without a whole tail the contour is reset.
 void ReadPitchTail(const InputFile& file, std::int64_t offset, SoundDocument& document);
+
+/// Takes stored periods, frame 0 first, as the contour and its backup and sets `pitchPresent`; frames behind them have no
+/// value. Values that no contour can have are made harmless: not finite or longer than a second becomes unvoiced,
+/// negative becomes "no value".
+void TakeStoredContour(std::span<const float> periods, SoundDocument& document);
 
 /// True when every frame from 1 to the last has a value, so that the contour may go into the file.
 bool HasComputedContour(const SoundDocument& document);

@@ -4,7 +4,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
-#include "base/Gbk.h"
+#include "base/IpaCodes.h"
 
 namespace parlowen {
 namespace {
@@ -60,7 +60,7 @@ Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int
     picture.Add(PolylineMark{{{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}}});
     const int middle = left + kBarWidth / 2;
     picture.Add(TextMark{middle, kLowestBar + 16, Format("%3d", g + 1), colours::kText, 12, Anchor::Middle, Face::Figures});
-    picture.Add(TextMark{middle, kLowestBar + 32, FromGbk(group.name), colours::kText, 12, Anchor::Middle});
+    picture.Add(TextMark{middle, kLowestBar + 32, IpaFromGbk(group.name), colours::kText, 12, Anchor::Middle, Face::Ipa});
   }
   return picture;
 }
@@ -93,7 +93,7 @@ std::string DurationChart::Hover(Point at) const {
   const int group = first_ + (at.x - kLeft) / kBarStep;
   if (group >= static_cast<int>(groups_.size())) return {};
   const DurationGroup& hit = groups_[static_cast<std::size_t>(group)];
-  return Format("第%d组  %s  %d 个  平均值 %.1f ms  标准差 %.1f ms", group + 1, FromGbk(hit.name).c_str(),
+  return Format("第%d组  %s  %d 个  平均值 %.1f ms  标准差 %.1f ms", group + 1, IpaFromGbk(hit.name).c_str(),
                 static_cast<int>(hit.count), hit.mean, hit.deviation);
 }
 

@@ -4,6 +4,7 @@
 
 #include "base/Files.h"
 #include "base/Gbk.h"
+#include "base/IpaCodes.h"
 
 namespace parlowen {
 namespace {
@@ -59,9 +60,10 @@ bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, co
 std::optional<std::string> AskGroupName(Window& window) {
   InputForm form = OneFieldForm(kNameTitle, kNameLabel, "", FieldKind::Text);
   form.fields[0].maxGbkBytes = static_cast<int>(kGroupNameBytes);
+  form.fields[0].phonetic = true;
   while (window.AskInput(form)) {
     const std::string& text = form.ValueOf(1000);
-    if (HasGbkCodes(text)) return std::string(CutGbk(ToGbk(text), kGroupNameBytes));
+    if (HasIpaCodes(text)) return std::string(CutGbk(IpaToGbk(text), kGroupNameBytes));
     window.Notify(kNoGbkCode);
   }
   return {};

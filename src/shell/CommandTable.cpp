@@ -2,6 +2,10 @@
 
 #include <algorithm>
 
+#include "annotation/AnnotationCommands.h"
+#include "annotation/InsertedCharacters.h"
+#include "annotation/IpaIndex.h"
+#include "annotation/EditFollowing.h"
 #include "audio/SettingsCommand.h"
 #include "channels/ChannelsWindow.h"
 #include "document/ConversionCommands.h"
@@ -134,7 +138,11 @@ void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
 void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
 void EditMarkers(Workstation& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
 void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
-void ConvertRate(Workstation& w) { ConvertRateCommand(w.window, w.document, w.states); }
+void ConvertRate(Workstation& w) {
+  const EditPlace before = EditPlaceOf(w.document);
+  ConvertRateCommand(w.window, w.document, w.states);
+  FollowConversion({w.markers, w.annotations, w.characters}, before, w.document);
+}
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
 void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
 
@@ -173,6 +181,16 @@ void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.docume
 
 void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
 
+// --- Annotations
+
+void OpenIpa(Workstation& w) { OpenIpaCommand(w.window, w.document, w.states, w.annotations); }
+void SaveIpa(Workstation& w) { SaveIpaCommand(w.window, w.document, w.annotations); }
+void Annotate(Workstation& w) { BeginAnnotation(w.window, w.document); }
+void ShowIpaSymbols(Workstation& w) { ShowIpaIndex(w.window, w.dataFolder); }
+void InsertCharacters(Workstation& w) { BeginCharacters(w.window, w.document, w.characters); }
+void ShowCharacters(Workstation& w) { ToggleCharacters(w.window, w.characters); }
+void ForgetCharacters(Workstation& w) { ClearCharacters(w.window, w.characters); }
+
 // --- Refusals of functions that are still to come
 
 void AnalyseIntonation(Workstation& w) {
@@ -203,8 +221,8 @@ constexpr CommandRow kRows[] = {
     {40027, Menu::File, "选择所需地点[&G]", GoToPlace},
     {40013, Menu::File, "前进到标志[&M]", NextScreen},
     {40014, Menu::File, "后退一屏[&B]", PreviousScreen},
-    {40078, Menu::File, "打开国际音标文件[&F]", nullptr},
-    {40077, Menu::File, "汉语常用国际音标索引[&I]", nullptr},
+    {40078, Menu::File, "打开国际音标文件[&F]", OpenIpa},
+    {40077, Menu::File, "汉语常用国际音标索引[&I]", ShowIpaSymbols},
     {140, Menu::File, "退出[&X]", Quit},
     {272, Menu::Sound, "开始录音（自动停）[&S]", RecordUntilSilence},
     {40022, Menu::Sound, "开始录音（手动停）[&H]", RecordUntilStopped},
@@ -268,8 +286,8 @@ constexpr CommandRow kRows[] = {
     {40084, Menu::Palate, "电子动态腭位数据库简介[&Q]", nullptr},
     {40087, Menu::Palate, "一段语音腭位数据统计[&I]", PalateStatistics},
     {40088, Menu::Palate, "显示腭位统计数据[&F]", nullptr},
-    {40079, Menu::Palate, "保存国际音标文件[&B]", nullptr},
-    {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", nullptr},
+    {40079, Menu::Palate, "保存国际音标文件[&B]", SaveIpa},
+    {40080, Menu::Palate, "插入IPA 或其他注释字符 [&T]", Annotate},
     {40112, Menu::TwoChannel, "双声道录音（自动起停）[&R]", RecordTwoChannels},
     {40110, Menu::TwoChannel, "打开.WAV双声道文件[&S]", OpenTwoChannels},
     {40116, Menu::TwoChannel, "打开.NSP双声道文件[&N]", OpenTwoChannelNsp},
@@ -287,9 +305,9 @@ constexpr CommandRow kRows[] = {
     {40102, Menu::Edit, "高采样频率转换为16K/11K[&H]", ConvertRate},
     {40026, Menu::Marking, "全选[&S]", SelectAll},
     {40004, Menu::Marking, "清除选择[&Q]", ClearSelection},
-    {40053, Menu::Marking, "插入字符[&I]", nullptr},
-    {40055, Menu::Marking, "显示插入字符[&X]", nullptr},
-    {40054, Menu::Marking, "清除插入字符[&D]", nullptr},
+    {40053, Menu::Marking, "插入字符[&I]", InsertCharacters},
+    {40055, Menu::Marking, "显示插入字符[&X]", ShowCharacters},
+    {40054, Menu::Marking, "清除插入字符[&D]", ForgetCharacters},
     {40105, Menu::Marking, "进入标志处理[&B]", EditMarkers},
     {40117, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", nullptr},
     {215, Menu::Settings, "参数设置[&S]", Settings},

@@ -12,6 +12,8 @@ const char* PageOf(int activity) {
   switch (activity) {
     case activities::kRegionDrag:
     case activities::kRegionChosen: return "region.html";
+    case activities::kAnnotation: return "palate.html";
+    case activities::kCharacters: return "marking.html";
     default: return "index.html";
   }
 }

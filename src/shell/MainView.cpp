@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "annotation/AnnotationCommands.h"
+#include "annotation/TextPicture.h"
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "document/EditCommands.h"
@@ -92,6 +94,11 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return;
   }
   if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
+  if (button == MouseButton::Left && document_.activity == activities::kAnnotation && pane == Pane::Analysis &&
+      annotations != nullptr)
+    return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
+  if (button == MouseButton::Left && document_.activity == activities::kCharacters && characters != nullptr)
+    return PlaceCharacters(window_, document_, *characters, pane, SampleAt(pane, at.x), at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
   if (document_.activity == activities::kPointChart && pane == Pane::Amplitude && button == MouseButton::Left)
     return ClickVowel(window_, document_, states_, vowels_, SampleAt(pane, at.x));
@@ -185,7 +192,8 @@ bool MainView::Key(const std::string& key) {
 
 void MainView::EndTool() {
   const int activity = document_.activity;
-  if (activity < activities::kRegionDrag || activity > activities::kPitchRepair) return;
+  const bool tool = activity >= activities::kRegionDrag && activity <= activities::kPitchRepair;
+  if (!tool && activity != activities::kAnnotation && activity != activities::kCharacters) return;
   // A chart that the region was chosen from is shown again.
   document_.activity = ChartShown() ? ShownChart() : activities::kWaveform;
   regionStarted_ = false;
@@ -273,13 +281,31 @@ Picture MainView::Chart(int width, int height) const {
 }
 
 Picture MainView::Base(Pane pane, int width, int height) const {
+  const auto withTexts = [&](Picture picture) {
+    AddTexts(picture, pane);
+    return picture;
+  };
   switch (pane) {
     case Pane::Chart: return Chart(width, height);
-    case Pane::Amplitude: return AmplitudePicture(document_, amplitudeScale, width, height);
-    case Pane::Pitch: return PitchPicture(document_, width, height);
-    case Pane::Analysis: return AnalysisPicture(document_, spectrogram_, width, height);
-    default: return WaveformPicture(document_, Pyramid(), width, height);
+    case Pane::Amplitude: return withTexts(AmplitudePicture(document_, amplitudeScale, width, height));
+    case Pane::Pitch: return withTexts(PitchPicture(document_, width, height));
+    case Pane::Analysis: return withTexts(AnalysisPicture(document_, spectrogram_, width, height));
+    default: return withTexts(WaveformPicture(document_, Pyramid(), width, height));
   }
+}
+
+/// Annotations stand over the analysis and the waveform, under the flags of the selection; inserted characters where
+/// they were placed.
+void MainView::AddTexts(Picture& picture, Pane pane) const {
+  constexpr int kFlagHeight = 16;
+  const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
+  const auto columnOf = [&](int sample) { return ColumnOf(pane, sample); };
+  if (annotations != nullptr && (pane == Pane::Analysis || pane == Pane::Waveform)) {
+    const int head = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
+    AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, head + kFlagHeight, columnOf);
+  }
+  if (characters != nullptr && characters->generation == document_.soundGeneration)
+    AddCharacters(picture, *characters, pane, left, columnOf);
 }
 
 Picture MainView::Overlay(Pane pane, int width, int height) const {
@@ -414,6 +440,8 @@ std::string MainView::Hint() const {
     case activities::kSegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
     case activities::kPointChart: return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
     case activities::kGroupPlot: return "元音组位置图；M：组名；B：返回元音图";
+    case activities::kAnnotation: return kAnnotationHint;
+    case activities::kCharacters: return kCharactersHint;
     default: break;
   }
   if (spectrogram_.shown)

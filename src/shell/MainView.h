@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "annotation/Annotations.h"
+#include "annotation/InsertedCharacters.h"
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
 #include "palatography/PalateState.h"
@@ -109,12 +111,16 @@ class MainView {
   int analysisHeight = 330;
   /// The palate recording whose markers stand over the waveform; null for none.
   const PalateState* palate = nullptr;
+  /// The texts over the panes, which two tools insert with a click; null for none.
+  AnnotationState* annotations = nullptr;
+  InsertedCharacters* characters = nullptr;
 
  private:
   void ViewMoved();
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
+  void AddTexts(Picture& picture, Pane pane) const;
   /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
   int ShownChart() const;
 

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <string_view>
 
-#include "annotation/MarkerFollowing.h"
+#include "annotation/AnnotationCommands.h"
 #include "base/Files.h"
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
@@ -26,10 +26,6 @@ constexpr int kReplacing[] = {110,   40093, 40078, 40060, 40110, 40116, 272,   4
                               40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
 constexpr int kRecordings[] = {272, 40022, 40112};
 constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
-
-/// Commands after which the markers stand elsewhere.
-constexpr std::pair<int, SoundEdit> kEdits[] = {
-    {40001, SoundEdit::Cut}, {40003, SoundEdit::Paste}, {40036, SoundEdit::Undo}, {40102, SoundEdit::RateConversion}};
 
 /// Menus whose commands are tools: choosing one ends the tool before it.
 bool IsTool(Menu menu) {
@@ -64,6 +60,8 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
       dataFolder(std::move(folder)), player(devices.output, ownWindow, document, states),
       recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
   view.palate = &palate;
+  view.annotations = &annotations;
+  view.characters = &characters;
   InitSignalTables();
   player.changed = [this] { MoveCursor(); };
   recording.changed = [this] {
@@ -77,7 +75,15 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   playStretch = [this](Window&, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
   };
+  readTarget = [this](Window& asking, int firstFrame, int frameCount) {
+    return ReadPitchTierTarget(asking, document.sampleRate, firstFrame, frameCount);
+  };
   InputDevicesChanged();
+}
+
+MarkerDesk Workstation::MarkersToExchange() {
+  return {document, markers, annotations, [this] { EnsureMarkersRead(document, markers); },
+          [this] { ShowMarkers(window, document, markers, playStretch); }};
 }
 
 bool Workstation::dispatchCommand(int number) {
@@ -86,13 +92,7 @@ bool Workstation::dispatchCommand(int number) {
   StopPlayFor(number);
   if (IsTool(row->menu)) view.EndTool();
   if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
-  const SoundShape before = ShapeOf(document);
   RunCommand(*this, *row);
-  for (const auto& [command, edit] : kEdits)
-    if (number == command) {
-      FollowEdit(markers, edit, before, document);
-      if (markers.windowOpen) window.Repaint();
-    }
   DocumentChanged();
   return true;
 }
@@ -108,6 +108,8 @@ void Workstation::OpenFile(const std::string& path) {
     OpenChartFile(window, document, states, vowels, path);
   } else if (EndsWith(path, ".textgrid")) {
     ImportTextGridFile(window, MarkersToExchange(), path);
+  } else if (EndsWith(path, ".ipa")) {
+    OpenIpaFile(window, document, states, annotations, path);
   } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
     ReadEpgNsp(window, document, states, palate, path);
   } else if (EndsWith(path, ".nsp")) {
@@ -178,6 +180,7 @@ void Workstation::UpdateDerived() {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
     seenCount_ = document.sampleCount;
+    seenEdit_ = EditPlaceOf(document);
     spectrogram = {};
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
@@ -185,12 +188,16 @@ void Workstation::UpdateDerived() {
     if (palate.generation != document.soundGeneration) palate = {};
     DropOldMarkers(window, document, markers);
     if (annotations.generation != document.soundGeneration) annotations = {};
+    if (characters.generation != document.soundGeneration) characters = {};
     view.Reset();
     window.Repaint();
     return;
   }
   if (seenSamples_ == document.samplesVersion) return;
   seenSamples_ = document.samplesVersion;
+  FollowEdit({markers, annotations, characters}, seenEdit_, document);
+  seenEdit_ = EditPlaceOf(document);
+  if (markers.windowOpen) window.Repaint();
   const bool resized = seenCount_ != document.sampleCount;
   seenCount_ = document.sampleCount;
   if (!spectrogram.shown) return;

@@ -3,6 +3,8 @@
 #include <string>
 
 #include "annotation/Annotations.h"
+#include "annotation/EditFollowing.h"
+#include "annotation/InsertedCharacters.h"
 #include "annotation/MarkerSet.h"
 #include "annotation/MarkerWindow.h"
 #include "audio/Player.h"
@@ -56,7 +58,7 @@ class Workstation {
   /// Puts the cursor where the play is; false when nothing plays.
   bool MoveCursor();
   /// What the exchange with other programs works on.
-  MarkerDesk MarkersToExchange() { return {document, markers, annotations}; }
+  MarkerDesk MarkersToExchange();
   /// Where a file of a fixed name is written: in `exportFolder`.
   std::string ExportPath(const std::string& name) const;
 
@@ -82,6 +84,7 @@ class Workstation {
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;
+  InsertedCharacters characters;
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
@@ -98,6 +101,7 @@ class Workstation {
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
   int seenCount_ = 0;
+  EditPlace seenEdit_;
 };
 
 }  // namespace parlowen

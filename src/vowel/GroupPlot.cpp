@@ -1,7 +1,7 @@
 #include "vowel/GroupPlot.h"
 
 #include "base/Format.h"
-#include "base/Gbk.h"
+#include "base/IpaCodes.h"
 #include "vowel/ChartPicture.h"
 
 namespace parlowen {
@@ -22,7 +22,7 @@ Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   picture.Add(TextMark{kRight + 20, kBottom, "B1Max", colours::kText, 12, Anchor::Left, Face::Figures});
   for (const VowelGroup& group : plot.groups) {
     AddShape(picture, shapes::kDiamond, group.x, group.y, kChartRed);
-    if (plot.showNames) picture.Add(TextMark{group.x + 6, group.y - 8, FromGbk(group.name)});
+    if (plot.showNames) picture.Add(TextMark{group.x + 6, group.y - 8, IpaFromGbk(group.name), colours::kText, 12, Anchor::Left, Face::Ipa});
   }
   return picture;
 }
@@ -34,7 +34,7 @@ std::string GroupPlotHover(const GroupPlot& plot, Point at) {
   });
   if (nearest < 0) return {};
   const VowelGroup& group = plot.groups[static_cast<std::size_t>(nearest)];
-  return Format("%s  F1 %.1f Hz  F2 %.1f Hz  V1 %d %%  V2 %d %%", FromGbk(group.name).c_str(),
+  return Format("%s  F1 %.1f Hz  F2 %.1f Hz  V1 %d %%  V2 %d %%", IpaFromGbk(group.name).c_str(),
                 static_cast<double>(group.mean1), static_cast<double>(group.mean2), group.V1(), group.V2());
 }
 

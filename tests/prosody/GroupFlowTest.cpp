@@ -105,6 +105,14 @@ TEST_F(GroupFlow, ACancelledDialogLeavesNothingBehind) {
   EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
 }
 
+TEST_F(GroupFlow, ANameMayBePhonetic) {
+  Add(1, {open, "yes", "ok:tʂʰ"});
+  Add(2, {"no", open, "no", "ok:tʂʰ"});
+  ASSERT_EQ(Groups().size(), 1u);
+  EXPECT_EQ(Groups()[0].name, "t\xAA\xE4\xAA\xF4");
+  EXPECT_EQ(Groups()[0].values.size(), 2u);
+}
+
 TEST_F(GroupFlow, ANameWithoutGbkCodesIsAskedAgain) {
   const Texts log = Add(1, {open, "yes", "ok:😀", "ok:a"});
   EXPECT_TRUE(Shown(log, Refusal("有字符没有 GBK 编码，请改写", "none")));

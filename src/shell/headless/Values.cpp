@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "annotation/AnnotationCommands.h"
 #include "shell/Workstation.h"
 #include "shell/headless/Script.h"
 #include "vowel/VowelFormants.h"
@@ -221,6 +222,12 @@ void FormantsValue(const SoundDocument& document, JsonObject& event) {
             }));
 }
 
+void AnnotationsValue(const Workstation& w, JsonObject& event) {
+  event.Raw("items", JsonList(AnnotationsOf(w.annotations, w.document), [](const Annotation& annotation) {
+              return JsonObject().Text("text", annotation.text).Integer("position", annotation.position).Done();
+            }));
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -250,6 +257,8 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     ResynthesisValue(workstation.synthesis, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
+  } else if (what == "annotations") {
+    AnnotationsValue(workstation, event);
   } else if (what == "vowels") {
     VowelsValue(workstation.vowels.chart, event);
   } else if (what == "markers") {

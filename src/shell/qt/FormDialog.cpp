@@ -19,6 +19,7 @@
 #include "base/Format.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
+#include "shell/qt/IpaPalette.h"
 
 namespace parlowen {
 namespace {
@@ -66,6 +67,11 @@ FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form
   } else {
     layout->addWidget(fields);
   }
+  for (std::size_t i = 0; i < form_.fields.size(); ++i)
+    if (form_.fields[i].phonetic && edits_[i] != nullptr) {
+      layout->addWidget(new IpaPalette(*edits_[i], this), 1);
+      break;
+    }
   complaint_ = new QLabel;
   complaint_->setWordWrap(true);
   QFont bold = font();

@@ -14,6 +14,7 @@ constexpr int kRecording[] = {272, 40022, 40112};
 constexpr int kSaving[] = {120, 130, 40113, 40079};
 constexpr int kOpeningChart[] = {40073, 40082};
 constexpr int kSavingChart[] = {40072};
+constexpr int kImportTextGrid = 41020, kImportLabels = 41022;
 
 template <std::size_t N>
 bool IsOneOf(const int (&commands)[N], int command) {
@@ -25,6 +26,10 @@ bool IsOneOf(const int (&commands)[N], int command) {
 bool LossGuard::Replaces(int command) { return IsOneOf(kOpening, command) || IsOneOf(kRecording, command); }
 
 bool LossGuard::ReplacesChart(int command) { return IsOneOf(kOpeningChart, command); }
+
+bool LossGuard::ReplacesMarkers(int command) { return command == kImportTextGrid || command == kImportLabels; }
+
+bool LossGuard::ReplacesAnnotations(int command) { return command == kImportTextGrid; }
 
 LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers)
     : document_(document), chart_(chart), markers_(markers) {

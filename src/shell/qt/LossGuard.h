@@ -30,6 +30,9 @@ class LossGuard {
   /// Commands that put another sound, or another chart, in the place of this one.
   static bool Replaces(int command);
   static bool ReplacesChart(int command);
+  /// Imports that take the place of the markers, of the annotations too.
+  static bool ReplacesMarkers(int command);
+  static bool ReplacesAnnotations(int command);
 
  private:
   void TakeSoundAsUnchanged();

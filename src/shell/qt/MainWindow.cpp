@@ -47,6 +47,7 @@ constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存�
 constexpr const char* kMayLoseMarkers = "标志已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kReadMarkersAgain = "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
 constexpr int kEditMarkers = 40105;
+constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
 
 struct Shortcut {
@@ -57,7 +58,7 @@ constexpr Shortcut kShortcuts[] = {
     {110, "Ctrl+O"},   {120, "Ctrl+S"},   {130, "Ctrl+Shift+S"}, {40093, "Ctrl+N"}, {40001, "Ctrl+X"},
     {40002, "Ctrl+C"}, {40003, "Ctrl+V"}, {40036, "Ctrl+Z"},     {40026, "Ctrl+A"}, {40004, "Ctrl+D"},
     {272, "Ctrl+R"},   {220, "F5"},       {170, "F6"},           {180, "F7"},       {210, "F8"},
-    {270, "F1"},
+    {270, "F1"},       {40080, "Ctrl+I"},
 };
 
 /// The keyboard's way to a menu; the names of the menus have none of their own.
@@ -334,9 +335,8 @@ void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
     if (station_.recording.running()) return;
     const bool chart = IsChartName(path);
-    const bool markers = IsTextGridName(path);
-    const bool sound = !chart && !markers;
-    if ((chart && !MayLoseChart()) || (sound && !MayLoseSound()) || (!chart && !MayLoseMarkers())) return;
+    const bool sound = !chart && !IsTextGridName(path);
+    if (chart ? !MayLoseChart() : !MayLoseLabels() || (sound && !MayLoseSound())) return;
     status_->SetText({});
     const std::string file = AbsolutePath(path.toStdString());
     guard_.CommandBegins(dialogs_.Setbacks());
@@ -382,6 +382,10 @@ bool MainWindow::MayLoseChart() { return !guard_.ChartChanged() || dialogs_.AskY
 
 bool MainWindow::MayLoseMarkers() { return !guard_.MarkersChanged() || dialogs_.AskYesNo(kMayLoseMarkers, kMayLoseCaption); }
 
+bool MainWindow::MayLoseAnnotations() {
+  return !station_.annotations.changed || dialogs_.AskYesNo(kMayLoseAnnotations, kMayLoseCaption);
+}
+
 /// The marker window begins with the file's markers, unless the user would rather go on with changed ones.
 bool MainWindow::KeepMarkers() {
   if (!guard_.MarkersChanged() || dialogs_.AskYesNo(kReadMarkersAgain, kMayLoseCaption)) return false;
@@ -390,7 +394,9 @@ bool MainWindow::KeepMarkers() {
 }
 
 bool MainWindow::MayLoseFor(int command) {
-  return (!LossGuard::Replaces(command) || (MayLoseSound() && MayLoseMarkers())) &&
+  return (!LossGuard::Replaces(command) || (MayLoseSound() && MayLoseLabels())) &&
+         (!LossGuard::ReplacesMarkers(command) || MayLoseMarkers()) &&
+         (!LossGuard::ReplacesAnnotations(command) || MayLoseAnnotations()) &&
          (!LossGuard::ReplacesChart(command) || MayLoseChart());
 }
 
@@ -414,7 +420,7 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 
 void MainWindow::closeEvent(QCloseEvent* event) {
   bool mayClose = false;
-  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseMarkers() && MayLoseChart(); });
+  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseLabels() && MayLoseChart(); });
   if (!mayClose) return event->ignore();
   preferences_.SetLayout(splitter_->ChosenHeights());
   dialogs_.CloseAllToolWindows();

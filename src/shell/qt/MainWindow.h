@@ -95,6 +95,9 @@ class MainWindow : public QMainWindow {
   bool MayLoseSound();
   bool MayLoseChart();
   bool MayLoseMarkers();
+  bool MayLoseAnnotations();
+  /// Both: what is written on the sound.
+  bool MayLoseLabels() { return MayLoseMarkers() && MayLoseAnnotations(); }
   bool KeepMarkers();
   bool MayLoseFor(int command);
   void ChooseExportFolder(const QString& file);

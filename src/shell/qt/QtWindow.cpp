@@ -16,6 +16,7 @@
 #include <QUrl>
 #include <algorithm>
 
+#include "annotation/IpaIndex.h"
 #include "base/Files.h"
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/Preferences.h"
@@ -155,7 +156,7 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
   bool replaces = false;
   for (const auto& filter : dialog.filters) {
     filters += NameFilter(filter);
-    for (const char* whole : {"*.wav", "*.svg", "*.pdf", "*.png"}) replaces = replaces || filter.second == whole;
+    for (const char* whole : {"*.wav", "*.ipa", "*.svg", "*.pdf", "*.png"}) replaces = replaces || filter.second == whole;
   }
   // Files that can be added to are asked about by their handlers; only what is always replaced is asked about here.
   box.setOption(QFileDialog::DontConfirmOverwrite, !(save && replaces));
@@ -215,7 +216,9 @@ void QtWindow::OpenInEditor(const std::string& path) {
   }
   QUrl url = QUrl::fromLocalFile(file);
   if (!fragment.isEmpty()) url.setFragment(fragment);
-  if (openExternally && openExternally(url)) return;
+  // No other program knows the phonetic codes of the index.
+  const bool external = QFileInfo(file).fileName() != kIpaIndexName;
+  if (external && openExternally && openExternally(url)) return;
   const QString suffix = QFileInfo(file).suffix().toLower();
   const bool html = suffix == "html" || suffix == "htm";
   QWidget* shown = html ? ShowHelpPage(file, fragment, &host_) : ShowTextFile(file, &host_);

@@ -7,7 +7,7 @@
 #include <QTextBrowser>
 #include <QUrl>
 
-#include "base/Gbk.h"
+#include "base/IpaCodes.h"
 #include "base/Utf8.h"
 
 namespace parlowen {
@@ -27,7 +27,7 @@ void ShowAsWindow(QWidget& widget, const QString& title) {
 
 QString DecodedText(const QByteArray& bytes) {
   const std::string text = bytes.toStdString();
-  return QString::fromStdString(IsUtf8(text) ? text : FromGbk(text));
+  return QString::fromStdString(IsUtf8(text) ? text : IpaFromGbk(text));
 }
 
 QWidget* ShowTextFile(const QString& path, QWidget* parent) {

@@ -12,7 +12,7 @@ QWidget* ShowTextFile(const QString& path, QWidget* parent);
 /// The same for an HTML page whose links stay in the window; `fragment` names a section.
 QWidget* ShowHelpPage(const QString& path, const QString& fragment, QWidget* parent);
 
-/// The text of the bytes of a text export or index.
+/// The text of the bytes of a text export or index, phonetic codes included.
 QString DecodedText(const QByteArray& bytes);
 
 }  // namespace parlowen

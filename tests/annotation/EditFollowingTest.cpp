@@ -1,4 +1,4 @@
-#include "annotation/MarkerFollowing.h"
+#include "annotation/EditFollowing.h"
 
 #include <gtest/gtest.h>
 
@@ -14,10 +14,12 @@ struct Edited {
   CommandStates states;
   SoundDocument document;
   MarkerState state;
+  AnnotationState annotations;
+  InsertedCharacters characters;
 
   Edited() {
     document.resetForNewSound(10000, 16000, states);
-    state.generation = document.soundGeneration;
+    state.generation = annotations.generation = characters.generation = document.soundGeneration;
   }
   void Mark(int band, std::initializer_list<int> positions, std::initializer_list<MarkerLabel> labels = {}) {
     const auto b = static_cast<std::size_t>(band);
@@ -26,21 +28,21 @@ struct Edited {
     for (const MarkerLabel& label : labels) AppendLabel(state.set, band, label);
   }
   template <typename Act>
-  void Do(SoundEdit edit, Act act) {
-    const SoundShape before = ShapeOf(document);
+  void Do(Act act) {
+    const EditPlace before = EditPlaceOf(document);
     act();
-    FollowEdit(state, edit, before, document);
+    FollowEdit({state, annotations, characters}, before, document);
   }
   void Cut(int start, int end) {
     document.selectionStart = start;
     document.selectionEnd = end;
-    Do(SoundEdit::Cut, [&] { CutSelection(document); });
+    Do([&] { CutSelection(document); });
   }
   void Paste(int at) {
     document.insertPoint = at;
-    Do(SoundEdit::Paste, [&] { PasteClip(document); });
+    Do([&] { PasteClip(document); });
   }
-  void Undo() { Do(SoundEdit::Undo, [&] { UndoEdit(document); }); }
+  void Undo() { Do([&] { UndoEdit(document); }); }
   std::vector<int> Markers(int band) const { return {state.set.Markers(band).begin(), state.set.Markers(band).end()}; }
   std::vector<MarkerLabel> Labels(int band) const { return {state.set.Labels(band).begin(), state.set.Labels(band).end()}; }
 };
@@ -91,10 +93,10 @@ TEST(MarkersFollow, APasteOpensAGapAndItsUndoClosesIt) {
 TEST(MarkersFollow, ARateConversionScalesPositions) {
   Edited sound;
   sound.Mark(3, {1001, 9999}, {{9999, 10000, "last"}});
-  sound.Do(SoundEdit::RateConversion, [&] {
-    ConvertDocument(sound.document, 11025);
-    sound.document.resetForNewSound(sound.document.sampleCount, 11025, sound.states);
-  });
+  const EditPlace before = EditPlaceOf(sound.document);
+  ConvertDocument(sound.document, 11025);
+  sound.document.resetForNewSound(sound.document.sampleCount, 11025, sound.states);
+  FollowConversion({sound.state, sound.annotations, sound.characters}, before, sound.document);
   // 1001·11025/16000 = 689.75; the end is trunc(10000·11025/16000) − 1 = 6889, and 6889.9 is behind it.
   EXPECT_EQ(sound.Markers(3), Ints({689, 6889}));
   EXPECT_EQ(sound.state.generation, sound.document.soundGeneration);
@@ -103,7 +105,7 @@ TEST(MarkersFollow, ARateConversionScalesPositions) {
 TEST(MarkersFollow, MarkersOfAnotherSoundAndEditsThatDidNothingLeaveThem) {
   Edited sound;
   sound.Mark(0, {5000});
-  sound.Do(SoundEdit::Cut, [] {});
+  sound.Do([] {});
   EXPECT_FALSE(sound.state.changed);
   sound.state.generation += 7;
   sound.Cut(0, 1000);

@@ -1,0 +1,66 @@
+// The records of .ipa files over any bytes: no harm, annotations and periods within their bounds, and records that come
+// back the same when they are saved.
+
+#include <cstdio>
+#include <cstdlib>
+#include <random>
+#include <string>
+
+#include "annotation/IpaFile.h"
+#include "base/IpaCodes.h"
+#include "document/WavFile.h"
+#include "support/WavBytes.h"
+
+namespace {
+
+using namespace parlowen;
+
+void Require(bool holds, const char* what) {
+  if (holds) return;
+  std::fprintf(stderr, "does not hold: %s\n", what);
+  std::abort();
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static SoundDocument document;
+  document.sampleRate = 8000;
+  const IpaRecords records = ReadIpaRecords({data, size});
+  Require(records.annotations.size() <= kMostAnnotations, "no more annotations than there may be");
+  for (const Annotation& annotation : records.annotations) Require(IpaToGbk(annotation.text).size() <= kAnnotationBytes, "a text fits");
+  if (records.periods) {
+    Require(records.periods->size() <= kContourFrames, "no more periods than a contour has");
+    TakeStoredContour(*records.periods, document);
+    for (const float period : document.pitch) Require(period == kNoValue || (period >= 0 && period <= 8000), "a period is one");
+  }
+  const auto saved = IpaBytesOf(document, records.annotations, false);
+  Require(saved.size() == kWavHeaderBytes + 18 * records.annotations.size(), "each annotation has its 18 bytes");
+  const IpaRecords again = ReadIpaRecords(ByteSpan(saved).subspan(kWavHeaderBytes));
+  // What was no character is a question mark from the first saving on.
+  Require(IpaBytesOf(document, again.annotations, false) == saved, "and they come back the same");
+  return 0;
+}
+
+#ifndef PARLOWEN_LIBFUZZER
+int main() {
+  std::mt19937 random(20261121);
+  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
+  const std::string record = std::string("IPA\0", 4) + "t\xAA\xE4\xAA\xF4\xAA\xD4" + std::string(3, '\0') + testing::Little(700, 4);
+  const std::string good = record + record + testing::PitchTail({80, 0, -1, 90}) + record;
+  for (int run = 0; run < 20000; ++run) {
+    std::string bytes = good;
+    for (std::size_t change = below(4); change < 4 && !bytes.empty(); ++change) {
+      const std::size_t at = below(bytes.size());
+      constexpr std::uint8_t kLimits[] = {0, 1, 0x7F, 0x80, 0xFF};
+      bytes[at] = static_cast<char>(below(2) == 0 ? kLimits[below(5)] : below(256));
+      if (below(8) == 0) bytes.resize(at + 1);
+      if (below(8) == 0) bytes.insert(at, bytes.substr(0, below(40)));
+    }
+    if (run % 500 == 0)
+      while (bytes.size() < 18 * 600) bytes += record;
+    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
+  }
+  return 0;
+}
+#endif
