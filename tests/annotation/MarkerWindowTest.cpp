@@ -88,7 +88,7 @@ TEST(MarkerWindow, AFailedSaveLeavesTheOldFile) {
   std::filesystem::create_directory(desk.folder / "folder.lbl");
   desk.window.Log();
   desk.Press(1);
-  EXPECT_EQ(desk.window.Log(), Texts({"error||不能建立文件！"}));
+  EXPECT_EQ(desk.window.Log(), Texts({"error|" + desk.window.Caption() + "|不能建立文件！"}));
   EXPECT_TRUE(desk.state.changed);
   std::filesystem::remove(desk.folder / "folder.lbl");
   desk.Press(1);
