@@ -16,9 +16,9 @@
 // What the pitch analysis gets wrong on voices whose pitch is known.
 //
 //   pitch_accuracy                       the synthetic voices, five rates, five kinds of noise
-//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, 0 unvoiced, at
-//   the
-//                                        centre of the 20 ms behind the start of each 10 ms frame
+//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, at the centre of
+//                                        the 20 ms behind the start of each 10 ms frame; 0 unvoiced, below 0
+//                                        not known and not counted
 
 namespace {
 
@@ -65,6 +65,7 @@ Score Compare(const KnownVoice& voice, const std::vector<float>& periods) {
   Score score;
   for (std::size_t f = 1; f < std::min(voice.frequency.size(), periods.size()); ++f) {
     const double truth = voice.frequency[f];
+    if (truth < 0) continue;
     const bool found = periods[f] > 1;
     ++(truth > 0 ? score.voiced : score.unvoiced);
     if (truth <= 0) {
