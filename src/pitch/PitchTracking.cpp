@@ -44,10 +44,11 @@ constexpr int kBlock = 16;             // windows are whole blocks of samples
 constexpr double kArithmeticShare = 0.5;
 constexpr int kMostCandidates = 8;
 constexpr float kLeastPeak = 0.1f;
-// A creak slower than the lowest bound of all is heard and told as that bound; mains hum lies there too.
+// A creak slower than the lowest bound of all is heard and told as that bound; mains hum lies there too, so
+// a quiet one must be clearer.
 constexpr int kLowestBound = 64;
-constexpr double kCreak = 55;  // Hz
-constexpr float kCreakCost = 0.15f;
+constexpr double kCreak = 55;                            // Hz
+constexpr double kCreakCost = 0.15, kQuietCreak = 0.04;  // a dB, from kQuietBelow on
 
 // Levels, of 30 ms
 constexpr double kLevelHalfWindow = 0.015;
@@ -61,7 +62,7 @@ constexpr double kLeastNoise = 4.0;      // of 16-bit samples, squared
 // Costs
 constexpr double kLagWeight =
     0.30;  // a period of the longest lag scores that much less than half of it could
-constexpr double kHintWeight = 0.07;   // an octave away from the time-domain stage's period
+constexpr double kHintWeight = 0.03;   // an octave away from the time-domain stage's period
 constexpr double kVoicingBias = 0.14;  // of voice over silence
 constexpr double kHintBonus = 0.12;    // for voice where the time-domain stage found it, against it elsewhere
 constexpr double kQuietBelow = 15, kQuietSlope = 0.013;  // dB below the loud frames; a dB
@@ -207,8 +208,13 @@ class Tracking {
   void FitGlides();
 
   int FineWindow() const { return TruncateToInt32(rate_ * kFineWindow); }
-  float CreakCost(float lag) const {
-    return static_cast<double>(lag) > rate_ / bounds_.lowest ? kCreakCost : 0.0f;
+  double BelowLoud(float level) const {
+    return std::max(0.0, loudLevel_ - static_cast<double>(level) - kQuietBelow);
+  }
+  float CreakCost(float lag, float level) const {
+    return static_cast<double>(lag) > rate_ / bounds_.lowest
+               ? static_cast<float>(kCreakCost + kQuietCreak * BelowLoud(level))
+               : 0.0f;
   }
   std::int64_t CentreOf(std::size_t frame) const {
     const std::int64_t rate = request_.sampleRate;
@@ -352,7 +358,7 @@ void Tracking::FindCandidates(std::size_t f) {
   for (int lag = lowest_; lag <= highest_; ++lag) {
     const float* r = correlation_.data() + (lag - lowest_ + 1);
     if (r[0] < kLeastPeak || r[0] < r[-1] || r[0] <= r[1]) continue;
-    best = std::max(best, r[0] - CreakCost(static_cast<float>(lag)));
+    best = std::max(best, r[0] - CreakCost(static_cast<float>(lag), frame.level));
     AddCandidate(frame, hint, lag);
   }
   frame.best = best;
@@ -371,7 +377,7 @@ void Tracking::AddCandidate(FrameCandidates& frame, float hint, int lag) const {
   const double longest = rate_ / bounds_.lowest;
   double cost =
       1 - static_cast<double>(found.r) * (1 - kLagWeight * static_cast<double>(found.lag) / longest);
-  cost += static_cast<double>(CreakCost(found.lag));
+  cost += static_cast<double>(CreakCost(found.lag, frame.level));
   if (hint > 1) {
     const double apart =
         static_cast<double>(found.octaves) - std::log2(static_cast<double>(hint) / decimation_);
@@ -390,7 +396,7 @@ void Tracking::AddCandidate(FrameCandidates& frame, float hint, int lag) const {
 double Tracking::SilenceCost(std::size_t f, float best, float hint) const {
   double cost = static_cast<double>(best) + kVoicingBias + (hint >= 1 ? kHintBonus : -kHintBonus);
   const auto level = static_cast<double>(frames_[f].level);
-  cost -= kQuietSlope * std::max(0.0, loudLevel_ - level - kQuietBelow);
+  cost -= kQuietSlope * BelowLoud(frames_[f].level);
   const auto change = [&](std::size_t other, double slope) {
     const double above = static_cast<double>(frames_[other].level) - level - kChangeFrom;
     return std::min(kChangeMost, slope * std::max(0.0, above));
