@@ -16,11 +16,10 @@
 // What the pitch analysis gets wrong on voices whose pitch is known.
 //
 //   pitch_accuracy                       the synthetic voices, five rates, six kinds of noise
-//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, at the centre
-//   of
-//                                        the 20 ms behind the start of each 10 ms frame; 0 unvoiced, below 0
-//                                        not known and not counted; diphone_voices.py makes such pairs of
-//                                        natural speech sounds
+//   pitch_accuracy A.wav A.f0 B.wav ...  recordings; the text file has one frequency a frame, that at the
+//                                        centre of the 20 ms behind the start of each 10 ms frame; 0 is
+//                                        unvoiced, below 0 not known and not counted. diphone_voices.py
+//                                        makes such pairs of natural speech sounds
 
 namespace {
 

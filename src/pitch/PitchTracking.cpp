@@ -61,7 +61,7 @@ constexpr double kLeastNoise = 4.0;      // of 16-bit samples, squared
 
 // Costs
 constexpr double kLagWeight =
-    0.30;  // a period of the longest lag scores that much less than half of it could
+    0.36;  // a period of the longest lag scores that much less than half of it could
 constexpr double kHintWeight = 0.03;   // an octave away from the time-domain stage's period
 constexpr double kVoicingBias = 0.14;  // of voice over silence
 constexpr double kHintBonus = 0.12;    // for voice where the time-domain stage found it, against it elsewhere
@@ -69,7 +69,7 @@ constexpr double kQuietBelow = 15, kQuietSlope = 0.013;  // dB below the loud fr
 // Where the level changes fast a window reaches into a voice that is not there yet, or no longer.
 constexpr double kChangeFrom = 3, kChangeMost = 0.4;      // dB in 20 ms
 constexpr double kFallSlope = 0.05, kRiseSlope = 0.025;   // a dB
-constexpr double kSwitch = 0.6;                           // between voice and silence
+constexpr double kSwitch = 0.75;                          // between voice and silence
 constexpr double kOctaveWeight = 1.0, kOctaveMost = 1.0;  // of successive periods
 constexpr float kLeastCorrelation = 0.2f;
 constexpr int kShortestRun = 4;  // frames
