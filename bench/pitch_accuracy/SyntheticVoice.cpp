@@ -28,6 +28,8 @@ struct Speaker {
   double tract = 1.0;   ///< factor on the formants
   double jitter = 0.0;  ///< standard deviation of a period, as a share
   double breath = 0.0;  ///< noise in the open phase, as a share
+  /// In one of three voiced stretches every other pulse is stronger by this share and later by a third of it.
+  double alternation = 0.0;
 };
 
 constexpr double kFormants[][4] = {{760, 1280, 2500, 3500}, {480, 850, 2450, 3400}, {500, 1250, 2450, 3450},
@@ -138,6 +140,9 @@ Speaker SpeakerOf(const std::string& name) {
   if (name == "child") return {310, 1.3, 0.005, 0.04};
   if (name == "tones man") return {115, 1.0, 0.003, 0.02};
   if (name == "tones woman") return {220, 1.15, 0.003, 0.03};
+  if (name == "alternating man") return {125, 1.0, 0.004, 0.02, 0.10};
+  if (name == "alternating woman") return {220, 1.15, 0.004, 0.05, 0.10};
+  if (name == "creak woman") return {150, 1.12, 0.010, 0.05};
   return {100, 1.0, 0.010, 0.02};  // creak
 }
 
@@ -179,7 +184,8 @@ std::vector<double> Downsample(const std::vector<double>& input, int factor) {
 }  // namespace
 
 std::vector<std::string> VoiceNames() {
-  return {"man", "low man", "woman", "breathy woman", "child", "tones man", "tones woman", "creak"};
+  return {"man",   "low man",     "woman",           "breathy woman",    "child", "tones man", "tones woman",
+          "creak", "creak woman", "alternating man", "alternating woman"};
 }
 
 KnownVoice MakeVoice(const std::string& name, int sampleRate) {
@@ -195,7 +201,10 @@ KnownVoice MakeVoice(const std::string& name, int sampleRate) {
   std::vector<double> wave;
   std::vector<double> frequencyAt;  // Hz per sample; 0 unvoiced
   double phase = 0, stretch = 1, before = 0;
+  int voicedSegments = 0, pulses = 0;
   for (const Segment& segment : ScriptOf(name)) {
+    voicedSegments += IsVoiced(segment.sound);
+    const double alternation = voicedSegments % 3 == 2 ? speaker.alternation : 0.0;
     const double* f = kFormants[segment.sound == Sound::Vowel ? segment.vowel : kNasalFormants];
     const double narrow = segment.sound == Sound::VoiceBar ? 0.5 : 1.0;
     for (std::size_t i = 0; i < 4; ++i)
@@ -214,14 +223,15 @@ KnownVoice MakeVoice(const std::string& name, int sampleRate) {
         phase += frequency / rate * stretch;
         if (phase >= 1) {
           phase -= 1;
-          stretch = 1 + speaker.jitter * gauss(random);
+          ++pulses;
+          stretch = 1 + speaker.jitter * gauss(random) + (pulses % 2 ? alternation : -alternation) / 3;
         }
         // Flow u²(1 − u) over the open 60 % of the period; its derivative excites the tract.
         const double u = phase / 0.6;
         const double flow = u < 1 ? u * u * (1 - u) * 6.75 : 0.0;
         source = (flow - before) * rate / speaker.f0 / 12 + speaker.breath * flow * gauss(random) * 0.15;
         before = flow;
-        source *= gain;
+        source *= gain * (1 + (pulses % 2 ? alternation : -alternation));
       } else {
         before = 0;
       }
@@ -263,13 +273,18 @@ void AddNoise(KnownVoice& voice, Noise noise, double ratio) {
       power += double(voice.samples[n]) * voice.samples[n];
   }
   power /= static_cast<double>(std::max<std::size_t>(1, counted));
-  // Pink: one-pole low-passes an octave and a half apart, equal power each (1/f within 1 dB).
+  // Hum: mains at 60 Hz and its odd harmonics. Pink: one-pole low-passes an octave and a half apart, equal
+  // power each (1/f within 1 dB).
   std::array<double, 9> state{};
   std::vector<double> values(voice.samples.size());
   double noisePower = 0;
-  for (double& value : values) {
+  for (std::size_t n = 0; n < values.size(); ++n) {
+    double& value = values[n];
     if (noise == Noise::White) {
       value = gauss(random);
+    } else if (noise == Noise::Hum) {
+      const double angle = 2 * kPi * 60 * static_cast<double>(n) / voice.sampleRate;
+      value = std::sin(angle) + 0.4 * std::sin(3 * angle + 1) + 0.2 * std::sin(5 * angle + 2);
     } else {
       value = 0;
       for (std::size_t i = 0; i < state.size(); ++i) {

@@ -14,7 +14,7 @@ struct KnownVoice {
       frequency;  ///< Hz at the centre of the 20 ms behind the start of each 10 ms frame; 0 unvoiced
 };
 
-enum class Noise { None, White, Pink };
+enum class Noise { None, White, Pink, Hum };
 
 /// Names of the voices that MakeVoice() knows.
 std::vector<std::string> VoiceNames();

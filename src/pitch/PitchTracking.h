@@ -20,9 +20,10 @@ struct PitchTrackingRequest {
 /// Pitch of the document frames firstFrame .. firstFrame + periods.size() − 1, each looked at about its
 /// sample f·sampleRate/100 + sampleRate/100: candidates of the normalised cross-correlation joined by dynamic
 /// programming (Talkin 1995; Secrest and Doddington 1983). periods[i] becomes 0, or a period in document
-/// samples, with its fraction, within the setting's bounds. `progress` is asked now and then with the share
-/// done, 0..1; when it answers false the work stops and false is returned, with `periods` unspecified.
-/// `hints` has as many elements as `periods`.
+/// samples, with its fraction, within the setting's bounds; where these begin at 64 Hz a creak down to 55 Hz
+/// is told as 64 Hz. Between octaves the clear frames of the 2 s on either side decide. `progress` is asked
+/// now and then with the share done, 0..1; when it answers false the work stops and false is returned, with
+/// `periods` unspecified. `hints` has as many elements as `periods`.
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress = {});
 
