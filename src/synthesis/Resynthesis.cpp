@@ -43,25 +43,30 @@ PARLOWEN_CLONES double LargestMagnitude(const double* values, int count) {
   return largest;
 }
 
-PARLOWEN_CLONES void ScaleToInteger(const double* values, int count, double factor, std::int16_t* scaled) {
-  for (int k = 0; k < count; ++k) scaled[k] = static_cast<std::int16_t>(static_cast<int>(values[k] * factor));
-}
+/// The selection and what is read behind it, smoothed, and the factor that makes its peak 1000.
+struct SmoothedSamples {
+  std::vector<double> values;   ///< kSmootherReach more before the first sample
+  double factor = 0;            ///< 0 for silence
 
-/// The selection smoothed, its peak scaled to 1000; empty for silence.
-std::vector<std::int16_t> SmoothedSelection(const SynthesisJob& job) {
-  // The filter delays by three samples; it runs three before the first and two behind the last, and the peak is
-  // looked for in all of that.
+  int Count() const { return static_cast<int>(std::ssize(values)) - kSmootherReach; }
+  int Scaled(std::int64_t k) const {
+    return static_cast<int>(values[static_cast<std::size_t>(k + kSmootherReach)] * factor);
+  }
+};
+
+SmoothedSamples Smoothed(const SynthesisJob& job) {
+  // The filter delays by three samples. The peak is looked for from three before the first sample to two behind the
+  // last one of the selection.
   const int before = kSmootherReach, behind = 2;
-  const int count = before + job.length + behind;
+  const int count = static_cast<int>(std::ssize(job.samples)) - kSmootherReach;
   std::vector<std::int16_t> input(static_cast<std::size_t>(before + kSmootherReach), 0);   // the empty delay line
-  input.insert(input.end(), job.samples.begin(), job.samples.begin() + job.length + behind + kSmootherReach);
-  std::vector<double> smoothed(static_cast<std::size_t>(count));
-  Smooth(input.data() + kSmootherReach, count, job.sampleRate < 10000 ? kSlowRates : kFastRates, smoothed.data());
-  const double largest = LargestMagnitude(smoothed.data(), count);
-  if (largest == 0) return {};
-  std::vector<std::int16_t> scaled(static_cast<std::size_t>(job.length));
-  ScaleToInteger(smoothed.data() + before, job.length, kPeak / largest, scaled.data());
-  return scaled;
+  input.insert(input.end(), job.samples.begin(), job.samples.end());
+  SmoothedSamples smoothed{std::vector<double>(static_cast<std::size_t>(before + count)), 0};
+  double* const values = smoothed.values.data();
+  Smooth(input.data() + kSmootherReach, before + count, job.sampleRate < 10000 ? kSlowRates : kFastRates, values);
+  const double largest = LargestMagnitude(values, before + job.length + behind);
+  if (largest > 0) smoothed.factor = kPeak / largest;
+  return smoothed;
 }
 
 class MarkFinder {
@@ -70,8 +75,8 @@ class MarkFinder {
       : job_(job), contour_(contour), polarity_(polarity), last_(job.firstFrame + job.frames - 1) {}
 
   void Run() {
-    smoothed_ = SmoothedSelection(job_);
-    if (smoothed_.empty()) return;
+    smoothed_ = Smoothed(job_);
+    if (smoothed_.factor == 0) return;
     for (int frame = job_.firstFrame; frame <= last_;) {
       const bool begins = Voiced(frame) && (frame == job_.firstFrame || !Voiced(frame - 1));
       frame = begins && FindFirst(frame) ? Follow() : frame + 1;
@@ -97,27 +102,27 @@ class MarkFinder {
     std::int64_t at = 0;
     int value = -30000;
   };
-  /// The first of the largest values · sign in from .. end − 1; outside of the selection is 0.
+  /// The first of the largest values · sign in from .. end − 1; outside of what is read is 0.
   Peak Largest(std::int64_t from, std::int64_t end, int sign) const {
     Peak peak{from};
     for (std::int64_t k = from; k < end; ++k) {
-      const bool inside = k >= 0 && k < std::ssize(smoothed_);
-      const int value = inside ? sign * smoothed_[static_cast<std::size_t>(k)] : 0;
+      const int value = k >= 0 && k < smoothed_.Count() ? sign * smoothed_.Scaled(k) : 0;
       if (value > peak.value) peak = {k, value};
-      if (k >= std::ssize(smoothed_)) break;   // nothing but zeros follows
+      if (k >= smoothed_.Count()) break;   // nothing but zeros follows
     }
     return peak;
   }
 
   bool Full() const { return std::ssize(job_.marks) >= kMostMarks; }
 
-  /// The first mark of the run that begins with this frame, looked for from half a frame before it to the run's end.
+  /// The first mark of the run that begins with this frame, looked for from half a frame before it to the end of the run
+  /// or of the selection.
   bool FindFirst(int frame) {
     int end = frame;
     while (end <= last_ && Voiced(end)) ++end;
     const int period = Period(frame);
-    for (std::int64_t at = std::max<std::int64_t>(0, SampleOf(frame) - job_.sampleRate / 200); at < SampleOf(end);
-         at += period) {
+    const std::int64_t stop = std::min<std::int64_t>(SampleOf(end), job_.length);
+    for (std::int64_t at = std::max<std::int64_t>(0, SampleOf(frame) - job_.sampleRate / 200); at < stop; at += period) {
       const Peak peak = Largest(at, at + period, polarity_);
       if (peak.value < kLeastFirstPeak) continue;
       if (Full()) return false;
@@ -146,7 +151,7 @@ class MarkFinder {
   std::span<const float> contour_;
   const int polarity_;
   const int last_;
-  std::vector<std::int16_t> smoothed_;
+  SmoothedSamples smoothed_;
 };
 
 // --- Overlap-add

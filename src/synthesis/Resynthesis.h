@@ -37,7 +37,8 @@ SynthesisJob MakeSynthesisJob(SampleSpan sound, int sampleRate, int start, int e
 /// Fills the marks of a job and returns how many there are. `contour` is the sound's: a period in samples a frame, below
 /// 1 unvoiced; frames behind it are unvoiced. The first mark of a voiced run stands on a peak of that polarity (+1, −1)
 /// of the smoothed samples, at least a tenth of their largest magnitude; the others stand on positive peaks, within a
-/// quarter of a period around the expected place. Periods count in whole samples and up to sampleRate/80.
+/// quarter of a period around the expected place, the last ones also behind the selection. Periods count in whole samples
+/// and up to sampleRate/80.
 int FindPitchMarks(SynthesisJob& job, std::span<const float> contour, int polarity);
 
 /// Makes the output, all of it anew, from the target: trunc(target) samples are one new period. Where there is no

@@ -25,17 +25,18 @@ struct Literal {
                                                : std::vector<double>{0.151516, 0.145858, 0.129644, 0.105023};
     std::vector<double> out;
     double delay[7] = {}, largest = 0;
-    for (int k = 0; k < Length() + 5; ++k) {
+    const int behind = rate / 10;   // searches go on behind the selection
+    for (int k = 0; k < Length() + behind; ++k) {
       std::move_backward(delay, delay + 6, delay + 7);
       delay[0] = W(k);
       double sum = c[0] * delay[3];
       for (std::size_t d = 1; d <= 3; ++d) sum += c[d] * (delay[3 - d] + delay[3 + d]);
       out.push_back(sum);
-      largest = std::max(largest, std::fabs(sum));
+      if (k < Length() + 5) largest = std::max(largest, std::fabs(sum));
     }
     if (largest == 0) return {};
     const auto y = [&](int k) {
-      return k < 0 || k >= Length() ? 0 : static_cast<int>(out[static_cast<std::size_t>(k) + 3] * (1000 / largest));
+      return k < 0 || k + 3 >= std::ssize(out) ? 0 : static_cast<int>(out[static_cast<std::size_t>(k) + 3] * (1000 / largest));
     };
 
     std::vector<int> marks;
@@ -50,7 +51,8 @@ struct Literal {
       while (afterRun <= last && P(afterRun) >= 1.0f) ++afterRun;
       int o = (f - first) * rate / 100 - rate / 200;
       if (o < 0) o = 0;
-      for (; found < 0 && o < (afterRun - first) * rate / 100; o += period) {
+      const int stop = std::min((afterRun - first) * rate / 100, Length());
+      for (; found < 0 && o < stop; o += period) {
         int best = -30000, at = o;
         for (int k = o; k <= o + period - 1; ++k)
           if (y(k) * polarity > best) best = y(at = k) * polarity;
