@@ -112,6 +112,8 @@ TEST(InsertingAnnotations, OnlyALeftClickIntoTheAnalysisPaneInserts) {
   EXPECT_TRUE(s.w.Key("Escape"));
   EXPECT_EQ(s.document.activity, activities::kWaveform);
   s.Do(kInsert);
+  s.Do(kSave, {"cancel"});
+  EXPECT_EQ(s.document.activity, activities::kAnnotation) << "saving is no tool";
   s.Do(170);
   EXPECT_EQ(s.document.activity, activities::kWaveform) << "another tool ends it";
   s.Click(Pane::Analysis, 50);
