@@ -24,8 +24,8 @@ void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationSta
 /// 40078: asks for such a file and loads it.
 void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states, AnnotationState& annotations);
 
-/// Loads the file; a file that is refused leaves everything as it was. Positions are brought into the sound; without a
-/// pitch block the contour is reset.
+/// Loads the file by the rules of WAV files: one that is refused for its format leaves its rate behind, else nothing.
+/// Positions are brought into the sound; without a pitch block the contour is reset.
 void OpenIpaFile(Window& window, SoundDocument& document, CommandStates& states, AnnotationState& annotations,
                  const std::string& path);
 

@@ -122,7 +122,8 @@ MarkerOutcome DeleteLabel(MarkerSet& set, const MarkerScale& scale, const Marker
   }
   if (found == labels.end())
     found = std::find_if(labels.begin(), labels.end(), [&](const MarkerLabel& label) {
-      return label.start <= at.sample && at.sample < label.end;
+      // The last sample there is to point at belongs to the stretch up to the sound's end.
+      return label.start <= at.sample && (at.sample < label.end || label.end == scale.sampleCount);
     });
   if (found == labels.end()) return {};
   CloseUp(labels, static_cast<std::size_t>(found - labels.begin()), set.labelCount[b]);

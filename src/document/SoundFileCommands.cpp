@@ -150,10 +150,7 @@ void openWithRecords(Window& window, SoundDocument& document, CommandStates& sta
                      const std::string& path, const TailReader& readTail) {
   const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
   if (!layout || !HasUsableRate(*layout)) return window.ShowError(kNoWav);
-  const int oldRate = document.sampleRate;
-  const std::uint64_t oldSound = document.soundGeneration;
   LoadWav(window, document, states, file, path, *layout, ChannelMode::One, readTail);
-  if (document.soundGeneration == oldSound) document.sampleRate = oldRate;
 }
 
 void openByName(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {

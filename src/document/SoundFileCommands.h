@@ -31,8 +31,8 @@ void openPath(Window& window, SoundDocument& document, CommandStates& states, co
 /// there), and sets the contour.
 using TailReader = std::function<void(std::int64_t offset)>;
 
-/// The same for one channel of an open file that has records of its own behind the samples. A file that is refused leaves
-/// the document as it was, its rate too; a rate that is not usable makes it no WAV file.
+/// The same for one channel of an open file that has records of its own behind the samples; a rate that is not usable
+/// makes it no WAV file.
 void openWithRecords(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
                      const std::string& path, const TailReader& readTail);
 

@@ -27,10 +27,13 @@ constexpr int kReplacing[] = {110,   40093, 40078, 40060, 40110, 40116, 272,   4
 constexpr int kRecordings[] = {272, 40022, 40112};
 constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
 
-/// Menus whose commands are tools: choosing one ends the tool before it.
-bool IsTool(Menu menu) {
-  return menu == Menu::Pitch || menu == Menu::Tone || menu == Menu::Spectrum || menu == Menu::Vowel ||
-         menu == Menu::Palate;
+/// Menus whose commands are tools: choosing one ends the tool before it. Only the saving of a sound with its annotations
+/// stands among them and is none.
+bool IsTool(const CommandRow& row) {
+  constexpr int kSaveIpa = 40079;
+  const Menu menu = row.menu;
+  return row.number != kSaveIpa && (menu == Menu::Pitch || menu == Menu::Tone || menu == Menu::Spectrum ||
+                                    menu == Menu::Vowel || menu == Menu::Palate);
 }
 
 /// Commands that draw into the three lower panes: a chart over them gives way.
@@ -90,7 +93,7 @@ bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
   StopPlayFor(number);
-  if (IsTool(row->menu)) view.EndTool();
+  if (IsTool(*row)) view.EndTool();
   if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
   RunCommand(*this, *row);
   DocumentChanged();

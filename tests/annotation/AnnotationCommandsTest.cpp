@@ -112,6 +112,8 @@ TEST(InsertingAnnotations, OnlyALeftClickIntoTheAnalysisPaneInserts) {
   EXPECT_TRUE(s.w.Key("Escape"));
   EXPECT_EQ(s.document.activity, activities::kWaveform);
   s.Do(kInsert);
+  s.Do(kSave, {"cancel"});
+  EXPECT_EQ(s.document.activity, activities::kAnnotation) << "saving is no tool";
   s.Do(170);
   EXPECT_EQ(s.document.activity, activities::kWaveform) << "another tool ends it";
   s.Click(Pane::Analysis, 50);
@@ -324,7 +326,7 @@ TEST(OpeningIpaFiles, WhatWasSavedComesBack) {
   EXPECT_EQ(ReadFile(path), bytes);
 }
 
-TEST(OpeningIpaFiles, ARefusedFileLeavesEverythingAsItWas) {
+TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
   AnnotationDesk s;
   s.Load(Ramp(5000), 16000);
   s.FillWith(3);
@@ -348,7 +350,7 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesEverythingAsItWas) {
       {"3 channels", broken([](WavBytes& wav) { wav.blockAlign = 6; }), notSixteen},
   };
   const auto unchanged = [&] {
-    return s.document.sampleCount == 5000 && s.document.sampleRate == 16000 && s.document.filePath == s.SoundPath() &&
+    return s.document.sampleCount == 5000 && s.document.filePath == s.SoundPath() &&
            s.document.samples[4999] == 5000 && s.Items().size() == 3 && s.document.selectionEnd == 200 &&
            s.document.activity == activities::kWaveform;
   };
@@ -356,6 +358,7 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesEverythingAsItWas) {
     const std::string path = WriteFile(s.folder / "broken.ipa", c.bytes);
     EXPECT_EQ(s.Do(kOpen, {"file:" + path}).back(), c.refusal) << c.what;
     EXPECT_TRUE(unchanged()) << c.what;
+    EXPECT_EQ(s.document.sampleRate, c.refusal == notSixteen ? 8000 : 16000) << c.what;   // as of a WAV file
   }
   EXPECT_EQ(s.Do(kOpen, {"file:" + (s.folder / "missing.ipa")}).back(), "error|" + s.window.Caption() + "|无此国际音标数据文件！");
   EXPECT_EQ(s.Do(kOpen).size(), 1u) << "a cancelled dialog says nothing";

@@ -154,6 +154,9 @@ TEST(MarkerEditing, DeletingALabelTakesThePointFirstThenTheStretch) {
   EXPECT_EQ(bands.Unlabel(0, 220), "nothing");   // the right edge is outside
   EXPECT_EQ(bands.Unlabel(0, 219), "");
   EXPECT_EQ(bands.Unlabel(0, 150), "没有标注文字！不能删");
+  bands.Label(0, 1020, "last");   // a click on the sound's end means the stretch up to it
+  EXPECT_EQ(bands.Labels(0), Texts({"20000-100000 last"}));
+  EXPECT_EQ(bands.Unlabel(0, 1020), "");
 }
 
 TEST(MarkerEditing, AStretchReachesToTheEndsOfTheSound) {
