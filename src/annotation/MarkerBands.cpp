@@ -138,7 +138,6 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
   picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
   picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13, Anchor::Middle,
                        Face::Figures});
-  AddLabels(picture, set.Labels(band), columns, top, colour);
   for (const std::int32_t position : set.Markers(band)) {
     if (!columns.Shows(position)) continue;
     const int x = columns.Of(position);
@@ -149,6 +148,7 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
     picture.Add(TextMark{atEdge ? x - 2 : x + 2, y, Format("%d", band + 1), colour, 9, atEdge ? Anchor::Right : Anchor::Left, Face::Figures});
     picture.Add(LineMark{{x, top}, {x, bottom - 1}, colour, 2});
   }
+  AddLabels(picture, set.Labels(band), columns, top, colour);
 }
 
 }  // namespace

@@ -22,10 +22,16 @@ void AddText(Picture& picture, int x, int middle, const std::string& text, int h
 
 }  // namespace
 
-/// Hanzi are as wide as they are high, letters two thirds of that.
+/// Hanzi are as wide as they are high, letters two thirds of that, raised and tone letters one third, combining marks
+/// stand on the letter before.
 int TextWidth(const std::string& text, int height) {
+  const auto thirdsOf = [](char32_t character) {
+    if (character >= 0x2E80) return 3;
+    if (character >= 0x300 && character < 0x370) return 0;
+    return character >= 0x2B0 && character < 0x300 ? 1 : 2;
+  };
   int thirds = 0;
-  for (std::size_t at = 0; at < text.size();) thirds += TakeUtf8(text, at) >= 0x2E80 ? 3 : 2;
+  for (std::size_t at = 0; at < text.size();) thirds += thirdsOf(TakeUtf8(text, at));
   return thirds * height / 3;
 }
 
