@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
+#include "annotation/TextPicture.h"
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 
@@ -79,29 +81,54 @@ void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale&
   }
 }
 
-/// Where a label stands among those before it on the same place.
-int RowAmong(std::span<const MarkerLabel> labels, const MarkerLabel& label) {
-  const auto same = [&](const MarkerLabel& other) { return other.start == label.start && other.end == label.end; };
-  return static_cast<int>(std::count_if(labels.data(), &label, same)) % kTextRows;
-}
+/// The texts of a band, in rows of which none covers another.
+class LabelRows {
+ public:
+  /// The baseline, counted from the top of the band, of the first of these rows that is free there; the first of all
+  /// where the band is crowded.
+  int Take(int left, int width, const int (&baselines)[kTextRows]) {
+    const auto free = [&](int baseline) {
+      return std::none_of(taken_.begin(), taken_.end(), [&](const Place& place) {
+        return place.left < left + width && left < place.right && std::abs(place.baseline - baseline) < kTextHeight;
+      });
+    };
+    const int* row = std::find_if(std::begin(baselines), std::end(baselines), free);
+    const int baseline = row == std::end(baselines) ? baselines[0] : *row;
+    taken_.push_back({left, left + width, baseline});
+    return baseline;
+  }
+
+ private:
+  struct Place {
+    int left, right, baseline;
+  };
+  std::vector<Place> taken_;
+};
 
 void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Columns& columns, int top, Colour colour) {
+  // Point labels fill the band from above, segment labels from below.
+  constexpr int kPointRows[] = {12, 24, 36}, kSegmentRows[] = {33, 21, 9};
+  constexpr int kLine = kBandHeight - 4;
+  LabelRows rows;
   for (const MarkerLabel& label : labels) {
-    const int row = RowAmong(labels, label);
-    // Point labels fill the band from above, segment labels from below.
+    const int width = TextWidth(label.text, kTextHeight);
     if (label.IsPoint()) {
       if (!columns.Shows(label.start)) continue;
       const int x = columns.Of(label.start);
-      const bool atEdge = x > columns.Last() - 40;
-      picture.Add(TextMark{atEdge ? x - 3 : x + 3, top + kTextHeight + row * kTextHeight, label.text, colour, kTextHeight,
+      const bool atEdge = x + 3 + width > columns.Last();
+      const int left = atEdge ? x - 3 - width : x + 3;
+      picture.Add(TextMark{atEdge ? x - 3 : x + 3, top + rows.Take(left, width, kPointRows), label.text, colour, kTextHeight,
                            atEdge ? Anchor::Right : Anchor::Left, Face::Ipa});
       continue;
     }
     const auto [from, to] = columns.Part(label.start, label.end);
     if (from > to) continue;
-    const int line = top + kBandHeight - 4, y = line - 3 - row * kTextHeight;
-    if (row == 0) picture.Add(LineMark{{from, line}, {to, line}, kStretchLine, 1, LineStyle::Dashed});
-    picture.Add(TextMark{(from + to) / 2, y, label.text, colours::kBlack, kTextHeight, Anchor::Middle, Face::Ipa});
+    // A text wider than its stretch stays inside the band.
+    const int least = kPaneMargin + width / 2, most = columns.Last() - width / 2;
+    const int middle = least > most ? (from + to) / 2 : std::clamp((from + to) / 2, least, most);
+    picture.Add(LineMark{{from, top + kLine}, {to, top + kLine}, kStretchLine, 1, LineStyle::Dashed});
+    picture.Add(TextMark{middle, top + rows.Take(middle - width / 2, width, kSegmentRows), label.text, colours::kBlack,
+                         kTextHeight, Anchor::Middle, Face::Ipa});
   }
 }
 
@@ -111,7 +138,6 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
   picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
   picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13, Anchor::Middle,
                        Face::Figures});
-  AddLabels(picture, set.Labels(band), columns, top, colour);
   for (const std::int32_t position : set.Markers(band)) {
     if (!columns.Shows(position)) continue;
     const int x = columns.Of(position);
@@ -122,6 +148,7 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
     picture.Add(TextMark{atEdge ? x - 2 : x + 2, y, Format("%d", band + 1), colour, 9, atEdge ? Anchor::Right : Anchor::Left, Face::Figures});
     picture.Add(LineMark{{x, top}, {x, bottom - 1}, colour, 2});
   }
+  AddLabels(picture, set.Labels(band), columns, top, colour);
 }
 
 }  // namespace

@@ -11,23 +11,29 @@ constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060;
 constexpr int kGap = 3;        // pixels between a line and its text, and between texts
 constexpr int kMostRows = 6;
 
-/// About how wide a text is: hanzi are as wide as they are high, letters two thirds of that.
-int WidthOf(const std::string& text, int height) {
-  int thirds = 0;
-  for (std::size_t at = 0; at < text.size();) thirds += TakeUtf8(text, at) >= 0x2E80 ? 3 : 2;
-  return thirds * height / 3;
-}
-
 /// Rows of the pane that a text takes, its accents included.
 int RoomFor(int height) { return height * 5 / 4; }
 
 void AddText(Picture& picture, int x, int middle, const std::string& text, int height, Colour colour) {
   const int baseline = middle + height * 3 / 8, room = RoomFor(height);
-  picture.Add(BoxMark{x - 1, middle - room / 2, WidthOf(text, height) + 2, room, colours::kWhite, 0.7});
+  picture.Add(BoxMark{x - 1, middle - room / 2, TextWidth(text, height) + 2, room, colours::kWhite, 0.7});
   picture.Add(TextMark{x, baseline, text, colour, height, Anchor::Left, Face::Ipa});
 }
 
 }  // namespace
+
+/// Hanzi are as wide as they are high, letters two thirds of that, raised and tone letters one third, combining marks
+/// stand on the letter before.
+int TextWidth(const std::string& text, int height) {
+  const auto thirdsOf = [](char32_t character) {
+    if (character >= 0x2E80) return 3;
+    if (character >= 0x300 && character < 0x370) return 0;
+    return character >= 0x2B0 && character < 0x300 ? 1 : 2;
+  };
+  int thirds = 0;
+  for (std::size_t at = 0; at < text.size();) thirds += thirdsOf(TakeUtf8(text, at));
+  return thirds * height / 3;
+}
 
 void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, int left, int top,
                     const std::function<int(int)>& columnOf) {
@@ -52,7 +58,7 @@ void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, i
     if (row == rowEnds.end() && rowEnds.size() < kMostRows) row = rowEnds.insert(rowEnds.end(), 0);
     // Where every row is taken the emptiest is written over.
     if (row == rowEnds.end()) row = std::min_element(rowEnds.begin(), rowEnds.end());
-    *row = x + WidthOf(place.annotation->text, height) + kGap;
+    *row = x + TextWidth(place.annotation->text, height) + kGap;
     const int middle = top + static_cast<int>(row - rowEnds.begin()) * rowHeight + rowHeight / 2;
     AddText(picture, x, middle, place.annotation->text, height, kAnnotation);
   }

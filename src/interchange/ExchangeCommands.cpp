@@ -18,7 +18,7 @@
 namespace parlowen {
 namespace {
 
-constexpr const char* kBadSaveName = "文件夹或文件名不对（包含空格？），请重选";
+constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
 constexpr const char* kBadNameCaption = "文件夹或文件名错误";
 constexpr const char* kNoSound = "请先打开声音文件！";
 constexpr const char* kNoMarkers = "没有标志，不能导出！";

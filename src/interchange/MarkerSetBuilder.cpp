@@ -21,6 +21,8 @@ std::int64_t SampleAt(double seconds, int sampleRate) {
 
 std::string FittingText(std::string_view utf8, int maxBytes, ImportLosses& losses) {
   std::string text(CutUtf8(utf8, kMostLooked));
+  // A line end is one blank, CRLF too.
+  for (std::size_t at = 0; (at = text.find("\r\n", at)) != std::string::npos;) text.erase(at, 1);
   for (char& character : text)
     if (static_cast<unsigned char>(character) < ' ' || character == '\x7F') character = ' ';
   if (text.find_first_not_of(' ') == std::string::npos) return {};
@@ -28,7 +30,7 @@ std::string FittingText(std::string_view utf8, int maxBytes, ImportLosses& losse
   // No character's second byte is a question mark.
   if (std::count(gbk.begin(), gbk.end(), '?') != std::count(text.begin(), text.end(), '?')) ++losses.recoded;
   const std::string_view cut = CutGbk(gbk, static_cast<std::size_t>(maxBytes));
-  if (cut.size() < gbk.size() || text.size() < utf8.size()) ++losses.shortened;
+  if (cut.size() < gbk.size() || utf8.size() > kMostLooked) ++losses.shortened;
   return IpaFromGbk(cut);
 }
 

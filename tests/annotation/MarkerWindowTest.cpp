@@ -185,6 +185,29 @@ TEST(MarkerWindow, ATextWithoutACodeKeepsTheDialogOpen) {
   EXPECT_EQ(desk.state.set.Labels(0)[0].text, "ɑ˥好");
 }
 
+TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
+  Desk desk;
+  desk.Load();
+  desk.Open();
+  desk.Press(1050);
+  for (const int column : {30, 300, 345, 1010}) desk.Click(column, 10);
+  desk.Press(1052);
+  desk.window.answers.assign(6, "ok:一二三四五六");
+  for (const int column : {300, 345, 1010, 25, 320, 320}) desk.Click(column, 10);
+  constexpr int kWidth = 72;   // of six hanzi
+  std::vector<Point> places;
+  for (const Mark& mark : desk.window.tool->Draw(1100, 520).marks)
+    if (const auto* text = std::get_if<TextMark>(&mark); text != nullptr && text->face == Face::Ipa)
+      places.push_back({text->x - (text->anchor == Anchor::Left ? 0 : text->anchor == Anchor::Right ? kWidth : kWidth / 2), text->y});
+  ASSERT_EQ(places.size(), 6u);
+  EXPECT_EQ(places[1].y, places[0].y + 12) << "the second of two close points stands under the first";
+  EXPECT_EQ(places[4].y, places[3].y);
+  for (const Point& place : places) {
+    EXPECT_GE(place.x, 20);
+    EXPECT_LE(place.x + kWidth, 1020);
+  }
+}
+
 TEST(MarkerWindow, TheDesktopCountsWithItsOwnWidthAScriptWithAThousand) {
   Desk desk;
   desk.Load();

@@ -99,7 +99,7 @@ TEST(ExchangeCommands, AFailedWriteIsSaidAndLeavesTheOldFile) {
   e.window.answers = {"file:" + (e.folder / "a.TextGrid"), "file:" + (e.folder / "none/a.csv")};
   ExportTextGridCommand(e.window, e.desk);
   ExportLevelsCsvCommand(e.window, e.document);
-  const std::string refusal = "error|文件夹或文件名错误|文件夹或文件名不对（包含空格？），请重选";
+  const std::string refusal = "error|文件夹或文件名错误|文件夹或文件名不对，请重选";
   const Texts log = e.window.Log();
   EXPECT_EQ(log[1], refusal);
   EXPECT_EQ(log[3], refusal);

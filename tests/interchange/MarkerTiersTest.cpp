@@ -151,6 +151,14 @@ TEST(MarkerTiers, TextsAreCutAtWholeCharacters) {
   }
 }
 
+TEST(MarkerTiers, ALineEndInATextIsOneBlank) {
+  for (const char* text : {"a\nb", "a\r\nb", "a\rb", "a\tb"}) {
+    ImportLosses losses;
+    EXPECT_EQ(FittingText(text, kMarkerLabelBytes, losses), "a b") << text;
+    EXPECT_EQ(losses, ImportLosses{});
+  }
+}
+
 TEST(MarkerTiers, AHostileTextIsCutBeforeItIsLookedAt) {
   ImportLosses losses;
   EXPECT_EQ(FittingText(std::string(1 << 24, 'x'), kMarkerLabelBytes, losses), std::string(12, 'x'));

@@ -152,7 +152,7 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   };
   recentMenu_ = menu.addMenu("最近的文件(&R)");
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RenewRecentFiles);
-  QMenu* pictures = menu.addMenu("图形输出(&P)");
+  QMenu* pictures = menu.addMenu("图形输出(&T)");
   connect(pictures, &QMenu::aboutToShow, this, [this, pictures] {
     pictures->clear();
     for (std::size_t i = 0; i < std::size(kPanes); ++i)
