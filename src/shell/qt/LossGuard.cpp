@@ -11,7 +11,8 @@ namespace {
 
 constexpr int kOpening[] = {110, 40093, 40078, 40060, 40110, 40116};
 constexpr int kRecording[] = {272, 40022, 40112};
-constexpr int kSaving[] = {120, 130, 40113, 40079};
+constexpr int kSavingAnnotations = 40079;
+constexpr int kSaving[] = {120, 130, 40113, kSavingAnnotations};
 constexpr int kOpeningChart[] = {40073, 40082};
 constexpr int kSavingChart[] = {40072};
 constexpr int kImportTextGrid = 41020, kImportLabels = 41022;
@@ -58,7 +59,9 @@ void LossGuard::CommandBegins(int setbacks) {
 void LossGuard::CommandEnded(int command, int setbacks) {
   const bool done = setbacks == setbacksBefore_;
   const bool opened = IsOneOf(kOpening, command) && document_.soundGeneration != generationBefore_;
-  if (opened || (IsOneOf(kSaving, command) && done)) TakeSoundAsUnchanged();
+  // An annotation file holds one channel.
+  const bool savedWhole = IsOneOf(kSaving, command) && !(command == kSavingAnnotations && document_.twoChannel);
+  if (opened || (savedWhole && done)) TakeSoundAsUnchanged();
   if ((IsOneOf(kOpeningChart, command) || IsOneOf(kSavingChart, command)) && done) TakeChartAsUnchanged();
 }
 
