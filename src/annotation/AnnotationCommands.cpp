@@ -42,7 +42,8 @@ void SayBadName(Window& window) { window.ShowError(kBadName, kBadNameCaption); }
 
 std::vector<std::uint8_t> BytesBehind(const InputFile& file, std::int64_t offset) {
   if (offset < 0) return {};
-  std::vector<std::uint8_t> bytes(static_cast<std::size_t>(std::clamp<std::int64_t>(file.size() - offset, 0, kMostRecordBytes)));
+  std::vector<std::uint8_t> bytes(
+      static_cast<std::size_t>(std::clamp<std::int64_t>(file.size() - offset, 0, kMostRecordBytes)));
   bytes.resize(file.ReadAt(offset, bytes.data(), bytes.size()));
   return bytes;
 }

@@ -132,7 +132,8 @@ void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Colu
   }
 }
 
-void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, const Columns& columns, const MarkerLayout& layout) {
+void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, const Columns& columns,
+             const MarkerLayout& layout) {
   const int top = layout.bandsTop + BandTop(band), bottom = layout.bandsTop + BandBottom(band);
   const Colour colour = kBandColours[band];
   picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
@@ -145,7 +146,8 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
     // The band's number tells strokes apart without their colour.
     const int y = layout.waveTop + 9 + 10 * band;
     const bool atEdge = x > columns.Last() - 9;
-    picture.Add(TextMark{atEdge ? x - 2 : x + 2, y, Format("%d", band + 1), colour, 9, atEdge ? Anchor::Right : Anchor::Left, Face::Figures});
+    picture.Add(TextMark{atEdge ? x - 2 : x + 2, y, Format("%d", band + 1), colour, 9,
+                         atEdge ? Anchor::Right : Anchor::Left, Face::Figures});
     picture.Add(LineMark{{x, top}, {x, bottom - 1}, colour, 2});
   }
   AddLabels(picture, set.Labels(band), columns, top, colour);

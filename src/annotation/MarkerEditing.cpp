@@ -25,7 +25,8 @@ std::span<std::int32_t> MarkersOf(MarkerSet& set, int band) {
 /// Takes the entry out of a band's list and zeroes the one that becomes unused.
 template <typename T>
 void CloseUp(std::span<T> items, std::size_t index, std::int16_t& count) {
-  std::move(items.begin() + static_cast<std::ptrdiff_t>(index) + 1, items.end(), items.begin() + static_cast<std::ptrdiff_t>(index));
+  std::move(items.begin() + static_cast<std::ptrdiff_t>(index) + 1, items.end(),
+            items.begin() + static_cast<std::ptrdiff_t>(index));
   items.back() = T{};
   --count;
 }

@@ -159,7 +159,8 @@ void MarkerWindow::Resized(int width, int height) {
 
 std::optional<ToolScrollBar> MarkerWindow::ScrollBar() const {
   const int page = MarkerViewLength(state_.view, document_.sampleCount);
-  return ToolScrollBar{state_.view.start, document_.sampleCount - page, page, kArrowSeconds * document_.sampleRate, kScrollHelp};
+  return ToolScrollBar{state_.view.start, document_.sampleCount - page, page,
+                       kArrowSeconds * document_.sampleRate, kScrollHelp};
 }
 
 void MarkerWindow::ScrollTo(Window&, int position) { MoveTo(position); }

@@ -79,7 +79,8 @@ bool DurationChart::Key(Window& window, const std::string& key) {
   const struct {
     const char* key;
     int steps;
-  } moves[] = {{"Left", -1}, {"Right", 1}, {"PageUp", -fitting_}, {"PageDown", fitting_}, {"Home", -kMostGroups}, {"End", kMostGroups}};
+  } moves[] = {{"Left", -1},           {"Right", 1},           {"PageUp", -fitting_},
+               {"PageDown", fitting_}, {"Home", -kMostGroups}, {"End", kMostGroups}};
   for (const auto& move : moves) {
     if (key != move.key) continue;
     Scroll(window, move.steps);

@@ -148,7 +148,9 @@ void MainView::Select(int start, int end) {
 
 bool MainView::Key(const std::string& key) {
   const bool waveformMode = document_.activity <= activities::kWaveform;
-  const std::string name = key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0])))) : key;
+  const std::string name =
+      key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0]))))
+                      : key;
   if (VowelKey(window_, document_, states_, vowels_, name)) return true;
   if (name == "S" || name == "X") {
     if (waveformMode) ZoomKey(name == "S");

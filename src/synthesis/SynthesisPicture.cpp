@@ -61,7 +61,8 @@ void AddTimeAxis(Picture& picture, const SynthesisJob& job, const SynthesisView&
     if (x < 0 || x >= right) continue;
     picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
     const Anchor anchor = x < 24 ? Anchor::Left : x > right - 24 ? Anchor::Right : Anchor::Middle;
-    picture.Add(TextMark{x, top + 16, Format("%.2f", (job.firstFrame + frame) * 0.01), colours::kText, 11, anchor, Face::Figures});
+    picture.Add(TextMark{x, top + 16, Format("%.2f", (job.firstFrame + frame) * 0.01), colours::kText, 11,
+                         anchor, Face::Figures});
   }
   picture.Add(TextMark{right + 4, top + 16, "T(秒)", colours::kText, 11});
 }

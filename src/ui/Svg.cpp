@@ -62,8 +62,11 @@ std::string Image(int x, int y, int width, int height, int columns, int rows, in
 
 struct SvgMark {
   std::string operator()(const LineMark& mark) const {
-    return Format("<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n", mark.from.x, mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
-                  mark.style == LineStyle::Dashed ? " stroke-dasharray=\"4 3\"" : " stroke-linecap=\"square\"", kMiddle);
+    return Format(
+        "<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n",
+        mark.from.x, mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
+        mark.style == LineStyle::Dashed ? " stroke-dasharray=\"4 3\"" : " stroke-linecap=\"square\"",
+        kMiddle);
   }
   std::string operator()(const PolylineMark& mark) const {
     return "<polyline points=\"" + PointList(mark.points) +

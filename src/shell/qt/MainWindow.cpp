@@ -476,7 +476,9 @@ void MainWindow::CopyRegionOf(const PaneRegion& region) {
   const PaneWidget& pane = PaneOf(region.pane);
   const double scale = dialogs_.DevicePixelRatio();
   // The frame around the region is no part of it.
-  const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y)).normalized().adjusted(1, 1, -1, -1);
+  const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
+                         .normalized()
+                         .adjusted(1, 1, -1, -1);
   if (area.isEmpty()) return;
   const QImage whole = RenderPicture(pane.Shown(), scale);
   QApplication::clipboard()->setImage(
@@ -485,7 +487,8 @@ void MainWindow::CopyRegionOf(const PaneRegion& region) {
 
 void MainWindow::CopyHoverLine() {
   if (hoverPane_ == nullptr) return;
-  const std::string line = station_.view.HoverLine(hoverPane_->pane(), {hoverAt_.x(), hoverAt_.y()}, hoverPane_->RowsToBottom(), "\t");
+  const std::string line = station_.view.HoverLine(hoverPane_->pane(), {hoverAt_.x(), hoverAt_.y()},
+                                                   hoverPane_->RowsToBottom(), "\t");
   if (!line.empty()) QApplication::clipboard()->setText(QString::fromStdString(line));
 }
 
