@@ -1,27 +1,16 @@
 // The records of .ipa files over any bytes: no harm, annotations and periods within their bounds, and records that come
 // back the same when they are saved.
 
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <string>
 
+#include "Require.h"
 #include "annotation/IpaFile.h"
 #include "base/IpaCodes.h"
 #include "document/WavFile.h"
 #include "support/WavBytes.h"
 
-namespace {
-
 using namespace parlowen;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   static SoundDocument document;

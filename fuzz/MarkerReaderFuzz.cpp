@@ -1,10 +1,9 @@
 // The marker file's reader over any bytes: no harm, a set that keeps its promises, and a file that reads back the same.
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 
+#include "Require.h"
 #include "annotation/MarkerFile.h"
 
 namespace {
@@ -12,12 +11,6 @@ namespace {
 using namespace parlowen;
 
 constexpr int kSampleCount = 100000;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 bool Inside(std::int32_t position) { return position >= 0 && position <= kSampleCount; }
 

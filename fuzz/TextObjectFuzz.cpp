@@ -1,11 +1,10 @@
 // The decoder and the readers of text files over any bytes: no harm, sets that keep their rules, and what was taken in
 // comes back out of our own file.
 
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 #include <string>
 
+#include "Require.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
 #include "interchange/LabelTrack.h"
@@ -19,12 +18,6 @@ namespace {
 using namespace parlowen;
 
 constexpr int kCount = 32000, kRate = 16000;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 void CheckRules(const ImportedMarkers& imported) {
   for (int band = 0; band < kMarkerBands; ++band) {

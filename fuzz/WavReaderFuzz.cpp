@@ -4,10 +4,9 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstdio>
-#include <cstdlib>
 #include <random>
 
+#include "Require.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
@@ -17,12 +16,6 @@
 namespace {
 
 using namespace parlowen;
-
-void Require(bool holds, const char* what) {
-  if (holds) return;
-  std::fprintf(stderr, "does not hold: %s\n", what);
-  std::abort();
-}
 
 /// Bytes as a file in memory that can be opened by its name.
 class MemoryFile {

@@ -1,7 +1,6 @@
 #include "annotation/AnnotationCommands.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 
 #include "annotation/InsertedText.h"
@@ -23,12 +22,6 @@ constexpr const char* kTooMany = "文件中的注释字符多于500个，只取�
 
 constexpr std::string_view kSuffix = ".ipa";
 constexpr std::int64_t kMostRecordBytes = std::int64_t{16} << 20;   // hundreds of times what the records can need
-
-bool HasSuffix(const std::string& path) {
-  return path.size() >= kSuffix.size() &&
-         std::equal(kSuffix.begin(), kSuffix.end(), path.end() - static_cast<std::ptrdiff_t>(kSuffix.size()),
-                    [](char a, char b) { return a == std::tolower(static_cast<unsigned char>(b)); });
-}
 
 /// The sound's own name with the other ending; "" while it has none.
 std::string ProposedName(const std::string& soundPath) {
@@ -90,7 +83,7 @@ void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationSta
   const auto choice =
       window.AskSaveFile({"保存国际音标文件", {{"国际音标文件(*.ipa)", "*.ipa"}}, "ipa", ProposedName(document.filePath)});
   if (!choice) return;
-  const std::string path = HasSuffix(choice->path) ? choice->path : choice->path + std::string(kSuffix);
+  const std::string path = HasEnding(choice->path, kSuffix) ? choice->path : choice->path + std::string(kSuffix);
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (path.size() > kLongestPath || file.Begin(path) < 0) return SayBadName(window);

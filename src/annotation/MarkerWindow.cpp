@@ -1,7 +1,6 @@
 #include "annotation/MarkerWindow.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 #include <cmath>
 #include <memory>
@@ -57,14 +56,6 @@ constexpr const char* kChooseToolFirst = "请先选择一种操作";
 constexpr int kFirstField = 1000, kSecondField = 1001;
 
 int IndexOf(MarkerTool tool) { return static_cast<int>(tool) - 1; }
-
-/// The caption of a sound that is a WAV file ends in its name.
-bool IsWavCaption(const std::string& caption) {
-  constexpr std::string_view kEnding = ".wav";
-  if (caption.size() < kEnding.size()) return false;
-  return std::equal(kEnding.begin(), kEnding.end(), caption.end() - kEnding.size(),
-                    [](char small, char c) { return small == std::tolower(static_cast<unsigned char>(c)); });
-}
 
 /// Takes the file's markers into the state. Returns what is to be said about the file, "" when nothing.
 std::string ReadMarkers(const SoundDocument& document, MarkerState& state) {
@@ -270,7 +261,8 @@ void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
 
 void MarkerWindow::SaveFile(Window& window) {
   if (!state_.set.HasMarkers()) return window.Notify(kNothingToSave);
-  if (!IsWavCaption(window.Caption()) || document_.filePath.empty()) return window.Notify(kSaveSoundFirst);
+  // The caption of a sound that is a WAV file ends in its name.
+  if (!HasEnding(window.Caption(), ".wav") || document_.filePath.empty()) return window.Notify(kSaveSoundFirst);
   const std::string path = MarkerPathOf(document_.filePath);
   if (ReplaceFile(path, MarkerBytesOf(state_.set)) < 0) return window.Notify(kCannotCreate, Icon::Error);
   state_.changed = false;

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <csignal>
 #include <filesystem>
@@ -147,5 +148,11 @@ std::string AbsolutePath(const std::string& path) {
 }
 
 std::string FileNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
+
+bool HasEnding(std::string_view name, std::string_view ending) {
+  if (name.size() < ending.size()) return false;
+  return std::equal(ending.begin(), ending.end(), name.end() - ending.size(),
+                    [](char small, char c) { return small == (c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c); });
+}
 
 }  // namespace parlowen

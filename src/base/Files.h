@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/Bytes.h"
@@ -60,5 +61,8 @@ std::string AbsolutePath(const std::string& path);
 
 /// The part behind the last "/".
 std::string FileNameOf(const std::string& path);
+
+/// Whether the name ends in `ending`, which is given in small letters, in either case.
+bool HasEnding(std::string_view name, std::string_view ending);
 
 }  // namespace parlowen

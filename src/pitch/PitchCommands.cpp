@@ -26,7 +26,6 @@ constexpr const char* kRestartOrAppendCaption = "从头更新数据？";
 constexpr const char* kNoSuchFile = "文件不存在！";
 constexpr const char* kCannotCreate = "不能建立文件！";
 constexpr const char* kNoPitchFile = "无基频数据文件！";
-constexpr const char* kBadPitchFile = "基频数据文件错误！";
 constexpr const char* kCannotWriteListing = "文件打开错误！";
 constexpr std::size_t kLongestPitchFile = std::size_t{64} << 20;
 
@@ -137,17 +136,20 @@ std::string PitchListingPath(const std::string& exportFolder) {
   return AbsolutePath(exportFolder.empty() ? std::string(kPitchListing) : exportFolder + "/" + kPitchListing);
 }
 
-int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder) {
+std::optional<std::vector<std::uint8_t>> AskPitchFile(Window& window) {
   const auto choice = window.AskOpenFile(PitchFileDialog(kOpenTitle));
   if (!choice) {
     window.Repaint();
-    return 1;
+    return {};
   }
-  const auto bytes = ReadWholeFile(choice->path, kLongestPitchFile);
-  if (!bytes) {
-    window.Notify(kNoPitchFile, Icon::Error);
-    return 1;
-  }
+  auto bytes = ReadWholeFile(choice->path, kLongestPitchFile);
+  if (!bytes) window.Notify(kNoPitchFile, Icon::Error);
+  return bytes;
+}
+
+int ListPitchFile(Window& window, const SoundDocument& document, const std::string& exportFolder) {
+  const auto bytes = AskPitchFile(window);
+  if (!bytes) return 1;
   FileReplacement listing;
   if (listing.Begin(PitchListingPath(exportFolder)) < 0) {
     window.Notify(kCannotWriteListing, Icon::Error);

@@ -1,5 +1,8 @@
 #pragma once
+#include <cstdint>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "document/SoundDocument.h"
 #include "pitch/FastPitch.h"
@@ -28,6 +31,11 @@ void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
 
 /// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
 int SavePitchSegment(Window& window, const SoundDocument& document);
+
+inline constexpr const char* kBadPitchFile = "基频数据文件错误！";
+
+/// Asks for a pitch data file and reads it; nothing when it was cancelled or is not there, which has been said then.
+std::optional<std::vector<std::uint8_t>> AskPitchFile(Window& window);
 
 /// 40051: writes "Pitch.txt" from a pitch data file into `exportFolder` ("" is the current directory). 0, or
 /// 1 when nothing was listed; after a broken record the text holds the records before it.

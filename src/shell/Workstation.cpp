@@ -1,7 +1,6 @@
 #include "shell/Workstation.h"
 
 #include <algorithm>
-#include <cctype>
 #include <string_view>
 
 #include "annotation/AnnotationCommands.h"
@@ -40,14 +39,6 @@ bool IsTool(const CommandRow& row) {
 bool DrawsInPanes(int command) {
   constexpr int kCommands[] = {170, 180, 190, 200, 205, 210, 220, 40005, 40042, 40066, 40103, 40108};
   return std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands);
-}
-
-/// `ending` in small letters; the file's may be in capitals.
-bool EndsWith(const std::string& path, std::string_view ending) {
-  return path.size() >= ending.size() &&
-         std::equal(ending.begin(), ending.end(), path.end() - static_cast<std::ptrdiff_t>(ending.size()), [](char a, char b) {
-           return a == std::tolower(static_cast<unsigned char>(b));
-         });
 }
 
 /// Palate recordings and two-channel speech share their name's ending; the header chunk tells them apart.
@@ -107,15 +98,15 @@ void Workstation::StopPlayFor(int command) {
 void Workstation::OpenFile(const std::string& path) {
   if (recording.running()) return;
   player.stopPlayback();
-  if (EndsWith(path, ".vch")) {
+  if (HasEnding(path, ".vch")) {
     OpenChartFile(window, document, states, vowels, path);
-  } else if (EndsWith(path, ".textgrid")) {
+  } else if (HasEnding(path, ".textgrid")) {
     ImportTextGridFile(window, MarkersToExchange(), path);
-  } else if (EndsWith(path, ".ipa")) {
+  } else if (HasEnding(path, ".ipa")) {
     OpenIpaFile(window, document, states, annotations, path);
-  } else if (EndsWith(path, ".nsp") && IsPalateRecording(path)) {
+  } else if (HasEnding(path, ".nsp") && IsPalateRecording(path)) {
     ReadEpgNsp(window, document, states, palate, path);
-  } else if (EndsWith(path, ".nsp")) {
+  } else if (HasEnding(path, ".nsp")) {
     ReadTwoChannelNsp(window, document, states, path);
   } else {
     openPath(window, document, states, path, ChannelMode::One, false);

@@ -5,6 +5,7 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "document/WavFile.h"
+#include "pitch/PitchCommands.h"
 #include "pitch/PitchFile.h"
 #include "synthesis/SynthesisWindow.h"
 
@@ -21,10 +22,7 @@ constexpr const char* kSaved = "合成声音已存为文件--Synth.wav!";
 constexpr const char* kBadName = "文件夹或文件名不对（包含空格？），请重选";
 constexpr const char* kBadNameCaption = "文件夹或文件名错误";
 
-constexpr const char* kNoPitchFile = "无基频数据文件！";
-constexpr const char* kBadPitchFile = "基频数据文件错误！";
 constexpr const char* kNoRecord = "没有这一段！";
-constexpr std::size_t kLargestPitchFile = std::size_t{64} << 20;
 
 constexpr const char* kBadFactor = "比例应在 0.25--4 之间";
 constexpr double kLeastFactor = 0.25, kLargestFactor = 4.0;
@@ -63,13 +61,8 @@ int SaveSynthWave(const SynthesisJob& job, Window& window, const std::string& ex
 }
 
 std::optional<TargetCurve> AskRecordedTarget(Window& window) {
-  const auto choice = window.AskOpenFile({"打开基频数据文件", {{"基频数据文件(*.pdt)", "*.pdt"}}, "pdt", ""});
-  if (!choice) return {};
-  const auto bytes = ReadWholeFile(choice->path, kLargestPitchFile);
-  if (!bytes) {
-    window.Notify(kNoPitchFile, Icon::Error);
-    return {};
-  }
+  const auto bytes = AskPitchFile(window);
+  if (!bytes) return {};
   // Records before a broken one are good.
   std::vector<PitchRecord> records;
   const PitchFileEnd end = ReadPitchRecords(*bytes, records);
