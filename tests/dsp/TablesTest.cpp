@@ -30,17 +30,6 @@ TEST(Tables, TwiddlesUseTheShortAngleAndStopAtHalf) {
   EXPECT_EQ(SinQ15[1], -201);   // -201.06
 }
 
-TEST(Tables, BitReversalIsItsOwnInverse) {
-  for (int size = 2; size <= 1024; size *= 2) {
-    const std::int16_t* table = BitReverseTable(size);
-    EXPECT_EQ(table[1], size / 2);
-    for (int k = 0; k < size; ++k) ASSERT_EQ(table[table[k]], k) << size;
-  }
-  const std::int16_t eight[] = {0, 4, 2, 6, 1, 5, 3, 7};
-  EXPECT_TRUE(std::equal(eight, eight + 8, BitReverseTable(8)));
-  EXPECT_EQ(BitReverseTable(12), nullptr);
-}
-
 TEST(Tables, ApproxMagnitudeIsTheLargerPartTimesARoot) {
   EXPECT_EQ(ApproxMagnitude({3.0, 4.0}), 4.0 * std::sqrt(1.75));
   EXPECT_EQ(ApproxMagnitude({-4.0, -3.0}), 4.0 * std::sqrt(1.75));

@@ -74,31 +74,5 @@ TEST(Cepstrum, BothModesFollowTheirStepsAtEveryRate) {
     }
 }
 
-TEST(Cepstrum, TheLargestQuefrencyIsThePitchPeriod) {
-  InitSignalTables();
-  for (const auto& [rate, f0, quefrency] : {std::tuple{8000, 125, 64}, {16000, 160, 100}, {22050, 147, 150}, {44100, 147, 150}}) {
-    const auto sound = testing::MakeVowel(testing::kNineVowels[0], rate, f0, rate / 2);
-    const int length = std::min(512, rate / 30);
-    MakeAnalysisWindow(length, 0.0);
-    double cepstrum[512];
-    CepstralAnalysis({sound.data(), rate / 2}, rate / 5, length, CepstralMode::Cepstrum, {rate, 12000}, cepstrum);
-    // Every second sample above 22050 Hz: 300 samples are quefrency 150.
-    const auto top = static_cast<int>(std::max_element(cepstrum + 40, cepstrum + 256) - cepstrum);
-    EXPECT_LE(std::abs(top - quefrency), 1) << rate;
-  }
-}
-
-TEST(Cepstrum, SilenceHasNone) {
-  InitSignalTables();
-  const std::vector<std::int16_t> silence(600);
-  MakeAnalysisWindow(400, 0.0);
-  for (const int level : {0, 1, 32767})
-    for (const CepstralMode mode : {CepstralMode::Cepstrum, CepstralMode::Homomorphic}) {
-      std::vector<double> output(512);
-      CepstralAnalysis({silence.data(), 600}, 0, 400, mode, {16000, level}, output.data());
-      EXPECT_EQ(std::count(output.begin(), output.end(), 0.0), 512);
-    }
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -5,7 +5,6 @@
 #include "dsp/Decibel.h"
 #include "dsp/SignalTables.h"
 #include "spectral/Cepstrum.h"
-#include "spectral/FilterBank.h"
 #include "spectral/Formants.h"
 #include "spectral/Spectrogram.h"
 #include "spectral/SpectrogramCommands.h"
@@ -125,58 +124,6 @@ TEST(Kinds, TheAnalyserKeepsTheLoudestFrame) {
   }
 }
 
-TEST(FilterBankPicture, RefusesLongStretchesAndIsAlwaysFlat) {
-  Sound sound(16000, 64000);
-  sound.Draw(Kind::WideBand);
-  const auto greys = sound.shown.matrix.greys;
-  sound.Select(500, 63701);
-  sound.Draw(Kind::FilterBank);
-  EXPECT_EQ(sound.window.Log(), (testing::Texts{"none|Parlowen(Tessiran)|所选段太长！"}));
-  EXPECT_EQ(sound.shown.kind, Kind::WideBand);
-  EXPECT_EQ(sound.shown.matrix.greys, greys) << "the pane stays";
-  sound.Select(500, 63700);
-  sound.Draw(Kind::FilterBank, true);
-  EXPECT_TRUE(sound.window.Log().empty());
-  EXPECT_EQ(sound.shown.matrix.columns, 1024 - 40);
-  EXPECT_TRUE(sound.shown.ridges.empty());
-  const Picture picture = SpectrogramPicture(sound.shown, 16000, 1024, 330);
-  const auto said = std::count_if(picture.marks.begin(), picture.marks.end(), [](const Mark& mark) {
-    const auto* text = std::get_if<TextMark>(&mark);
-    return text != nullptr && text->text == "本谱图没有立体图";
-  });
-  EXPECT_EQ(said, 1);
-  EXPECT_EQ(std::get<GreyImageMark>(picture.marks[0]).width, 984);
-  // A short selection is not widened: 100 samples, and each of them many columns.
-  sound.Select(2000, 2100);
-  sound.Draw(Kind::FilterBank);
-  EXPECT_EQ(sound.shown.stretch.end, 2100);
-  EXPECT_EQ(sound.shown.matrix.greys,
-            ComputeFilterBank(sound.document.Samples(), 16000, 2000, 2100, 984, SegmentPeakLevel(sound.document.Samples(), 2000, 2100)).greys);
-}
-
-TEST(ThreeDimensions, AHundredFramesOverAThirdOfASecond) {
-  Sound sound(16000);
-  for (const Kind kind : {Kind::WideBand, Kind::NarrowBand, Kind::Lpc, Kind::Homomorphic, Kind::Formants}) {
-    const SpectrogramState& shown = sound.Draw(kind, true);
-    ASSERT_EQ(shown.ridges.size(), 100u);
-    EXPECT_EQ(shown.stretch.end, 1000 + 16000 / 3);
-    EXPECT_FALSE(shown.CanBeShaded());
-  }
-  const SpectrogramState& lpc = sound.Draw(Kind::Lpc, true);
-  double levels[256];
-  LpcAnalyser analyser;
-  const int peak = SegmentPeakLevel(sound.document.Samples(), 1000, 9000);
-  LpcEnvelope(sound.document.Samples(), 1000 + 60 * 16000 / 300, 400, true, 16, {16000, peak}, analyser, levels);
-  EXPECT_TRUE(std::equal(levels, levels + 256, lpc.ridges[60].begin()));
-  const auto greys = sound.shown.matrix.greys;
-  DarkenLighten(sound.window, sound.shown, +1);
-  ToggleFormants(sound.window, sound.document, sound.shown);
-  EXPECT_EQ(sound.shown.matrix.greys, greys);
-  EXPECT_FALSE(sound.shown.formantsShown);
-  sound.Draw(Kind::Cepstrum, true);
-  EXPECT_TRUE(sound.shown.ridges.empty());
-}
-
 TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
   SpectrogramState state;
   state.shown = true;
@@ -198,8 +145,6 @@ TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
   EXPECT_EQ(highest, 330 - 20 - 99 - 1);
   state.ridges.assign(100, {});
   EXPECT_TRUE(RidgePicture(state, 1024, 330).marks.empty()) << "the ground is not drawn";
-  state.ridges[0].fill(100);
-  EXPECT_TRUE(RidgePicture(state, 3000, 1200).marks.empty()) << "all of it lies below the horizon's start, row 700";
 }
 
 TEST(FormantDots, LieWhereTheFormantPictureHasThem) {
@@ -227,20 +172,6 @@ TEST(FormantDots, LieWhereTheFormantPictureHasThem) {
   sound.Draw(Kind::Cepstrum);
   ToggleFormants(sound.window, sound.document, sound.shown);
   EXPECT_FALSE(sound.shown.formantsShown);
-}
-
-TEST(Grid, IsInKilohertzOrMilliseconds) {
-  SpectrogramState state;
-  const auto labels = [&](int rate) {
-    std::string all;
-    for (const auto& line : SpectrogramGrid(state, rate, 256)) all += line.label + "@" + std::to_string(line.y) + " ";
-    return all;
-  };
-  EXPECT_EQ(labels(8000), "1 kHz@191 2 kHz@127 3 kHz@63 ");
-  EXPECT_EQ(labels(22050), "2 kHz@209 4 kHz@163 6 kHz@116 8 kHz@70 10 kHz@23 ");
-  state.kind = Kind::Cepstrum;
-  EXPECT_EQ(labels(8000), "5 ms@215 10 ms@175 15 ms@135 20 ms@95 25 ms@55 30 ms@15 ");   // 40 rows are 5 ms
-  EXPECT_EQ(labels(44100), "2 ms@211 4 ms@167 6 ms@123 8 ms@79 10 ms@35 ");               // 2 samples a row
 }
 
 TEST(Kinds, SilenceAndNothingAreWhite) {

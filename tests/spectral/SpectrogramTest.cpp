@@ -184,11 +184,6 @@ TEST(Spectrogram, SoundsOfNothingAndOfLittleAreStood) {
       sound.document.ClearSelection();
     }
   }
-  Sound square(16000, 16000, [](int i) { return i / 8 % 2 == 0 ? 32767 : -32768; });
-  // A square of 1000 Hz: rows 32, 96, 160 are dark, the even harmonics are not.
-  const SpectrogramMatrix matrix = square.Picture(kNarrow);
-  const std::uint16_t* greys = matrix.Column(30);
-  for (const int row : {32, 96, 160}) EXPECT_LT(greys[row], greys[row + 32]) << row;
 }
 
 TEST(Shading, GreysAreTruncatedAndClamped) {
@@ -207,9 +202,6 @@ TEST(Shading, DarkenAndLightenMoveBySeventhsAndEighths) {
     DarkenLightenMatrix(matrix, +1);
     EXPECT_EQ(matrix.greys[0], std::max(0, 255 - (255 - grey) * 8 / 7)) << grey;
   }
-  SpectrogramMatrix matrix{1, {0, 200}};
-  DarkenLightenMatrix(matrix, +1);
-  EXPECT_EQ(matrix.greys, (std::vector<std::uint16_t>{0, 193}));
 }
 
 TEST(Shading, StepsAddUpUntilTheNextCommandAndStandForThePicture) {
@@ -247,25 +239,15 @@ TEST(Redraw, APictureOfTheViewStaysOneWhenSomethingIsMarked) {
   EXPECT_TRUE(shown.stretch.followsView);
 }
 
-TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottomUnderTheirGrid) {
+TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottom) {
   Sound sound(22050, 22050, Tone(20000, 0.05));   // row 25 or 26
   testing::FakeWindow window;
   SpectrogramState shown;
   SpectrogramCommand(window, sound.document, shown, kNarrow);
   const Picture picture = SpectrogramPicture(shown, 22050, 1024, 330);
   const auto& image = std::get<GreyImageMark>(picture.marks.at(0));
-  EXPECT_EQ(image.x, 20);
-  EXPECT_EQ(image.width, shown.matrix.columns);
-  EXPECT_EQ(image.height, 330);
-  EXPECT_EQ(image.rows, 256);
   for (int row = 0; row < 256; ++row)
     EXPECT_EQ(image.pixels[static_cast<std::size_t>((255 - row) * image.columns + 40)], shown.matrix.Column(40)[row]);
-  int lines = 0;
-  for (const Mark& mark : picture.marks) lines += std::holds_alternative<LineMark>(mark);
-  EXPECT_EQ(lines, 5) << "2000, 4000 … 10000 Hz";
-  EXPECT_EQ(GridStepHz(20000), 1000);
-  EXPECT_EQ(GridStepHz(20001), 2000);
-  EXPECT_EQ(GridLineY(1000, 16000, 256), 255 - 32);
 }
 
 }  // namespace
