@@ -2,10 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
+#include <functional>
 #include <limits>
 
-#include "annotation/IpaFile.h"
 #include "shell/Station.h"
 #include "support/Child.h"
 
@@ -23,10 +22,7 @@ using testing::WriteFile;
 constexpr auto kRight = MouseButton::Right;
 constexpr int kInsert = 40080, kSave = 40079, kOpen = 40078;
 
-const std::string kDialog = "input|插入字符|输入插入的内容（最长9字符）：";
-const std::string kFirst = "ask|第一次？|本语音的第一次转换（Yes/No)?";
 const std::string kSaveDialog = "save|保存国际音标文件|";
-const std::string kKeepPitch = "ask|保存基频？|本文件的基频数据已求出，保存吗（Yes/No)?";
 const std::string kBadName = "error|文件夹或文件名错误|文件夹或文件名不对（包含空格？），请重选";
 
 struct AnnotationDesk : testing::Station {
@@ -59,44 +55,7 @@ struct AnnotationDesk : testing::Station {
   void FillWith(int count) {
     Put(std::vector<Annotation>(static_cast<std::size_t>(count), Annotation{"a", 1}));
   }
-  std::string SoundPath() const { return folder / "sound1.wav"; }
 };
-
-TEST(InsertingAnnotations, TheClickIsTheSampleThatThePaneShowsThere) {
-  AnnotationDesk s;
-  s.Load(Ramp(60000), 11025);
-  const auto at = [&](int x) {
-    s.Insert(x, {"ok:a", "yes"});
-    return s.w.annotations.items.at(0).position;
-  };
-  EXPECT_EQ(at(21), 110) << "trunc(110.25)";
-  EXPECT_EQ(at(23), 330) << "trunc(330.75)";
-  EXPECT_EQ(at(5), 0) << "the margin counts as its edge";
-  EXPECT_EQ(at(1000), 60000) << "no later than the end";
-  s.w.view.ZoomAt(20, false);
-  s.w.view.ScrollTo(4000);
-  EXPECT_EQ(at(27), 4000 + 7 * 55) << "half the scale: 55 samples a column";
-  s.w.Select(10000, 30480);
-  s.w.dispatchCommand(170);
-  EXPECT_EQ(at(512), 20240) << "the middle of a stretch that fills the pane";
-}
-
-TEST(InsertingAnnotations, AsksForTheTextThenWhetherItIsTheFirst) {
-  AnnotationDesk s;
-  s.Load(Ramp(16000));
-  EXPECT_EQ(s.Insert(30, {"ok:pʰa", "no"}), (Texts{kDialog, kFirst}));
-  EXPECT_EQ(s.document.activity, activities::kWaveform) << "one click, one annotation";
-  s.Insert(40, {"ok:二", "no"});
-  s.Insert(30, {"ok:三", "no"});
-  EXPECT_EQ(s.Items(), (Texts{"pʰa@1600", "二@3200", "三@1600"}));
-  EXPECT_EQ(s.Insert(50, {"ok:"}), Texts{kDialog}) << "an empty text ends the command";
-  EXPECT_EQ(s.Insert(50, {"cancel"}), Texts{kDialog});
-  EXPECT_EQ(s.Insert(50, {"ok:🙂", "ok:ə", "no"}),
-            (Texts{kDialog, "none|" + s.window.Caption() + "|有字符没有 GBK 编码，请改写", kDialog + "🙂", kFirst}));
-  EXPECT_EQ(s.Items().size(), 4u);
-  s.Insert(50, {"ok:新", "yes"});
-  EXPECT_EQ(s.Items(), Texts{"新@4800"}) << "Yes begins anew";
-}
 
 TEST(InsertingAnnotations, OnlyALeftClickIntoTheAnalysisPaneInserts) {
   AnnotationDesk s;
@@ -178,73 +137,7 @@ TEST(Annotations, MoveWithTheSpeechThatTheyWerePutOn) {
   EXPECT_EQ(s.Items(), whole);
 }
 
-TEST(Annotations, AreDrawnWhereTheyAreInEveryPictureAndDoNotCoverEachOther) {
-  AnnotationDesk s;
-  s.Load(Ramp(200000));
-  s.Put({{"ɿ", 16000}, {"ʅ", 16000}, {"远", 40000}});
-  const auto textsOf = [&](Pane pane) {
-    std::vector<TextMark> texts;
-    for (const Mark& mark : s.w.view.Base(pane, 1024, 330).marks)
-      if (const auto* text = std::get_if<TextMark>(&mark); text != nullptr && text->face == Face::Ipa) texts.push_back(*text);
-    return texts;
-  };
-  const auto placesOf = [&](Pane pane) {
-    std::vector<std::pair<std::string, int>> places;
-    for (const TextMark& text : textsOf(pane)) places.push_back({text.text, text.x});
-    return places;
-  };
-  using Places = std::vector<std::pair<std::string, int>>;
-  // Texts stand 3 columns behind their lines; a column is 160 samples.
-  for (const Pane pane : {Pane::Analysis, Pane::Waveform}) EXPECT_EQ(placesOf(pane), (Places{{"ɿ", 123}, {"ʅ", 123}, {"远", 273}}));
-  EXPECT_GE(textsOf(Pane::Analysis)[1].y - textsOf(Pane::Analysis)[0].y, 16) << "two at one moment stand under each other";
-  EXPECT_EQ(textsOf(Pane::Analysis)[2].y, textsOf(Pane::Analysis)[0].y);
-  s.w.view.ScrollTo(16000);
-  s.w.Key("X");
-  s.w.view.ScrollTo(16001);
-  EXPECT_EQ(placesOf(Pane::Analysis), (Places{{"远", 20 + 23999 / 80 + 3}})) << "80 samples a column; what is left of the view goes";
-  s.w.Select(30000, 50480);
-  s.Do(180);
-  EXPECT_EQ(placesOf(Pane::Analysis), (Places{{"远", 503}})) << "10000 of 20480 samples on 1024 columns";
-  EXPECT_EQ(placesOf(Pane::Waveform), (Places{{"远", 20 + 23999 / 80 + 3}}));
-}
-
 // --- Files
-
-TEST(SavingIpaFiles, TheNameGetsItsEndingAndTheSoundKeepsItsOwn) {
-  AnnotationDesk s;
-  s.Load(Ramp(1000));
-  const std::string caption = s.window.Caption();
-  s.Insert(25, {"ok:ŋ", "no"});
-  EXPECT_TRUE(s.w.annotations.changed);
-  const struct {
-    const char *given, *written;
-  } names[] = {{"a b.ipa", "a b.ipa"}, {"c", "c.ipa"}, {"d.e", "d.e.ipa"}, {"F.IPA", "F.IPA"}};
-  for (const auto& name : names) {
-    EXPECT_EQ(s.Do(kSave, {"file:" + (s.folder / name.given)}), Texts{kSaveDialog + (s.folder / "sound1.ipa")});
-    const std::string bytes = ReadFile(s.folder / name.written);
-    EXPECT_EQ(bytes.substr(0, 2044), ReadFile(s.SoundPath())) << name.given;
-    EXPECT_EQ(bytes.substr(2044), std::string("IPA\0\xAA\xD3", 6) + std::string(8, '\0') + Little(800, 4));
-  }
-  EXPECT_EQ(s.folder.Names().size(), 5u);
-  EXPECT_FALSE(s.w.annotations.changed);
-  EXPECT_EQ(s.document.filePath, s.SoundPath());
-  EXPECT_EQ(s.window.Caption(), caption);
-}
-
-TEST(SavingIpaFiles, TheContourGoesAlongWhenItIsCompleteAndWanted) {
-  AnnotationDesk s;
-  std::vector<float> contour(12, 80.5f);   // 10 frames and the two zeros of a sound file
-  contour[0] = -1;
-  const std::string path = s.folder / "a.ipa";
-  s.Load(Ramp(1600), 16000, PitchTail(contour));
-  EXPECT_EQ(s.Do(kSave, {"file:" + path, "no"}).back(), kKeepPitch);
-  EXPECT_EQ(ReadFile(path).size(), 3244u);
-  s.Do(kSave, {"file:" + path, "yes"});
-  EXPECT_EQ(ReadFile(path).substr(3244), PitchTail({contour.begin(), contour.begin() + 10}));
-  s.document.pitch[9] = kNoValue;
-  EXPECT_EQ(s.Do(kSave, {"file:" + path}).size(), 1u) << "not complete: not asked";
-  EXPECT_EQ(ReadFile(path).size(), 3244u);
-}
 
 TEST(SavingIpaFiles, ARefusalOrAFailureLeavesTheOldFile) {
   AnnotationDesk s;
@@ -308,24 +201,6 @@ TEST(OpeningIpaFiles, TheSoundItsAnnotationsAndItsContourAreThere) {
   EXPECT_FALSE(s.w.states.IsEnabled(40103));
 }
 
-TEST(OpeningIpaFiles, WhatWasSavedComesBack) {
-  AnnotationDesk s;
-  std::vector<float> contour(12, 61.25f);
-  s.Load(Ramp(1610), 16000, PitchTail(contour));
-  s.Insert(25, {"ok:tɕʰyæn", "no"});
-  s.Insert(25, {"ok:拍 1", "no"});
-  const std::string path = s.folder / "a.ipa";
-  s.Do(kSave, {"file:" + path, "yes"});
-  const std::string bytes = ReadFile(path);
-  s.Load(Ramp(10));
-  s.Do(kOpen, {"file:" + path});
-  EXPECT_EQ(s.Items(), (Texts{"tɕʰyæn@800", "拍 1@800"}));
-  EXPECT_EQ(s.document.pitch[9], 61.25f);
-  EXPECT_EQ(s.document.pitch[10], kNoValue) << "no more values than frames";
-  s.Do(kSave, {"file:" + path, "yes"});
-  EXPECT_EQ(ReadFile(path), bytes);
-}
-
 TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
   AnnotationDesk s;
   s.Load(Ramp(5000), 16000);
@@ -343,14 +218,11 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
     std::string bytes, refusal;
   } cases[] = {
       {"43 bytes", IpaFileOf("").substr(0, 43), noWav},
-      {"no RIFF", broken([](WavBytes& wav) { wav.riff = "RIFX"; }), noWav},
       {"999 Hz", broken([](WavBytes& wav) { wav.rate = 999; }), noWav},
-      {"384001 Hz", broken([](WavBytes& wav) { wav.rate = 384001; }), noWav},
       {"8 bits", broken([](WavBytes& wav) { wav.bits = 8; }), notSixteen},
-      {"3 channels", broken([](WavBytes& wav) { wav.blockAlign = 6; }), notSixteen},
   };
   const auto unchanged = [&] {
-    return s.document.sampleCount == 5000 && s.document.filePath == s.SoundPath() &&
+    return s.document.sampleCount == 5000 && s.document.filePath == s.folder / "sound1.wav" &&
            s.document.samples[4999] == 5000 && s.Items().size() == 3 && s.document.selectionEnd == 200 &&
            s.document.activity == activities::kWaveform;
   };
@@ -363,25 +235,6 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
   EXPECT_EQ(s.Do(kOpen, {"file:" + (s.folder / "missing.ipa")}).back(), "error|" + s.window.Caption() + "|无此国际音标数据文件！");
   EXPECT_EQ(s.Do(kOpen).size(), 1u) << "a cancelled dialog says nothing";
   EXPECT_TRUE(unchanged());
-}
-
-TEST(OpeningIpaFiles, TheRulesOfSoundFilesHold) {
-  AnnotationDesk s;
-  WavBytes stereo;
-  stereo.blockAlign = 4;
-  stereo.samples = {1, -1, 2, -2, 3, -3};
-  stereo.between = "LIST" + Little(4, 4) + "abcd";
-  stereo.behind = Record("a", 2);
-  EXPECT_EQ(s.Do(kOpen, {"file:" + WriteFile(s.folder / "stereo.ipa", stereo.Bytes())}).back(),
-            "error||双声道16位 .wav 文件,只调入一个声道！");
-  EXPECT_EQ(s.document.sampleCount, 3);
-  EXPECT_EQ(s.document.samples[2], 3);
-  EXPECT_EQ(s.Items(), Texts{"a@2"});
-  std::string many;
-  for (int i = 0; i < 501; ++i) many += Record("a", i);
-  EXPECT_EQ(s.Do(kOpen, {"file:" + WriteFile(s.folder / "many.ipa", IpaFileOf(many))}).back(),
-            "status|文件中的注释字符多于500个，只取前500个");
-  EXPECT_EQ(s.Items().size(), 500u);
 }
 
 }  // namespace

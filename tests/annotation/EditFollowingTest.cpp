@@ -66,16 +66,6 @@ TEST(MarkersFollow, ACutTakesWhatStoodInItAndMovesWhatStoodBehind) {
   EXPECT_EQ(sound.state.set, whole);
 }
 
-TEST(MarkersFollow, AfterWorkInBetweenAnUndoMovesThemBack) {
-  Edited sound;
-  sound.Mark(0, {1000, 2500, 4000});
-  sound.Cut(2000, 3000);
-  ASSERT_EQ(sound.Markers(0), Ints({1000, 3000}));
-  sound.state.set.markerPos[0] = 500;
-  sound.Undo();
-  EXPECT_EQ(sound.Markers(0), Ints({500, 4000}));
-}
-
 TEST(MarkersFollow, APasteOpensAGapAndItsUndoClosesIt) {
   Edited sound;
   sound.Cut(0, 100);   // to have a clip; there are no markers yet

@@ -55,36 +55,6 @@ TEST(InsertedCharacters, KeepTheirTimeAndTheirRowInTheirPane) {
   EXPECT_TRUE(s.Shown(Pane::Pitch).empty());
 }
 
-TEST(InsertedCharacters, AreHiddenShownAndThrownAway) {
-  CharacterDesk s;
-  s.Place("a", Pane::Analysis, {100, 50});
-  s.w.dispatchCommand(40055);
-  EXPECT_TRUE(s.Shown(Pane::Analysis).empty());
-  s.w.dispatchCommand(40055);
-  EXPECT_EQ(s.Shown(Pane::Analysis).size(), 1u);
-  s.w.dispatchCommand(40055);
-  s.Place("b", Pane::Analysis, {200, 50});
-  EXPECT_EQ(s.Shown(Pane::Analysis).size(), 2u) << "a new text shows the others again";
-  s.w.dispatchCommand(40054);
-  EXPECT_TRUE(s.Shown(Pane::Analysis).empty());
-  s.w.dispatchCommand(40055);
-  s.w.dispatchCommand(40055);
-  EXPECT_TRUE(s.Shown(Pane::Analysis).empty());
-}
-
-TEST(InsertedCharacters, AnEmptyTextOrEscapePlacesNothing) {
-  CharacterDesk s;
-  s.Type("");
-  EXPECT_EQ(s.w.document.activity, activities::kWaveform);
-  s.Type("a");
-  s.w.Click(Pane::Analysis, {100, 50}, MouseButton::Right, false);
-  EXPECT_EQ(s.w.document.selectionEnd, 12800) << "a right click marks";
-  s.w.Key("Escape");
-  s.w.Click(Pane::Analysis, {100, 50}, MouseButton::Left, false);
-  EXPECT_EQ(s.w.document.selectionStart, 12800);
-  EXPECT_TRUE(s.w.characters.items.empty());
-}
-
 TEST(InsertedCharacters, The101stIsRefusedAndAnotherSoundHasNone) {
   CharacterDesk s;
   for (int i = 0; i < 100; ++i) s.Place("a", Pane::Pitch, {100 + i, 50});

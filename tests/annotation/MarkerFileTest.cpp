@@ -27,13 +27,6 @@ std::string At(const std::vector<std::uint8_t>& bytes, std::size_t offset, std::
   return {bytes.begin() + static_cast<std::ptrdiff_t>(offset), bytes.begin() + static_cast<std::ptrdiff_t>(offset + count)};
 }
 
-TEST(MarkerFile, TheNameIsCutAtTheFirstDotOfThePath) {
-  EXPECT_EQ(MarkerPathOf("/speech/a1.wav"), "/speech/a1.lbl");
-  EXPECT_EQ(MarkerPathOf("/x.y/s.wav"), "/x.lbl");
-  EXPECT_EQ(MarkerPathOf("/a/s.1.wav"), "/a/s.lbl");
-  EXPECT_EQ(MarkerPathOf("/a/plain"), "/a/plain.lbl");
-}
-
 TEST(MarkerFile, FieldsStandAtTheirOffsetsAndUnusedOnesAreZero) {
   MarkerSet set = SmallSet();
   set.markerPos[5] = 99;                  // behind the count
@@ -47,13 +40,6 @@ TEST(MarkerFile, FieldsStandAtTheirOffsetsAndUnusedOnesAreZero) {
   EXPECT_EQ(At(bytes, 336, 28), std::string("\x0A\0\0\0\4\3\2\1\xBA\xC3" "a", 11) + zeros(17));
   EXPECT_EQ(At(bytes, 336 + 60 * 28, 28), std::string("\7\0\0\0\7\0\0\0\xAA\xE4", 10) + zeros(18));
   EXPECT_EQ(At(bytes, 336 + 28, 59 * 28), zeros(59 * 28));
-}
-
-TEST(MarkerFile, ASetComesBackAsItWasSaved) {
-  const auto content = ParseMarkers(MarkerBytesOf(SmallSet()), kLong);
-  ASSERT_TRUE(content);
-  EXPECT_EQ(content->set, SmallSet());
-  EXPECT_FALSE(content->corrected);
 }
 
 TEST(MarkerFile, OtherSizesAndCountsAreNoMarkerFile) {

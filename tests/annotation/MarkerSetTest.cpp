@@ -13,7 +13,6 @@ struct Bands {
   MarkerScale Scale() const { return {view, 100000}; }
   MarkerPoint At(int band, int column) const { return {band, column, Scale().SampleAt(column)}; }
   std::string Add(int band, int column) { return Said(AddMarker(set, Scale(), At(band, column))); }
-  std::string Delete(int band, int column) { return Said(DeleteMarker(set, Scale(), At(band, column))); }
   std::string Unlabel(int band, int column) { return Said(DeleteLabel(set, Scale(), At(band, column))); }
   std::string Label(int band, int column, const char* text = "a") {
     const LabelPlace place = PlaceOfLabel(set, Scale(), At(band, column));
@@ -91,36 +90,6 @@ TEST(MarkerEditing, AMarkerIsRefusedOnePixelFromAnotherAndBeyondTwenty) {
   EXPECT_EQ(bands.set.markerCount, (std::array<std::int16_t, 4>{20, 1, 1, 0}));
 }
 
-TEST(MarkerEditing, ALabelledStretchIsNotSplitAndKeepsItsMarkers) {
-  Bands bands;
-  for (const int column : {120, 220, 320}) bands.Add(0, column);
-  EXPECT_EQ(bands.Label(0, 150), "");
-  EXPECT_EQ(bands.Add(0, 160), "段中有标注，不能加！");
-  EXPECT_EQ(bands.Add(0, 119), "此处已有标志，不能加！");
-  EXPECT_EQ(bands.Add(0, 118), "");   // outside the stretch
-  EXPECT_EQ(bands.Add(1, 160), "");
-  const char* labelled = "有相关的标注文字，不能删！请先删标注文字！";
-  EXPECT_EQ(bands.Delete(0, 121), labelled);
-  EXPECT_EQ(bands.Delete(0, 219), labelled);
-  EXPECT_EQ(bands.Delete(0, 119), "");   // the first within reach stands outside
-  EXPECT_EQ(bands.Unlabel(0, 150), "");
-  EXPECT_EQ(bands.Add(0, 160), "");
-  EXPECT_EQ(bands.Markers(0), Ints({10000, 14000, 20000, 30000}));
-}
-
-TEST(MarkerEditing, DeletingTakesTheFirstMarkerWithinReach) {
-  Bands bands;
-  EXPECT_EQ(bands.Delete(3, 100), "nothing");
-  for (const int column : {100, 102, 300, 400}) bands.Add(0, column);
-  EXPECT_EQ(bands.Delete(0, 104), "nothing");
-  EXPECT_EQ(bands.Delete(0, 101), "");
-  EXPECT_EQ(bands.Markers(0), Ints({8200, 28000, 38000}));
-  EXPECT_EQ(bands.set.markerPos[3], 0);
-  bands.Label(0, 400);
-  EXPECT_EQ(bands.Delete(0, 401), "有相关的标注文字，不能删！请先删标注文字！");
-  EXPECT_EQ(bands.Delete(0, 300), "");
-}
-
 TEST(MarkerEditing, ALabelBelongsToAMarkerWithinThreePixelsElseToTheStretch) {
   Bands bands;
   EXPECT_EQ(bands.Label(0, 100), "没有标志，不能加标注！");
@@ -157,21 +126,6 @@ TEST(MarkerEditing, DeletingALabelTakesThePointFirstThenTheStretch) {
   bands.Label(0, 1020, "last");   // a click on the sound's end means the stretch up to it
   EXPECT_EQ(bands.Labels(0), Texts({"20000-100000 last"}));
   EXPECT_EQ(bands.Unlabel(0, 1020), "");
-}
-
-TEST(MarkerEditing, AStretchReachesToTheEndsOfTheSound) {
-  Bands bands;
-  const auto stretch = [&](int band, int column) {
-    const MarkerStretch found = StretchAt(bands.set, bands.At(band, column), 100000);
-    return std::pair(found.start, found.end);
-  };
-  EXPECT_EQ(stretch(0, 500), std::pair(0, 100000));
-  for (const int column : {120, 220}) bands.Add(0, column);
-  EXPECT_EQ(stretch(0, 119), std::pair(0, 10000));
-  EXPECT_EQ(stretch(0, 120), std::pair(10000, 20000));   // a marker's own column begins its stretch
-  EXPECT_EQ(stretch(0, 1020), std::pair(20000, 100000));
-  bands.Add(0, 1020);
-  EXPECT_EQ(stretch(0, 1100), std::pair(100000, 100000));   // nothing is left
 }
 
 }  // namespace

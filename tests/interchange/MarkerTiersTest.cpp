@@ -40,18 +40,6 @@ ImportedMarkers Import(std::vector<GridTier> tiers, int count = kCount) {
 GridTier Intervals(const std::string& name, std::vector<GridInterval> intervals) { return {name, false, 0, 2, std::move(intervals)}; }
 GridTier Points(const std::string& name, std::vector<GridPoint> points) { return {name, true, 0, 2, {}, std::move(points)}; }
 
-TEST(MarkerTiers, EveryBandIsATierThatCoversTheSound) {
-  const MarkerSet set = SetOf({{{1600, 4801}, {{4801, 32000, "尾"}, {0, 1600, "头"}, {1600, 1600, "p"}}}});
-  ExportLosses losses;
-  const TextGrid grid = GridOfMarkers(set, {{"tA", 8000}, {"x", 0}}, kCount, kRate, losses);
-  ASSERT_EQ(grid.tiers.size(), 6u);
-  EXPECT_EQ(grid.tiers[0], Intervals("1", {{0, 0.1, "头"}, {0.1, 4801 / 16000.0, ""}, {4801 / 16000.0, 2, "尾"}}));
-  EXPECT_EQ(grid.tiers[1], Points("1 点", {{0.1, "p"}}));
-  for (int band = 2; band <= 4; ++band) EXPECT_EQ(grid.tiers[static_cast<std::size_t>(band)], Intervals(std::to_string(band), {{0, 2, ""}}));
-  EXPECT_EQ(grid.tiers[5], Points("音标", {{0, "x"}, {0.5, "tA"}}));
-  EXPECT_TRUE(losses.None());
-}
-
 TEST(MarkerTiers, TheRulesOfTheFormatHoldWhateverTheSetSays) {
   // Twice the same marker, markers at and beyond the ends, stretches that are none.
   const MarkerSet set = SetOf({{{0, 800, 800, 1600, 32000, 40000},
@@ -138,17 +126,6 @@ TEST(MarkerTiers, WhatHasNoRoomIsCounted) {
   const auto crowd = Import({Points("音标", std::vector<GridPoint>(502, {1, "x"}))});
   EXPECT_EQ(crowd.annotations.size(), 500u);
   EXPECT_EQ(crowd.losses.annotations, 2);
-}
-
-TEST(MarkerTiers, TextsAreCutAtWholeCharacters) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"一二三四五六", "一二三四五六"}, {"一二三四五六七", "一二三四五六"}, {"a一二三四五六", "a一二三四五"}, {"why?", "why?"}, {"ʂʅ", "ʂʅ"}};
-  for (const auto& [text, kept] : cases) {
-    ImportLosses losses;
-    EXPECT_EQ(FittingText(text, kMarkerLabelBytes, losses), kept);
-    EXPECT_EQ(losses.shortened, std::string(text) != kept);
-    EXPECT_EQ(losses.recoded, 0);
-  }
 }
 
 TEST(MarkerTiers, ALineEndInATextIsOneBlank) {

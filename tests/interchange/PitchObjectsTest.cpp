@@ -71,16 +71,6 @@ TEST(PitchTierFile, BecomesATargetThatIsLinearInHertz) {
   EXPECT_EQ(TargetOf(tier, 16000, 3, 1), TargetCurve{target[3]});
 }
 
-TEST(PitchTierFile, AnExportedContourIsItsOwnTarget) {
-  CommandStates states;
-  const auto document = FiveFrames(states);
-  PitchTierFault fault = PitchTierFault::None;
-  const auto tier = ReadPitchTier(PitchTierText(PitchTierOf(*document)), fault);
-  ASSERT_TRUE(tier);
-  const TargetCurve target = TargetOf(*tier, document->sampleRate, 0, 5);
-  for (const std::size_t voiced : {1u, 3u, 4u}) EXPECT_EQ(target[voiced], document->pitch[voiced]);
-}
-
 TEST(PitchFile, HasOneCandidateAFrame) {
   CommandStates states;
   const std::string text = PitchText(*FiveFrames(states), 150);

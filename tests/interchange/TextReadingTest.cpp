@@ -77,31 +77,5 @@ TEST(TokenReader, FailsAtAnotherKindAndStaysSo) {
   EXPECT_FALSE(flag.failed());
 }
 
-TEST(TokenReader, BoundsACountByWhatCanFollow) {
-  const struct {
-    const char* text;
-    std::int64_t count;
-    bool good;
-  } cases[] = {{"3 1 2 3", 3, true},   {"4 1 2 3", 0, false},  {"0", 0, true},       {"-1 1", 0, false},
-               {"1.5 1 2", 0, false}, {"1e18 1 2", 0, false}, {"1e0 \"\"", 1, true}, {"1", 0, false}};
-  for (const auto& c : cases) {
-    TokenReader reader(c.text);
-    EXPECT_EQ(reader.TakeCount(), c.count) << c.text;
-    EXPECT_EQ(reader.failed(), !c.good) << c.text;
-  }
-}
-
-TEST(TextObject, KnowsItsClassInEveryWriting) {
-  const std::pair<const char*, bool> heads[] = {
-      {"File type = \"ooTextFile\"\nObject class = \"TextGrid\"", true}, {"\"ooTextFile\" \"TextGrid\"", true},
-      {"File type = \"ooTextFile short\"\n\"TextGrid\"", true},          {"\"ooTextFile\" \"TextGrid 2\"", true},
-      {"\"ooTextFile\" \"TextGrids\"", false},                          {"\"ooTextFile\" \"PitchTier\"", false},
-      {"\"other\" \"TextGrid\"", false},                                {"\"ooTextFile\"", false}, {"", false}};
-  for (const auto& [text, good] : heads) {
-    TokenReader reader(text);
-    EXPECT_EQ(TakeObjectHead(reader, "TextGrid"), good) << text;
-  }
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -16,13 +16,9 @@ namespace {
 
 using namespace testing;
 
-const Texts kQuestion = {"ask|Parlowen(Tessiran)|合成之前必须将基频修正，本段基频值正确吗（Yes/No)？"};
-
 class ModalWindow : public FakeWindow {
  public:
   std::function<void(ToolWindow&)> act;
-  int repaints = 0;
-  void Repaint(std::optional<Pane>) override { ++repaints; }
   void RunModal(ToolWindow& tool) override {
     log.push_back("modal|" + tool.Title());
     if (act) act(tool);
@@ -61,34 +57,6 @@ struct Stage {
       if (control.number == number && control.enabled) return tool.Press(window, control);
   }
 };
-
-TEST(SynthesisCommands, TenWholeSecondsAreAcceptedAndElevenAreNot) {
-  struct Case {
-    int rate, length;
-    bool accepted;
-  };
-  for (const Case& c : {Case{16000, 160000, true}, {16000, 174400, true}, {16000, 175999, true}, {16000, 176000, false},
-                        {11025, 121274, true}, {11025, 121275, false}}) {
-    Stage stage(c.rate, c.length);
-    StartResynthesis(stage.window, {stage.document, stage.state, stage.player, stage.exportFolder, stage.readTarget});
-    EXPECT_EQ(stage.window.Log(), c.accepted ? kQuestion : Texts{"error|Parlowen(Tessiran)|所选段太长，请重新设定！"}) << c.length;
-    EXPECT_TRUE(stage.state.job.marks.empty());   // refused, or No
-  }
-}
-
-TEST(SynthesisCommands, TheMarksStandBeforeTheDialogAndAllIsRepaintedAfterIt) {
-  Stage stage;
-  int before = 0;
-  stage.Run([&](ToolWindow& tool) {
-    EXPECT_GT(stage.state.job.marks.size(), 100u);
-    EXPECT_FALSE(tool.WantsToClose());
-    tool.Press(stage.window, {2, "退出", true});
-    EXPECT_TRUE(tool.WantsToClose());
-    before = stage.window.repaints;
-  });
-  EXPECT_EQ(stage.window.Log(), (Texts{kQuestion[0], "modal|选定段按给定音高合成声音"}));
-  EXPECT_GT(stage.window.repaints, before);
-}
 
 TEST(SynthesisCommands, ADrawnMelodyIsPlayedAndSaved) {
   Stage stage;
@@ -196,40 +164,6 @@ TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
   });
   stage.readTarget = nullptr;
   stage.Run([&](ToolWindow& tool) { EXPECT_FALSE(tool.Controls().back().enabled); });
-}
-
-/// The points of the lines in one colour.
-std::vector<Point> LinesOf(const Picture& picture, Colour colour) {
-  std::vector<Point> points;
-  for (const Mark& mark : picture.marks)
-    if (const auto* line = std::get_if<PolylineMark>(&mark); line != nullptr && line->colour == colour)
-      points.insert(points.end(), line->points.begin(), line->points.end());
-  return points;
-}
-bool Says(const Picture& picture, const std::string& text) {
-  return std::any_of(picture.marks.begin(), picture.marks.end(), [&](const Mark& mark) {
-    const auto* words = std::get_if<TextMark>(&mark);
-    return words != nullptr && words->text.find(text) != std::string::npos;
-  });
-}
-
-TEST(SynthesisCommands, ThePictureShowsBothMelodiesOverTheirAxis) {
-  Stage stage;
-  stage.Run([&](ToolWindow& tool) {
-    tool.Click(stage.window, {20, 200}, MouseButton::Left, false);
-    tool.Click(stage.window, {30, 180}, MouseButton::Left, false);
-    const Picture picture = tool.Draw(400, 400);
-    std::vector<Point> present, target;
-    for (int x = 0; x < 100; ++x)
-      if (x != 10) present.push_back({x, 160});   // 128 Hz
-    for (int x = 0; x <= 10; ++x) target.push_back({20 + x, 200 - 2 * x});
-    EXPECT_EQ(LinesOf(picture, 0x008000), present);
-    EXPECT_EQ(LinesOf(picture, 0xD00000), target);
-    for (const char* label : {"512", "256", "128", "64"}) EXPECT_TRUE(Says(picture, label));
-    EXPECT_FALSE(Says(picture, "基频"));
-  });
-  stage.document.resetPitch();
-  stage.Run([&](ToolWindow& tool) { EXPECT_TRUE(Says(tool.Draw(400, 400), "请先求出基频")); });
 }
 
 TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {
