@@ -8,7 +8,6 @@
 #include "support/Child.h"
 #include "support/TempFolder.h"
 #include "vowel/FormantFile.h"
-#include "vowel/SegmentChart.h"
 #include "vowel/VowelChartFile.h"
 #include "vowel/VowelGroupCommands.h"
 #include "vowel/Vowels.h"
