@@ -96,13 +96,5 @@ TEST(Files, OnlyOrdinaryFilesOpenAndTheLimitHolds) {
   EXPECT_EQ(InputFile(path).ReadAt(11, buffer, 4), 0u);
 }
 
-TEST(Files, PathsBecomeAbsoluteWithoutLookingAtLinks) {
-  const std::string here = fs::current_path();
-  EXPECT_EQ(AbsolutePath("a b/../声.wav"), here + "/声.wav");
-  EXPECT_EQ(AbsolutePath("/x/./y"), "/x/y");
-  EXPECT_EQ(FileNameOf("/x/a\\b.wav"), "a\\b.wav");
-  EXPECT_EQ(FileNameOf("plain"), "plain");
-}
-
 }  // namespace
 }  // namespace parlowen

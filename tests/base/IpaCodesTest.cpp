@@ -28,11 +28,6 @@ TEST(IpaCodes, TheRowIsTheDocumentsTableAndGoesThereAndBack) {
   EXPECT_EQ(symbols.size(), 94u);
 }
 
-TEST(IpaCodes, TheCodesOfTheVowelTablesAreFixed) {
-  EXPECT_EQ(IpaFromGbk("\xAA\xA1\xAA\xA5\xAA\xA6\xAA\xB1\xAA\xB5\xAA\xC6\xAA\xC7\xAA\xD4\xAA\xD5\xAA\xD8\xAA\xE3"),
-            "ɑɛɤæʊɔʌɿʅɪɝ");
-}
-
 TEST(IpaCodes, OtherTextAndOtherUserCodesAreKept) {
   const std::string bytes = ToGbk("普通话 ma") + "\xAB\xA1\xF8\xA1\xA1\x40";
   EXPECT_EQ(IpaToGbk(IpaFromGbk(bytes)), bytes);

@@ -116,13 +116,5 @@ TEST(PitchFile, ManyFramesAreListedAndTheirTimesDrift) {
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 4 + 4500);
 }
 
-TEST(PitchFile, ARecordIsReadWithTheRateOfTheLoadedSound) {
-  const PitchRecord record{16000, {125.0f}};
-  EXPECT_NE(PitchListing(record, 1, 16000).find("T=1.00秒--1.00秒"), std::string::npos);
-  const std::string slower = PitchListing(record, 1, 8000);
-  EXPECT_NE(slower.find("T=2.00秒--2.00秒"), std::string::npos);
-  EXPECT_NE(slower.find("2.00     64       0.0"), std::string::npos);
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -3,8 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "base/Gbk.h"
-#include "prosody/DurationChart.h"
-#include "support/FakeWindow.h"
 
 namespace parlowen {
 namespace {
@@ -39,57 +37,6 @@ TEST(Durations, TheReportIsTheseBytes) {
                   "\r\n          第2组：组名：'neg'\r\n\r\n数据(ms)： -123.4\r\n平均值= -123.4ms,  标准差=   0.0ms\r\n"
                   "\r\n          第3组：组名：''\r\n\r\n数据(ms)： 6553.5    0.0    0.1    0.2    0.3    0.4\r\n          "
                   "\r\n平均值= 1092.4ms,  标准差=2442.3ms\r\n"));
-}
-
-/// The upper and lower edge of every bar's outline.
-std::vector<std::pair<int, int>> Bars(const Picture& picture) {
-  std::vector<std::pair<int, int>> bars;
-  for (const Mark& mark : picture.marks)
-    if (const auto* line = std::get_if<PolylineMark>(&mark); line != nullptr && line->points[0].x > 30)
-      bars.push_back({line->points[0].y, line->points[2].y});
-  return bars;
-}
-
-TEST(Durations, BarsAreScaledByTheLargestMean) {
-  const auto picture = [](std::vector<double> means) {
-    std::vector<DurationGroup> groups;
-    for (const double mean : means) groups.push_back({"g", 1, mean, 0});
-    return Bars(DurationPicture(groups, 0, 1024, 400));
-  };
-  using Edges = std::vector<std::pair<int, int>>;
-  // 100/3.12 = 32.05; 399.9/3.12 = 128.2; the base line is row 205.
-  EXPECT_EQ(picture({100, 399.9}), (Edges{{205 - 32 - 1, 205}, {205 - 128 - 1, 205}}));
-  // From 400 on a pixel stands for twice as much: 400/6.24 = 64.1.
-  EXPECT_EQ(picture({100, 400}), (Edges{{205 - 16 - 1, 205}, {205 - 64 - 1, 205}}));
-  // Negative means end 20 rows below the base line at most; the scale stays 1.
-  EXPECT_EQ(picture({-10, -2000}), (Edges{{205, 205 + 3 - 1}, {205, 225}}));
-}
-
-TEST(Durations, MoreBarsThanFitAreScrolled) {
-  std::vector<DurationGroup> groups(31);
-  for (int g = 0; g < 31; ++g) groups[static_cast<std::size_t>(g)] = {std::to_string(g + 1), 1, 100, 0};
-  DurationChart chart(groups);
-  testing::FakeWindow window;
-  const auto hasName = [&](const std::string& name) {
-    const Picture picture = chart.Draw(1024, 400);   // 24 bars
-    return std::any_of(picture.marks.begin(), picture.marks.end(), [&](const Mark& mark) {
-      const auto* text = std::get_if<TextMark>(&mark);
-      return text != nullptr && text->y > 250 && text->text == name;
-    });
-  };
-  EXPECT_TRUE(hasName("24"));
-  EXPECT_FALSE(hasName("25"));
-  EXPECT_TRUE(chart.Key(window, "Right"));
-  EXPECT_TRUE(hasName("25"));
-  EXPECT_FALSE(hasName("1"));
-  chart.Scroll(window, 1000);
-  EXPECT_TRUE(hasName("31"));
-  EXPECT_TRUE(hasName("8"));
-  EXPECT_FALSE(hasName("7"));
-  EXPECT_NE(chart.Hover({30 + 5, 100}).find("第8组"), std::string::npos);
-  chart.Scroll(window, -1000);
-  EXPECT_TRUE(hasName("1"));
-  EXPECT_EQ(chart.Hover({29, 100}), "");
 }
 
 }  // namespace

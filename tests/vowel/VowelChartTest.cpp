@@ -4,6 +4,8 @@
 
 #include <cmath>
 
+#include "vowel/AverageVowels.h"
+
 namespace parlowen {
 namespace {
 
@@ -49,6 +51,13 @@ TEST(VowelChart, BarkPlacesAtKnownPoints) {
   EXPECT_EQ(BarkPlace(283, 2350, 120).x, 54);
   EXPECT_EQ(BarkPlace(283, 2350, 120).y, 306);
   EXPECT_EQ(BarkPlace(283, 2350, 120).x3, 0);
+}
+
+TEST(VowelChart, AveragesHaveTheirPhoneticLabels) {
+  std::string labels;
+  for (int speakers = 0; speakers < kSpeakerClasses; ++speakers)
+    for (const AverageVowel& vowel : AverageVowels(speakers)) labels += vowel.label;
+  EXPECT_EQ(labels, "iuyaoɤeɿʅiuyaoɤeɿʅiuyaoɤeɿʅiɪɛæɑɔʊuʌɝiɪɛæɑɔʊuʌɝiɪɛæɑɔʊuʌɝ");
 }
 
 TEST(VowelChart, PlacesOfNonsenseAreDefined) {

@@ -74,19 +74,5 @@ TEST(VowelFormants, FramesOfTheFormantFileLieInsideTheSelection) {
   EXPECT_TRUE(SegmentTrack(station.document).frames.empty());
 }
 
-TEST(VowelFormants, ASegmentRunsFromRedToBlue) {
-  VowelTrack track;
-  track.frames = {Frame({300, 1000, 2000}, {50, 50, 50}), Frame({100, 1000}, {50, 50}), Frame({500, 2000, 1000}, {50, 50, 50}),
-                  Frame({600, 500, 6000}, {50, 50, 50})};
-  const auto points = SegmentPoints(track, 16000);
-  ASSERT_EQ(points.size(), 3u) << "the second frame is no vowel";
-  EXPECT_EQ(points[0].colour, 0xFF0000u);
-  EXPECT_EQ(points[1].colour, 0x80007Fu);   // 2/4·255 = 127.5
-  EXPECT_EQ(points[2].colour, 0x4000BFu);   // 3/4·255 = 191.25
-  EXPECT_EQ(points[2].place.x, 330);
-  EXPECT_EQ(points[2].place.y, 270);
-  EXPECT_EQ(points[2].place.x3, 580);
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -8,18 +8,14 @@
 
 namespace parlowen::testing {
 
-/// A FakeWindow that also keeps the open tool window and fills forms with several fields: "set:1000=283,1008=2350",
-/// "choose:2" (the radio button of that index).
+/// A FakeWindow that also keeps the open tool window and fills forms with several fields: "set:1000=283,1008=2350".
 class ChartWindow : public FakeWindow {
  public:
   std::unique_ptr<ToolWindow> tool;
 
   bool AskInput(InputForm& form) override {
     const std::string answer = answers.empty() ? "" : answers.front();
-    if (answer.starts_with("choose:")) {
-      log.push_back("input|" + form.title + "|" + std::to_string(form.CheckedIndex()));
-      for (std::size_t i = 0; i < form.fields.size(); ++i) form.fields[i].checked = i == std::stoul(answer.substr(7));
-    } else if (answer.starts_with("set:")) {
+    if (answer.starts_with("set:")) {
       log.push_back("input|" + form.title + "|" + form.fields[0].value + "," + form.fields[1].value);
       form.fields[0].value = answer.substr(9, answer.find(',') - 9);
       form.fields[1].value = answer.substr(answer.rfind('=') + 1);
