@@ -6,6 +6,7 @@
 
 #include "base/Gbk.h"
 #include "document/Desk.h"
+#include "interchange/PitchObjects.h"
 
 namespace parlowen {
 namespace {
@@ -47,6 +48,23 @@ TEST(ExchangeCommands, AnImportTakesThePlaceOfTheSetAndMarksItChanged) {
   EXPECT_EQ(e.markers.set.markerCount[0], 1) << "and this one none for markers";
 }
 
+TEST(ExchangeCommands, ARefusedFileChangesNothing) {
+  Exchange e;
+  e.ImportGrid(Grid(kOneTier));
+  e.markers.changed = false;
+  const std::pair<std::string, const char*> files[] = {{"RIFF", "不是TextGrid文件！"}, {Grid(kOneTier).substr(0, 60), "TextGrid文件数据错误！"}, {Grid("0"), "TextGrid文件中没有层！"}};
+  for (const auto& [bytes, text] : files) EXPECT_EQ(e.ImportGrid(bytes), Texts{std::string("error||") + text});
+  ImportTextGridFile(e.window, e.desk, e.folder / "missing");
+  EXPECT_EQ(e.window.Log(), Texts{"error||无此TextGrid文件！"});
+  e.window.answers = {"file:" + WriteFile(e.folder / "t.txt", std::string("0\t1\ta\nx")), "file:" + WriteFile(e.folder / "u.txt", std::string("\n"))};
+  ImportLabelTrackCommand(e.window, e.desk);
+  ImportLabelTrackCommand(e.window, e.desk);
+  EXPECT_EQ(e.window.Log(), (Texts{"open|导入标签轨|", "error||标签轨文件第2行数据错误！", "open|导入标签轨|", "error||标签轨文件中没有标签！"}));
+  EXPECT_FALSE(e.markers.changed);
+  EXPECT_EQ(e.markers.set.labels[0].text, "音");
+  EXPECT_EQ(e.calls, "show ");
+}
+
 TEST(ExchangeCommands, LossesAndGuessedEncodingsAreSaid) {
   Exchange e;
   const std::string tiers = "2 \"IntervalTier\" \"a\" 0 1 1 0 1 \"一二三四五六七\" \"TextTier\" \"b\" 0 1 2 0.5 \"\" 5 \"\"";
@@ -75,6 +93,50 @@ TEST(ExchangeCommands, MarkersOfAnotherSoundAreNotExported) {
   EXPECT_EQ(e.window.Log(), (Texts{"none|" + e.window.Caption() + "|没有标注文字，不能导出！", "none|" + e.window.Caption() + "|没有标志，不能导出！"}));
 }
 
+TEST(ExchangeCommands, AFailedWriteIsSaidAndLeavesTheOldFile) {
+  Exchange e;
+  std::filesystem::create_directory(e.folder / "a.TextGrid");
+  e.window.answers = {"file:" + (e.folder / "a.TextGrid"), "file:" + (e.folder / "none/a.csv")};
+  ExportTextGridCommand(e.window, e.desk);
+  ExportLevelsCsvCommand(e.window, e.document);
+  const std::string refusal = "error|文件夹或文件名错误|文件夹或文件名不对，请重选";
+  const Texts log = e.window.Log();
+  EXPECT_EQ(log[1], refusal);
+  EXPECT_EQ(log[3], refusal);
+  EXPECT_TRUE(std::filesystem::is_directory(e.folder / "a.TextGrid"));
+}
+
+TEST(ExchangeCommands, AreEnabledWhileThereIsSomethingForThem) {
+  CommandStates states;
+  SoundDocument document;
+  LtaState lta;
+  VowelChart chart;
+  const auto enabled = [&] {
+    states.onSelectionChanged(document.SelectionFacts());
+    UpdateExchangeCommands(document, states, lta, chart);
+    std::vector<int> numbers;
+    for (const int number : states.Enabled())
+      if (number > 41000) numbers.push_back(number - 41000);
+    return numbers;
+  };
+  using Numbers = std::vector<int>;
+  EXPECT_EQ(enabled(), Numbers{});
+  document.sampleCount = 1000;
+  document.sampleRate = 22100;
+  const Numbers withSound = {20, 21, 22, 23, 28, 32, 33, 34};
+  EXPECT_EQ(enabled(), withSound);
+  document.selectionStart = 0;
+  document.selectionEnd = 500;
+  EXPECT_EQ(enabled(), withSound);
+  document.sampleRate = 22099;
+  EXPECT_EQ(enabled(), (Numbers{20, 21, 22, 23, 26, 28, 29, 32, 33, 34}));
+  document.pitchPresent = document.twoChannel = true;
+  chart.count = lta.frames = 1;
+  EXPECT_EQ(enabled(), (Numbers{20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35}));
+  lta.levels[5] = HUGE_VAL;
+  EXPECT_EQ(enabled().size(), 15u) << "one frame: the spectrum has no numbers";
+}
+
 TEST(ExchangeCommands, ASelectionShorterThanAFrameHasNoFormants) {
   Exchange e;
   ExportFormantCommand(e.window, e.document);
@@ -85,6 +147,22 @@ TEST(ExchangeCommands, ASelectionShorterThanAFrameHasNoFormants) {
   e.window.answers = {"file:" + (e.folder / "f.csv")};
   ExportFormantsCsvCommand(e.window, e.document);
   EXPECT_NE(ReadFile(e.folder / "f.csv").find("\n0.01625,"), std::string::npos);
+}
+
+TEST(ExchangeCommands, APitchTierBecomesATargetOrIsRefused) {
+  Exchange e;
+  const auto read = [&](const std::string& text) {
+    e.window.answers = {"file:" + WriteFile(e.folder / "m.PitchTier", text)};
+    return ReadPitchTierTarget(e.window, 16000, 10, 2);
+  };
+  EXPECT_EQ(read("\"ooTextFile\" \"PitchTier\" 0 1 1 0.5 160"), (TargetCurve{100, 100}));
+  EXPECT_EQ(e.window.Log(), Texts{"open|打开PitchTier文件|"});
+  const std::pair<const char*, const char*> refused[] = {{"x", "不是PitchTier文件！"}, {"\"ooTextFile\" \"PitchTier\" 0", "PitchTier文件数据错误！"}, {"\"ooTextFile\" \"PitchTier\" 0 1 0", "PitchTier文件中没有基频点！"}};
+  for (const auto& [text, message] : refused) {
+    EXPECT_FALSE(read(text));
+    EXPECT_EQ(e.window.Log()[1], std::string("error||") + message);
+  }
+  EXPECT_FALSE(ReadPitchTierTarget(e.window, 16000, 10, 2)) << "cancelled";
 }
 
 }  // namespace

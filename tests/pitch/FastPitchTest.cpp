@@ -1,4 +1,4 @@
-// The time-domain stage: what its steps fix exactly.
+// The time-domain stage: what its steps fix exactly, and that its periods are those of the voice.
 
 #include <gtest/gtest.h>
 
@@ -40,6 +40,14 @@ TEST(FastPitch, TheWorkingRateSetsTheStep) {
   EXPECT_EQ(Extract(std::vector<std::int16_t>(79, 1000), 8000).frames.size(), 0u);
 }
 
+TEST(FastPitch, SilenceAndDirectCurrentHaveNoPitch) {
+  for (const double value : {0.0, 12000.0, -32768.0}) {
+    const FastPitch found = Extract(Samples(Wave(16000, value)), 16000);
+    ASSERT_EQ(found.periods.size(), 100u);
+    for (const float period : found.periods) EXPECT_EQ(period, 0.0f);
+  }
+}
+
 TEST(FastPitch, ASoftVoiceOnDirectCurrentIsTheSameVoice) {
   // Before its first sample lies silence, which is no step down from the direct current.
   for (const int rate : {8000, 16000, 44100}) {
@@ -76,6 +84,19 @@ TEST(FastPitch, VoicedRunsOfFourFramesGoAndOfFiveStay) {
   }
 }
 
+TEST(FastPitch, AHissIsNoVoiceHoweverLong) {
+  // Six frames of hiss are a run of noise; its alternating signs survive no low-pass test.
+  Wave hiss(std::size_t{8000} * 6 / 100);
+  for (std::size_t n = 0; n < hiss.size(); ++n) hiss[n] = (n % 3 == 0 ? 3000.0 : -1500.0);
+  const Wave wave = Joined({Vowel(8000, 150, 0.4, 20000), hiss, Silence(8000, 0.2)});
+  const FastPitch found = Extract(Samples(wave), 8000, PitchRange::Automatic, false);
+  for (std::size_t f = 40; f < 46; ++f) {
+    EXPECT_EQ(found.frames[f].zeroCrossings, kNoiseCrossings);
+    EXPECT_FALSE(found.frames[f].leveled);
+  }
+  EXPECT_LT(found.frames[20].zeroCrossings, 40);
+}
+
 TEST(FastPitch, NoRunIsLongerThanAHundredFrames) {
   const FastPitch found = Extract(Samples(Vowel(8000, 120, 4.0)), 8000);
   int run = 0, longest = 0;
@@ -85,6 +106,54 @@ TEST(FastPitch, NoRunIsLongerThanAHundredFrames) {
   }
   EXPECT_LE(longest, 100);
   EXPECT_GT(longest, 30);
+}
+
+TEST(FastPitch, PeriodsAreTheVoicesOwnInDocumentSamples) {
+  for (const int rate : {8000, 11025, 16000, 22050, 44100}) {
+    for (const double f0 : {90.0, 130.0, 240.0}) {
+      const FastPitch found = Extract(
+          Samples(Joined({Silence(rate, 0.1), Vowel(rate, f0, 0.8, 8000, 0, 0), Silence(rate, 0.1)})), rate);
+      int determined = 0, wrong = 0;
+      for (std::size_t f = 0; f < found.periods.size(); ++f) {
+        const auto period = static_cast<double>(found.periods[f]);
+        if (period <= 1) continue;
+        ++determined;
+        if (std::fabs(rate / period / f0 - 1) > 0.03) ++wrong;
+      }
+      EXPECT_GT(determined, 25) << rate << " " << f0;
+      EXPECT_LE(wrong, determined / 20) << rate << " " << f0;
+    }
+  }
+}
+
+TEST(FastPitch, TheSettingBoundsWhatIsReported) {
+  const Wave glide = Joined({Vowel(16000, 70, 2.0, 8000, 450), Vowel(16000, 450, 2.0, 8000, 70)});
+  for (const PitchRange range :
+       {PitchRange::Automatic, PitchRange::High, PitchRange::Middle, PitchRange::Low}) {
+    const PitchBounds bounds = BoundsOf(range);
+    const FastPitch found = Extract(Samples(glide), 16000, range);
+    EXPECT_EQ(found.periods[0], 0.0f);
+    int values = 0;
+    for (const float period : found.periods) {
+      if (period <= 1) continue;
+      ++values;
+      // One sample of the working rate is lost where the bound is divided.
+      EXPECT_GE(period, static_cast<float>(16000 / bounds.highest) - 2);
+      EXPECT_LE(period, static_cast<float>(16000) / static_cast<float>(bounds.lowest));
+    }
+    EXPECT_GT(values, 40);
+  }
+}
+
+TEST(FastPitch, TheVoicingDecisionAloneGivesNoPeriods) {
+  const auto samples = Samples(Vowel(16000, 150, 0.5));
+  const FastPitch part = Extract(samples, 16000, PitchRange::Automatic, false),
+                  whole = Extract(samples, 16000);
+  for (std::size_t f = 0; f < part.frames.size(); ++f) {
+    EXPECT_EQ(part.periods[f], 0.0f);
+    EXPECT_EQ(part.frames[f].leveled, whole.frames[f].leveled);
+  }
+  EXPECT_TRUE(part.frames[20].leveled);
 }
 
 }  // namespace

@@ -29,6 +29,18 @@ Samples Periodic(int count, int period, double peak = 8000) {
   return samples;
 }
 
+/// Correlation of a stretch with itself `lag` samples later.
+double SelfSimilarity(const Samples& x, int from, int end, int lag) {
+  double both = 0, here = 0, there = 0;
+  for (int n = from; n + lag < end; ++n) {
+    const double a = x[static_cast<std::size_t>(n)], b = x[static_cast<std::size_t>(n + lag)];
+    both += a * b;
+    here += a * a;
+    there += b * b;
+  }
+  return both / std::sqrt(here * there);
+}
+
 /// A job over all of a sound whose contour is the same everywhere.
 SynthesisJob MarkedJob(const Samples& samples, float period, int rate = 16000) {
   SynthesisJob job = MakeSynthesisJob(SpanOf(samples), rate, 0, static_cast<int>(samples.size()));
@@ -79,6 +91,39 @@ TEST(Resynthesis, MarksAndOutputAreThoseOfTheLiteralMethod) {
   EXPECT_GT(laid, 500);
 }
 
+TEST(Resynthesis, TheFirstMarkStandsOnANegativePeakAndTheOthersOnPositiveOnes) {
+  // A dip at 40 + 100·n, a peak 15 later; unvoiced from frame 10 to 19, and then only dips are left.
+  Samples samples(6400, 0);
+  for (std::size_t n = 40; n < samples.size(); n += 100) {
+    samples[n] = -6000;
+    if (n < 1700) samples[n + 15] = 6000;
+  }
+  std::vector<float> contour(41, 100.0f);
+  for (std::size_t f = 10; f < 20; ++f) contour[f] = 0;
+  SynthesisJob job = MakeSynthesisJob(SpanOf(samples), 16000, 0, 6400);
+  FindPitchMarks(job, contour, -1);
+  ASSERT_GT(job.marks.size(), 18u);
+  EXPECT_EQ(job.marks[0], 40);
+  for (int i = 1; i <= 16; ++i) EXPECT_EQ(job.marks[static_cast<std::size_t>(i)], 55 + 100 * i);
+  // Frame 20 is sample 3200, half a frame earlier 3120: the first dip from there.
+  EXPECT_EQ(job.marks[17], 3140);
+  EXPECT_EQ(FindPitchMarks(job, contour, +1), 17);   // the second run has no positive peak
+  EXPECT_EQ(job.marks[0], 55);
+}
+
+TEST(Resynthesis, APeakBelowATenthDoesNotBeginARunAndTheSearchEndsWithIt) {
+  // Frames 0..9 hold dips of a twentieth, frames 20..29 of the full size.
+  Samples samples(6400, 0);
+  for (std::size_t n = 50; n < 1600; n += 100) samples[n] = -500;
+  for (std::size_t n = 3250; n < 4800; n += 100) samples[n] = -10000;
+  std::vector<float> contour(41, 0.0f);
+  for (std::size_t f = 0; f < 10; ++f) contour[f] = contour[f + 20] = 100.0f;
+  SynthesisJob job = MakeSynthesisJob(SpanOf(samples), 16000, 0, 6400);
+  FindPitchMarks(job, contour, -1);
+  ASSERT_FALSE(job.marks.empty());
+  EXPECT_EQ(job.marks[0], 3250);
+}
+
 TEST(Resynthesis, TheSamePeriodsReproduceAPeriodicSoundToTheTruncation) {
   const Samples samples = Periodic(16000, 160);
   SynthesisJob job = MarkedJob(samples, 160);
@@ -89,6 +134,33 @@ TEST(Resynthesis, TheSamePeriodsReproduceAPeriodicSoundToTheTruncation) {
   ASSERT_GT(shift, 0);
   for (int n = job.marks[4]; n < job.marks[job.marks.size() - 4]; ++n)
     ASSERT_NEAR(job.output[static_cast<std::size_t>(n)], samples[static_cast<std::size_t>(n + shift)], 2) << n;
+}
+
+TEST(Resynthesis, HalfThePeriodsDoubleThePitchAndKeepTheDuration) {
+  const Samples samples = Periodic(16000, 160);
+  SynthesisJob job = MarkedJob(samples, 160);
+  SynthesizeOverlapAdd(job, TargetCurve(static_cast<std::size_t>(job.frames), 80.0f));
+  ASSERT_EQ(job.output.size(), 16100u);
+  EXPECT_LT(SelfSimilarity(samples, 2000, 14000, 80), 0.5);
+  EXPECT_GT(SelfSimilarity(job.output, 2000, 14000, 80), 0.99);
+  // It sounds to the end: but for the last periods, whose marks have no follower.
+  EXPECT_GT(SelfSimilarity(job.output, 15000, 15600, 80), 0.9);
+}
+
+TEST(Resynthesis, WithoutATargetTheSamplesAreCopiedUpToTheLastMarkButOne) {
+  const Samples samples = Periodic(8000, 130);
+  SynthesisJob job = MarkedJob(samples, 130);
+  ASSERT_GT(job.marks.size(), 50u);
+  // 0.99 is no period, 251 samples between marks are below 64 Hz.
+  SynthesisJob low = MarkedJob(Periodic(8000, 130), 130);
+  low.marks = {10, 261, 512, 763, 1014};
+  for (SynthesisJob* one : {&job, &low}) {
+    SynthesizeOverlapAdd(*one, TargetCurve(51, one == &low ? 100.0f : 0.99f));
+    const int end = one->marks[one->marks.size() - 2];
+    Samples expected(samples.begin(), samples.begin() + end);
+    expected.resize(8100, 0);
+    EXPECT_EQ(one->output, expected);
+  }
 }
 
 TEST(Resynthesis, SilenceOrNoContourOrOneMarkIsCopied) {
