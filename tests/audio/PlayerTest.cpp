@@ -63,18 +63,6 @@ TEST(Player, ReverseBeginsWithTheSampleAtTheEnd) {
   EXPECT_EQ(stage.speaker.heard.front(), 0) << "behind the last sample lies silence";
 }
 
-TEST(Player, StoppingTwiceIsHarmlessAndAStartStopsFirst) {
-  Stage stage;
-  stage.player.stopPlayback();
-  EXPECT_TRUE(stage.window.Log().empty());
-  stage.Play(0, 100);
-  stage.Play(100, 200);
-  EXPECT_EQ(stage.window.Log(), (Texts{"status|T 键停止放音", "status|放音结束", "status|T 键停止放音"}));
-  stage.player.stopPlayback();
-  stage.player.stopPlayback();
-  EXPECT_EQ(stage.window.Log(), Texts{"status|放音结束"});
-}
-
 TEST(Player, NothingToPlayIsSilentlyRefused) {
   Stage stage;
   for (const auto& [start, end] : {std::pair{0, 0}, {5, 4}, {-1000, -1000}, {-1, 5}}) EXPECT_EQ(stage.Play(start, end), -1);
@@ -107,36 +95,6 @@ TEST(Player, EveryFailureHasItsText) {
     EXPECT_EQ(stage.window.Log(), (Texts{"status|放音结束", std::string("none|Parlowen(Tessiran)|") + c.text}));
     EXPECT_FALSE(stage.player.playing());
   }
-}
-
-TEST(Player, TheDevicesOwnTextIsShownUpTo99Characters) {
-  Stage stage;
-  stage.speaker.failAt = "open";
-  for (int i = 0; i < 120; ++i) stage.speaker.refusal += "频";
-  EXPECT_EQ(stage.Play(0, 100), -1);
-  EXPECT_EQ(stage.window.Log(), Texts{"none|Parlowen(Tessiran)|" + stage.speaker.refusal.substr(0, 99 * 3)});
-
-  Player none(nullptr, stage.window, stage.document, stage.states);
-  EXPECT_EQ(none.startPlayback(0, 100, PlayMode::Forward, stage.document.samples.data()), -1);
-  EXPECT_EQ(stage.window.Log(), Texts{"none|Parlowen(Tessiran)|没有可用的放音设备"});
-}
-
-TEST(Player, TheEndLeavesAToolInUse) {
-  Stage stage;
-  for (const int activity : {0, 1, 2, 7, 26, 30}) {
-    stage.document.activity = activity;
-    stage.Play(0, 100);
-    stage.player.stopPlayback();
-    EXPECT_EQ(stage.document.activity, activity <= 1 ? 1 : activity);
-  }
-}
-
-TEST(Player, AnotherRoomsBufferHasNoCursor) {
-  Stage stage;
-  const auto buffer = testing::Ramp(300);
-  EXPECT_EQ(stage.player.startPlayback(0, 300, PlayMode::Forward, buffer.data()), 0);
-  EXPECT_FALSE(stage.player.CursorSample());
-  EXPECT_EQ(stage.speaker.heard, buffer);
 }
 
 }  // namespace

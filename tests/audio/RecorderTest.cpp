@@ -75,16 +75,6 @@ TEST(Recorder, OneClickDoesNotStartTwoVoicedBlocksDoAndTheBlockBeforeIsKept) {
   EXPECT_FALSE(booth.microphone.open);
 }
 
-TEST(Recorder, VoiceInTheFirstTwoBlocksWaitsForItsLeadIn) {
-  Booth booth;
-  booth.recorder.startRecording(RecordingStop::ByHand);
-  booth.Feed(2, 500);
-  EXPECT_FALSE(booth.recorder.keeping());
-  booth.Feed(1, 501);
-  booth.Stop();
-  EXPECT_EQ(booth.Kept(), (std::vector<int>{500, 500, 501}));
-}
-
 TEST(Recorder, SilenceEndsItAfterTheLimitOfTheRate) {
   const struct {
     int rate, channels, limit, trimmed;   // channels·rate/1900 blocks; samples cut off
@@ -109,16 +99,6 @@ TEST(Recorder, SilenceEndsItAfterTheLimitOfTheRate) {
   }
 }
 
-TEST(Recorder, ByHandSilenceNeverEndsIt) {
-  Booth booth;
-  booth.recorder.startRecording(RecordingStop::ByHand);
-  booth.Feed(3, kLoud);
-  booth.Feed(200, kQuiet);
-  EXPECT_TRUE(booth.recorder.running());
-  booth.Stop();
-  EXPECT_EQ(booth.document.sampleCount, 203 * kBlockSamples);
-}
-
 TEST(Recorder, TheStopAtTheCapacityKeepsAllThatWasRecorded) {
   for (const int channels : {1, 2}) {
     Booth booth;
@@ -135,40 +115,6 @@ TEST(Recorder, TheStopAtTheCapacityKeepsAllThatWasRecorded) {
     for (int i = 0; i < whole; ++i) ASSERT_EQ(kept[static_cast<std::size_t>(i)], 200 + i);
     EXPECT_EQ(booth.document.samples[whole * frames], 0);
   }
-}
-
-TEST(Recorder, TheEndMakesANewSound) {
-  Booth booth;
-  booth.document.pitchPresent = true;
-  booth.document.longFileSeconds = 500;
-  booth.recorder.startRecording(RecordingStop::AfterSilence);
-  EXPECT_EQ(booth.states.Enabled(), std::vector<int>{274});
-  booth.Feed(3, kLoud);
-  EXPECT_EQ(booth.states.Enabled(), std::vector<int>{274}) << "still running";
-  booth.window.Log();
-  booth.Feed(1, kLoud);
-  EXPECT_EQ(booth.window.Log(), Texts{"status|L=0.55 Sec"});
-  booth.Stop();
-  EXPECT_EQ(booth.window.Log(), Texts{"status|录音结束"});
-  EXPECT_EQ(booth.document.filePath, "");
-  EXPECT_FALSE(booth.document.pitchPresent);
-  EXPECT_EQ(booth.document.longFileSeconds, 0);
-  EXPECT_EQ(booth.document.viewStart, 0);
-  EXPECT_EQ(booth.document.activity, 1);
-  EXPECT_TRUE(booth.states.IsEnabled(40023));
-  EXPECT_FALSE(booth.states.IsEnabled(274));
-}
-
-TEST(Recorder, WithoutVoiceNothingIsRecorded) {
-  Booth booth(44100);
-  booth.recorder.startRecording(RecordingStop::AfterSilence);
-  EXPECT_EQ(booth.microphone.rate, 11025) << "44100 Hz cannot be recorded";
-  booth.Feed(50, 120);   // at the threshold, not above it
-  EXPECT_EQ(booth.document.sampleCount, 1);
-  booth.Stop();
-  EXPECT_EQ(booth.document.sampleCount, 0);
-  EXPECT_EQ(booth.document.sampleRate, 11025);
-  EXPECT_EQ(booth.document.samples[0], 0);
 }
 
 TEST(Recorder, EveryFailureHasItsTextAndLeavesTheDocument) {

@@ -5,7 +5,6 @@
 #include <filesystem>
 #include <sstream>
 
-#include "base/Gbk.h"
 #include "palatography/NspBytes.h"
 #include "shell/headless/ScriptRunner.h"
 #include "support/TempFolder.h"
@@ -78,35 +77,6 @@ TEST(ChannelsStory, ANasalRecordingIsOpenedMeasuredAndKept) {
   EXPECT_EQ(lines, expected);
   EXPECT_EQ(ReadFile(folder / "curve.nas"), "HEAD" + Little(16, 4) + Little(0, 4) + Little(160, 4) + Little(0x3F800000, 4) + Little(0x42100000, 4));
   EXPECT_NE(ReadFile(folder / "channels.svg").find("声道2：口"), std::string::npos);
-}
-
-TEST(ChannelsStory, AnEpgFileShowsItsMarkersAndTheNextSoundEndsThem) {
-  const TempFolder folder;
-  NspBytes file;
-  file.chunks = Speech("SDA_", Ramp(3200)) + Preferences() + Chunk("PALA", "frames") + Marker("MKA_", 1600, ToGbk("标志")) + Marker("MK_B", 1000, "no");
-  WriteFile(folder / "e.nsp", file.Epg(3200));
-  file.chunks = Speech("SDA_", Ramp(3200));
-  WriteFile(folder / "plain.nsp", file.Epg(3200));
-  const std::string ask = "请用鼠标左、右键定义要进行统计的段";
-  const auto lines = Printed(folder,
-                         "command 40061\nanswer file e.nsp\ncommand 40060\ncommand 40087\n"
-                         "picture waveform marked.svg\nanswer file plain.nsp\ncommand 40060\n"
-                         "command 40061\ncommand 40088\npicture waveform plain.svg\n");
-  const std::vector<std::string> expected = {
-      Line("'refused','command':40061"),
-      OpenDialog("打开腭位数据文件", "e.nsp"),
-      Line("'caption','text':'Parlowen(Tessiran) -- {folder}/e.nsp'"),
-      Line("'message','icon':'none','caption':'语音段未正确定义','text':'" + ask + "'"),
-      OpenDialog("打开腭位数据文件", "plain.nsp"),
-      Line("'caption','text':'Parlowen(Tessiran) -- {folder}/plain.nsp'"),
-      Line("'refused','command':40061"),
-      Line("'refused','command':40088"),
-  };
-  EXPECT_EQ(lines, expected);
-  const std::string marked = ReadFile(folder / "marked.svg");
-  EXPECT_NE(marked.find(">标志<"), std::string::npos);
-  EXPECT_EQ(marked.find(">no<"), std::string::npos);
-  EXPECT_EQ(ReadFile(folder / "plain.svg").find("标志"), std::string::npos);
 }
 
 }  // namespace

@@ -64,24 +64,6 @@ bool Shows(const Picture& picture, const std::string& part) {
   return false;
 }
 
-TEST(ChannelsWindow, IsRefusedForAMonoDocument) {
-  Desk desk;
-  desk.Load(Sines(1000, 16000, {{500, 1}}), {});
-  desk.Show();
-  EXPECT_EQ(desk.window.Log(), (Texts{"none|Parlowen(Tessiran)|没有双声道数据！"}));
-  EXPECT_FALSE(desk.window.tool);
-  EXPECT_EQ(desk.document.activity, activities::kWaveform);
-}
-
-TEST(ChannelsWindow, ItsActivityLastsWhileItIsOpen) {
-  Desk desk;
-  desk.Open();
-  desk.Show();   // closes the first one
-  EXPECT_EQ(desk.document.activity, kTwoChannelActivity);
-  desk.window.tool->Closed(desk.window);
-  EXPECT_EQ(desk.document.activity, activities::kWaveform);
-}
-
 TEST(ChannelsWindow, ClicksMarkTheDocumentsSelection) {
   Desk desk;
   desk.Open();
@@ -93,24 +75,12 @@ TEST(ChannelsWindow, ClicksMarkTheDocumentsSelection) {
   EXPECT_EQ(desk.document.selectionEnd, 8000);
   EXPECT_TRUE(desk.states.IsEnabled(40001)) << "with the rules of a selection";
   EXPECT_EQ(desk.state.Curve(desk.document).start, 4000);
-  EXPECT_TRUE(tool.Key(desk.window, "x"));
-  EXPECT_TRUE(tool.Key(desk.window, "End"));
-  tool.Click(desk.window, {3, 5}, MouseButton::Left, false);   // the margin counts as its edge
-  EXPECT_EQ(desk.document.selectionStart, 8000);
-  EXPECT_TRUE(tool.Key(desk.window, "S") && tool.Key(desk.window, "S"));
-  tool.Draw(522, 300);   // a narrower window
-  tool.Click(desk.window, {20 + 251, 5}, MouseButton::Left, false);
-  EXPECT_EQ(desk.document.selectionStart, 8000);
-  tool.Click(desk.window, {20 + 600, 5}, MouseButton::Right, false);
-  EXPECT_EQ(desk.document.selectionEnd, 16000);
-  EXPECT_FALSE(tool.Key(desk.window, "Q"));
 }
 
 TEST(ChannelsWindow, ShowsBothChannelsAndTheRatio) {
   Desk desk;
   desk.Open();
   const Picture picture = desk.window.tool->Draw(1024, 640);
-  for (const char* text : {"声道1：鼻", "声道2：口", "350--650 Hz  增益比 1.000  鼻音能量比：平均 36.0%"}) EXPECT_TRUE(Shows(picture, text)) << text;
   for (const Mark& mark : picture.marks) {
     const auto* line = std::get_if<PolylineMark>(&mark);
     if (line == nullptr) continue;
@@ -126,20 +96,6 @@ TEST(ChannelsWindow, ShowsBothChannelsAndTheRatio) {
   EXPECT_TRUE(Shows(desk.window.tool->Draw(25, 10), "没有双声道数据！"));
   for (const int button : {1, 2, 1201, 1202, 1203, 1205, 1206}) desk.Press(button);
   EXPECT_EQ(desk.window.Log(), Texts(7, "grey"));
-}
-
-TEST(ChannelsWindow, PlaysOneChannelOrSaysThatNobodyCan) {
-  Desk desk;
-  desk.Open();
-  desk.Press(1);
-  EXPECT_EQ(desk.window.Log(), (Texts{"none|Parlowen(Tessiran)|本功能尚未完成"}));
-  desk.play = [](Window& window, int channel, int start, int end) {
-    window.ShowStatus(std::to_string(channel) + " " + std::to_string(start) + " " + std::to_string(end));
-  };
-  desk.Press(1);
-  desk.Select(100, 900);
-  desk.window.tool->Key(desk.window, "2");
-  EXPECT_EQ(desk.window.Log(), (Texts{"status|1 0 16000", "status|2 100 900"}));
 }
 
 TEST(ChannelsWindow, CalibratesOnTheSelection) {
@@ -191,17 +147,6 @@ TEST(ChannelsWindow, SavesOpensAndListsTheCurve) {
   EXPECT_EQ(desk.window.Log(), (Texts{open, error + "无此鼻音能量比数据文件！", open, error + "无此鼻音能量比数据文件！", open, save,
                                       error + "不能建立文件！", save, error + "文件打开错误！"}));
   EXPECT_EQ(desk.state.Curve(desk.document).start, 3200);
-}
-
-TEST(ChannelsWindow, ExportsAStereoFile) {
-  Desk desk;
-  desk.Open();
-  desk.window.answers = {"file:" + (desk.folder / "st.wav"), "file:" + (desk.folder / "no/st.wav")};
-  desk.Press(1206);
-  desk.Press(1206);
-  EXPECT_EQ(ReadFile(desk.folder / "st.wav").size(), 44u + 64000u);
-  EXPECT_EQ(desk.window.log.back(), "error|文件夹或文件名错误|文件夹或文件名不对，请重选");
-  EXPECT_TRUE(desk.document.filePath.empty()) << "the document is not renamed";
 }
 
 }  // namespace

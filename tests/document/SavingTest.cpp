@@ -92,30 +92,6 @@ TEST(Saving, OnlyACompleteContourIsOffered) {
   }
 }
 
-TEST(Saving, TheNameIsAskedForAndCompleted) {
-  Desk desk;
-  desk.Load(Ramp(5));
-  const auto save = [&](const std::string& answer, bool saveAs) {
-    desk.window.answers = {answer};
-    saveSound(desk.window, desk.document, saveAs);
-    return desk.window.Log();
-  };
-  EXPECT_EQ(save("cancel", true).back(), kBadName);
-  EXPECT_EQ(save("file:" + (desk.folder / std::string(300, 'x')), true).back(), kBadName);
-  EXPECT_EQ(save("cancel", false), Texts{}) << "a plain save of a named sound asks nothing";
-  const std::array<const char*, 2> names[] = {{"a", "a.wav"}, {"b.WAV", "b.WAV.wav"}, {"c.wav", "c.wav"}, {".wav", ".wav"}, {"d.wave", "d.wave.wav"}};
-  for (const auto& [answer, name] : names) {
-    save("file:" + (desk.folder / answer), true);
-    EXPECT_EQ(desk.document.filePath, desk.folder / name);
-    EXPECT_TRUE(fs::exists(desk.folder / name)) << name;
-  }
-  desk.document.filePath.clear();
-  EXPECT_EQ(save("file:" + (desk.folder / "e"), false)[0].substr(0, 18), "save|保存文件|");
-  EXPECT_TRUE(fs::exists(desk.folder / "e.wav"));
-  desk.document.sampleCount = kMaxSamples + 1;
-  EXPECT_EQ(save("cancel", true), Texts{}) << "a sound over the capacity is not saved";
-}
-
 TEST(Saving, AFailureLeavesTheOldFileAndTheOldName) {
   Desk desk;
   desk.Load(Ramp(40000));

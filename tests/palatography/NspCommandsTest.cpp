@@ -30,7 +30,6 @@ struct Desk {
     return ReadEpgNsp(window, document, states, palate, WriteFile(folder / name, bytes));
   }
   Samples First(int count) const { return {document.samples.data(), document.samples.data() + count}; }
-  Samples Second(int count) const { return {document.samples2.data(), document.samples2.data() + count}; }
   int PalateCommandsEnabled() const {
     int enabled = 0;
     for (const int command : kPalateCommands) enabled += states.IsEnabled(command);
@@ -46,39 +45,6 @@ std::string EpgFile(const std::string& chunks) {
 }
 const std::string kWholeEpg = EpgFile(Speech("SDA_", {5, 6, 7, 8}) + Preferences() + Chunk("PALA", "frames") +
                                       Marker("MKA_", 2, "t") + Marker("MKA_", 4, ""));
-
-TEST(NspCommands, TwoChannelSpeechReplacesTheSound) {
-  Desk desk;
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", Ramp(3000)) + Speech("SD_B", Ramp(3000)))), 1);
-  EXPECT_TRUE(desk.document.twoChannel);
-  EXPECT_TRUE(desk.states.IsEnabled(40111));
-  MarkStart(desk.document, desk.states, 10);
-  desk.document.pitchPresent = true;
-  desk.document.longFileSeconds = 9;
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {1, 2, 3}) + Speech("SD_B", {-1, -2}), 11025)), 1);
-  EXPECT_EQ(desk.document.sampleCount, 2) << "the last chunk tells the length";
-  EXPECT_EQ(desk.First(5), (Samples{1, 2, 0, 0, 0})) << "nothing of the sound before";
-  EXPECT_EQ(desk.Second(5), (Samples{-1, -2, 0, 0, 0}));
-  EXPECT_EQ(desk.document.sampleRate, 11025);
-  EXPECT_EQ(desk.document.selectionStart, kNoSelection);
-  EXPECT_FALSE(desk.document.pitchPresent);
-  EXPECT_EQ(desk.document.longFileSeconds, 0);
-  EXPECT_EQ(desk.document.filePath, desk.folder / "s9.nsp");
-  EXPECT_EQ(desk.window.Caption(), "Parlowen(Tessiran) -- " + desk.folder.path() + "/s9.nsp");
-  EXPECT_TRUE(desk.window.Log().empty());
-}
-
-TEST(NspCommands, OneChannelMakesAMonoDocument) {
-  Desk desk;
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", Ramp(9)) + Speech("SD_B", Ramp(9)))), 1);
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SD_B", {4, 5, 6}))), 1);
-  EXPECT_FALSE(desk.document.twoChannel);
-  EXPECT_FALSE(desk.states.IsEnabled(40111));
-  EXPECT_EQ(desk.First(9), Samples(9, 0));
-  EXPECT_EQ(desk.Second(9), (Samples{4, 5, 6, 0, 0, 0, 0, 0, 0}));
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {7, 8}) + Speech("SDA_", {9, 9}))), 1);
-  EXPECT_FALSE(desk.document.twoChannel) << "one channel twice is still one";
-}
 
 TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
   Desk desk;

@@ -31,17 +31,6 @@ EpgRecording Epg(const std::string& chunks, std::uint32_t announced = 5) {
   return recording;
 }
 
-TEST(TwoChannelNsp, ReadsBothChannels) {
-  const TwoChannelNsp both = TwoChannel(Speech("SDA_", kA) + Speech("SD_B", kB));
-  EXPECT_EQ(both.first, kA);
-  EXPECT_EQ(both.second, kB);
-  EXPECT_EQ(both.sampleCount, 5);
-  EXPECT_EQ(both.sampleRate, 16000);
-  const TwoChannelNsp second = TwoChannel(Speech("SD_B", kB));
-  EXPECT_FALSE(second.hasFirst);
-  EXPECT_EQ(second.second, kB);
-}
-
 TEST(TwoChannelNsp, TheLastChunkTellsTheLength) {
   const TwoChannelNsp shorter = TwoChannel(Speech("SDA_", kA) + Speech("SD_B", {7, 8}));
   EXPECT_EQ(shorter.sampleCount, 2);
