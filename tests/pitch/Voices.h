@@ -15,8 +15,9 @@ using Wave = std::vector<double>;
 inline Wave Silence(int rate, double seconds) { return Wave(static_cast<std::size_t>(rate * seconds), 0.0); }
 
 /// A vowel: the harmonics of `f0` up to 4 kHz under a formant at 600 Hz, largest value `peak`. `f1` is F0 at
-/// the end. The harmonics are out of phase, so that a period has many peaks.
-inline Wave Vowel(int rate, double f0, double seconds, double peak = 8000, double f1 = 0) {
+/// the end. With `dispersion` 0 the harmonics are in phase and a period has one sharp peak, else it has many.
+inline Wave Vowel(int rate, double f0, double seconds, double peak = 8000, double f1 = 0,
+                  double dispersion = 1) {
   Wave wave = Silence(rate, seconds);
   double phase = 0, largest = 0;
   for (std::size_t n = 0; n < wave.size(); ++n) {
@@ -24,7 +25,7 @@ inline Wave Vowel(int rate, double f0, double seconds, double peak = 8000, doubl
     const double f = f1 > 0 ? f0 + (f1 - f0) * share : f0;
     phase += 2 * std::numbers::pi * f / rate;
     for (int k = 1; k * f < std::min(4000.0, 0.45 * rate); ++k)
-      wave[n] += std::cos(k * phase + k * k) / (1 + std::pow((k * f - 600) / 300, 2));
+      wave[n] += std::cos(k * phase + k * k * dispersion) / (1 + std::pow((k * f - 600) / 300, 2));
     largest = std::max(largest, std::fabs(wave[n]));
   }
   for (double& y : wave) y *= peak / largest;
