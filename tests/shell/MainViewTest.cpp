@@ -84,45 +84,16 @@ TEST(MainView, ADragIsALeftAndARightClick) {
   EXPECT_EQ(t.w.states.Enabled(), s.w.states.Enabled());
 }
 
-TEST(MainView, AShiftClickSetsTheInsertPointAndPastesOnlyAClip) {
+TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   Station s;
   s.Load(Ramp(10000));
-  s.Click(Pane::Waveform, 30);
-  s.Click(Pane::Waveform, 25, kLeft, true);
-  EXPECT_EQ(s.w.document.insertPoint, 10 * 160 + 5 * 160);
-  EXPECT_EQ(s.w.document.sampleCount, 10000) << "nothing was copied yet";
-  EXPECT_EQ(s.w.document.selectionStart, 1600) << "the mark stays";
-  s.w.Select(0, 7);
-  s.w.dispatchCommand(40002);
-  s.Click(Pane::Pitch, 25, kLeft, true);
-  EXPECT_EQ(s.w.document.sampleCount, 10000) << "only in the waveform";
-  EXPECT_EQ(s.w.document.selectionStart, 5 * 160) << "elsewhere it is a left click";
-  s.Click(Pane::Waveform, 99999, kLeft, true);
-  EXPECT_EQ(s.w.document.sampleCount, 10007);
-  EXPECT_EQ(s.w.document.samples[10006], 7);
-}
-
-TEST(MainView, ARegionIsTwoClicksOfOnePane) {
-  Station s;
-  s.Load(Ramp(10000));
-  s.w.dispatchCommand(40010);
-  s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
-  EXPECT_FALSE(s.w.states.IsEnabled(40015));
-  s.w.Click(Pane::Analysis, {100, 20}, kRight, true);
-  EXPECT_EQ(s.w.view.region.from, (Point{300, 200}));
-  EXPECT_EQ(s.w.view.region.to, (Point{100, 20}));
-  EXPECT_FALSE(s.w.document.selectionDefined());
-  s.window.Log();
-  s.Load(Ramp(10));
-  EXPECT_EQ(s.w.document.activity, 1);
-  EXPECT_FALSE(s.w.states.IsEnabled(40015));
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
   s.w.dispatchCommand(180);   // another tool
   EXPECT_EQ(s.w.document.activity, 1);
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Waveform, {1, 2}, kLeft, false);
-  EXPECT_EQ(s.w.document.activity, 7) << "the corner of the broken-off region is forgotten";
+  EXPECT_EQ(s.w.document.activity, 7);
 }
 
 TEST(MainView, ThePictureFollowsViewShadesAndEdits) {

@@ -78,26 +78,6 @@ TEST(PanePictures, PitchIsALineFrom64To512HertzWithoutUnvoicedFrames) {
   EXPECT_EQ(alone[0].x, 27);
 }
 
-TEST(PanePictures, TheSelectionIsTintedBetweenItsMarks) {
-  Station s;
-  s.Load(Ramp(100000));
-  s.w.Select(1600, 3200);
-  const Picture overlay = s.w.view.Overlay(Pane::Waveform, 1024, 165);
-  const auto lines = Marks<LineMark>(overlay);
-  ASSERT_EQ(lines.size(), 2u);
-  EXPECT_EQ(lines[0].from.x, 30);
-  EXPECT_EQ(lines[1].from.x, 40);
-  EXPECT_EQ(Marks<BoxMark>(overlay).at(0).width, 10);
-  const auto texts = Marks<TextMark>(overlay);
-  EXPECT_EQ(texts.at(0).text + texts.at(1).text, "起止");
-  s.w.view.ScrollTo(50000);
-  EXPECT_EQ(s.w.view.Overlay(Pane::Waveform, 1024, 165).marks.size(), overlay.marks.size()) << "a sound that fits does not scroll";
-  s.w.Key("x");
-  s.w.Key("x");
-  s.w.view.ScrollTo(50000);
-  EXPECT_TRUE(s.w.view.Overlay(Pane::Waveform, 1024, 165).marks.empty()) << "marks left of the view are not drawn";
-}
-
 TEST(PanePictures, AnAxisHasRoomForItsLabelsAtEveryScale) {
   for (const double secondsPerColumn : {1e-5, 6.25e-5, 0.001, 0.01, 0.37, 16.384}) {
     const Picture axis = TimeAxisPicture(12.3, secondsPerColumn, 20, 1024, 20);

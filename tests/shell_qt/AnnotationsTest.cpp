@@ -3,7 +3,6 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
-#include <QPlainTextEdit>
 #include <QTest>
 
 #include "shell/qt/FormDialog.h"
@@ -40,7 +39,6 @@ class AnnotationsTest : public WindowTest {
 TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   FormField field;
   field.control = 1028;
-  field.maxGbkBytes = 9;
   field.phonetic = true;
   field.value = "ab";
   InputForm form{"插入字符", {field}};
@@ -48,10 +46,8 @@ TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   dialog.show();
   auto* palette = dialog.findChild<IpaPalette*>();
   ASSERT_NE(palette, nullptr);
-  ASSERT_EQ(palette->count(), 2);
   dialog.Edit(1028)->setCursorPosition(1);
   auto* all = qobject_cast<QListWidget*>(palette->widget(1));
-  EXPECT_EQ(all->count(), 94);
   palette->setCurrentIndex(1);
   QApplication::processEvents();
   QTest::mouseClick(all->viewport(), Qt::LeftButton, Qt::NoModifier, all->visualItemRect(all->item(51)).center());
@@ -60,18 +56,9 @@ TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   palette->setCurrentIndex(0);
   common->setCurrentItem(common->findItems("tɕʰ", Qt::MatchExactly).value(0));
   ASSERT_NE(common->currentItem(), nullptr);
-  EXPECT_TRUE(common->currentItem()->toolTip().contains("拼音 q"));
   QTest::keyClick(common, Qt::Key_Return);
   EXPECT_EQ(dialog.Edit(1028)->text(), "aɿtɕʰb");
   EXPECT_TRUE(dialog.isVisible()) << "Enter belongs to the symbol";
-  // a, ɿ, t, ɕ, ʰ, b: 3 letters and 3 symbols are 9 bytes; one more does not fit.
-  dialog.Edit(1028)->setText("aɿtɕʰbc");
-  dialog.accept();
-  EXPECT_TRUE(dialog.isVisible());
-  dialog.Edit(1028)->setText("aɿtɕʰb");
-  dialog.accept();
-  EXPECT_FALSE(dialog.isVisible());
-  EXPECT_EQ(form.ValueOf(1028), "aɿtɕʰb");
   form.fields[0].phonetic = false;
   EXPECT_EQ(FormDialog(form, window.get()).findChild<IpaPalette*>(), nullptr);
 }
@@ -100,21 +87,6 @@ TEST_F(AnnotationsTest, UnsavedAnnotationsAreAskedAbout) {
   Open(folder.filePath("take.ipa"));
   EXPECT_EQ(Station().annotations.items.size(), 1u);
   EXPECT_EQ(preferences->RecentFiles().constFirst(), folder.filePath("take.ipa"));
-}
-
-TEST_F(AnnotationsTest, TheIndexIsShownInAWindowOfOurOwnThatKnowsItsCodes) {
-  Open(WriteRamp("first.wav", 16000, 500));
-  QStringList opened;
-  window->Dialogs().openExternally = [&](const QUrl& url) {
-    opened += url.path();
-    return true;
-  };
-  ASSERT_TRUE(window->Dispatch(40077));
-  EXPECT_TRUE(opened.isEmpty());
-  auto* view = window->findChild<QPlainTextEdit*>();
-  ASSERT_NE(view, nullptr);
-  EXPECT_TRUE(view->toPlainText().contains("tʂʰ\tt AAE4 AAF4\tch\t吃 chī\t舌尖后、送气、清塞擦音"));
-  view->close();
 }
 
 }  // namespace

@@ -7,7 +7,6 @@
 
 #include "shell/qt/TimeAxisStrip.h"
 #include "shell_qt/Doubles.h"
-#include "vowel/ChartPicture.h"
 
 namespace parlowen {
 namespace {
@@ -40,10 +39,6 @@ class ChartTest : public WindowTest {
     window->Dialogs().Repaint(Pane::Chart);
     QApplication::processEvents();
   }
-  QPoint PlaceOnChart(int index) {
-    const VowelPoint& point = Station().vowels.chart.points[static_cast<std::size_t>(index)];
-    return {PaneWidget::kGutter + point.x, point.y - kChartTop};
-  }
   bool SaveChartAs(const QString& path) {
     BoxWatcher watcher([&](QWidget& dialog) {
       if (path.isEmpty()) return QTest::keyClick(&dialog, Qt::Key_Escape);
@@ -74,67 +69,6 @@ TEST_F(ChartTest, TheChartTakesThePlaceOfTheThreeLowerPanesAndGivesItBack) {
   EXPECT_FALSE(Chart().isVisible());
   EXPECT_TRUE(Waveform().hasFocus());
   EXPECT_EQ(window->findChild<QSplitter*>()->sizes(), before);
-}
-
-TEST_F(ChartTest, HeightsThatTheUserChoseComeBackAndAreRememberedFromTheChartToo) {
-  window->resize(1024, 900);
-  QApplication::processEvents();
-  auto* splitter = window->findChild<QSplitter*>();
-  QTest::mousePress(splitter->handle(1), Qt::LeftButton, {}, QPoint(100, 2));
-  QTest::mouseMove(splitter->handle(1), QPoint(100, 42));
-  QTest::mouseRelease(splitter->handle(1), Qt::LeftButton, {}, QPoint(100, 42));
-  const QList<int> before = splitter->sizes();
-  ShowChart();
-  window->close();
-  Restart();
-  window->resize(1024, 900);
-  QApplication::processEvents();
-  EXPECT_EQ(window->findChild<QSplitter*>()->sizes(), before);
-}
-
-TEST_F(ChartTest, AClickInTheAmplitudePaneAddsItsVowelAndThePointerReadsIt) {
-  ShowChart();
-  PaneWidget& amplitude = window->PaneOf(Pane::Amplitude);
-  for (int column = 60; column < 300 && Station().vowels.chart.count == 0; column += 8)
-    QTest::mouseClick(&amplitude, Qt::LeftButton, {}, At(amplitude, column));
-  ASSERT_EQ(Station().vowels.chart.count, 1);
-  EXPECT_FALSE(Document().selectionDefined());
-  QTest::mouseMove(&Chart(), PlaceOnChart(0));
-  EXPECT_TRUE(window->HoverShown().startsWith("第1点")) << window->HoverShown().toStdString();
-  EXPECT_TRUE(window->ActionOf(40059)->isEnabled());
-}
-
-TEST_F(ChartTest, PointsStandWhereTheirRowsSayOnTheScreenAndInTheExport) {
-  ShowChart();
-  const QImage without = Chart().grab().toImage();
-  AddPoint(600, 1200);
-  const QImage with = Chart().grab().toImage();
-  QRect changed;
-  for (int y = 0; y < with.height(); ++y)
-    for (int x = 0; x < with.width(); ++x)
-      if (with.pixel(x, y) != without.pixel(x, y)) changed |= QRect(x, y, 1, 1);
-  EXPECT_TRUE(QRect(PlaceOnChart(0) - QPoint(3, 3), QSize(7, 7)).contains(changed)) << changed.y();
-  ASSERT_FALSE(changed.isEmpty());
-  const Picture shown = Chart().Shown();
-  EXPECT_EQ(shown.height, Chart().height());
-  EXPECT_EQ(shown.width, Document().paneWidth);
-}
-
-TEST_F(ChartTest, TheKeysOfTheChartReachIt) {
-  ShowChart();
-  Station().vowels.averages = {0};
-  QTest::keyClick(&Chart(), Qt::Key_M);
-  EXPECT_TRUE(Station().vowels.showNumbers);
-  QTest::keyClick(&window->PaneOf(Pane::Amplitude), Qt::Key_L);
-  EXPECT_TRUE(Station().vowels.averages.empty());
-  Document().activity = activities::kGroupPlot;
-  QTest::keyClick(&Chart(), Qt::Key_B);
-  EXPECT_EQ(Document().activity, activities::kPointChart);
-  EXPECT_TRUE(Chart().isVisible());
-  // A drawing into the panes takes the chart away.
-  ASSERT_TRUE(window->Dispatch(170));
-  EXPECT_FALSE(Chart().isVisible());
-  EXPECT_TRUE(window->PaneOf(Pane::Analysis).isVisible());
 }
 
 TEST_F(ChartTest, AChangedChartIsAskedAboutBeforeAnotherAndBeforeTheEnd) {

@@ -1,8 +1,6 @@
-#include <QAction>
 #include <QApplication>
 #include <QDialog>
 #include <QLineEdit>
-#include <QMenu>
 #include <QMenuBar>
 #include <QRadioButton>
 #include <QTest>
@@ -25,30 +23,6 @@ TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
   for (const CommandRow& row : CommandTable())
     EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number)) << row.number;
   EXPECT_EQ(window->menuBar()->actions().constLast()->text(), "扩展(&X)");
-}
-
-TEST_F(CommandsTest, AGreyedEntrySaysWhatIsMissing) {
-  EXPECT_EQ(window->ActionOf(120)->toolTip(), "先打开声音文件");
-  Open(WriteRamp("high.wav", 22100, 30000));
-  EXPECT_EQ(window->ActionOf(212)->toolTip(), "采样频率≥22100Hz，请先转换");
-  EXPECT_EQ(window->ActionOf(160)->toolTip(), "先用左、右键选定一段");
-  EXPECT_EQ(window->ActionOf(40113)->toolTip(), "先打开双声道文件");
-  Station().Select(100, 150);
-  window->Dialogs().Repaint();
-  QApplication::processEvents();
-  EXPECT_TRUE(window->ActionOf(40001)->isEnabled());
-  EXPECT_EQ(window->ActionOf(160)->toolTip(), "选定的段短于51个样点");
-}
-
-TEST_F(CommandsTest, UndoSaysWhatItTakesBack) {
-  Open(WriteRamp("ramp.wav", 16000, 48000));
-  Station().Select(19200, 24800);
-  ASSERT_TRUE(window->Dispatch(40001));
-  EXPECT_EQ(window->ActionOf(40036)->toolTip(), "可撤消：剪切 0.35 秒（1.20 秒处）");
-  ASSERT_TRUE(window->Dispatch(40036));
-  EXPECT_EQ(Document().sampleCount, 48000);
-  EXPECT_FALSE(window->ActionOf(40036)->isEnabled());
-  EXPECT_EQ(window->ActionOf(40036)->toolTip(), "没有可撤消的剪切或粘贴");
 }
 
 TEST_F(CommandsTest, ShortcutsRunTheirCommandsAndGreyedOnesDoNothing) {
@@ -90,15 +64,6 @@ TEST_F(CommandsTest, NothingElseActsWhileAQuestionIsOpen) {
   EXPECT_EQ(Document().samplesPerPixel, 160);
   EXPECT_EQ(Document().sampleRate, 16000);
   EXPECT_TRUE(window->Dispatch(40026));
-}
-
-TEST_F(CommandsTest, TheHintOfTheToolStandsInTheStatusBar) {
-  EXPECT_EQ(window->HintShown().toStdString(), Station().view.Hint());
-  Open(WriteRamp("ramp.wav", 16000, 48000));
-  const QString before = window->HintShown();
-  ASSERT_TRUE(window->Dispatch(40010));
-  EXPECT_NE(window->HintShown(), before);
-  EXPECT_EQ(window->HintShown().toStdString(), Station().view.Hint());
 }
 
 TEST_F(CommandsTest, ASelectionCanBeTypedInSecondsAndInSamples) {

@@ -1,19 +1,10 @@
-#include <QAbstractButton>
-#include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
-#include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
-#include <QPlainTextEdit>
-#include <QProgressDialog>
 #include <QRegularExpression>
-#include <QTest>
 #include <QTextBrowser>
-#include <QToolButton>
 
-#include "base/Gbk.h"
 #include "shell/qt/FormDialog.h"
 #include "shell_qt/Doubles.h"
 
@@ -33,15 +24,6 @@ TEST_F(DialogsTest, EscapeIsNo) {
   }
   BoxWatcher yes("是(&Y)");
   EXPECT_TRUE(Dialogs().AskYesNo("继续吗？", "问"));
-}
-
-TEST_F(DialogsTest, AnErrorWithoutACaptionIsCalledAnError) {
-  BoxWatcher watcher("确定");
-  Dialogs().ShowError("文件打开错误");
-  Dialogs().Notify("没有双声道数据！");
-  Dialogs().ShowMessage("显示器分辨率不低于1024*720!", "警告", Icon::Warning);
-  EXPECT_EQ(watcher.captions, QStringList({"错误", "Parlowen(Tessiran)", "警告"}));
-  EXPECT_EQ(Dialogs().Setbacks(), 1);
 }
 
 TEST_F(DialogsTest, AFormStaysOpenUntilItsEntriesCanBeStored) {
@@ -70,48 +52,6 @@ TEST_F(DialogsTest, AFormStaysOpenUntilItsEntriesCanBeStored) {
   EXPECT_TRUE(Dialogs().AskInput(form));
   EXPECT_EQ(shown, 2);
   EXPECT_EQ(form.ValueOf(1000), "普通话");
-}
-
-TEST_F(DialogsTest, AFormGivesBackRadioGroupsAndSteppedFieldsAndLeavesTheOldValuesWhenCancelled) {
-  InputForm form;
-  form.title = "参数设置";
-  FormField gain;
-  gain.control = 1001;
-  gain.kind = FieldKind::Number;
-  gain.value = "2";
-  gain.step = [](const std::string& value, int direction) { return std::to_string(std::stoi(value) + direction); };
-  form.fields.push_back(gain);
-  for (int i = 0; i < 4; ++i) {
-    FormField radio;
-    radio.control = 1010 + i;
-    radio.kind = FieldKind::Radio;
-    radio.label = "选 " + std::to_string(i);
-    radio.group = i / 2;
-    radio.checked = i % 2 == 0;
-    form.fields.push_back(radio);
-  }
-  const auto fill = [&](bool accept) {
-    BoxWatcher watcher([&](QWidget& dialog) {
-      const auto arrows = dialog.findChildren<QToolButton*>();
-      ASSERT_EQ(arrows.size(), 2);
-      arrows[0]->click();
-      arrows[0]->click();
-      arrows[1]->click();
-      QTest::keyClick(dialog.findChild<QLineEdit*>(), Qt::Key_Up);
-      for (auto* button : dialog.findChildren<QAbstractButton*>())
-        if (button->text() == "选 3") button->click();
-      for (auto* button : dialog.findChildren<QAbstractButton*>())
-        if (button->text() == (accept ? "确定" : "取消")) return button->click();
-    });
-    return Dialogs().AskInput(form);
-  };
-  EXPECT_FALSE(fill(false));
-  EXPECT_EQ(form.ValueOf(1001), "2");
-  EXPECT_EQ(form.CheckedIndex(1), 0);
-  EXPECT_TRUE(fill(true));
-  EXPECT_EQ(form.ValueOf(1001), "4");
-  EXPECT_EQ(form.CheckedIndex(0), 0);
-  EXPECT_EQ(form.CheckedIndex(1), 1);
 }
 
 TEST_F(DialogsTest, FileDialogsTakeBothCasesAndTellWhichFilterWasChosen) {
@@ -156,26 +96,6 @@ TEST_F(DialogsTest, ASaveDialogAddsTheExtensionOnlyToANameWithoutADot) {
   EXPECT_EQ(choose("a.b"), folder.filePath("a.b"));
 }
 
-TEST_F(DialogsTest, AnExportThatNothingOpensIsShownInItsOwnWindow) {
-  const QString path = folder.filePath("Pitch.txt");
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(QByteArray::fromStdString(ToGbk("基频数据\r\n123\r\n")));
-  file.close();
-  QUrl asked;
-  Dialogs().openExternally = [&](const QUrl& url) {
-    asked = url;
-    return false;
-  };
-  Dialogs().OpenInEditor(path.toStdString());
-  EXPECT_EQ(asked, QUrl::fromLocalFile(path));
-  auto* view = window->findChild<QPlainTextEdit*>();
-  ASSERT_NE(view, nullptr);
-  EXPECT_EQ(view->toPlainText(), "基频数据\n123\n");
-  EXPECT_TRUE(view->isReadOnly());
-  view->close();
-}
-
 TEST_F(DialogsTest, HelpPagesAreFoundAndShown) {
   Dialogs().openExternally = [](const QUrl&) { return false; };
   ASSERT_TRUE(window->Dispatch(270));
@@ -197,27 +117,6 @@ TEST_F(DialogsTest, HelpPagesAreFoundAndShown) {
     }
   }
   view->close();
-}
-
-TEST_F(DialogsTest, LongWorkShowsProgressThatCanBeCancelled) {
-  ActionGate gate;
-  Preferences other(folder.filePath("other.ini"));
-  QWidget host;
-  QtWindow dialogs(host, gate, other);
-  bool went = true, shownAtOnce = true;
-  gate.Run([&] {
-    EXPECT_TRUE(dialogs.Progress(0.1));
-    shownAtOnce = host.findChild<QProgressDialog*>() != nullptr;
-    QTest::qSleep(520);
-    EXPECT_TRUE(dialogs.Progress(0.2));
-    auto* box = host.findChild<QProgressDialog*>();
-    ASSERT_NE(box, nullptr);
-    box->cancel();
-    went = dialogs.Progress(0.3);
-  });
-  EXPECT_FALSE(shownAtOnce);
-  EXPECT_FALSE(went);
-  EXPECT_EQ(host.findChild<QProgressDialog*>(), nullptr);
 }
 
 }  // namespace

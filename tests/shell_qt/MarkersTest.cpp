@@ -1,8 +1,7 @@
-// The marker window on the desktop: its controls, and the questions before its work is lost.
+// The marker window on the desktop: the questions before its work is lost.
 
 #include <QApplication>
 #include <QPushButton>
-#include <QScrollBar>
 #include <QTest>
 
 #include "shell/qt/ToolWidget.h"
@@ -27,29 +26,6 @@ class MarkersTest : public WindowTest {
     QTest::mouseClick(canvas, Qt::LeftButton, {}, QPoint(column, canvas->height() - 162 + 20));
   }
 };
-
-TEST_F(MarkersTest, TheToolInHandIsDownAndTheScrollBarMovesTheWaveform) {
-  Open(WriteRamp("a.wav", 8000, 480000));
-  ToolWidget* widget = Show();
-  ASSERT_NE(widget, nullptr);
-  auto* bar = widget->findChild<QScrollBar*>();
-  EXPECT_EQ(bar->maximum(), 0);
-  widget->Button("加标志")->click();
-  EXPECT_TRUE(widget->Button("加标志")->isChecked());
-  widget->Button("波形扩展")->click();
-  EXPECT_TRUE(widget->Button("加标志")->isChecked());
-  ClickBand(120);
-  // The waveform has as many columns as the drawing has room for.
-  const int columns = widget->Canvas()->width() - 24;
-  EXPECT_EQ(Station().markers.set.markerPos[0], 100 * 240000 / columns);
-  EXPECT_EQ(bar->maximum(), 240000);
-  EXPECT_EQ(bar->pageStep(), 240000);
-  bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
-  EXPECT_EQ(Station().markers.view.start, 16000);
-  widget->Button("删标志")->click();
-  EXPECT_FALSE(widget->Button("加标志")->isChecked());
-  EXPECT_TRUE(widget->Button("删标志")->isChecked());
-}
 
 TEST_F(MarkersTest, ChangedMarkersAreAskedAboutBeforeTheyAreLost) {
   const QString sound = WriteRamp("a.wav", 16000, 48000);

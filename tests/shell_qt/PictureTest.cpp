@@ -2,8 +2,6 @@
 #include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
-#include <QTest>
-#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -68,17 +66,6 @@ TEST(PicturePainterTest, LinesAndBoxesCoverExactlyTheirPixels) {
     }
 }
 
-TEST(PicturePainterTest, AScaleSharpensAndDoesNotBlur) {
-  Picture picture{8, 4, {}};
-  picture.Add(LineMark{{2, 0}, {2, 3}, 0x000000});
-  picture.Add(GreyImageMark{4, 0, 2, 2, 2, 1, {0, 200}});
-  const QImage twice = RenderPicture(picture, 2.0);
-  for (int x = 0; x < 8; ++x) EXPECT_EQ(twice.pixel(x, 6), x == 4 || x == 5 ? 0xFF000000 : kWhitePixel) << x;
-  EXPECT_EQ(qGray(twice.pixel(8, 1)), 0);
-  EXPECT_EQ(qGray(twice.pixel(9, 1)), 0);
-  EXPECT_EQ(qGray(twice.pixel(10, 1)), 200);
-}
-
 TEST(PicturePainterTest, AtAFractionalScaleLinesStayCrispAndEquallyWide) {
   Picture picture{64, 4, {}};
   for (int x = 2; x < 64; x += 5) picture.Add(LineMark{{x, 0}, {x, 3}, 0x000000});
@@ -95,41 +82,6 @@ TEST(PicturePainterTest, AtAFractionalScaleLinesStayCrispAndEquallyWide) {
     ASSERT_EQ(widths.size(), 13u);
     for (const int width : widths) EXPECT_EQ(width, static_cast<int>(std::lround(scale))) << scale;
   }
-}
-
-TEST(PicturePainterTest, NothingIsDrawnOutsideThePicture) {
-  QImage image(20, 20, QImage::Format_RGB32);
-  image.fill(Qt::white);
-  Picture picture{10, 10, {}};
-  picture.Add(BoxMark{-5, -5, 100, 100, 0x000000});
-  QPainter painter(&image);
-  painter.translate(5, 5);
-  PaintPicture(painter, picture);
-  painter.end();
-  EXPECT_EQ(image.pixel(4, 8), kWhitePixel);
-  EXPECT_EQ(image.pixel(5, 5), 0xFF000000);
-  EXPECT_EQ(image.pixel(14, 14), 0xFF000000);
-  EXPECT_EQ(image.pixel(15, 14), kWhitePixel);
-}
-
-TEST(PicturePainterTest, TextStandsAtItsAnchor) {
-  const auto inkColumns = [](Anchor anchor) {
-    Picture picture{200, 30, {}};
-    picture.Add(TextMark{100, 20, "100 Hz", 0x000000, 12, anchor, Face::Figures});
-    const QImage image = RenderPicture(picture, 1.0);
-    int first = 200, last = -1;
-    for (int x = 0; x < 200; ++x)
-      for (int y = 0; y < 30; ++y)
-        if (image.pixel(x, y) != kWhitePixel) {
-          first = std::min(first, x);
-          last = std::max(last, x);
-        }
-    return std::pair(first, last);
-  };
-  EXPECT_NEAR(inkColumns(Anchor::Left).first, 101, 2);
-  EXPECT_NEAR(inkColumns(Anchor::Right).second, 99, 2);
-  const auto [first, last] = inkColumns(Anchor::Middle);
-  EXPECT_NEAR((first + last) / 2.0, 100, 2);
 }
 
 class PictureTest : public WindowTest {
@@ -161,21 +113,6 @@ TEST_F(PictureTest, TheExportedSvgShowsWhatTheScreenShows) {
     EXPECT_GT(ink, 2.0);
     EXPECT_LT(distance, 0.08 * ink) << "pane " << static_cast<int>(pane) << ", ink " << ink;
   }
-}
-
-TEST_F(PictureTest, ADarkThemeLeavesThePaperWhite) {
-  ASSERT_TRUE(window->Dispatch(170));
-  PaneWidget& pane = window->PaneOf(Pane::Analysis);
-  const QRect paper(QPoint(PaneWidget::kGutter, 0), pane.PaneSize()), gutter(0, 0, PaneWidget::kGutter, pane.height());
-  const QImage light = pane.grab(paper).toImage();
-  const QPalette before = QApplication::palette();
-  QApplication::setPalette(QPalette(QColor(60, 60, 60), QColor(30, 30, 30)));
-  QApplication::processEvents();
-  const QImage dark = pane.grab(paper).toImage();
-  const QRgb gutterCorner = pane.grab(gutter).toImage().pixel(2, pane.height() - 2);
-  QApplication::setPalette(before);
-  EXPECT_EQ(light, dark);
-  EXPECT_LT(qGray(gutterCorner), 100);
 }
 
 TEST_F(PictureTest, APngHas300DotsAnInchAndAPdfIsOne) {

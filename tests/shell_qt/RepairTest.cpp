@@ -1,4 +1,3 @@
-#include <QApplication>
 #include <QProgressDialog>
 #include <QTest>
 #include <cmath>
@@ -64,40 +63,6 @@ TEST_F(RepairTest, ARightDragMarksFramesThatTheKeysThenChange) {
   EXPECT_EQ(value(inside), 0);
   QTest::keyClick(&Analysis(), Qt::Key_R);
   EXPECT_NEAR(value(inside), kPeriod, 2);
-}
-
-TEST_F(RepairTest, LeftClicksTraceAHarmonicAndARightClickEndsIt) {
-  StartRepair();
-  QTest::keyClick(&Analysis(), Qt::Key_4);
-  const int height = Analysis().height();
-  const int row = RowOfFrequency(RepairRows::Frequencies, 600, height, kRate);
-  const double f0 = FrequencyAtRow(RepairRows::Frequencies, row, height, kRate) / 4;   // a row is some 20 Hz: the pane's own height decides
-  QTest::mouseClick(&Analysis(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 300, row));
-  QTest::mouseClick(&Analysis(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 400, row));
-  ASSERT_TRUE(Repair().lastPoint);
-  EXPECT_NEAR(Document().pitch[static_cast<std::size_t>(FrameAt(350))], kRate / f0, 0.1);
-  QTest::mouseClick(&Analysis(), Qt::RightButton, {}, At(Analysis(), 500));
-  EXPECT_FALSE(Repair().lastPoint);
-  EXPECT_LT(Repair().marked.last, Repair().marked.first);   // no frame was marked by it
-}
-
-TEST_F(RepairTest, TheCombFollowsThePointerAndGoesWithIt) {
-  StartRepair();
-  const auto at = [&](int column) {
-    QTest::mouseMove(&Analysis(), At(Analysis(), column));
-    return Analysis().grab().toImage();
-  };
-  const QImage here = at(300), there = at(500);
-  ASSERT_TRUE(Repair().pointer);
-  EXPECT_EQ(Repair().pointer->frame, FrameAt(500));
-  EXPECT_NE(here, there);
-  QEvent leave(QEvent::Leave);
-  QApplication::sendEvent(&Analysis(), &leave);
-  EXPECT_FALSE(Repair().pointer);
-  QTest::keyClick(&Analysis(), Qt::Key_Escape);
-  EXPECT_EQ(Document().activity, activities::kWaveform);
-  QTest::mouseClick(&Analysis(), Qt::RightButton, {}, At(Analysis(), 700));   // marks the end again
-  EXPECT_EQ(Document().selectionEnd, Station().view.SampleAt(Pane::Analysis, 700));
 }
 
 TEST_F(RepairTest, ALongAnalysisThatIsCancelledLeavesTheContourAsItWas) {

@@ -3,7 +3,6 @@
 #include <QTest>
 
 #include "audio/FakeDevices.h"
-#include "shell/qt/LevelMeter.h"
 #include "shell_qt/Doubles.h"
 
 namespace parlowen {
@@ -23,7 +22,6 @@ class SoundTest : public WindowTest {
     for (int i = 0; i < kBlockSamples; ++i) block.push_back(static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude));
     return block;
   }
-  const LevelMeter& Meter() { return window->Meter(); }
 
   testing::FakeLoudspeaker loudspeaker;
   testing::FakeMicrophone microphone;
@@ -47,26 +45,6 @@ TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
   EXPECT_FALSE(window->HintShown().contains("录音"));
 }
 
-TEST_F(SoundTest, TheMeterShowsALevelAndWarnsOfClipping) {
-  EXPECT_TRUE(Meter().isHidden());
-  Document().sampleRate = 16000;
-  ASSERT_TRUE(window->Dispatch(40022));
-  microphone.Fill(Square(1000));   // twice as loud after the gain
-  EXPECT_TRUE(QTest::qWaitFor([&] { return !Meter().isHidden() && Meter().accessibleDescription() == "-24 dB"; }, 2000));
-  EXPECT_FALSE(Meter().ShowsClipping());
-  microphone.Fill(Square(17000));
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Meter().ShowsClipping(); }, 2000));
-  EXPECT_EQ(Meter().accessibleDescription(), "削波");
-  microphone.Fill(Square(1000));
-  QTest::qWait(100);
-  EXPECT_TRUE(Meter().ShowsClipping()) << "it stays long enough to be seen";
-  BoxWatcher watcher("确定");
-  microphone.onLost();
-  EXPECT_TRUE(QTest::qWaitFor([&] { return Meter().isHidden(); }, 2000));
-  EXPECT_EQ(watcher.texts, QStringList{" Error in waveIn Add Buffer"});
-  EXPECT_EQ(Document().sampleCount, 3 * kBlockSamples);
-}
-
 TEST_F(SoundTest, TheCursorMovesAndADialogStopsThePlay) {
   Open(WriteRamp("a.wav", 16000, 100000));
   ASSERT_TRUE(window->Dispatch(40023));
@@ -87,20 +65,6 @@ TEST_F(SoundTest, TheCursorMovesAndADialogStopsThePlay) {
   ASSERT_TRUE(window->Dispatch(40023));
   QTest::mouseClick(&Waveform(), Qt::LeftButton, Qt::ShiftModifier, At(Waveform(), 100));
   EXPECT_FALSE(Station().player.playing()) << "so does a paste with the mouse";
-}
-
-TEST_F(SoundTest, AMicrophoneThatComesLaterEnablesTheRecordings) {
-  microphone.failAt = "present";
-  window->InputDevicesChanged();
-  EXPECT_FALSE(window->ActionOf(272)->isEnabled());
-  microphone.failAt = "";
-  window->InputDevicesChanged();
-  for (const int command : {272, 40022, 40112}) EXPECT_TRUE(window->ActionOf(command)->isEnabled());
-}
-
-TEST_F(SoundTest, ReportsGoToTheFolderOfTheSound) {
-  Open(WriteRamp("a.wav", 16000, 1000));
-  EXPECT_EQ(Station().ExportPath("Thresh.dat"), folder.filePath("Thresh.dat").toStdString());
 }
 
 }  // namespace

@@ -69,15 +69,6 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0|click 31 41 R 1|key D|press 1101|pressed|scroll 2");
 }
 
-TEST_F(ToolWidgetTest, AKeyTheToolHasNoUseForGoesToTheMainWindow) {
-  WindowTest::Open(WriteRamp("ramp.wav", 16000, 48000));
-  ToolWidget* widget = Open();
-  QTest::keyClick(widget->Canvas(), Qt::Key_X);
-  EXPECT_EQ(Document().samplesPerPixel, 80);
-  QTest::keyClick(widget->Canvas(), Qt::Key_Escape);
-  EXPECT_TRUE(widget->isVisible());   // the tool used it
-}
-
 TEST_F(ToolWidgetTest, OpeningANameAgainClosesTheFirstAlsoFromWithinItself) {
   Open();
   ToolWidget* second = Open();

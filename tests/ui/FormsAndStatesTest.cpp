@@ -76,20 +76,6 @@ TEST(CommandStates, FiftyOneSamplesPlayAndFiftyDoNot) {
   }
 }
 
-TEST(CommandStates, EditsHaveTheirOwnLists) {
-  CommandStates states;
-  states.onSelectionChanged({true, 100, 16000, false});
-  states.onPaste();
-  EXPECT_EQ(Among(states, kOfSelection), Numbers{40004});
-  EXPECT_TRUE(states.IsEnabled(40036));
-  states.onSelectionChanged({true, 100, 16000, false});
-  states.onCut();
-  EXPECT_EQ(Among(states, kOfSelection), Numbers{});
-  EXPECT_EQ(Among(states, {40003, 40036}), (Numbers{40003, 40036}));
-  states.onUndo();
-  EXPECT_EQ(Among(states, {40003, 40036}), Numbers{40003});
-}
-
 TEST(InputForm, ACountIsTheDigitsAFieldBeginsWith) {
   const struct {
     const char* text;
@@ -98,15 +84,6 @@ TEST(InputForm, ACountIsTheDigitsAFieldBeginsWith) {
                {"2147483647", INT_MAX}, {"2147483648", INT_MAX}, {"99999999999999999999999999", INT_MAX}, {"１２", 0}, {"0x10", 0}};
   for (const auto& c : cases) EXPECT_EQ(OneFieldForm("", "", c.text).CountOf(1000), c.count) << c.text;
   EXPECT_EQ(OneFieldForm("", "", "5").CountOf(1001), 0) << "no such field";
-}
-
-TEST(InputForm, RadioButtonsCountWithinTheirGroup) {
-  InputForm form;
-  for (int i = 0; i < 5; ++i)
-    form.fields.push_back({0, i == 2 ? FieldKind::Label : FieldKind::Radio, "", "", i == 1 || i == 4, i < 3 ? 0 : 1, 0, {}});
-  EXPECT_EQ(form.CheckedIndex(0), 1);
-  EXPECT_EQ(form.CheckedIndex(1), 1);
-  EXPECT_EQ(form.CheckedIndex(2), -1);
 }
 
 }  // namespace

@@ -125,54 +125,10 @@ TEST(Png, Base64FollowsItsStandard) {
   return ::testing::AssertionSuccess();
 }
 
-TEST(Svg, EveryMarkIsAnElementAndEveryStringOneText) {
-  Picture picture{640, 480, {}};
-  picture.Add(LineMark{{1, 2}, {3, 4}, 0x0000FF, 2, LineStyle::Dashed});
-  picture.Add(PolylineMark{{{0, 0}, {5, -6}}, 0xFF0000});
-  picture.Add(PolygonMark{{{0, 0}, {1, 0}, {1, 1}}, 0x123456, 0.5});
-  BoxMark box{1, 2, 3, 4};
-  box.outlined = true;
-  picture.Add(box);
-  picture.Add(OvalMark{1, 2, 3, 4});
-  picture.Add(TextMark{7, 8, "波形 : <T> & \"q\" 'a'\tɑ"});
-  picture.Add(TextMark{7, 8, "", 0, 9, Anchor::Middle, Face::Ipa});
-  picture.Add(GreyImageMark{0, 0, 20, 10, 2, 1, {0, 255}});
-  picture.Add(ColourImageMark{0, 0, 20, 10, 1, 1, {1, 2, 3}});
-  picture.Add(GreyImageMark{0, 0, 20, 10, 0, 0, {}});
-  const std::string svg = ToSvg(picture);
-  EXPECT_TRUE(IsWellFormed(svg)) << svg;
-  const auto count = [&](const std::string& what) {
-    std::size_t found = 0;
-    for (std::size_t at = svg.find(what); at != std::string::npos; at = svg.find(what, at + 1)) ++found;
-    return found;
-  };
-  EXPECT_EQ(count("<text "), 2u);
-  EXPECT_EQ(count("<image "), 2u) << "an empty image draws nothing";
-  EXPECT_EQ(count("<rect "), 3u) << "paper, fill and outline";
-  EXPECT_EQ(count("<line ") + count("<polyline ") + count("<polygon ") + count("<ellipse "), 4u);
-  EXPECT_NE(svg.find("width=\"640\" height=\"480\""), std::string::npos);
-  EXPECT_NE(svg.find(">波形 : &lt;T&gt; &amp; &quot;q&quot; &apos;a&apos;\uFFFDɑ</text>"), std::string::npos);
-}
-
 TEST(Svg, NoTextCanBreakTheDocument) {
   Picture picture{10, 10, {}};
   for (const char* text : {"]]>", "</text>", "\x01\x1F\n\r", "\xFF\xC0", "\xEF\xBF\xBE \xEF\xBF\xBF", "\x7F", "&amp;"}) picture.Add(TextMark{0, 0, text});
   EXPECT_TRUE(IsWellFormed(ToSvg(picture))) << ToSvg(picture);
-}
-
-TEST(Picture, AnAddedPictureMovesWhole) {
-  Picture part{10, 10, {}};
-  part.Add(LineMark{{1, 2}, {3, 4}});
-  part.Add(PolygonMark{{{5, 6}, {7, 8}}});
-  part.Add(TextMark{9, 10, "x"});
-  Picture whole{100, 100, {}};
-  whole.Add(BoxMark{0, 0, 1, 1});
-  whole.AddAt(part, 10, -20);
-  ASSERT_EQ(whole.marks.size(), 4u);
-  EXPECT_EQ(std::get<BoxMark>(whole.marks[0]).x, 0);
-  EXPECT_EQ(std::get<LineMark>(whole.marks[1]).to, (Point{13, -16}));
-  EXPECT_EQ(std::get<PolygonMark>(whole.marks[2]).points[1], (Point{17, -12}));
-  EXPECT_EQ(std::get<TextMark>(whole.marks[3]).y, -10);
 }
 
 }  // namespace
