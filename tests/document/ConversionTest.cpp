@@ -36,13 +36,16 @@ double AmplitudeAt(const std::vector<std::int16_t>& samples, int first, int coun
 
 std::string Said(const Desk& desk, const std::string& text) { return kCaption + (desk.folder / "sound1.wav") + "|" + text; }
 
-TEST(SegmentFilter, RefusesSegmentsBeyondItsLimits) {
+TEST(SegmentFilter, RefusesInTheOrderRateSegmentLengthCutoff) {
   Desk desk;
   const auto filter = [&] {
     FilterSegmentCommand(desk.window, desk.document);
     return desk.window.Log();
   };
+  desk.Load(Ramp(400000), 16001);
+  EXPECT_EQ(filter(), Texts{Said(desk, "采样频率不宜超过16000Hz！")});
   desk.Load(Ramp(400000), 16000);
+  EXPECT_EQ(filter(), Texts{Said(desk, "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！")});
   const struct {
     int length;
     const char* refusal;
@@ -64,6 +67,28 @@ TEST(SegmentFilter, RefusesSegmentsBeyondItsLimits) {
     EXPECT_EQ(filter().back(), Said(desk, "输入频率范围超界！")) << cutoff;
   }
   EXPECT_EQ(desk.Samples(), Ramp(400000)) << "a refusal changes nothing";
+  for (const char* cutoff : {"200", "500"}) {
+    desk.window.answers = {std::string("ok:") + cutoff, "yes"};
+    EXPECT_EQ(filter().back(), Said(desk, "波形数据从  0.06 秒到  0.56 秒已经被滤波！"));
+  }
+}
+
+TEST(SegmentFilter, ChangesTheSegmentAloneAndReadsItsMargins) {
+  const auto sound = Tone(20000, 150, 16000);
+  Desk desk;
+  desk.Load(sound);
+  FilterStretch(desk.document, 6000, 14000, 300, FilterPass::Low);
+  const auto filtered = desk.Samples();
+  EXPECT_TRUE(std::equal(sound.begin(), sound.begin() + 6000, filtered.begin()));
+  EXPECT_TRUE(std::equal(sound.begin() + 14000, sound.end(), filtered.begin() + 14000));
+  EXPECT_NE(sound, filtered);
+
+  // The same with the shared routine over a longer copy: what lies 40 samples before the segment is already filtered.
+  double coefficients[81];
+  DesignFirFilter(300, 0.92, 40, 0, coefficients, 16000);
+  auto copy = sound;
+  ApplyFirFilter(81, 8040, 5960, coefficients, copy.data(), 20000);
+  EXPECT_TRUE(std::equal(copy.begin() + 6000, copy.begin() + 14000, filtered.begin() + 6000));
 }
 
 TEST(SegmentFilter, ALowPassKeepsALowToneAndTakesAHighOne) {
@@ -81,6 +106,48 @@ TEST(SegmentFilter, ALowPassKeepsALowToneAndTakesAHighOne) {
     EXPECT_GE(gain, c.atLeast) << c.hertz;
     EXPECT_LE(gain, c.atMost) << c.hertz;
   }
+}
+
+TEST(RateConversion, AsksForTheTargetAndRefusesAnUpwardOne) {
+  Desk desk;
+  const auto convert = [&](std::uint32_t rate, const char* answer) {
+    desk.Load(Tone(8000, 440, rate), rate);
+    desk.window.answers = {answer};
+    ConvertRateCommand(desk.window, desk.document, desk.states);
+    Texts shown = desk.window.Log();
+    EXPECT_EQ(shown.front(), "ask|选择转换频率|转换为16000Hz(Yes)?11025Hz(No)?");
+    return shown.size() == 1;
+  };
+  EXPECT_FALSE(convert(16000, "yes"));
+  EXPECT_EQ(desk.Samples(), Tone(8000, 440, 16000));
+  EXPECT_TRUE(convert(16001, "yes"));
+  EXPECT_FALSE(convert(11025, "no"));
+  EXPECT_TRUE(convert(16000, "no"));
+  EXPECT_EQ(desk.document.sampleRate, 11025);
+  EXPECT_TRUE(convert(22050, "yes"));
+  // trunc(8000·16000/22050) − 1
+  EXPECT_EQ(desk.document.sampleCount, 5803);
+  EXPECT_EQ(desk.document.sampleRate, 16000);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
+}
+
+TEST(RateConversion, MakesANewSoundOfIt) {
+  Desk desk;
+  desk.Load(Tone(300000, 440, 44100), 44100);
+  desk.Mark(1000, 2000);
+  CopyCommand(desk.document, desk.states);
+  PasteCommand(desk.window, desk.document, desk.states);
+  desk.document.pitchPresent = true;
+  EXPECT_FALSE(desk.states.IsEnabled(212));
+  desk.window.answers = {"yes"};
+  ConvertRateCommand(desk.window, desk.document, desk.states);
+  EXPECT_FALSE(desk.document.pitchPresent);
+  EXPECT_EQ(desk.document.undoKind, 0);
+  EXPECT_FALSE(desk.document.selectionDefined());
+  EXPECT_TRUE(desk.states.IsEnabled(212));
+  EXPECT_FALSE(desk.states.IsEnabled(40036));
+  EXPECT_TRUE(desk.states.IsEnabled(40003)) << "the clip stays";
+  EXPECT_TRUE(desk.document.AtStartScale());
 }
 
 TEST(RateConversion, FollowsTheStatedOrderOfOperationsToTheBit) {
@@ -116,7 +183,16 @@ TEST(RateConversion, FollowsTheStatedOrderOfOperationsToTheBit) {
   }
 }
 
-TEST(RateConversion, StandsTinySounds) {
+TEST(RateConversion, KeepsAToneInBothChannelsAndStandsTinySounds) {
+  Desk desk;
+  desk.Load(Tone(44100, 1000, 44100), 44100);
+  desk.document.twoChannel = true;
+  std::copy_n(desk.document.samples.data(), 44100, desk.document.samples2.data());
+  desk.document.SamplesChanged();
+  ConvertDocument(desk.document, 16000);
+  EXPECT_EQ(desk.Samples(), desk.Samples2());
+  EXPECT_GT(AmplitudeAt(desk.Samples(), 1600, 8000, 1000, 16000), 5000);
+  EXPECT_LT(AmplitudeAt(desk.Samples(), 1600, 8000, 1200, 16000), 20);
   for (int count = 0; count < 20; ++count) {
     std::vector<std::int16_t> few(static_cast<std::size_t>(count + 16));
     std::fill_n(few.begin(), count, std::int16_t{100});
@@ -138,6 +214,14 @@ TEST(SaveSelection, WritesAMonoFileAndTheSeriesGoesOnFromIt) {
   EXPECT_EQ(testing::ReadFile(desk.folder / "part7.wav"), expected.Bytes());
   EXPECT_EQ(desk.document.nextDigitPath, desk.folder / "part8.wav");
   EXPECT_EQ(desk.document.filePath, desk.folder / "sound1.wav");
+
+  const Texts refusal = {"save|文件换名存为...|" + (desk.folder / "part8.wav"), "error|文件夹或文件名错误|文件夹或文件名不对，请重选"};
+  SaveSelectionCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), refusal) << "cancelled";
+  desk.window.answers = {"file:" + (desk.folder / "none/x.wav")};
+  SaveSelectionCommand(desk.window, desk.document);
+  EXPECT_EQ(desk.window.Log(), refusal) << "no such folder";
+  EXPECT_EQ(desk.document.nextDigitPath, desk.folder / "part8.wav");
 }
 
 }  // namespace

@@ -55,6 +55,24 @@ TEST(Editing, ACutIsUndoneExactlyWhateverWasCopiedSince) {
   EXPECT_EQ(desk.document.clipSamples.size(), 10u) << "the clip is the copy's";
 }
 
+TEST(Editing, TheWholeSoundCanBeCutAndBroughtBack) {
+  Desk desk;
+  desk.Load(Ramp(300));
+  SelectAllCommand(desk.window, desk.document, desk.states);
+  CutCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 0);
+  EXPECT_EQ(desk.document.viewLength, 0);
+  SelectAllCommand(desk.window, desk.document, desk.states);
+  EXPECT_FALSE(desk.states.IsEnabled(40001)) << "nothing of nothing is selected";
+  desk.document.insertPoint = 1000000;
+  PasteCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.insertPoint, 0) << "clamped to the sound";
+  EXPECT_EQ(desk.Samples(), Ramp(300));
+  UndoCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.sampleCount, 0);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
+}
+
 TEST(Editing, APasteAtTheCapacityIsUndoneWhole) {
   const int count = kMaxSamples - 100;
   const Samples sound = Ramp(count), clip = Ramp(300, 7);
@@ -81,6 +99,40 @@ TEST(Editing, APasteAtTheCapacityIsUndoneWhole) {
   PasteCommand(desk.window, desk.document, desk.states);   // into a full document
   EXPECT_EQ(desk.document.sampleCount, kMaxSamples);
   EXPECT_EQ(desk.document.samples[300], clip[0]);
+}
+
+TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
+  WavBytes wav;
+  wav.blockAlign = 4;
+  wav.samples = {1, -1, 2, -2, 3, -3};
+  Desk desk;
+  desk.Open(wav.Bytes(), ChannelMode::Two);
+  desk.Mark(1, 2);
+  CopyCommand(desk.document, desk.states);
+  const auto paste = [&](const char* answer) {
+    desk.window.answers = {answer};
+    PasteCommand(desk.window, desk.document, desk.states);
+    return desk.window.Log();
+  };
+  EXPECT_EQ(paste("no"), Texts{"ask|Parlowen(Tessiran) -- " + desk.document.filePath + "|此操作将破坏双声道数据的同步，继续吗？"});
+  EXPECT_EQ(desk.document.sampleCount, 3);
+  EXPECT_TRUE(desk.document.twoChannel && desk.states.IsEnabled(40114));
+  paste("yes");
+  EXPECT_EQ(desk.document.sampleCount, 4);
+  EXPECT_FALSE(desk.document.twoChannel || desk.states.IsEnabled(40114));
+  EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
+}
+
+TEST(Editing, SwappedChannelsAreDrawnAndHaveNoContour) {
+  WavBytes wav;
+  wav.blockAlign = 4;
+  wav.samples = {1, -1, 2, -2};
+  wav.behind = PitchTail({5, 5, 0, 0});
+  Desk desk;
+  desk.Open(wav.Bytes(), ChannelMode::Two);
+  SwapChannelsCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.document.viewSamples[0], -1);
+  EXPECT_FALSE(desk.document.pitchPresent);
 }
 
 TEST(Editing, OnlyAnEditThatMovesSamplesDropsTheContour) {

@@ -12,6 +12,24 @@ namespace {
 using testing::Desk;
 using testing::Ramp;
 
+TEST(View, TheStartScaleIsTenMillisecondsAColumn) {
+  const struct {
+    int rate, samplesPerPixel, full;
+  } cases[] = {{1000, 10, 10040}, {8000, 80, 80320}, {11025, 110, 110691}, {16000, 160, 160640}, {22050, 220, 221382}, {384000, 3840, 3855360}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.rate);
+    Desk desk;
+    desk.Load(Ramp(300000), static_cast<std::uint32_t>(c.rate));
+    EXPECT_EQ(desk.document.samplesPerPixel, c.samplesPerPixel);
+    EXPECT_EQ(desk.document.FullViewLength(), c.full) << "1004 columns";
+    EXPECT_EQ(desk.document.viewLength, std::min(300000, c.full));
+    EXPECT_EQ(desk.states.IsEnabled(40027), c.full < 300000);
+    desk.document.samplesPerPixel *= 2;
+    desk.document.setView(desk.states);
+    EXPECT_EQ(desk.document.viewLength, std::min(300000, 1004 * 2 * c.samplesPerPixel));
+  }
+}
+
 TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   Desk desk;
   desk.Load(Ramp(20000), 1000);
@@ -43,6 +61,37 @@ TEST(View, FramesAreCountedInIntegers) {
     EXPECT_EQ(document.frameCount(), c.frames) << c.count;
     EXPECT_EQ(document.ContourLength(), c.contour) << c.count;
   }
+}
+
+TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
+  Desk desk;
+  desk.Load(Ramp(30000), 1000);
+  SoundDocument& d = desk.document;
+  const auto scroll = [&](int start) {
+    d.viewStart = start;
+    d.setView(desk.states);
+  };
+  scroll(500);
+  EXPECT_EQ(d.insertPoint, 500);
+  d.insertPoint = 123;   // as SHIFT and a click set it
+  scroll(500);
+  EXPECT_EQ(d.insertPoint, 123) << "a view that did not move leaves it";
+  d.insertPoint = 500;
+  MarkEnd(d, desk.states, 700);
+  EXPECT_EQ(d.insertPoint, 500) << "a right click without a start leaves it";
+  EXPECT_FALSE(d.selectionDefined());
+  MarkStart(d, desk.states, 600);
+  EXPECT_EQ(d.selectionEnd, 700) << "a larger end stays";
+  scroll(800);
+  EXPECT_EQ(d.insertPoint, 600) << "with a start the view does not move it";
+  MarkStart(d, desk.states, 900);
+  EXPECT_EQ(d.selectionEnd, 900) << "a smaller one follows";
+  MarkEnd(d, desk.states, 850);
+  EXPECT_FALSE(d.selectionDefined()) << "no swap";
+  EXPECT_FALSE(desk.states.IsEnabled(40001));
+  desk.Mark(-5, 99999);
+  EXPECT_EQ(d.selectionStart, 0);
+  EXPECT_EQ(d.selectionEnd, 30000);
 }
 
 TEST(LevelMeasures, ThePeakIsTheLargestMagnitudeCappedAt32767) {

@@ -1,6 +1,11 @@
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QImage>
+#include <QMenu>
 #include <QTest>
 
+#include "shell/qt/OverviewStrip.h"
 #include "shell_qt/Doubles.h"
 
 namespace parlowen {
@@ -38,6 +43,19 @@ TEST_F(PaneTest, ClicksInEveryPaneMarkTheSampleOfTheirColumn) {
   EXPECT_TRUE(window->SelectionShown().startsWith("起 1.000 s │ 1.000 s (1.000/s) │ 止 2.000 s"));
 }
 
+TEST_F(PaneTest, AClickInTheGutterOrTheMarginCountsAsTheFirstColumn) {
+  QTest::mouseClick(&Waveform(), Qt::RightButton, {}, At(Waveform(), 220));
+  QTest::mouseClick(&Waveform(), Qt::LeftButton, {}, QPoint(10, 20));
+  EXPECT_EQ(Document().selectionStart, 0);
+  EXPECT_EQ(Document().selectionEnd, 200 * kColumn);
+}
+
+TEST_F(PaneTest, ADragMarksLikeAClickAtEachEndWhicheverWayItGoes) {
+  DragBetween(Waveform(), 320, 120);
+  EXPECT_EQ(Document().selectionStart, 100 * kColumn);
+  EXPECT_EQ(Document().selectionEnd, 300 * kColumn);
+}
+
 TEST_F(PaneTest, AShakyClickIsNoDrag) {
   DragBetween(Waveform(), 120, 120 + QApplication::startDragDistance());
   EXPECT_EQ(Document().selectionStart, 100 * kColumn);
@@ -73,11 +91,112 @@ TEST_F(PaneTest, TheWheelScrollsATenthANotchAndAddsUpSmallTurns) {
   EXPECT_EQ(Document().viewStart, 0);
 }
 
+TEST_F(PaneTest, CtrlWheelZoomsAndKeepsTheSampleUnderThePointer) {
+  const int column = 420;
+  const int before = Station().view.SampleAt(Pane::Waveform, column);
+  TurnWheel(Waveform(), At(Waveform(), column), 240, Qt::ControlModifier);
+  EXPECT_EQ(Document().samplesPerPixel, kColumn / 4);
+  EXPECT_NEAR(Station().view.SampleAt(Pane::Waveform, column), before, kColumn / 4);
+  TurnWheel(Waveform(), At(Waveform(), column), -120, Qt::ControlModifier);
+  EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
+}
+
+TEST_F(PaneTest, KeysZoomScrollAndPageButNotWithControl) {
+  QTest::keyClick(&Waveform(), Qt::Key_X);
+  EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
+  QTest::keyClick(&Waveform(), Qt::Key_X, Qt::AltModifier);
+  EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
+  const int screen = Document().FullViewLength();
+  QTest::keyClick(&Waveform(), Qt::Key_PageDown);
+  EXPECT_EQ(Document().viewStart, screen);
+  QTest::keyClick(&Waveform(), Qt::Key_Left);
+  EXPECT_EQ(Document().viewStart, screen - screen / 10);
+  QTest::keyClick(&Waveform(), Qt::Key_End);
+  EXPECT_EQ(Document().viewStart, Document().sampleCount - screen);
+  QTest::keyClick(&Waveform(), Qt::Key_Home);
+  EXPECT_EQ(Document().viewStart, 0);
+}
+
 TEST_F(PaneTest, TheViewIsAsWideAsThePane) {
   EXPECT_EQ(Document().paneWidth, Waveform().width() - PaneWidget::kGutter);
   window->resize(1300, 760);
   QApplication::processEvents();
   EXPECT_EQ(Document().paneWidth, Waveform().width() - PaneWidget::kGutter);
+}
+
+TEST_F(PaneTest, TheOverviewCentresAtAClickAndFollowsADrag) {
+  auto* strip = window->findChild<OverviewStrip*>();
+  ASSERT_NE(strip, nullptr);
+  const int width = strip->width() - PaneWidget::kGutter;
+  const auto at = [&](double share) {
+    return QPoint(PaneWidget::kGutter + static_cast<int>(width * share), strip->height() / 2);
+  };
+  const int perPixel = Document().sampleCount / width + 1;
+  QTest::mouseClick(strip, Qt::LeftButton, {}, at(0.6));
+  const int centred = Document().viewStart;
+  EXPECT_NEAR(centred + Document().FullViewLength() / 2, 0.6 * Document().sampleCount, 2 * perPixel);
+  QTest::mousePress(strip, Qt::LeftButton, {}, at(0.55));
+  QTest::mouseMove(strip, at(0.45));
+  QTest::mouseRelease(strip, Qt::LeftButton, {}, at(0.45));
+  EXPECT_NEAR(Document().viewStart, centred - 0.1 * Document().sampleCount, 3 * perPixel);
+}
+
+TEST_F(PaneTest, ThePointerIsReadInAllPanesAndItsLineCanBeCopied) {
+  PaneWidget& pitch = window->PaneOf(Pane::Pitch);
+  const QImage before = Waveform().grab().toImage();
+  QTest::mouseMove(&pitch, At(pitch, 120));
+  EXPECT_TRUE(window->HoverShown().contains("样点 16000")) << window->HoverShown().toStdString();
+  const QImage after = Waveform().grab().toImage();
+  const QPoint line = At(Waveform(), 120) * after.devicePixelRatio();
+  EXPECT_NE(before.pixel(line.x(), 5), after.pixel(line.x(), 5));
+  EXPECT_EQ(before.pixel(line.x() + 3, 5), after.pixel(line.x() + 3, 5));
+
+  QTest::keyClick(&Waveform(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+  const QStringList fields = QApplication::clipboard()->text().split('\t');
+  ASSERT_GE(fields.size(), 4);
+  EXPECT_EQ(fields[0], "1.000 s");
+  EXPECT_EQ(fields[1], "样点 16000");
+}
+
+TEST_F(PaneTest, ADraggedRegionIsCopiedAsABitmap) {
+  ASSERT_TRUE(window->Dispatch(40010));
+  EXPECT_FALSE(window->Dispatch(40015));
+  QTest::mousePress(&Waveform(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 100, 10));
+  QTest::mouseMove(&Waveform(), QPoint(PaneWidget::kGutter + 180, 40));
+  QTest::mouseRelease(&Waveform(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 180, 40));
+  EXPECT_EQ(Document().activity, activities::kRegionChosen);
+  EXPECT_FALSE(Document().selectionDefined());
+  ASSERT_TRUE(window->Dispatch(40015));
+  // 81 by 31 pixels less the frame around them.
+  EXPECT_EQ(QApplication::clipboard()->image().size(), QSize(79, 29));
+  QTest::keyClick(&Waveform(), Qt::Key_Escape);
+  EXPECT_FALSE(window->ActionOf(40015)->isEnabled());
+}
+
+TEST_F(PaneTest, ThePanesMenuComesByKeyboardAndNotByAPlainRightClick) {
+  int opened = 0;
+  QTimer closer;
+  QObject::connect(&closer, &QTimer::timeout, [&] {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (menu == nullptr) return;
+    ++opened;
+    EXPECT_EQ(menu->actions().constFirst()->text(), "复制为图片(&C)");
+    menu->close();
+  });
+  closer.start(5);
+  QContextMenuEvent byMouse(QContextMenuEvent::Mouse, {200, 20}, Waveform().mapToGlobal(QPoint(200, 20)));
+  QApplication::sendEvent(&Waveform(), &byMouse);
+  EXPECT_EQ(opened, 0);
+  QContextMenuEvent byControl(QContextMenuEvent::Mouse, {200, 20}, Waveform().mapToGlobal(QPoint(200, 20)), Qt::ControlModifier);
+  QApplication::sendEvent(&Waveform(), &byControl);
+  EXPECT_EQ(opened, 1);
+  QTest::mouseClick(&Waveform(), Qt::RightButton, Qt::ControlModifier, At(Waveform(), 200));
+  EXPECT_LT(Document().selectionEnd, 0);
+  QTest::keyClick(&Waveform(), Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(opened, 2);
+  QContextMenuEvent byKey(QContextMenuEvent::Keyboard, {}, {});
+  QApplication::sendEvent(&Waveform(), &byKey);
+  EXPECT_EQ(opened, 3);
 }
 
 }  // namespace
