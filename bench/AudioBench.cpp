@@ -19,8 +19,10 @@ std::vector<std::int16_t> Buzz(int count, int rate) {
   std::vector<std::int16_t> samples(static_cast<std::size_t>(count));
   for (int i = 0; i < count; ++i) {
     const double t = static_cast<double>(i) / rate;
-    const double buzz = std::sin(kTwoPi * 120 * t) + 0.5 * std::sin(kTwoPi * 720 * t) + 0.3 * std::sin(kTwoPi * 2480 * t);
-    samples[static_cast<std::size_t>(i)] = static_cast<std::int16_t>(9000 * buzz * (0.5 + 0.5 * std::sin(3 * t)));
+    const double buzz =
+        std::sin(kTwoPi * 120 * t) + 0.5 * std::sin(kTwoPi * 720 * t) + 0.3 * std::sin(kTwoPi * 2480 * t);
+    samples[static_cast<std::size_t>(i)] =
+        static_cast<std::int16_t>(9000 * buzz * (0.5 + 0.5 * std::sin(3 * t)));
   }
   return samples;
 }
@@ -51,8 +53,8 @@ class EndlessMicrophone : public SoundInput {
   void Close() override {}
 };
 
-// What the recorder does with the blocks of 22050 Hz in two channels, the sound kept and the view following, as a share
-// of the time that they last.
+// What the recorder does with the blocks of 22050 Hz in two channels, the sound kept and the view following,
+// as a share of the time that they last.
 void HandleStereoBlocks(benchmark::State& state) {
   constexpr int kRate = 22050, kChannels = 2;
   SilentWindow window;

@@ -60,8 +60,8 @@ void SpectrogramColumn(benchmark::State& state) {
   std::int64_t columns = 0;
   for (auto _ : state) columns += ComputeSpectrogram(workstation.document, kind, settings, stretch).columns;
   state.SetItemsProcessed(columns);
-  state.counters["per column"] =
-      benchmark::Counter(static_cast<double>(columns), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
+  state.counters["per column"] = benchmark::Counter(
+      static_cast<double>(columns), benchmark::Counter::kIsRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(SpectrogramColumn)->ArgName("kind")->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
 

@@ -23,7 +23,9 @@ std::string FullFile(const GroupLayout& layout, const char* name) {
   std::vector<std::uint8_t> bytes(2);
   std::vector<std::uint16_t> slot(static_cast<std::size_t>(layout.valuesPerSlot));
   for (int g = 0; g < kGroups; ++g) {
-    const auto value = [&](int i) { return static_cast<std::uint16_t>(300 + (g * 7 + i * 13) % 600 + 900 * (g % 3)); };
+    const auto value = [&](int i) {
+      return static_cast<std::uint16_t>(300 + (g * 7 + i * 13) % 600 + 900 * (g % 3));
+    };
     slot.assign(slot.size(), value(0));
     AppendGroup(layout, bytes, std::to_string(g), false, slot);
     for (int i = 1; i < layout.slots; ++i) {
@@ -64,12 +66,13 @@ BENCHMARK(DurationReportOfThousandGroups)->Unit(benchmark::kMillisecond);
 void AddToTheLastOfThousandGroups(benchmark::State& state) {
   const std::string path = FullFile(kVowelLayout, "parlowen-bench-add.vls");
   auto bytes = *ReadWholeFile(path);
-  bytes[kVowelLayout.OffsetOf(kGroups - 1) + 8] = 46;   // room for one
+  bytes[kVowelLayout.OffsetOf(kGroups - 1) + 8] = 46;  // room for one
   ReplaceFile(path, bytes);
   const std::uint16_t pair[] = {500, 1500};
   for (auto _ : state) {
     auto file = *ReadWholeFile(path);
-    benchmark::DoNotOptimize(AppendToGroup(kVowelLayout, file, FindGroup(kVowelLayout, file, "999"), pair, false));
+    benchmark::DoNotOptimize(
+        AppendToGroup(kVowelLayout, file, FindGroup(kVowelLayout, file, "999"), pair, false));
   }
 }
 BENCHMARK(AddToTheLastOfThousandGroups)->Unit(benchmark::kMicrosecond);
@@ -79,7 +82,8 @@ void FillWithVowel(SoundDocument& document, CommandStates& states, int count) {
   for (int i = 0; i < count; ++i) {
     const double t = i % 145 / 16000.0;
     document.samples[i] = static_cast<std::int16_t>(
-        6000 * std::exp(-200 * t) * (std::cos(4400 * t) + 0.6 * std::cos(8000 * t) + 0.3 * std::cos(16000 * t)));
+        6000 * std::exp(-200 * t) *
+        (std::cos(4400 * t) + 0.6 * std::cos(8000 * t) + 0.3 * std::cos(16000 * t)));
   }
   document.resetForNewSound(count, 16000, states);
 }
@@ -91,7 +95,8 @@ void SegmentChartOfTenSeconds(benchmark::State& state) {
   document.selectionStart = 0;
   document.selectionEnd = 160000;
   for (auto _ : state)
-    benchmark::DoNotOptimize(SegmentPicture(SegmentPoints(SegmentTrack(document), 16000), true, {0}, 1024, 640));
+    benchmark::DoNotOptimize(
+        SegmentPicture(SegmentPoints(SegmentTrack(document), 16000), true, {0}, 1024, 640));
 }
 BENCHMARK(SegmentChartOfTenSeconds)->Unit(benchmark::kMillisecond);
 

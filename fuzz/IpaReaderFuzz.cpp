@@ -1,5 +1,5 @@
-// The records of .ipa files over any bytes: no harm, annotations and periods within their bounds, and records that come
-// back the same when they are saved.
+// The records of .ipa files over any bytes: no harm, annotations and periods within their bounds, and records
+// that come back the same when they are saved.
 
 #include <random>
 #include <string>
@@ -17,14 +17,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   document.sampleRate = 8000;
   const IpaRecords records = ReadIpaRecords({data, size});
   Require(records.annotations.size() <= kMostAnnotations, "no more annotations than there may be");
-  for (const Annotation& annotation : records.annotations) Require(IpaToGbk(annotation.text).size() <= kAnnotationBytes, "a text fits");
+  for (const Annotation& annotation : records.annotations)
+    Require(IpaToGbk(annotation.text).size() <= kAnnotationBytes, "a text fits");
   if (records.periods) {
     Require(records.periods->size() <= kContourFrames, "no more periods than a contour has");
     TakeStoredContour(*records.periods, document);
-    for (const float period : document.pitch) Require(period == kNoValue || (period >= 0 && period <= 8000), "a period is one");
+    for (const float period : document.pitch)
+      Require(period == kNoValue || (period >= 0 && period <= 8000), "a period is one");
   }
   const auto saved = IpaBytesOf(document, records.annotations, false);
-  Require(saved.size() == kWavHeaderBytes + 18 * records.annotations.size(), "each annotation has its 18 bytes");
+  Require(saved.size() == kWavHeaderBytes + 18 * records.annotations.size(),
+          "each annotation has its 18 bytes");
   const IpaRecords again = ReadIpaRecords(ByteSpan(saved).subspan(kWavHeaderBytes));
   // What was no character is a question mark from the first saving on.
   Require(IpaBytesOf(document, again.annotations, false) == saved, "and they come back the same");
@@ -35,7 +38,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 int main() {
   std::mt19937 random(20261121);
   const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  const std::string record = std::string("IPA\0", 4) + "t\xAA\xE4\xAA\xF4\xAA\xD4" + std::string(3, '\0') + testing::Little(700, 4);
+  const std::string record =
+      std::string("IPA\0", 4) + "t\xAA\xE4\xAA\xF4\xAA\xD4" + std::string(3, '\0') + testing::Little(700, 4);
   const std::string good = record + record + testing::PitchTail({80, 0, -1, 90}) + record;
   for (int run = 0; run < 20000; ++run) {
     std::string bytes = good;

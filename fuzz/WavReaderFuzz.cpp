@@ -1,5 +1,5 @@
-// Both WAV readers and the raw reader over any bytes: no harm, a document that keeps its promises, and a save that
-// loads again as it was.
+// Both WAV readers and the raw reader over any bytes: no harm, a document that keeps its promises, and a save
+// that loads again as it was.
 
 #include <sys/mman.h>
 #include <unistd.h>
@@ -21,7 +21,8 @@ using namespace parlowen;
 class MemoryFile {
  public:
   explicit MemoryFile(ByteSpan bytes) : descriptor_(::memfd_create("sound", 0)) {
-    Require(::write(descriptor_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()), "the file is written");
+    Require(::write(descriptor_, bytes.data(), bytes.size()) == static_cast<ssize_t>(bytes.size()),
+            "the file is written");
   }
   ~MemoryFile() { ::close(descriptor_); }
   MemoryFile(const MemoryFile&) = delete;
@@ -34,17 +35,23 @@ class MemoryFile {
 
 void CheckPromises(const SoundDocument& d) {
   Require(d.sampleCount >= 0 && d.sampleCount <= kMaxSamples, "the count lies in the capacity");
-  Require(d.sampleCount == 0 || (d.sampleRate >= kSmallestRate && d.sampleRate <= kLargestRate), "a loaded sound has a usable rate");
-  Require(d.viewStart >= 0 && d.viewLength >= 0 && d.viewStart + d.viewLength <= d.sampleCount, "the view lies in the sound");
-  for (int i = d.sampleCount; i < d.sampleCount + 5000; ++i) Require(d.samples[i] == 0 && d.samples2[i] == 0, "silence behind the end");
+  Require(d.sampleCount == 0 || (d.sampleRate >= kSmallestRate && d.sampleRate <= kLargestRate),
+          "a loaded sound has a usable rate");
+  Require(d.viewStart >= 0 && d.viewLength >= 0 && d.viewStart + d.viewLength <= d.sampleCount,
+          "the view lies in the sound");
+  for (int i = d.sampleCount; i < d.sampleCount + 5000; ++i)
+    Require(d.samples[i] == 0 && d.samples2[i] == 0, "silence behind the end");
   for (const float period : d.pitch)
-    Require(period == kNoValue || (period >= 0 && period <= static_cast<float>(kLargestRate)), "a period is one");
+    Require(period == kNoValue || (period >= 0 && period <= static_cast<float>(kLargestRate)),
+            "a period is one");
 }
 
-void CheckReload(const SoundDocument& d, SoundDocument& again, CommandStates& states, testing::FakeWindow& window) {
+void CheckReload(const SoundDocument& d, SoundDocument& again, CommandStates& states,
+                 testing::FakeWindow& window) {
   const MemoryFile copy(WavBytesOf(d, false));
   openPath(window, again, states, copy.Path(), d.twoChannel ? ChannelMode::Two : ChannelMode::One, false);
-  Require(again.sampleCount == d.sampleCount && again.sampleRate == d.sampleRate, "a saved sound loads again");
+  Require(again.sampleCount == d.sampleCount && again.sampleRate == d.sampleRate,
+          "a saved sound loads again");
   for (int i = 0; i < d.sampleCount; ++i) Require(again.samples[i] == d.samples[i], "with its samples");
 }
 
@@ -60,7 +67,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (reader == 3) {
       openByName(window, document, states, file.Path());
     } else {
-      openPath(window, document, states, file.Path(), reader == 1 ? ChannelMode::Two : ChannelMode::One, reader == 2);
+      openPath(window, document, states, file.Path(), reader == 1 ? ChannelMode::Two : ChannelMode::One,
+               reader == 2);
     }
     CheckPromises(document);
   }

@@ -4,7 +4,7 @@
 set -euo pipefail
 
 build=(g++ cmake ninja-build pkg-config qt6-base-dev qt6-multimedia-dev libgl-dev qt6-qpa-plugins fonts-noto-cjk fonts-dejavu-core)
-checks=(qt6-svg-dev libgtest-dev libbenchmark-dev xvfb xauth ccache util-linux python3 pulseaudio pulseaudio-utils praat)
+checks=(qt6-svg-dev libgtest-dev libbenchmark-dev xvfb xauth ccache util-linux clang-format python3 pulseaudio pulseaudio-utils praat)
 
 case "${1:-}" in
   run) packages=("${build[@]}") ;;

@@ -21,7 +21,8 @@ constexpr const char* kNoSuchFile = "无此国际音标数据文件！";
 constexpr const char* kTooMany = "文件中的注释字符多于500个，只取前500个";
 
 constexpr std::string_view kSuffix = ".ipa";
-constexpr std::int64_t kMostRecordBytes = std::int64_t{16} << 20;   // hundreds of times what the records can need
+constexpr std::int64_t kMostRecordBytes = std::int64_t{16}
+                                          << 20;  // hundreds of times what the records can need
 
 /// The sound's own name with the other ending; "" while it has none.
 std::string ProposedName(const std::string& soundPath) {
@@ -80,20 +81,24 @@ void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& 
 }
 
 void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationState& annotations) {
-  const auto choice =
-      window.AskSaveFile({"保存国际音标文件", {{"国际音标文件(*.ipa)", "*.ipa"}}, "ipa", ProposedName(document.filePath)});
+  const auto choice = window.AskSaveFile(
+      {"保存国际音标文件", {{"国际音标文件(*.ipa)", "*.ipa"}}, "ipa", ProposedName(document.filePath)});
   if (!choice) return;
-  const std::string path = HasEnding(choice->path, kSuffix) ? choice->path : choice->path + std::string(kSuffix);
+  const std::string path =
+      HasEnding(choice->path, kSuffix) ? choice->path : choice->path + std::string(kSuffix);
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (path.size() > kLongestPath || file.Begin(path) < 0) return SayBadName(window);
   const bool withPitch = HasComputedContour(document) && AskToKeepPitch(window);
-  if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), withPitch)) < 0) return SayBadName(window);
+  if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), withPitch)) < 0)
+    return SayBadName(window);
   annotations.changed = false;
 }
 
-void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states, AnnotationState& annotations) {
-  const auto choice = window.AskOpenFile({"打开国际音标数据文件", {{"国际音标数据文件(*.ipa)", "*.ipa"}}, "", ""});
+void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states,
+                    AnnotationState& annotations) {
+  const auto choice =
+      window.AskOpenFile({"打开国际音标数据文件", {{"国际音标数据文件(*.ipa)", "*.ipa"}}, "", ""});
   if (choice) OpenIpaFile(window, document, states, annotations, choice->path);
 }
 

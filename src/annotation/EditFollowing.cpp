@@ -9,14 +9,14 @@
 namespace parlowen {
 namespace {
 
-constexpr int kCut = 1;   // of the document's undo kinds
+constexpr int kCut = 1;  // of the document's undo kinds
 
 /// Where samples of the old sound stand in the new one.
 struct Move {
-  int at = 0, removed = 0, inserted = 0;   ///< samples
+  int at = 0, removed = 0, inserted = 0;  ///< samples
   int oldRate = 1, newRate = 1;
   int oldCount = 0, newCount = 0;
-  bool undone = false;   ///< it takes an edit back
+  bool undone = false;  ///< it takes an edit back
 
   bool Removes(int sample) const { return sample > at && sample < at + removed; }
   int operator()(int sample) const {
@@ -29,7 +29,7 @@ struct Move {
 void MoveBand(MarkerSet& set, int band, const Move& move) {
   const auto oldMarkers = set.Markers(band);
   std::vector<MarkerLabel> labels;
-  std::vector<std::int32_t> edges;   // of stretches that live on
+  std::vector<std::int32_t> edges;  // of stretches that live on
   for (MarkerLabel label : set.Labels(band)) {
     if (label.IsPoint() && move.Removes(label.start)) continue;
     const MarkerLabel old = label;
@@ -71,7 +71,8 @@ void MoveAll(std::vector<PlacedText>& items, const Move& move) {
   for (PlacedText& text : items) text.sample = move(text.sample);
 }
 
-/// Moves them, or takes them back to what they were before the edit that is undone, and remembers them for the next undo.
+/// Moves them, or takes them back to what they were before the edit that is undone, and remembers them for
+/// the next undo.
 template <typename State, typename Items>
 void MoveWithUndo(State& state, Items& items, const Move& move) {
   Items old = items;
@@ -85,7 +86,8 @@ void MoveWithUndo(State& state, Items& items, const Move& move) {
   state.afterEdit = move.undone ? Items{} : items;
 }
 
-void MoveThings(const PlacedThings& things, std::uint64_t generation, const Move& move, const SoundDocument& document) {
+void MoveThings(const PlacedThings& things, std::uint64_t generation, const Move& move,
+                const SoundDocument& document) {
   if (things.markers.generation == generation) {
     MoveWithUndo(things.markers, things.markers.set, move);
     ScrollMarkersTo(things.markers.view, things.markers.view.start, document.sampleCount);
@@ -126,7 +128,7 @@ void FollowEdit(const PlacedThings& things, const EditPlace& before, const Sound
 void FollowConversion(const PlacedThings& things, const EditPlace& before, const SoundDocument& document) {
   if (document.soundGeneration == before.generation) return;
   Move move;
-  move.undone = true;   // nothing can be undone behind it
+  move.undone = true;  // nothing can be undone behind it
   move.oldRate = std::max(1, before.sampleRate);
   move.newRate = document.sampleRate;
   move.oldCount = before.sampleCount;

@@ -14,7 +14,7 @@ namespace parlowen {
 struct EditPlace {
   std::uint64_t generation = 0;
   int sampleCount = 0, sampleRate = 0;
-  int kind = 0, position = 0, length = 0;   ///< the document's undo fields
+  int kind = 0, position = 0, length = 0;  ///< the document's undo fields
   bool operator==(const EditPlace&) const = default;
 };
 EditPlace EditPlaceOf(const SoundDocument& document);
@@ -26,8 +26,10 @@ struct PlacedThings {
   InsertedCharacters& characters;
 };
 
-/// Moves what belongs to the sound with the cut, paste or undo between `before` and now; nothing when there was none.
-/// - Things behind the place move by its length, those inside a cut go; labels whose stretch is gone go with it.
+/// Moves what belongs to the sound with the cut, paste or undo between `before` and now; nothing when there
+/// was none.
+/// - Things behind the place move by its length, those inside a cut go; labels whose stretch is gone go with
+///   it.
 /// - The undo of the last edit brings markers and annotations back, unless they were worked on in between.
 /// - A label up to the end of the sound goes on to its new end.
 void FollowEdit(const PlacedThings& things, const EditPlace& before, const SoundDocument& document);

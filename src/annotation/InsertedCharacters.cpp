@@ -16,7 +16,8 @@ void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters
     characters.generation = document.soundGeneration;
   }
   if (characters.items.size() >= kMostInsertedCharacters) return window.Notify(kFull);
-  const auto text = AskInsertedText(window, characters.items.empty() ? kMiddleTextHeight : characters.items.back().height);
+  const auto text =
+      AskInsertedText(window, characters.items.empty() ? kMiddleTextHeight : characters.items.back().height);
   if (!text) return;
   characters.next.text = text->text;
   characters.next.height = text->height;
@@ -24,8 +25,8 @@ void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters
   window.Repaint();
 }
 
-void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane, int sample,
-                     int row) {
+void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane,
+                     int sample, int row) {
   document.activity = activities::kWaveform;
   characters.items.push_back({pane, sample, row, characters.next.text, characters.next.height});
   characters.shown = true;

@@ -14,25 +14,26 @@ inline constexpr const char* kCharactersHint = "在任一窗中单击左键，�
 /// A text placed over a pane: it keeps its time and its row.
 struct PlacedText {
   Pane pane = Pane::Waveform;
-  int sample = 0;       ///< where it begins
-  int row = 0;          ///< pane row of its middle
-  std::string text;     ///< UTF-8
-  int height = 0;       ///< of the type, pixels
+  int sample = 0;    ///< where it begins
+  int row = 0;       ///< pane row of its middle
+  std::string text;  ///< UTF-8
+  int height = 0;    ///< of the type, pixels
 };
 
 /// The texts over the panes. They are for the eye alone and in no file.
 struct InsertedCharacters {
-  std::vector<PlacedText> items;    ///< at most kMostInsertedCharacters
+  std::vector<PlacedText> items;  ///< at most kMostInsertedCharacters
   bool shown = true;
-  PlacedText next;                  ///< what the next click places
-  std::uint64_t generation = 0;     ///< the sound they belong to: of another one they count as none
+  PlacedText next;               ///< what the next click places
+  std::uint64_t generation = 0;  ///< the sound they belong to: of another one they count as none
 };
 
 /// 40053: asks for a text; the next left click in a pane places it.
 void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters);
 
 /// That click, at a sample and a row; hidden texts are shown again. The tool ends.
-void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane, int sample, int row);
+void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane,
+                     int sample, int row);
 
 /// 40055 and 40054: hides or shows the texts, throws them away.
 void ToggleCharacters(Window& window, InsertedCharacters& characters);

@@ -35,7 +35,9 @@ InputForm TextForm(int height) {
 
 }  // namespace
 
-std::string StorableText(const std::string& text) { return IpaFromGbk(CutGbk(IpaToGbk(text), kAnnotationBytes)); }
+std::string StorableText(const std::string& text) {
+  return IpaFromGbk(CutGbk(IpaToGbk(text), kAnnotationBytes));
+}
 
 std::optional<InsertedText> AskInsertedText(Window& window, int height) {
   InputForm form = TextForm(height);

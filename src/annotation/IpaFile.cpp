@@ -15,7 +15,9 @@ constexpr std::string_view kAnnotationTag("IPA\0", 4), kPitchTag("PCH\0", 4);
 constexpr std::size_t kTagBytes = 4, kTextBytes = kAnnotationBytes + 1, kPeriodBytes = 4;
 constexpr std::size_t kRecordBytes = kTagBytes + kTextBytes + 4;
 
-std::string_view AsText(ByteSpan bytes) { return {reinterpret_cast<const char*>(bytes.data()), bytes.size()}; }
+std::string_view AsText(ByteSpan bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 void PutText(ByteWriter& out, const std::string& text) {
   std::string bytes = IpaToGbk(text);
@@ -42,7 +44,7 @@ void TakeAnnotation(ByteReader& reader, IpaRecords& records) {
 void TakePeriods(ByteReader& reader, IpaRecords& records) {
   const int count = reader.TakeInt16LE();
   if (reader.failed() || count < 0 || static_cast<std::size_t>(count) > reader.Remaining() / kPeriodBytes) {
-    reader.Skip(reader.Remaining());   // a block that is cut off counts as none, and nothing can follow it
+    reader.Skip(reader.Remaining());  // a block that is cut off counts as none, and nothing can follow it
     return;
   }
   const int kept = std::min(count, kContourFrames);
@@ -70,10 +72,12 @@ IpaRecords ReadIpaRecords(ByteSpan behindSamples) {
   return records;
 }
 
-std::vector<std::uint8_t> IpaBytesOf(const SoundDocument& document, std::span<const Annotation> annotations, bool withPitch) {
+std::vector<std::uint8_t> IpaBytesOf(const SoundDocument& document, std::span<const Annotation> annotations,
+                                     bool withPitch) {
   const auto count = static_cast<std::size_t>(document.sampleCount);
   ByteWriter out;
-  out.Reserve(kWavHeaderBytes + count * 2 + annotations.size() * kRecordBytes + 6 + kPeriodBytes * kContourFrames);
+  out.Reserve(kWavHeaderBytes + count * 2 + annotations.size() * kRecordBytes + 6 +
+              kPeriodBytes * kContourFrames);
   WriteWavHeader(out, document.sampleRate, 1, document.sampleCount);
   out.PutInt16sLE({document.samples.data(), count});
   for (const Annotation& annotation : annotations) {

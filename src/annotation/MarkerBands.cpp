@@ -23,10 +23,14 @@ int BandBottom(int band) { return (band + 1) * kBandHeight; }
 class Columns {
  public:
   Columns(const MarkerView& view, const MarkerScale& scale)
-      : scale_(scale), length_(MarkerViewLength(view, scale.sampleCount)), last_(kPaneMargin + view.columns) {}
+      : scale_(scale),
+        length_(MarkerViewLength(view, scale.sampleCount)),
+        last_(kPaneMargin + view.columns) {}
   int Last() const { return last_; }
   int Of(std::int32_t position) const { return scale_.Column(position); }
-  bool Shows(std::int32_t position) const { return position >= scale_.start && position <= scale_.start + length_; }
+  bool Shows(std::int32_t position) const {
+    return position >= scale_.start && position <= scale_.start + length_;
+  }
   /// The part of a stretch that is seen, as columns; empty when none is.
   std::pair<int, int> Part(std::int32_t from, std::int32_t to) const {
     if (to < scale_.start || from > scale_.start + length_) return {0, -1};
@@ -38,18 +42,19 @@ class Columns {
   int length_, last_;
 };
 
-void AddWaveform(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid, const MarkerScale& scale,
-                 const MarkerView& view, const MarkerLayout& layout) {
+void AddWaveform(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid,
+                 const MarkerScale& scale, const MarkerView& view, const MarkerLayout& layout) {
   const int middle = layout.waveTop + layout.waveHeight / 2, reach = layout.waveHeight / 2 - 1;
   const MinMax all = pyramid.Extremes(document.Samples(), 0, document.sampleCount);
   const int peak = std::max<int>(all.max, -static_cast<int>(all.min));
-  int range = 32768;   // the smallest of 32768, 16384 … 256 that holds the sound
+  int range = 32768;  // the smallest of 32768, 16384 … 256 that holds the sound
   while (range > 256 && peak <= range / 2) range /= 2;
   PolylineMark wave{{}, kWave};
   for (int c = 0; c < view.columns; ++c) {
     const int start = scale.SampleAt(kPaneMargin + c);
     if (start >= document.sampleCount) break;
-    const MinMax seen = pyramid.Extremes(document.Samples(), start, std::max(start + 1, scale.SampleAt(kPaneMargin + c + 1)));
+    const MinMax seen =
+        pyramid.Extremes(document.Samples(), start, std::max(start + 1, scale.SampleAt(kPaneMargin + c + 1)));
     // Up and down in turn, so that neighbouring columns join.
     const int first = c % 2 == 0 ? seen.max : seen.min, second = c % 2 == 0 ? seen.min : seen.max;
     wave.points.push_back({kPaneMargin + c, middle - first * reach / range});
@@ -59,7 +64,8 @@ void AddWaveform(Picture& picture, const SoundDocument& document, const WavePyra
   if (wave.points.size() > 1) picture.Add(std::move(wave));
 }
 
-void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale& scale, const MarkerView& view, int top) {
+void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale& scale,
+             const MarkerView& view, int top) {
   constexpr int kPixelsPerLabel = 70;
   const int last = kPaneMargin + view.columns - 1;
   picture.Add(LineMark{{kPaneMargin, top}, {last, top}, colours::kText});
@@ -75,7 +81,9 @@ void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale&
     const int x = kPaneMargin + TruncateToInt32((time - start) / secondsPerColumn + 0.5);
     if (x > last) break;
     picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
-    const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left : x > last - 20 ? Anchor::Right : Anchor::Middle;
+    const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left
+                          : x > last - 20      ? Anchor::Right
+                                               : Anchor::Middle;
     const std::string label = Format("%.*f", decimals, time) + (i == 0 ? " s" : "");
     picture.Add(TextMark{x, top + 15, label, colours::kText, 10, anchor, Face::Figures});
   }
@@ -84,12 +92,13 @@ void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale&
 /// The texts of a band, in rows of which none covers another.
 class LabelRows {
  public:
-  /// The baseline, counted from the top of the band, of the first of these rows that is free there; the first of all
-  /// where the band is crowded.
+  /// The baseline, counted from the top of the band, of the first of these rows that is free there; the first
+  /// of all where the band is crowded.
   int Take(int left, int width, const int (&baselines)[kTextRows]) {
     const auto free = [&](int baseline) {
       return std::none_of(taken_.begin(), taken_.end(), [&](const Place& place) {
-        return place.left < left + width && left < place.right && std::abs(place.baseline - baseline) < kTextHeight;
+        return place.left < left + width && left < place.right &&
+               std::abs(place.baseline - baseline) < kTextHeight;
       });
     };
     const int* row = std::find_if(std::begin(baselines), std::end(baselines), free);
@@ -105,7 +114,8 @@ class LabelRows {
   std::vector<Place> taken_;
 };
 
-void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Columns& columns, int top, Colour colour) {
+void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Columns& columns, int top,
+               Colour colour) {
   // Point labels fill the band from above, segment labels from below.
   constexpr int kPointRows[] = {12, 24, 36}, kSegmentRows[] = {33, 21, 9};
   constexpr int kLine = kBandHeight - 4;
@@ -117,8 +127,8 @@ void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Colu
       const int x = columns.Of(label.start);
       const bool atEdge = x + 3 + width > columns.Last();
       const int left = atEdge ? x - 3 - width : x + 3;
-      picture.Add(TextMark{atEdge ? x - 3 : x + 3, top + rows.Take(left, width, kPointRows), label.text, colour, kTextHeight,
-                           atEdge ? Anchor::Right : Anchor::Left, Face::Ipa});
+      picture.Add(TextMark{atEdge ? x - 3 : x + 3, top + rows.Take(left, width, kPointRows), label.text,
+                           colour, kTextHeight, atEdge ? Anchor::Right : Anchor::Left, Face::Ipa});
       continue;
     }
     const auto [from, to] = columns.Part(label.start, label.end);
@@ -127,8 +137,8 @@ void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Colu
     const int least = kPaneMargin + width / 2, most = columns.Last() - width / 2;
     const int middle = least > most ? (from + to) / 2 : std::clamp((from + to) / 2, least, most);
     picture.Add(LineMark{{from, top + kLine}, {to, top + kLine}, kStretchLine, 1, LineStyle::Dashed});
-    picture.Add(TextMark{middle, top + rows.Take(middle - width / 2, width, kSegmentRows), label.text, colours::kBlack,
-                         kTextHeight, Anchor::Middle, Face::Ipa});
+    picture.Add(TextMark{middle, top + rows.Take(middle - width / 2, width, kSegmentRows), label.text,
+                         colours::kBlack, kTextHeight, Anchor::Middle, Face::Ipa});
   }
 }
 
@@ -137,8 +147,8 @@ void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, con
   const int top = layout.bandsTop + BandTop(band), bottom = layout.bandsTop + BandBottom(band);
   const Colour colour = kBandColours[band];
   picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
-  picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13, Anchor::Middle,
-                       Face::Figures});
+  picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13,
+                       Anchor::Middle, Face::Figures});
   for (const std::int32_t position : set.Markers(band)) {
     if (!columns.Shows(position)) continue;
     const int x = columns.Of(position);
@@ -170,13 +180,15 @@ Picture MarkersPicture(const SoundDocument& document, const WavePyramid& pyramid
   const MarkerScale scale(view, document.sampleCount);
   const Columns columns(view, scale);
   picture.Add(TextMark{kPaneMargin, 15, "操作说明:", colours::kText, 13});
-  if (!view.instruction.empty()) picture.Add(TextMark{kPaneMargin + kHeadingWidth, 15, view.instruction, colours::kText, 13});
+  if (!view.instruction.empty())
+    picture.Add(TextMark{kPaneMargin + kHeadingWidth, 15, view.instruction, colours::kText, 13});
   AddWaveform(picture, document, pyramid, scale, view, layout);
   AddAxis(picture, document, scale, view, layout.axisTop);
   picture.Add(TextMark{kPaneMargin, layout.headingTop + 14, kBandsHeading, colours::kText, 12});
   picture.Add(BoxMark{kPaneMargin, layout.bandsTop, view.columns, kMarkerAreaHeight, kBandFill});
   picture.Add(LineMark{{0, layout.bandsTop}, {columns.Last(), layout.bandsTop}, colours::kGrid});
-  for (int band = 0; band < kMarkerBands; ++band) AddBand(picture, set, band, band == view.band, columns, layout);
+  for (int band = 0; band < kMarkerBands; ++band)
+    AddBand(picture, set, band, band == view.band, columns, layout);
   return picture;
 }
 

@@ -14,7 +14,7 @@ constexpr const char* kStretchLabelled = "段中有标注，不能加！";
 constexpr const char* kMarkerLabelled = "有相关的标注文字，不能删！请先删标注文字！";
 
 constexpr int kLeftColumn = 20, kBandHeight = 40;
-constexpr int kMarkerReach = 2, kLabelReach = 3;   // columns
+constexpr int kMarkerReach = 2, kLabelReach = 3;  // columns
 constexpr int kLargestZoom = 1 << 20;
 
 std::span<std::int32_t> MarkersOf(MarkerSet& set, int band) {
@@ -38,7 +38,7 @@ MarkerScale::MarkerScale(const MarkerView& view, std::int32_t count)
 
 int MarkerScale::Column(std::int32_t position) const {
   if (samplesPerPixel <= 0) return kLeftColumn;
-  constexpr double kFar = 1e9;   // columns; no window is as wide
+  constexpr double kFar = 1e9;  // columns; no window is as wide
   const double offset = (double(position) - start) / samplesPerPixel;
   return TruncateToInt32(std::clamp(offset, -kFar, kFar)) + kLeftColumn;
 }
@@ -72,7 +72,8 @@ MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const Marke
   if (found == markers.end()) return {};
   for (const MarkerLabel& label : set.Labels(at.band))
     if (label.start == *found || label.end == *found) return {false, kMarkerLabelled};
-  CloseUp(markers, static_cast<std::size_t>(found - markers.begin()), set.markerCount[static_cast<std::size_t>(at.band)]);
+  CloseUp(markers, static_cast<std::size_t>(found - markers.begin()),
+          set.markerCount[static_cast<std::size_t>(at.band)]);
   return {true, nullptr};
 }
 
@@ -111,7 +112,8 @@ bool AppendLabel(MarkerSet& set, int band, MarkerLabel label) {
 
 MarkerOutcome DeleteLabel(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
   const auto b = static_cast<std::size_t>(at.band);
-  const auto labels = std::span(set.labels).subspan(b * kLabelsPerBand, static_cast<std::size_t>(set.labelCount[b]));
+  const auto labels =
+      std::span(set.labels).subspan(b * kLabelsPerBand, static_cast<std::size_t>(set.labelCount[b]));
   if (labels.empty()) return {false, kNoLabel};
   int nearest = kLabelReach;
   auto found = labels.end();
@@ -141,7 +143,9 @@ bool SortMarkers(MarkerSet& set) {
   return moved;
 }
 
-std::int32_t MarkerViewLength(const MarkerView& view, std::int32_t sampleCount) { return sampleCount / view.zoom; }
+std::int32_t MarkerViewLength(const MarkerView& view, std::int32_t sampleCount) {
+  return sampleCount / view.zoom;
+}
 
 void ScrollMarkersTo(MarkerView& view, std::int64_t start, std::int32_t sampleCount) {
   const std::int64_t last = sampleCount - MarkerViewLength(view, sampleCount);
@@ -149,7 +153,8 @@ void ScrollMarkersTo(MarkerView& view, std::int64_t start, std::int32_t sampleCo
 }
 
 bool ExpandMarkerView(MarkerView& view, std::int32_t sampleCount, int sampleRate) {
-  if (MarkerScale(view, sampleCount).samplesPerPixel < sampleRate / 300 || view.zoom >= kLargestZoom) return false;
+  if (MarkerScale(view, sampleCount).samplesPerPixel < sampleRate / 300 || view.zoom >= kLargestZoom)
+    return false;
   view.zoom *= 2;
   view.start = 0;
   return true;

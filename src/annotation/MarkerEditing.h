@@ -11,14 +11,14 @@ inline constexpr const char* kNoLabel = "没有标注文字！不能删";
 
 /// Samples and columns of the marker window. The waveform begins at column 20.
 struct MarkerScale {
-  std::int32_t start = 0;         ///< sample at column 20
-  std::int32_t sampleCount = 0;   ///< of the sound
-  double samplesPerPixel = 0;     ///< sampleCount / columns / d
+  std::int32_t start = 0;        ///< sample at column 20
+  std::int32_t sampleCount = 0;  ///< of the sound
+  double samplesPerPixel = 0;    ///< sampleCount / columns / d
 
   MarkerScale(const MarkerView& view, std::int32_t count);
 
-  /// trunc((position − start) / samplesPerPixel) + 20. Truncated, not rounded down: positions less than a column left
-  /// of the start stand at column 20.
+  /// trunc((position − start) / samplesPerPixel) + 20. Truncated, not rounded down: positions less than a
+  /// column left of the start stand at column 20.
   int Column(std::int32_t position) const;
   /// trunc(start + (column − 20)·samplesPerPixel) in 0..sampleCount; columns left of 20 count as 20.
   std::int32_t SampleAt(int column) const;
@@ -26,12 +26,13 @@ struct MarkerScale {
 
 /// A place in the bands: where the pointer is and the sample that it means.
 struct MarkerPoint {
-  int band = 0;     ///< 0..3
+  int band = 0;  ///< 0..3
   int column = 0;
   std::int32_t sample = 0;
 };
 
-/// The band of a row below the top of the band area: up to 40 band 0, up to 80 band 1, up to 120 band 2, then band 3.
+/// The band of a row below the top of the band area: up to 40 band 0, up to 80 band 1, up to 120 band 2, then
+/// band 3.
 int BandOfRow(int row);
 
 /// What came of an action: the set is changed, or a refusal is to be shown, or neither.
@@ -40,11 +41,12 @@ struct MarkerOutcome {
   const char* refusal = nullptr;
 };
 
-/// Adds a marker at the point's sample and sorts the band. Refused at 20 markers, when one is drawn less than 2 columns
-/// away, and strictly inside a stretch with a label.
+/// Adds a marker at the point's sample and sorts the band. Refused at 20 markers, when one is drawn less than
+/// 2 columns away, and strictly inside a stretch with a label.
 MarkerOutcome AddMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
 
-/// Removes the first marker drawn less than 2 columns away; refused while a label of the band starts or ends there.
+/// Removes the first marker drawn less than 2 columns away; refused while a label of the band starts or ends
+/// there.
 MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
 
 /// The marker at or left of the sample, or 0, and the one right of it, or the sample count.
@@ -53,10 +55,10 @@ struct MarkerStretch {
 };
 MarkerStretch StretchAt(const MarkerSet& set, const MarkerPoint& at, std::int32_t sampleCount);
 
-/// Where a label added at the point would belong: to the nearest marker less than 3 columns away, else to the stretch
-/// between two. Refused at 20 labels and in a band without markers.
+/// Where a label added at the point would belong: to the nearest marker less than 3 columns away, else to the
+/// stretch between two. Refused at 20 labels and in a band without markers.
 struct LabelPlace {
-  MarkerStretch stretch;   ///< start = end: a marker
+  MarkerStretch stretch;  ///< start = end: a marker
   const char* refusal = nullptr;
 };
 LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
@@ -64,8 +66,8 @@ LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const Ma
 /// Adds the label as the band's last. False when the band holds 20.
 bool AppendLabel(MarkerSet& set, int band, MarkerLabel label);
 
-/// Removes the nearest point label less than 3 columns away, else the label of the stretch around the point, and closes
-/// up. Of several on one place the first goes.
+/// Removes the nearest point label less than 3 columns away, else the label of the stretch around the point,
+/// and closes up. Of several on one place the first goes.
 MarkerOutcome DeleteLabel(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
 
 /// Sorts every band's markers ascending; true when one moved.
@@ -75,8 +77,8 @@ bool SortMarkers(MarkerSet& set);
 void ScrollMarkersTo(MarkerView& view, std::int64_t start, std::int32_t sampleCount);
 /// Samples under all columns: sampleCount / d.
 std::int32_t MarkerViewLength(const MarkerView& view, std::int32_t sampleCount);
-/// Doubles d while a column has at least sampleRate/300 (an integer) samples, halves it while it is at least 2; the view
-/// starts at 0 again. False at the limit.
+/// Doubles d while a column has at least sampleRate/300 (an integer) samples, halves it while it is at least
+/// 2; the view starts at 0 again. False at the limit.
 bool ExpandMarkerView(MarkerView& view, std::int32_t sampleCount, int sampleRate);
 bool ShrinkMarkerView(MarkerView& view);
 

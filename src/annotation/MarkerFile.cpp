@@ -43,14 +43,16 @@ MarkerLabel TakeLabel(ByteReader& in) {
 
 }  // namespace
 
-std::string MarkerPathOf(const std::string& soundPath) { return soundPath.substr(0, soundPath.find('.')) + ".lbl"; }
+std::string MarkerPathOf(const std::string& soundPath) {
+  return soundPath.substr(0, soundPath.find('.')) + ".lbl";
+}
 
 std::vector<std::uint8_t> MarkerBytesOf(const MarkerSet& set) {
   ByteWriter out;
   out.Reserve(kMarkerFileBytes);
   out.PutInt16sLE(set.markerCount);
   out.PutInt16sLE(set.labelCount);
-  MarkerSet used;   // unused entries stay 0 whatever lies in memory
+  MarkerSet used;  // unused entries stay 0 whatever lies in memory
   for (int band = 0; band < kMarkerBands; ++band) {
     const auto markers = set.Markers(band);
     const auto labels = set.Labels(band);

@@ -22,7 +22,7 @@ constexpr int kSave = 1, kExpand = 1048, kShrink = 1049, kFirstTool = 1050;
 struct ToolTexts {
   const char* button;
   const char* instruction;
-  const char* refusal;   ///< when there is no marker (no label) yet
+  const char* refusal;  ///< when there is no marker (no label) yet
 };
 /// In the order of MarkerTool, from AddMarker on.
 constexpr ToolTexts kTools[] = {
@@ -77,10 +77,11 @@ std::string ReadMarkers(const SoundDocument& document, MarkerState& state) {
 
 void Open(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play) {
   window.OpenToolWindow(std::make_unique<MarkerWindow>(document, state, play));
-  state.windowOpen = true;   // one that was open before has closed
+  state.windowOpen = true;  // one that was open before has closed
 }
 
-/// The text of a new label; "" when there is to be none. Characters that cannot be stored keep the dialog open.
+/// The text of a new label; "" when there is to be none. Characters that cannot be stored keep the dialog
+/// open.
 std::string AskLabelText(Window& window) {
   InputForm form = OneFieldForm(kLabelTitle, kLabelPrompt, "", FieldKind::Text);
   form.fields[0].maxGbkBytes = kMarkerLabelBytes;
@@ -96,7 +97,8 @@ std::string AskLabelText(Window& window) {
 
 }  // namespace
 
-void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play) {
+void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState& state,
+                      const PlayStretch& play) {
   const std::string notice = ReadMarkers(document, state);
   Open(window, document, state, play);
   if (!notice.empty()) window.ShowStatus(notice);
@@ -132,7 +134,8 @@ std::vector<ToolControl> MarkerWindow::Controls() const {
                                        {kExpand, "波形扩展", true, false, kZoomInstruction},
                                        {kShrink, "波形收缩", true, false, kZoomInstruction}};
   for (int i = 0; i < std::ssize(kTools); ++i)
-    controls.push_back({kFirstTool + i, kTools[i].button, true, i == IndexOf(state_.view.tool), kTools[i].instruction});
+    controls.push_back(
+        {kFirstTool + i, kTools[i].button, true, i == IndexOf(state_.view.tool), kTools[i].instruction});
   return controls;
 }
 
@@ -256,13 +259,15 @@ void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
   const LabelPlace place = PlaceOfLabel(state_.set, Scale(), at);
   if (place.refusal != nullptr) return window.Notify(place.refusal);
   const std::string text = AskLabelText(window);
-  if (!text.empty()) Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
+  if (!text.empty())
+    Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
 }
 
 void MarkerWindow::SaveFile(Window& window) {
   if (!state_.set.HasMarkers()) return window.Notify(kNothingToSave);
   // The caption of a sound that is a WAV file ends in its name.
-  if (!HasEnding(window.Caption(), ".wav") || document_.filePath.empty()) return window.Notify(kSaveSoundFirst);
+  if (!HasEnding(window.Caption(), ".wav") || document_.filePath.empty())
+    return window.Notify(kSaveSoundFirst);
   const std::string path = MarkerPathOf(document_.filePath);
   if (ReplaceFile(path, MarkerBytesOf(state_.set)) < 0) return window.Notify(kCannotCreate, Icon::Error);
   state_.changed = false;
@@ -284,7 +289,8 @@ void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
 void MarkerWindow::AskPlace(Window& window) {
   if (state_.view.tool == MarkerTool::None) return window.ShowStatus(kChooseToolFirst);
   InputForm form{kPlaceTitle, {}};
-  form.fields.push_back({kFirstField, FieldKind::Number, "标志带（1--4）", Format("%d", state_.view.band + 1)});
+  form.fields.push_back(
+      {kFirstField, FieldKind::Number, "标志带（1--4）", Format("%d", state_.view.band + 1)});
   form.fields.push_back({kSecondField, FieldKind::Number, "时间（秒）", ""});
   while (window.AskInput(form)) {
     const int band = form.CountOf(kFirstField) - 1;
@@ -298,7 +304,8 @@ void MarkerWindow::AskPlace(Window& window) {
     }
     const auto position = static_cast<std::int32_t>(sample);
     const int length = MarkerViewLength(state_.view, document_.sampleCount);
-    if (position < state_.view.start || position > state_.view.start + length) MoveTo(std::int64_t{position} - length / 2);
+    if (position < state_.view.start || position > state_.view.start + length)
+      MoveTo(std::int64_t{position} - length / 2);
     return Act(window, {band, Scale().Column(position), position});
   }
 }
@@ -313,19 +320,23 @@ std::string MarkerWindow::Hover(Point at) const {
   const double rate = document_.sampleRate;
   line += Format("  段 %.3f--%.3f s", around.start / rate, around.end / rate);
   for (const MarkerLabel& label : state_.set.Labels(point.band))
-    if (!label.IsPoint() && label.start <= point.sample && point.sample < label.end) line += "  " + label.text;
+    if (!label.IsPoint() && label.start <= point.sample && point.sample < label.end)
+      line += "  " + label.text;
   return line;
 }
 
 std::string MarkerWindow::Text() const {
   if (document_.sampleRate <= 0) return {};
-  const auto seconds = [&](std::int32_t position) { return Format("%.6f", position / double(document_.sampleRate)); };
+  const auto seconds = [&](std::int32_t position) {
+    return Format("%.6f", position / double(document_.sampleRate));
+  };
   std::string text;
   for (int band = 0; band < kMarkerBands; ++band) {
     for (const std::int32_t position : state_.set.Markers(band))
       text += Format("%d\t标志\t", band + 1) + seconds(position) + "\n";
     for (const MarkerLabel& label : state_.set.Labels(band))
-      text += Format("%d\t标注\t", band + 1) + seconds(label.start) + "\t" + seconds(label.end) + "\t" + label.text + "\n";
+      text += Format("%d\t标注\t", band + 1) + seconds(label.start) + "\t" + seconds(label.end) + "\t" +
+              label.text + "\n";
   }
   return text;
 }

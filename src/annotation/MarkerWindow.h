@@ -14,23 +14,25 @@ namespace parlowen {
 /// Plays samples start .. end − 1 of the document.
 using PlayStretch = std::function<void(Window& window, int start, int end)>;
 
-/// 40105: empties the set, reads the marker file beside the sound and opens the marker window. A missing file is no
-/// error; a damaged one counts as missing, with a status line.
-void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play);
+/// 40105: empties the set, reads the marker file beside the sound and opens the marker window. A missing file
+/// is no error; a damaged one counts as missing, with a status line.
+void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState& state,
+                      const PlayStretch& play);
 
-/// Shows the set as it is now, as one that has changed: opens the window, or repaints an open one. Reads no file.
+/// Shows the set as it is now, as one that has changed: opens the window, or repaints an open one. Reads no
+/// file.
 void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play);
 
 /// Reads the marker file beside the sound without a word, unless the set is this sound's already.
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state);
 
-/// To be called when another sound is there: drops the set of the old one. An open window goes on with the markers of
-/// the new sound, so that saving does not overwrite a file nobody has seen.
+/// To be called when another sound is there: drops the set of the old one. An open window goes on with the
+/// markers of the new sound, so that saving does not overwrite a file nobody has seen.
 void DropOldMarkers(Window& window, const SoundDocument& document, MarkerState& state);
 
-/// Markers in four bands under the waveform, with labels; see the instruction of each tool. Keys: S and X shrink and
-/// expand, the arrows move by 2 s, the page keys by a window, Home and End; 1..6 choose the tools, Up and Down the band,
-/// P names a place in figures instead of a click, Escape puts the tool away.
+/// Markers in four bands under the waveform, with labels; see the instruction of each tool. Keys: S and X
+/// shrink and expand, the arrows move by 2 s, the page keys by a window, Home and End; 1..6 choose the tools,
+/// Up and Down the band, P names a place in figures instead of a click, Escape puts the tool away.
 class MarkerWindow : public ToolWindow {
  public:
   MarkerWindow(const SoundDocument& document, MarkerState& state, const PlayStretch& play);

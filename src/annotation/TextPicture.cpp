@@ -8,7 +8,7 @@ namespace parlowen {
 namespace {
 
 constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060;
-constexpr int kGap = 3;        // pixels between a line and its text, and between texts
+constexpr int kGap = 3;  // pixels between a line and its text, and between texts
 constexpr int kMostRows = 6;
 
 /// Rows of the pane that a text takes, its accents included.
@@ -22,8 +22,8 @@ void AddText(Picture& picture, int x, int middle, const std::string& text, int h
 
 }  // namespace
 
-/// Hanzi are as wide as they are high, letters two thirds of that, raised and tone letters one third, combining marks
-/// stand on the letter before.
+/// Hanzi are as wide as they are high, letters two thirds of that, raised and tone letters one third,
+/// combining marks stand on the letter before.
 int TextWidth(const std::string& text, int height) {
   const auto thirdsOf = [](char32_t character) {
     if (character >= 0x2E80) return 3;
@@ -51,7 +51,7 @@ void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, i
     picture.Add(LineMark{{place.x, 0}, {place.x, picture.height - 1}, kAnnotation, 1, LineStyle::Dashed});
   int rowHeight = 0;
   for (const Place& place : places) rowHeight = std::max(rowHeight, RoomFor(place.annotation->height));
-  std::vector<int> rowEnds;   // where the last text of each row ends
+  std::vector<int> rowEnds;  // where the last text of each row ends
   for (const Place& place : places) {
     const int height = place.annotation->height, x = place.x + kGap;
     auto row = std::find_if(rowEnds.begin(), rowEnds.end(), [&](int end) { return end <= place.x; });

@@ -42,8 +42,10 @@ int MeanMagnitude(std::span<const std::int16_t> half) {
 BlockLevels ConditionBlock(std::span<std::int16_t> block, int channels, float gain) {
   BlockLevels levels;
   levels.clipped = Amplify(block, static_cast<double>(gain));
-  for (const std::int16_t sample : block) levels.peak = std::max(levels.peak, std::abs(static_cast<int>(sample)));
-  const std::span<std::int16_t> halves[] = {block.first(block.size() / 2), block.last(block.size() - block.size() / 2)};
+  for (const std::int16_t sample : block)
+    levels.peak = std::max(levels.peak, std::abs(static_cast<int>(sample)));
+  const std::span<std::int16_t> halves[] = {block.first(block.size() / 2),
+                                            block.last(block.size() - block.size() / 2)};
   for (const auto half : halves)
     for (int channel = 0; channel < channels; ++channel) RemoveOffset(half, channel, channels);
   levels.first = MeanMagnitude(halves[0]);

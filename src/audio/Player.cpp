@@ -17,7 +17,7 @@ constexpr const char* kCloseFailed = " Error closing wave output device";
 constexpr const char* kPlaying = "T 键停止放音";
 constexpr const char* kEnded = "放音结束";
 constexpr int kStopCommand = 40025;
-constexpr int kLongestError = 99;   // characters of a device's own text that are shown
+constexpr int kLongestError = 99;  // characters of a device's own text that are shown
 
 std::string FirstCharacters(const std::string& text, int count) {
   std::size_t at = 0;
@@ -68,7 +68,9 @@ int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t*
 }
 
 bool Player::Begin(std::span<const std::int16_t> stretch) {
-  const char* failure = !output_->Prepare(stretch) ? kPrepareFailed : !output_->Write() ? kWriteFailed : nullptr;
+  const char* failure = !output_->Prepare(stretch) ? kPrepareFailed
+                        : !output_->Write()        ? kWriteFailed
+                                                   : nullptr;
   if (failure == nullptr) return true;
   output_->Close();
   window_.Notify(failure);
@@ -83,7 +85,9 @@ bool Player::MakeReversed(const std::int16_t* base) {
   return true;
 }
 
-int Player::playbackPosition() const { return closed_ ? 0 : std::clamp(output_->Position(), 0, end_ - start_); }
+int Player::playbackPosition() const {
+  return closed_ ? 0 : std::clamp(output_->Position(), 0, end_ - start_);
+}
 
 void Player::stopPlayback() {
   if (closed_) return;

@@ -12,8 +12,8 @@ namespace parlowen {
 
 enum class PlayMode { Forward = 1, Reverse = 2 };
 
-/// Plays one stretch of samples at a time at the document's rate. It shows the status lines of a play and keeps 40025
-/// enabled while one runs; the document's samples are never changed.
+/// Plays one stretch of samples at a time at the document's rate. It shows the status lines of a play and
+/// keeps 40025 enabled while one runs; the document's samples are never changed.
 class Player {
  public:
   /// `output` may be null: then every start says that there is no device.
@@ -22,9 +22,9 @@ class Player {
   Player(const Player&) = delete;
   Player& operator=(const Player&) = delete;
 
-  /// Plays base[start] .. base[end − 1]; a running play is stopped first. In reverse the stretch begins with base[end],
-  /// which must exist, and ends with base[start + 1]. 0, or −1 after a failure, which is shown; a stretch without a
-  /// sample is −1 and shows nothing. The samples stay where they are until the play ends.
+  /// Plays base[start] .. base[end − 1]; a running play is stopped first. In reverse the stretch begins with
+  /// base[end], which must exist, and ends with base[start + 1]. 0, or −1 after a failure, which is shown; a
+  /// stretch without a sample is −1 and shows nothing. The samples stay where they are until the play ends.
   int startPlayback(int start, int end, PlayMode mode, const std::int16_t* base);
 
   /// Samples played so far.

@@ -26,7 +26,7 @@ constexpr const char* kTooQuiet = "录音增益太低，必须手工调高！";
 constexpr const char* kTooLoud = "录音增益太高，必须手工调低！";
 constexpr const char* kTestResult = "Gain, Thr=%.2f, %d";
 constexpr int kGainTestEnded = 200;
-constexpr int kQuietestRoom = 2, kLoudestRoom = 400;   // mean block level
+constexpr int kQuietestRoom = 2, kLoudestRoom = 400;  // mean block level
 constexpr double kUsualRoom = 60.0;
 
 /// About 1.1 s of blocks.
@@ -69,7 +69,8 @@ int Recorder::runGainTest(const std::string& file) {
 }
 
 int Recorder::Start(int channels) {
-  const bool usable = std::find(kRecordingRates.begin(), kRecordingRates.end(), document_.sampleRate) != kRecordingRates.end();
+  const bool usable = std::find(kRecordingRates.begin(), kRecordingRates.end(), document_.sampleRate) !=
+                      kRecordingRates.end();
   sampleRate_ = usable ? document_.sampleRate : kUsualRecordingRate;
   channels_ = channels;
   ringIndex_ = silentBlocks_ = recorded_ = blockCount_ = 0;
@@ -229,7 +230,8 @@ void Recorder::FinishGainTest() {
   if (level > kLoudestRoom) return window_.Notify(kTooLoud);
   settings_.AdaptToRoom(std::sqrt(level / kUsualRoom));
   WriteSettingsFile(window_, settings_, gainFile_);
-  window_.ShowStatus(Format(kTestResult, static_cast<double>(settings_.recordGain), settings_.voiceThreshold));
+  window_.ShowStatus(
+      Format(kTestResult, static_cast<double>(settings_.recordGain), settings_.voiceThreshold));
 }
 
 /// Nothing more will come: what was recorded is kept.

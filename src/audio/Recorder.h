@@ -19,38 +19,39 @@ enum class RecordingStop { AfterSilence, ByHand };
 
 /// Records into the document, block by block, or listens to the room for the gain test.
 ///
-/// Stopped → (start) running, waiting for voice → (two voiced blocks one after the other) keeping → (silence, a stop by
-/// hand, full document) stop requested → (the next block, which is dropped) stopped. The block before the two voiced
-/// ones is kept as a lead-in. The document is left alone until sound is kept. While the recorder runs, every command but
-/// 274 is greyed.
+/// Stopped → (start) running, waiting for voice → (two voiced blocks one after the other) keeping → (silence,
+/// a stop by hand, full document) stop requested → (the next block, which is dropped) stopped. The block
+/// before the two voiced ones is kept as a lead-in. The document is left alone until sound is kept. While the
+/// recorder runs, every command but 274 is greyed.
 class Recorder {
  public:
   /// `input` may be null: a machine without a microphone.
-  Recorder(SoundInput* input, Window& window, SoundDocument& document, CommandStates& states, RecorderSettings& settings);
+  Recorder(SoundInput* input, Window& window, SoundDocument& document, CommandStates& states,
+           RecorderSettings& settings);
   ~Recorder();
   Recorder(const Recorder&) = delete;
   Recorder& operator=(const Recorder&) = delete;
 
-  /// Begins to record 1 or 2 channels at the document's rate, or at 11025 Hz where that cannot be recorded. 0, or −1 after
-  /// a failure, which is shown.
+  /// Begins to record 1 or 2 channels at the document's rate, or at 11025 Hz where that cannot be recorded.
+  /// 0, or −1 after a failure, which is shown.
   int startRecording(RecordingStop stop, int channels = 1);
 
   /// Begins four seconds of listening, after which gain and threshold are set and kept in `file`.
   int runGainTest(const std::string& file);
 
-  /// The device filled a block. The number of recorded samples when that ended a recording, 200 when it ended a gain
-  /// test, else 0.
+  /// The device filled a block. The number of recorded samples when that ended a recording, 200 when it ended
+  /// a gain test, else 0.
   int onBlockFilled(std::span<std::int16_t> block);
 
   /// The next block ends the recording or the gain test.
   void stopRecording();
 
   bool running() const { return state_ != State::Stopped; }
-  bool keeping() const { return started_; }                     ///< voice was found
-  bool listensOnly() const { return gainTest_.has_value(); }    ///< a gain test
-  int recorded() const { return recorded_; }                    ///< samples a channel
-  int blocks() const { return blockCount_; }                    ///< heard since the start
-  const BlockLevels& Levels() const { return levels_; }         ///< of the last of them
+  bool keeping() const { return started_; }                   ///< voice was found
+  bool listensOnly() const { return gainTest_.has_value(); }  ///< a gain test
+  int recorded() const { return recorded_; }                  ///< samples a channel
+  int blocks() const { return blockCount_; }                  ///< heard since the start
+  const BlockLevels& Levels() const { return levels_; }       ///< of the last of them
 
   /// Called after every block and at start and end.
   std::function<void()> changed;
@@ -94,7 +95,7 @@ class Recorder {
   int recorded_ = 0;
   int blockCount_ = 0;
   BlockLevels levels_;
-  std::optional<GainTest> gainTest_;   ///< only while one runs
+  std::optional<GainTest> gainTest_;  ///< only while one runs
   std::string gainFile_;
 };
 

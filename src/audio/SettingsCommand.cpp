@@ -52,7 +52,7 @@ InputForm MakeForm(int sampleRate, const RecorderSettings& settings) {
 void TakeRate(Window& window, SoundDocument& document, CommandStates& states, int rate) {
   document.sampleRate = rate;
   document.resetPitch();
-  document.SamplesChanged();   // whatever was derived from them holds for the old rate
+  document.SamplesChanged();  // whatever was derived from them holds for the old rate
   document.setView(states);
   states.onRateChanged(rate);
   states.onSelectionChanged(document.SelectionFacts());
@@ -65,8 +65,8 @@ void WriteSettingsFile(Window& window, const RecorderSettings& settings, const s
   if (ReplaceFile(path, settings.FileBytes()) < 0) window.Notify(kCannotWrite, Icon::Error);
 }
 
-void SettingsCommand(Window& window, SoundDocument& document, CommandStates& states, RecorderSettings& settings,
-                     const std::string& file) {
+void SettingsCommand(Window& window, SoundDocument& document, CommandStates& states,
+                     RecorderSettings& settings, const std::string& file) {
   InputForm form = MakeForm(document.sampleRate, settings);
   if (!window.AskInput(form)) return;
   const int chosen = form.CheckedIndex(kRateGroup);

@@ -32,7 +32,10 @@ class ByteReader {
   }
 
   ByteSpan Take(std::size_t count) {
-    if (count > Remaining()) { Fail(); return {}; }
+    if (count > Remaining()) {
+      Fail();
+      return {};
+    }
     const ByteSpan taken = bytes_.subspan(position_, count);
     position_ += count;
     return taken;
@@ -57,7 +60,10 @@ class ByteReader {
     for (std::size_t i = 0; i < taken.size(); ++i) value |= std::uint64_t{taken[i]} << (8 * i);
     return value;
   }
-  void Fail() { failed_ = true; position_ = bytes_.size(); }
+  void Fail() {
+    failed_ = true;
+    position_ = bytes_.size();
+  }
 
   ByteSpan bytes_;
   std::size_t position_ = 0;
@@ -67,7 +73,9 @@ class ByteReader {
 /// Collects little-endian fields one after another.
 class ByteWriter {
  public:
-  void PutTag(std::string_view tag) { PutBytes({reinterpret_cast<const std::uint8_t*>(tag.data()), tag.size()}); }
+  void PutTag(std::string_view tag) {
+    PutBytes({reinterpret_cast<const std::uint8_t*>(tag.data()), tag.size()});
+  }
   void PutBytes(ByteSpan bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
   void PutUint8(std::uint8_t value) { bytes_.push_back(value); }
   void PutUint16LE(std::uint16_t value) { PutUnsigned(value, 2); }

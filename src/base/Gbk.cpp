@@ -103,7 +103,8 @@ bool HasGbkCodes(std::string_view utf8) {
 std::string_view CutGbk(std::string_view gbk, std::size_t bytes) {
   std::size_t end = 0;
   while (end < gbk.size()) {
-    const std::size_t next = end + (static_cast<std::uint8_t>(gbk[end]) >= 0x81 && end + 1 < gbk.size() ? 2 : 1);
+    const std::size_t next =
+        end + (static_cast<std::uint8_t>(gbk[end]) >= 0x81 && end + 1 < gbk.size() ? 2 : 1);
     if (next > bytes) break;
     end = next;
   }

@@ -6,13 +6,14 @@
 namespace parlowen {
 namespace {
 
-// The row in the order of its codes: docs/ipa-codes.md numbers it. Files hold the codes, so it is never reordered.
+// The row in the order of its codes: docs/ipa-codes.md numbers it. Files hold the codes, so it is never
+// reordered.
 constexpr char32_t kRow[] =
     U"ɑɐɒəɛɤøœɶɞɘɵɨʉɯʏæɜɚʮʊʯᴇᴀ"
     U"ɓβçɕɖðɗɟɠɢɣɡɦɔʌħʜɥʝɭɬɫɮʎ"
     U"ʟɱŋɿʅɳɲɪɴɸθɹɺɻɽɾʀʁɝʂʃʈʋʍ"
     U"χʐʑʒʔʕʦʣȵȶȡʰʷʲːˈˌ˥˦˧˨˩";
-constexpr char32_t kFirstUserCode = 0xE000;   // what the GBK table makes of AAA1
+constexpr char32_t kFirstUserCode = 0xE000;  // what the GBK table makes of AAA1
 constexpr std::size_t kRowLength = 94;
 static_assert(std::size(kRow) == kRowLength + 1);
 

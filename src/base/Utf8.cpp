@@ -10,7 +10,10 @@ std::int32_t DecodeUtf8(std::string_view text, std::size_t at, std::size_t& leng
   const auto lead = static_cast<std::uint8_t>(text[at]);
   length = 1;
   if (lead < 0x80) return lead;
-  const int extra = lead >= 0xC2 && lead < 0xE0 ? 1 : lead >= 0xE0 && lead < 0xF0 ? 2 : lead >= 0xF0 && lead < 0xF5 ? 3 : 0;
+  const int extra = lead >= 0xC2 && lead < 0xE0   ? 1
+                    : lead >= 0xE0 && lead < 0xF0 ? 2
+                    : lead >= 0xF0 && lead < 0xF5 ? 3
+                                                  : 0;
   if (extra == 0 || text.size() - at <= static_cast<std::size_t>(extra)) return -1;
   std::int32_t character = lead & (0x3F >> extra);
   for (int i = 1; i <= extra; ++i) {
@@ -36,7 +39,9 @@ char32_t TakeUtf8(std::string_view text, std::size_t& at) {
 
 void AppendUtf8(std::string& text, char32_t character) {
   if (character > 0x10FFFF || (character >= 0xD800 && character < 0xE000)) character = kReplacementCharacter;
-  const auto put = [&text](char32_t byte) { text.push_back(static_cast<char>(static_cast<std::uint8_t>(byte))); };
+  const auto put = [&text](char32_t byte) {
+    text.push_back(static_cast<char>(static_cast<std::uint8_t>(byte)));
+  };
   if (character < 0x80) return put(character);
   if (character < 0x800) {
     put(0xC0 | (character >> 6));

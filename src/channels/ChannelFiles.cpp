@@ -9,7 +9,7 @@
 namespace parlowen {
 namespace {
 
-constexpr std::int32_t kHeadBytes = 12;   // start, step, gain ratio
+constexpr std::int32_t kHeadBytes = 12;  // start, step, gain ratio
 constexpr float kBlank = -1.0f;
 
 }  // namespace
@@ -54,8 +54,8 @@ std::string NasRatioText(const NasalanceCurve& curve, const std::string& source,
   text += Format(" 采样率=%d Hz  增益比=%.4f  帧数=%d  有效帧数=%d\r\n", sampleRate,
                  static_cast<double>(curve.gainRatio), static_cast<int>(curve.values.size()), figures.count);
   if (figures.count > 0)
-    text += Format(" 平均值=%.2f%%  标准差=%.2f%%  最小值=%.2f%%  最大值=%.2f%%\r\n", figures.mean, figures.deviation,
-                   figures.smallest, figures.largest);
+    text += Format(" 平均值=%.2f%%  标准差=%.2f%%  最小值=%.2f%%  最大值=%.2f%%\r\n", figures.mean,
+                   figures.deviation, figures.smallest, figures.largest);
   text += "\r\n 帧序号      时间(s)    鼻音能量比(%)\r\n";
   for (std::size_t i = 0; i < curve.values.size(); ++i) {
     // The middle of a frame of two steps is where the next one begins.
@@ -75,7 +75,7 @@ std::vector<std::uint8_t> StereoWavBytesOf(const SoundDocument& document) {
   out.PutInt32LE(dataBytes + 36);
   out.PutTag("WAVEfmt ");
   out.PutInt32LE(16);
-  out.PutUint16LE(1);   // linear PCM
+  out.PutUint16LE(1);  // linear PCM
   out.PutUint16LE(2);
   out.PutInt32LE(document.sampleRate);
   out.PutInt32LE(document.sampleRate * 4);

@@ -12,7 +12,7 @@ namespace {
 
 constexpr Colour kNose = 0x1F3F77, kMouth = 0xB03000, kRatio = 0x00664D, kSelectionFill = 0x3080FF;
 constexpr int kLineHeight = 18, kAxisHeight = 18, kGap = 4, kTitleHeight = 16;
-constexpr double kDecibelSpan = 90.0;   // a full-scale square wave
+constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
 constexpr int kFullScale = 32768;
 
 struct Band {
@@ -37,7 +37,9 @@ class Columns {
   int Count() const { return std::max(0, view_.width - kPaneMargin); }
   int Start(int column) const { return view_.SampleAt(document_, kPaneMargin + column); }
   /// One behind the column's last sample; a column stands for at least one.
-  int End(int column) const { return std::min(document_.sampleCount, std::max(Start(column) + 1, Start(column + 1))); }
+  int End(int column) const {
+    return std::min(document_.sampleCount, std::max(Start(column) + 1, Start(column + 1)));
+  }
 
  private:
   const SoundDocument& document_;
@@ -50,14 +52,15 @@ int PeakOf(SampleSpan channel) {
   return peak;
 }
 
-void AddWaveform(Picture& picture, SampleSpan channel, const Columns& columns, Band band, int range, Colour colour,
-                 const char* name) {
+void AddWaveform(Picture& picture, SampleSpan channel, const Columns& columns, Band band, int range,
+                 Colour colour, const char* name) {
   const int middle = band.top + band.height / 2, reach = band.height / 2 - 1;
   const auto rowOf = [&](int value) { return middle - value * reach / range; };
   picture.Add(LineMark{{kPaneMargin, middle}, {picture.width - 1, middle}, colours::kGrid});
   PolylineMark wave{{}, colour};
   for (int c = 0; c < columns.Count() && columns.Start(c) < channel.count; ++c) {
-    const auto [low, high] = std::minmax_element(channel.data + columns.Start(c), channel.data + columns.End(c));
+    const auto [low, high] =
+        std::minmax_element(channel.data + columns.Start(c), channel.data + columns.End(c));
     // Up and down in turn, so that neighbouring columns join.
     wave.points.push_back({kPaneMargin + c, rowOf(c % 2 == 0 ? *high : *low)});
     wave.points.push_back({kPaneMargin + c, rowOf(c % 2 == 0 ? *low : *high)});
@@ -67,7 +70,8 @@ void AddWaveform(Picture& picture, SampleSpan channel, const Columns& columns, B
 }
 
 /// The level in dB of every column, over 10 ms where a column is shorter.
-void AddLevels(Picture& picture, SampleSpan channel, int sampleRate, const Columns& columns, Band band, Colour colour) {
+void AddLevels(Picture& picture, SampleSpan channel, int sampleRate, const Columns& columns, Band band,
+               Colour colour) {
   PolylineMark curve{{}, colour};
   for (int c = 0; c < columns.Count() && columns.Start(c) < channel.count; ++c) {
     const int start = columns.Start(c);
@@ -85,17 +89,18 @@ void AddScale(Picture& picture, Band band, std::initializer_list<int> values, in
   for (const int value : values) {
     const int y = band.Bottom() - value * (band.height - 1) / largest;
     picture.Add(LineMark{{kPaneMargin, y}, {picture.width - 1, y}, colours::kGrid, 1, LineStyle::Dashed});
-    picture.Add(TextMark{1, std::clamp(y + 3, band.top + 8, band.Bottom()), Format("%d", value), colours::kText, 9,
-                         Anchor::Left, Face::Figures});
+    picture.Add(TextMark{1, std::clamp(y + 3, band.top + 8, band.Bottom()), Format("%d", value),
+                         colours::kText, 9, Anchor::Left, Face::Figures});
   }
 }
 
-void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCurve& curve, const ChannelsView& view,
-              Band band) {
+void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCurve& curve,
+              const ChannelsView& view, Band band) {
   AddScale(picture, band, {0, 50, 100}, 100);
   PolylineMark piece{{}, kRatio, 2};
   const auto finish = [&] {
-    if (piece.points.size() == 1) picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, kRatio});
+    if (piece.points.size() == 1)
+      picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, kRatio});
     if (piece.points.size() > 1) picture.Add(piece);
     piece.points.clear();
   };
@@ -106,7 +111,8 @@ void AddRatio(Picture& picture, const SoundDocument& document, const NasalanceCu
       finish();
       continue;
     }
-    piece.points.push_back({x, band.Bottom() - TruncateToInt32(double{curve.values[i]} * (band.height - 1) / 100.0)});
+    piece.points.push_back(
+        {x, band.Bottom() - TruncateToInt32(double{curve.values[i]} * (band.height - 1) / 100.0)});
   }
   finish();
   picture.Add(TextMark{kPaneMargin + 4, band.top - 4, "鼻音能量比 (%)", kRatio, 12});
@@ -126,16 +132,20 @@ void AddAxis(Picture& picture, const SoundDocument& document, const ChannelsView
     if (x >= picture.width) break;
     if (x < kPaneMargin) continue;
     picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
-    const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left : x > picture.width - 24 ? Anchor::Right : Anchor::Middle;
+    const Anchor anchor = x < kPaneMargin + 20     ? Anchor::Left
+                          : x > picture.width - 24 ? Anchor::Right
+                                                   : Anchor::Middle;
     const std::string label = Format("%.3f", static_cast<double>(time) / 1000);
     picture.Add(TextMark{x, top + 14, label, colours::kText, 10, anchor, Face::Figures});
   }
 }
 
-void AddSelection(Picture& picture, const SoundDocument& document, const ChannelsView& view, int top, int bottom) {
+void AddSelection(Picture& picture, const SoundDocument& document, const ChannelsView& view, int top,
+                  int bottom) {
   const auto edge = [&](int sample, Colour colour) {
     const int x = view.ColumnOf(document, sample);
-    if (sample >= 0 && x >= kPaneMargin && x < picture.width) picture.Add(LineMark{{x, top}, {x, bottom}, colour});
+    if (sample >= 0 && x >= kPaneMargin && x < picture.width)
+      picture.Add(LineMark{{x, top}, {x, bottom}, colour});
   };
   if (document.selectionDefined()) {
     const int from = std::max(kPaneMargin, view.ColumnOf(document, document.selectionStart));
@@ -161,7 +171,8 @@ int ChannelsView::SampleAt(const SoundDocument& document, int x) const {
 
 int ChannelsView::ColumnOf(const SoundDocument& document, int sample) const {
   const double offset = static_cast<double>(sample) - start;
-  return kPaneMargin + TruncateToInt32(std::floor(std::clamp(offset / SamplesPerColumn(document), -1e6, 1e6)));
+  return kPaneMargin +
+         TruncateToInt32(std::floor(std::clamp(offset / SamplesPerColumn(document), -1e6, 1e6)));
 }
 
 int ChannelsView::Length(const SoundDocument& document) const { return document.sampleCount / zoom; }

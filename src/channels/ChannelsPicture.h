@@ -7,9 +7,9 @@ namespace parlowen {
 
 /// The common axis of the window's panes: at zoom 1 the whole sound lies under the columns behind the margin.
 struct ChannelsView {
-  int start = 0;      ///< sample at the margin
-  int zoom = 1;       ///< a power of two
-  int width = 1024;   ///< pixels, the margin of 20 included
+  int start = 0;     ///< sample at the margin
+  int zoom = 1;      ///< a power of two
+  int width = 1024;  ///< pixels, the margin of 20 included
 
   double SamplesPerColumn(const SoundDocument& document) const;
   /// start + (x − 20)·SamplesPerColumn, x at least 20, clamped to 0..sampleCount.
@@ -19,8 +19,8 @@ struct ChannelsView {
   int Length(const SoundDocument& document) const;
 };
 
-/// From the top: a line of figures, the waveform of each channel, the levels of both, the nasalance, the time in
-/// seconds; the selection over all of them. A mono document shows a notice in their place.
+/// From the top: a line of figures, the waveform of each channel, the levels of both, the nasalance, the time
+/// in seconds; the selection over all of them. A mono document shows a notice in their place.
 Picture ChannelsPicture(const SoundDocument& document, const ChannelsState& state, const ChannelsView& view,
                         int height);
 

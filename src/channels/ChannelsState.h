@@ -17,8 +17,8 @@ class ChannelsState {
  public:
   NasalanceSettings settings;
 
-  /// The curve of the selection (without one: of the whole sound), or the one of an opened file until the sound or
-  /// the selection changes. Without two channels and a file it has no values.
+  /// The curve of the selection (without one: of the whole sound), or the one of an opened file until the
+  /// sound or the selection changes. Without two channels and a file it has no values.
   const NasalanceCurve& Curve(const SoundDocument& document) const;
 
   void ShowOpened(NasalanceCurve curve, std::string fileName, const SoundDocument& document);
@@ -28,7 +28,7 @@ class ChannelsState {
 
  private:
   struct Key {
-    std::uint64_t samples = 0;   ///< version
+    std::uint64_t samples = 0;  ///< version
     int start = -1, end = -1, rate = 0;
     bool fullBand = false;
     float gainRatio = 0;

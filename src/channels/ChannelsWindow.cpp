@@ -14,8 +14,8 @@
 namespace parlowen {
 namespace {
 
-constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 1202, kSave = 1203, kOpen = 1204,
-              kShow = 1205, kExport = 1206;
+constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 1202, kSave = 1203,
+              kOpen = 1204, kShow = 1205, kExport = 1206;
 
 constexpr const char* kNotFinished = "本功能尚未完成";
 constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
@@ -32,7 +32,9 @@ FileDialog NasDialog(const char* title) {
   return {title, {{"鼻音能量比数据文件(*.nas)", "*.nas"}}, "nas", ""};
 }
 
-ByteSpan BytesOf(const std::string& text) { return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}; }
+ByteSpan BytesOf(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
 
 }  // namespace
 
@@ -40,11 +42,13 @@ void ShowTwoChannelsCommand(Window& window, const ChannelsDesk& desk) {
   if (!RequireTwoChannels(window, desk.document)) return;
   desk.state.DropOpened();
   window.OpenToolWindow(std::make_unique<ChannelsWindow>(desk));
-  desk.document.activity = kTwoChannelActivity;   // a window open before has ended its own
+  desk.document.activity = kTwoChannelActivity;  // a window open before has ended its own
   window.Repaint();
 }
 
-ChannelsWindow::ChannelsWindow(const ChannelsDesk& desk) : desk_(desk) { view_.width = desk.document.paneWidth; }
+ChannelsWindow::ChannelsWindow(const ChannelsDesk& desk) : desk_(desk) {
+  view_.width = desk.document.paneWidth;
+}
 
 std::vector<ToolControl> ChannelsWindow::Controls() const {
   const bool two = desk_.document.twoChannel;
@@ -61,7 +65,8 @@ std::vector<ToolControl> ChannelsWindow::Controls() const {
 
 Picture ChannelsWindow::Draw(int width, int height) const {
   view_.width = std::max(width, kPaneMargin + 1);
-  view_.start = std::clamp(view_.start, 0, std::max(0, desk_.document.sampleCount - view_.Length(desk_.document)));
+  view_.start =
+      std::clamp(view_.start, 0, std::max(0, desk_.document.sampleCount - view_.Length(desk_.document)));
   return ChannelsPicture(desk_.document, desk_.state, view_, height);
 }
 
@@ -120,8 +125,8 @@ std::string ChannelsWindow::Hover(Point at) const {
   const SoundDocument& document = desk_.document;
   if (!document.twoChannel || document.sampleCount == 0 || document.sampleRate <= 0) return {};
   const int sample = std::min(view_.SampleAt(document, at.x), document.sampleCount - 1);
-  std::string line = Format("%.3f s  样点 %d  声道1：%d  声道2：%d", sample / double(document.sampleRate), sample,
-                            document.samples[sample], document.samples2[sample]);
+  std::string line = Format("%.3f s  样点 %d  声道1：%d  声道2：%d", sample / double(document.sampleRate),
+                            sample, document.samples[sample], document.samples2[sample]);
   // The frame whose middle is nearest.
   const NasalanceCurve& curve = desk_.state.Curve(document);
   if (curve.step < 1) return line;
@@ -168,7 +173,8 @@ void ChannelsWindow::SaveCurve(Window& window) {
   if (desk_.state.Curve(desk_.document).values.empty()) return window.Notify(kNoCurve);
   const auto choice = window.AskSaveFile(NasDialog("保存鼻音能量比数据文件"));
   if (!choice) return;
-  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
+    window.Notify(kCannotCreate, Icon::Error);
 }
 
 void ChannelsWindow::OpenCurve(Window& window) {
@@ -197,7 +203,8 @@ void ChannelsWindow::ExportStereo(Window& window) {
   if (!RequireTwoChannels(window, desk_.document)) return;
   const auto choice = window.AskSaveFile({"导出立体声WAV", {{"声音波形文件(*.wav)", "*.wav"}}, "wav", ""});
   if (!choice) return;
-  if (ReplaceFile(choice->path, StereoWavBytesOf(desk_.document)) < 0) window.ShowError(kBadSaveName, kBadNameCaption);
+  if (ReplaceFile(choice->path, StereoWavBytesOf(desk_.document)) < 0)
+    window.ShowError(kBadSaveName, kBadNameCaption);
 }
 
 void ChannelsWindow::MoveTo(std::int64_t start) {

@@ -17,15 +17,15 @@ struct ChannelsDesk {
   SoundDocument& document;
   CommandStates& states;
   ChannelsState& state;
-  const std::string& exportFolder;   ///< where NasRatio.txt goes; "" is the current directory
-  const PlayChannel& play;           ///< empty while there is no player
+  const std::string& exportFolder;  ///< where NasRatio.txt goes; "" is the current directory
+  const PlayChannel& play;          ///< empty while there is no player
 };
 
 /// 40111: opens the window of the two channels; refused for a mono document.
 void ShowTwoChannelsCommand(Window& window, const ChannelsDesk& desk);
 
-/// Both channels over one axis of time with the document's selection. Clicks mark it as in the main window; S and X
-/// zoom out and in, the arrow keys, Home and End move; 1 and 2 play.
+/// Both channels over one axis of time with the document's selection. Clicks mark it as in the main window; S
+/// and X zoom out and in, the arrow keys, Home and End move; 1 and 2 play.
 class ChannelsWindow : public ToolWindow {
  public:
   explicit ChannelsWindow(const ChannelsDesk& desk);
@@ -53,7 +53,7 @@ class ChannelsWindow : public ToolWindow {
   void ZoomBy(bool out);
 
   ChannelsDesk desk_;
-  mutable ChannelsView view_;   ///< drawing tells it the width that the next clicks count with
+  mutable ChannelsView view_;  ///< drawing tells it the width that the next clicks count with
 };
 
 }  // namespace parlowen

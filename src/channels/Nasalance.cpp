@@ -1,5 +1,6 @@
-// The outputs of the band-pass are needed only for their energy. Behind it nothing is left above 700 Hz, and nothing of
-// their squares above 1400 Hz, so every D-th output is enough: D = sampleRate/4000 leaves a rate of 4000 Hz and more.
+// The outputs of the band-pass are needed only for their energy. Behind it nothing is left above 700 Hz, and
+// nothing of their squares above 1400 Hz, so every D-th output is enough: D = sampleRate/4000 leaves a rate
+// of 4000 Hz and more.
 
 #include "channels/Nasalance.h"
 
@@ -12,9 +13,9 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLowEdge = 350, kHighEdge = 650;    // Hz: the customary band of nasometers
-constexpr int kOutputRate = 4000;                 // Hz, at least
-constexpr double kBlankBelow = 1e-4;              // 40 dB under the peak
+constexpr int kLowEdge = 350, kHighEdge = 650;  // Hz: the customary band of nasometers
+constexpr int kOutputRate = 4000;               // Hz, at least
+constexpr double kBlankBelow = 1e-4;            // 40 dB under the peak
 constexpr double kHamming = 0.54;
 constexpr float kSmallestRatio = 0.001f, kLargestRatio = 1000.0f;
 
@@ -24,8 +25,8 @@ struct SquareTrack {
   std::vector<double> squares;
 };
 
-/// The right half of the band-pass, centre first: the difference of two low-passes of 40 ms; between the edges its
-/// gain is 1.
+/// The right half of the band-pass, centre first: the difference of two low-passes of 40 ms; between the
+/// edges its gain is 1.
 std::vector<double> HalfBandPass(int sampleRate) {
   const int half = sampleRate / 50;
   const auto lowPass = [&](int edge) {
@@ -39,7 +40,7 @@ std::vector<double> HalfBandPass(int sampleRate) {
     const std::vector<double> upper = lowPass(kHighEdge);
     for (std::size_t i = 0; i < band.size(); ++i) band[i] += upper[i];
   } else {
-    band[0] += 1.0;   // no sound above the upper edge
+    band[0] += 1.0;  // no sound above the upper edge
   }
   return band;
 }
@@ -47,7 +48,8 @@ std::vector<double> HalfBandPass(int sampleRate) {
 SquareTrack FullBandSquares(SampleSpan channel, int start, int end) {
   SquareTrack track;
   track.squares.reserve(static_cast<std::size_t>(end - start));
-  for (int i = start; i < end; ++i) track.squares.push_back(static_cast<double>(channel.At(i)) * channel.At(i));
+  for (int i = start; i < end; ++i)
+    track.squares.push_back(static_cast<double>(channel.At(i)) * channel.At(i));
   return track;
 }
 
@@ -61,7 +63,7 @@ SquareTrack BandSquares(SampleSpan channel, int sampleRate, int start, int end) 
   track.step = std::max(1, sampleRate / kOutputRate);
   for (std::int64_t at = 0; at < end - start; at += track.step) {
     const double* centre = samples.data() + half + at;
-    double odd = 0, even = band[0] * centre[0];   // two sums that do not wait for each other
+    double odd = 0, even = band[0] * centre[0];  // two sums that do not wait for each other
     int j = 1;
     for (; j + 1 <= half; j += 2) {
       odd += band[static_cast<std::size_t>(j)] * (centre[-j] + centre[j]);
@@ -79,7 +81,9 @@ SquareTrack Squares(SampleSpan channel, int sampleRate, int start, int end, bool
 
 /// Mean square of the samples first .. last − 1 of the stretch.
 double MeanSquare(const SquareTrack& track, int first, int last) {
-  const auto indexOf = [&](int sample) { return static_cast<std::size_t>((sample + track.step - 1) / track.step); };
+  const auto indexOf = [&](int sample) {
+    return static_cast<std::size_t>((sample + track.step - 1) / track.step);
+  };
   const std::size_t from = indexOf(first), to = std::min(indexOf(last), track.squares.size());
   double sum = 0;
   for (std::size_t i = from; i < to; ++i) sum += track.squares[i];
@@ -108,7 +112,8 @@ NasalanceCurve MeasureNasalance(SampleSpan nasal, SampleSpan oral, int sampleRat
   }
   const double peak = *std::max_element(total.begin(), total.end());
   for (std::size_t i = 0; i < total.size(); ++i)
-    if (total[i] <= 0 || total[i] < peak * kBlankBelow) curve.values[i] = std::numeric_limits<float>::quiet_NaN();
+    if (total[i] <= 0 || total[i] < peak * kBlankBelow)
+      curve.values[i] = std::numeric_limits<float>::quiet_NaN();
   return curve;
 }
 
@@ -132,7 +137,7 @@ NasalanceFigures FiguresOf(std::span<const float> values) {
     sum += v;
     ++figures.count;
   }
-  figures.mean = sum / figures.count;   // NaN without values
+  figures.mean = sum / figures.count;  // NaN without values
   double squares = 0;
   for (const float value : values)
     if (!std::isnan(value)) squares += (value - figures.mean) * (value - figures.mean);

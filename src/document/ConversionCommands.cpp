@@ -24,10 +24,10 @@ constexpr const char* kAskTarget = "转换为16000Hz(Yes)?11025Hz(No)?";
 constexpr const char* kAskTargetCaption = "选择转换频率";
 constexpr const char* kNothingToConvert = "原频率低于新频率，转换无意义";
 
-constexpr int kHighestFilterRate = 16000;          // Hz
-constexpr int kFewestFrames = 50, kMostFrames = 800;   // of 10 ms
-constexpr int kLowestCutoff = 200, kHighestCutoff = 500;   // Hz
-constexpr const char* kFirstCutoff = "300";        // what the dialog begins with
+constexpr int kHighestFilterRate = 16000;                 // Hz
+constexpr int kFewestFrames = 50, kMostFrames = 800;      // of 10 ms
+constexpr int kLowestCutoff = 200, kHighestCutoff = 500;  // Hz
+constexpr const char* kFirstCutoff = "300";               // what the dialog begins with
 constexpr int kTargetOnYes = 16000, kTargetOnNo = 11025;
 
 }  // namespace
@@ -65,7 +65,8 @@ void SaveSelectionCommand(Window& window, SoundDocument& document) {
   if (!path) return;
   ByteWriter file;
   WriteWavHeader(file, document.sampleRate, 1, length);
-  if (length > 0) file.PutInt16sLE({&document.samples[document.selectionStart], static_cast<std::size_t>(length)});
+  if (length > 0)
+    file.PutInt16sLE({&document.samples[document.selectionStart], static_cast<std::size_t>(length)});
   if (ReplaceFile(*path, file) < 0) return SayCannotSave(window);
   document.nextDigitPath = nextDigitPathOf(*path);
 }

@@ -10,7 +10,8 @@ void FilterSegmentCommand(Window& window, SoundDocument& document);
 /// Converts the whole sound down to 16000 or 11025 Hz, which makes it a new sound for everybody else.
 void ConvertRateCommand(Window& window, SoundDocument& document, CommandStates& states);
 
-/// Writes the selection as a mono file of its own; the document keeps its name, the series goes on from the new one.
+/// Writes the selection as a mono file of its own; the document keeps its name, the series goes on from the
+/// new one.
 void SaveSelectionCommand(Window& window, SoundDocument& document);
 
 }  // namespace parlowen

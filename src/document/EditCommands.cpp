@@ -104,7 +104,7 @@ void SwapChannelsCommand(Window& window, SoundDocument& document, CommandStates&
   if (!RequireTwoChannels(window, document)) return;
   std::swap(document.samples, document.samples2);
   document.SamplesChanged();
-  DropContour(document, states);   // it was the other channel's
+  DropContour(document, states);  // it was the other channel's
   window.Repaint();
 }
 

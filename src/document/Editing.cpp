@@ -36,7 +36,8 @@ bool CutSelection(SoundDocument& document) {
   document.undoLength = length;
   document.undoSamples = document.clipSamples;
   std::int16_t* data = document.samples.data();
-  std::copy(data + document.selectionStart + length, data + document.sampleCount, data + document.selectionStart);
+  std::copy(data + document.selectionStart + length, data + document.sampleCount,
+            data + document.selectionStart);
   document.sampleCount -= length;
   document.ClearSelection();
   document.SamplesChanged();
@@ -78,7 +79,8 @@ void UndoEdit(SoundDocument& document) {
   } else if (document.undoKind == 2) {
     const int inserted = std::min(document.undoLength, document.sampleCount - at);
     std::int16_t* const end = std::copy(data + at + inserted, data + document.sampleCount, data + at);
-    document.sampleCount = static_cast<int>(std::copy(document.undoSamples.begin(), document.undoSamples.end(), end) - data);
+    document.sampleCount =
+        static_cast<int>(std::copy(document.undoSamples.begin(), document.undoSamples.end(), end) - data);
   }
   document.undoKind = 0;
   document.undoSamples.clear();

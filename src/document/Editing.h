@@ -3,8 +3,8 @@
 
 namespace parlowen {
 
-// Sample edits of channel 1. They change the document and its undo record; the view, the contour and the command
-// states are the commands' business.
+// Sample edits of channel 1. They change the document and its undo record; the view, the contour and the
+// command states are the commands' business.
 
 /// Keeps a copy of the selection as the clip. False, and nothing changed, when the selection is empty.
 bool CopySelection(SoundDocument& document);

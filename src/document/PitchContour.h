@@ -7,11 +7,11 @@ namespace parlowen {
 inline constexpr int kContourFrames = 12500;
 inline constexpr int kUsableContourFrames = kContourFrames - 2;
 
-inline constexpr float kUnvoiced = 0.0f;    ///< a frame without voice
-inline constexpr float kNoValue = -1.0f;    ///< a frame that was never analysed
+inline constexpr float kUnvoiced = 0.0f;  ///< a frame without voice
+inline constexpr float kNoValue = -1.0f;  ///< a frame that was never analysed
 
-/// One value per 10 ms frame, frame f from sample f·sampleRate/100 on: the pitch period in samples, or one of the
-/// two values above. The frequency is sampleRate / value.
+/// One value per 10 ms frame, frame f from sample f·sampleRate/100 on: the pitch period in samples, or one of
+/// the two values above. The frequency is sampleRate / value.
 using PitchContour = std::array<float, kContourFrames>;
 
 }  // namespace parlowen

@@ -11,23 +11,24 @@ namespace parlowen {
 namespace {
 
 constexpr int kHalfLength = 7, kTaps = 2 * kHalfLength + 1;
-constexpr int kFirst = kHalfLength + 1;   // the first sample that is filtered
+constexpr int kFirst = kHalfLength + 1;  // the first sample that is filtered
 constexpr double kWindow = 0.92;
 
 using Coefficients = std::array<double, kTaps>;
 
-/// ApplyFirFilter(kTaps, count − kFirst, kFirst, …), to the bit, in half its time. There every sum waits for the one
-/// before it. Here the terms that do not are summed beforehand, in another order, which moves the sum by less than
-/// 1e-8; where that could change what truncation gives, the sum is made again in its own order.
+/// ApplyFirFilter(kTaps, count − kFirst, kFirst, …), to the bit, in half its time. There every sum waits for
+/// the one before it. Here the terms that do not are summed beforehand, in another order, which moves the sum
+/// by less than 1e-8; where that could change what truncation gives, the sum is made again in its own order.
 void LowPass(const Coefficients& c, std::int16_t* x, int count) {
   constexpr double kDoubt = 1e-6;
-  std::array<double, kHalfLength> y{};   // the last filtered samples, the oldest first
+  std::array<double, kHalfLength> y{};  // the last filtered samples, the oldest first
   if (count > kFirst) std::copy_n(x + kFirst - kHalfLength, kHalfLength, y.begin());
   for (int n = kFirst; n < count; ++n) {
     const std::int16_t* ahead = x + n;
     const double near = (c[7] * ahead[0] + c[8] * ahead[1]) + (c[9] * ahead[2] + c[10] * ahead[3]);
     const double far = (c[11] * ahead[4] + c[12] * ahead[5]) + c[13] * ahead[6];
-    const double old = (c[0] * y[0] + c[1] * y[1]) + (c[2] * y[2] + c[3] * y[3]) + (c[4] * y[4] + c[5] * y[5]);
+    const double old =
+        (c[0] * y[0] + c[1] * y[1]) + (c[2] * y[2] + c[3] * y[3]) + (c[4] * y[4] + c[5] * y[5]);
     const double sum = ((near + far) + old) + c[6] * y[6];
     // Below 14·32768·1 in magnitude: the casts are safe.
     auto value = static_cast<std::int32_t>(sum);

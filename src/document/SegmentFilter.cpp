@@ -17,7 +17,8 @@ constexpr double kWindow = 0.92;
 
 void FilterStretch(SoundDocument& document, int start, int end, int cutoff, FilterPass pass) {
   std::array<double, kTaps> coefficients{};
-  DesignFirFilter(cutoff, kWindow, kHalfLength, pass == FilterPass::High, coefficients.data(), document.sampleRate);
+  DesignFirFilter(cutoff, kWindow, kHalfLength, pass == FilterPass::High, coefficients.data(),
+                  document.sampleRate);
 
   const SampleSpan sound = document.Samples();
   std::vector<std::int16_t> work;

@@ -53,7 +53,9 @@ void SoundDocument::resetPitch() {
   pitchPresent = false;
 }
 
-int SoundDocument::StartSamplesPerPixel() const { return std::clamp(sampleRate / 100, 1, kLargestSamplesPerPixel); }
+int SoundDocument::StartSamplesPerPixel() const {
+  return std::clamp(sampleRate / 100, 1, kLargestSamplesPerPixel);
+}
 
 int SoundDocument::FullViewLength() const {
   const std::int64_t columns = std::max(0, paneWidth - kPaneMargin);
@@ -73,7 +75,8 @@ const LevelCurve& SoundDocument::Levels() const {
   constexpr int kLevelsPerSecond = 300;
   // A rejected file may have left another rate.
   if (levelsVersion_ != samplesVersion || levelsRate_ != sampleRate) {
-    const std::int64_t count = sampleRate > 0 ? std::int64_t{sampleCount} * kLevelsPerSecond / sampleRate + 1 : 0;
+    const std::int64_t count =
+        sampleRate > 0 ? std::int64_t{sampleCount} * kLevelsPerSecond / sampleRate + 1 : 0;
     levels_ = MakeLevelCurve(Samples(), sampleRate, kLevelsPerSecond, 0, static_cast<int>(count));
     levelsVersion_ = samplesVersion;
     levelsRate_ = sampleRate;

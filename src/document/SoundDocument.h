@@ -26,7 +26,8 @@ inline constexpr int kSmallestRate = 1000, kLargestRate = 384000;
 
 /// The codes of `activity`: what a click in the main window means now.
 namespace activities {
-inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5, kLta = 6;
+inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5,
+                     kLta = 6;
 inline constexpr int kRegionDrag = 7, kRegionChosen = 8, kPitchRepair = 9;
 inline constexpr int kSegmentChart = 25, kPointChart = 26, kGroupPlot = 27;
 inline constexpr int kAnnotation = 30, kCharacters = 31;
@@ -58,27 +59,27 @@ class SoundDocument {
  public:
   SoundDocument();
 
-  SampleBuffer samples;         ///< channel 1
-  SampleBuffer samples2;        ///< channel 2, meaningful while `twoChannel`
-  int sampleCount = 0;          ///< 0..kMaxSamples, in each channel
-  int sampleRate = 0;           ///< Hz; 0 until a sound has been seen
+  SampleBuffer samples;   ///< channel 1
+  SampleBuffer samples2;  ///< channel 2, meaningful while `twoChannel`
+  int sampleCount = 0;    ///< 0..kMaxSamples, in each channel
+  int sampleRate = 0;     ///< Hz; 0 until a sound has been seen
   bool twoChannel = false;
-  std::string filePath;         ///< "" until a file is opened or saved
+  std::string filePath;  ///< "" until a file is opened or saved
   std::string nextDigitPath;
   int selectionStart = kNoSelection, selectionEnd = kNoSelection;
   int viewStart = 0, viewLength = 0;
   int pixelsPerSecond = 100;
-  int samplesPerPixel = 1;      ///< 1..16384
-  int paneWidth = 1024;         ///< pixels, the margin included
-  SampleBuffer viewSamples;     ///< copy of `samples` from viewStart for viewLength: what drawing reads
+  int samplesPerPixel = 1;   ///< 1..16384
+  int paneWidth = 1024;      ///< pixels, the margin included
+  SampleBuffer viewSamples;  ///< copy of `samples` from viewStart for viewLength: what drawing reads
   std::vector<std::int16_t> clipSamples;
-  int undoKind = 0;             ///< 0 nothing, 1 a cut, 2 a paste
+  int undoKind = 0;  ///< 0 nothing, 1 a cut, 2 a paste
   int undoPosition = 0, undoLength = 0;
-  std::vector<std::int16_t> undoSamples;   ///< removed by the cut, or pushed over the capacity by the paste
+  std::vector<std::int16_t> undoSamples;  ///< removed by the cut, or pushed over the capacity by the paste
   PitchContour pitch{}, pitchBackup{};
   bool pitchPresent = false;
-  int longFileSeconds = 0;      ///< whole seconds of a file too long to load whole, at most 32767
-  int longFileStart = 0;        ///< its first loaded sample
+  int longFileSeconds = 0;  ///< whole seconds of a file too long to load whole, at most 32767
+  int longFileStart = 0;    ///< its first loaded sample
   int activity = activities::kStart;
   int insertPoint = 0;
   bool pasteReady = false;
@@ -88,8 +89,8 @@ class SoundDocument {
   /// Counts changes of the samples, for everything that is derived from them.
   std::uint64_t samplesVersion = 0;
 
-  /// Takes the samples already in place as a new sound: start scale, no selection, nothing to undo, `activity` 1,
-  /// and the command states of a loaded sound. The contour is the caller's to set.
+  /// Takes the samples already in place as a new sound: start scale, no selection, nothing to undo,
+  /// `activity` 1, and the command states of a loaded sound. The contour is the caller's to set.
   void resetForNewSound(int count, int rate, CommandStates& states);
 
   /// Brings viewStart into the sound, recomputes viewLength and the copy that is drawn, and the states of the
@@ -117,8 +118,8 @@ class SoundDocument {
 
   SampleSpan Samples() const { return {samples.data(), sampleCount}; }
 
-  /// The amplitude curve: 300 levels in dB a second from sample 0 on. Made when it is asked for, dropped when the
-  /// samples change. Needs InitSignalTables().
+  /// The amplitude curve: 300 levels in dB a second from sample 0 on. Made when it is asked for, dropped when
+  /// the samples change. Needs InitSignalTables().
   const LevelCurve& Levels() const;
 
   /// To be called by whoever changed samples: zeroes what lies behind the end, renews the drawn copy.
@@ -126,11 +127,11 @@ class SoundDocument {
 
  private:
   void CopyView();
-  int shownStart_ = 0, shownScale_ = 0;   ///< the view as it was set last
+  int shownStart_ = 0, shownScale_ = 0;  ///< the view as it was set last
   mutable LevelCurve levels_;
   mutable std::uint64_t levelsVersion_ = ~std::uint64_t{0};
   mutable int levelsRate_ = 0;
-  int dirtyEnd_ = 0;   ///< samples from here on were never written since they were last zeroed
+  int dirtyEnd_ = 0;  ///< samples from here on were never written since they were last zeroed
 };
 
 }  // namespace parlowen

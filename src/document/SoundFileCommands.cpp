@@ -24,15 +24,15 @@ constexpr const char* kKeepPitchCaption = "保存基频？";
 
 constexpr const char* kWavSuffix = ".wav";
 
-constexpr int kRawLeadIn = 44, kRawTail = 24;   // bytes before and samples behind that the raw reader drops
-constexpr int kRateOfRaw = 11025;               // of a raw file before any rate is known
+constexpr int kRawLeadIn = 44, kRawTail = 24;  // bytes before and samples behind that the raw reader drops
+constexpr int kRateOfRaw = 11025;              // of a raw file before any rate is known
 
 /// The document's long-file fields and everything behind them once the samples are in place.
 struct LoadedSound {
   int count = 0;
   int longFileSeconds = 0, longFileStart = 0;
   bool twoChannel = false;
-  std::int64_t tailOffset = -1;   ///< where a pitch tail may lie; −1 for none
+  std::int64_t tailOffset = -1;  ///< where a pitch tail may lie; −1 for none
 };
 
 void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
@@ -74,8 +74,9 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
     if (mode == ChannelMode::One) window.ShowError(kOneChannelOnly);
     const std::int64_t bytes = std::min<std::int64_t>(layout.dataBytes, std::int64_t{kMaxSamples} * 4);
     loaded.twoChannel = mode == ChannelMode::Two;
-    loaded.count = ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
-                                    loaded.twoChannel ? document.samples2.data() : nullptr);
+    loaded.count =
+        ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
+                         loaded.twoChannel ? document.samples2.data() : nullptr);
     loaded.tailOffset = layout.dataOffset + bytes;
   } else if (layout.blockAlign != 2) {
     return window.ShowError(kNot16Bits);
@@ -93,8 +94,8 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
     const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, *second);
     loaded.longFileSeconds = std::min(seconds, SHRT_MAX);
     loaded.longFileStart = stretch.startSample;
-    loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset, static_cast<int>(stretch.bytes / 2),
-                                   document.samples.data());
+    loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset,
+                                   static_cast<int>(stretch.bytes / 2), document.samples.data());
   }
   FinishLoad(window, document, states, path, loaded, readTail);
 }
@@ -126,9 +127,8 @@ std::optional<int> AskStartSecond(Window& window, int seconds) {
 }
 
 void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode) {
-  const auto choice = window.AskOpenFile({"打开声音文件",
-                                          {{"声音文件(*.wav)", "*.wav"}, {"无格式单声道16位声音文件(*.*)", "*.*"}},
-                                          "", ""});
+  const auto choice = window.AskOpenFile(
+      {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式单声道16位声音文件(*.*)", "*.*"}}, "", ""});
   if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadName, kBadNameCaption);
   openPath(window, document, states, choice->path, mode, mode == ChannelMode::One && choice->filter == 1);
 }
@@ -163,7 +163,8 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
   LoadWav(window, document, states, file, path, *layout, ChannelMode::One, ContourOnly(file, document));
 }
 
-std::optional<std::string> AskSoundName(Window& window, const std::string& title, const std::string& proposed) {
+std::optional<std::string> AskSoundName(Window& window, const std::string& title,
+                                        const std::string& proposed) {
   const auto choice = window.AskSaveFile({title, {{"声音波形文件(*.wav)", "*.wav"}}, "", proposed});
   if (!choice || choice->path.size() > kLongestPath) {
     SayCannotSave(window);
@@ -179,7 +180,8 @@ void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCapt
 void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (document.sampleCount > kMaxSamples) return;
   std::optional<std::string> path = document.filePath;
-  if (saveAs || path->empty()) path = AskSoundName(window, saveAs ? kSaveUnderOtherName : "保存文件", document.nextDigitPath);
+  if (saveAs || path->empty())
+    path = AskSoundName(window, saveAs ? kSaveUnderOtherName : "保存文件", document.nextDigitPath);
   if (!path) return;
   if (!EndsIn(*path, kWavSuffix)) *path += kWavSuffix;
   // The place is tried before the question, so that nobody answers in vain.
@@ -189,7 +191,7 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (file.Commit(WavBytesOf(document, withPitch)) < 0) return SayCannotSave(window);
   if (withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());
-    document.pitch[frames] = document.pitch[frames + 1] = 0;   // as the file has them
+    document.pitch[frames] = document.pitch[frames + 1] = 0;  // as the file has them
   }
   document.filePath = *path;
   document.nextDigitPath = nextDigitPathOf(*path);

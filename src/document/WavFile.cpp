@@ -11,7 +11,8 @@ namespace {
 
 constexpr std::int64_t kFmtSizeAt = 16, kRateAt = 24, kBlockAlignAt = 32, kBitsAt = 34, kDataSizeAt = 40;
 constexpr std::uint32_t kSmallestFmt = 16, kLargestFmt = 65536;
-constexpr std::int64_t kFmtEnd = 20;   // chunk identifiers and sizes are counted from the end of the fmt header
+constexpr std::int64_t kFmtEnd =
+    20;  // chunk identifiers and sizes are counted from the end of the fmt header
 
 /// Little-endian fields of a file at any place; what lies past the end reads as zeros and fails.
 ByteReader FieldsAt(const InputFile& file, std::int64_t offset, std::span<std::uint8_t> buffer) {
@@ -76,8 +77,8 @@ void WriteWavHeader(ByteWriter& out, int sampleRate, int channels, int sampleCou
   out.PutTag("WAVE");
   out.PutTag("fmt ");
   out.PutInt32LE(16);
-  out.PutUint16LE(1);   // linear PCM
-  out.PutUint16LE(1);   // also for two channels
+  out.PutUint16LE(1);  // linear PCM
+  out.PutUint16LE(1);  // also for two channels
   out.PutInt32LE(sampleRate);
   out.PutInt32LE(LowInt32(std::int64_t{sampleRate} * 2 * channels));
   out.PutUint16LE(static_cast<std::uint16_t>(2 * channels));
@@ -96,7 +97,7 @@ LongFileStretch PlanLongFile(std::int64_t dataBytes, int sampleRate, int startSe
   stretch.bytes = kReadBytes;
   const std::int64_t rest = dataBytes - stretch.offset;
   if (rest <= kReadBytes) {
-    const std::int64_t least = std::int64_t{sampleRate} * 3;   // bytes: 1.5 s
+    const std::int64_t least = std::int64_t{sampleRate} * 3;  // bytes: 1.5 s
     if (rest < least) stretch.offset = dataBytes - least;
     stretch.bytes = std::max(rest, least);
   }
@@ -107,8 +108,7 @@ int ReadMonoSamples(const InputFile& file, std::int64_t offset, int count, std::
   const std::size_t wanted = static_cast<std::size_t>(count) * 2;
   const auto got = static_cast<int>(file.ReadAt(offset, target, wanted) / 2);
   if constexpr (std::endian::native == std::endian::big)
-    for (int i = 0; i < got; ++i)
-      target[i] = LowInt16(((target[i] & 0xFF) << 8) | ((target[i] >> 8) & 0xFF));
+    for (int i = 0; i < got; ++i) target[i] = LowInt16(((target[i] & 0xFF) << 8) | ((target[i] >> 8) & 0xFF));
   return got;
 }
 
@@ -148,9 +148,11 @@ void ReadPitchTail(const InputFile& file, std::int64_t offset, SoundDocument& do
 
 void TakeStoredContour(std::span<const float> periods, SoundDocument& document) {
   document.resetPitch();
-  std::transform(periods.begin(), periods.begin() + std::min<std::ptrdiff_t>(std::ssize(periods), kContourFrames),
+  std::transform(periods.begin(),
+                 periods.begin() + std::min<std::ptrdiff_t>(std::ssize(periods), kContourFrames),
                  document.pitch.begin(), [&document](float period) {
-                   if (!std::isfinite(period) || period > static_cast<float>(document.sampleRate)) return kUnvoiced;
+                   if (!std::isfinite(period) || period > static_cast<float>(document.sampleRate))
+                     return kUnvoiced;
                    return period < 0 ? kNoValue : period;
                  });
   document.pitchBackup = document.pitch;

@@ -10,8 +10,8 @@ struct MinMax {
   std::int16_t min = 0, max = 0;
 };
 
-/// Smallest and largest samples of blocks of 256, 512, 1024 … samples, so that the whole sound is drawn without
-/// visiting every sample.
+/// Smallest and largest samples of blocks of 256, 512, 1024 … samples, so that the whole sound is drawn
+/// without visiting every sample.
 class WavePyramid {
  public:
   /// Rebuilds when `version` differs from the one it was built for.
@@ -21,7 +21,7 @@ class WavePyramid {
 
  private:
   std::uint64_t version_ = ~std::uint64_t{0};
-  std::vector<std::vector<MinMax>> levels_;   ///< level k: blocks of 256·2^k samples
+  std::vector<std::vector<MinMax>> levels_;  ///< level k: blocks of 256·2^k samples
 };
 
 }  // namespace parlowen

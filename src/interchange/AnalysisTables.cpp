@@ -19,15 +19,15 @@ std::string PitchCsv(const SoundDocument& document, PitchRange range) {
     const float period = document.pitch[static_cast<std::size_t>(frame)];
     const double frequency = FrequencyOf(period, document.sampleRate);
     const bool voiced = frequency > 0;
-    table.AddRow({CsvNumber(TimeOfFrame(frame)), CsvNumberOrNone(frequency), voiced ? CsvNumber(SemitonesOf(frequency)) : "",
-                  voiced ? ShortestNumber(period) : ""});
+    table.AddRow({CsvNumber(TimeOfFrame(frame)), CsvNumberOrNone(frequency),
+                  voiced ? CsvNumber(SemitonesOf(frequency)) : "", voiced ? ShortestNumber(period) : ""});
   }
   return table.text();
 }
 
 std::string LevelsCsv(const SoundDocument& document) {
-  CsvTable table = MakeCsvTable(
-      OriginOf(document, "frames of 10 ms from start_s on; peak: largest |x|; level: 10 log10 of the mean square"));
+  CsvTable table = MakeCsvTable(OriginOf(
+      document, "frames of 10 ms from start_s on; peak: largest |x|; level: 10 log10 of the mean square"));
   table.AddRow({"time_s", "start_s", "peak", "level_dB"});
   const FrameSpan frames = FramesToExport(document);
   const int rate = document.sampleRate;

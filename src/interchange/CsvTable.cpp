@@ -12,15 +12,16 @@ namespace {
 std::string Quoted(const std::string& cell) {
   if (cell.find_first_of(",\"\r\n") == std::string::npos && !cell.starts_with('#')) return cell;
   std::string quoted = "\"";
-  for (const char character : cell) quoted += character == '"' ? std::string("\"\"") : std::string(1, character);
+  for (const char character : cell)
+    quoted += character == '"' ? std::string("\"\"") : std::string(1, character);
   return quoted + "\"";
 }
 
 std::string SelectionNote(const CsvOrigin& origin) {
   if (origin.start < 0 || origin.end <= origin.start) return "none";
   const int rate = origin.sampleRate;
-  return CsvNumber(SecondsOf(origin.start, rate)) + " s - " + CsvNumber(SecondsOf(origin.end, rate)) + " s (samples " +
-         std::to_string(origin.start) + " - " + std::to_string(origin.end) + ")";
+  return CsvNumber(SecondsOf(origin.start, rate)) + " s - " + CsvNumber(SecondsOf(origin.end, rate)) +
+         " s (samples " + std::to_string(origin.start) + " - " + std::to_string(origin.end) + ")";
 }
 
 }  // namespace
@@ -44,7 +45,8 @@ std::string CsvNumber(double value) { return std::isfinite(value) ? ShortestNumb
 std::string CsvNumberOrNone(double value) { return value == 0 ? std::string() : CsvNumber(value); }
 
 CsvOrigin OriginOf(const SoundDocument& document, std::string settings) {
-  return {document.filePath, document.sampleRate, document.selectionDefined() ? document.selectionStart : kNoSelection,
+  return {document.filePath, document.sampleRate,
+          document.selectionDefined() ? document.selectionStart : kNoSelection,
           document.selectionDefined() ? document.selectionEnd : kNoSelection, std::move(settings)};
 }
 

@@ -7,8 +7,9 @@
 
 namespace parlowen {
 
-/// A table for spreadsheets and statistics programs: UTF-8 with byte order mark, LF, "# name: value" lines, a header
-/// row, rows. A cell with a comma, a quote, a line end or a "#" at its start stands in quotes, a quote doubled.
+/// A table for spreadsheets and statistics programs: UTF-8 with byte order mark, LF, "# name: value" lines, a
+/// header row, rows. A cell with a comma, a quote, a line end or a "#" at its start stands in quotes, a quote
+/// doubled.
 class CsvTable {
  public:
   void AddNote(std::string_view name, std::string_view value);
@@ -27,9 +28,9 @@ std::string CsvNumberOrNone(double value);
 
 /// What a table says about its origin.
 struct CsvOrigin {
-  std::string soundPath;    ///< its name without the folder is told; "" is a sound without a file
+  std::string soundPath;  ///< its name without the folder is told; "" is a sound without a file
   int sampleRate = 0;
-  int start = kNoSelection, end = kNoSelection;   ///< samples; none unless 0 ≤ start < end
+  int start = kNoSelection, end = kNoSelection;  ///< samples; none unless 0 ≤ start < end
   std::string settings;
 };
 CsvOrigin OriginOf(const SoundDocument& document, std::string settings);

@@ -31,7 +31,7 @@ constexpr const char* kReadAsGbk = "文件不是Unicode编码，已按GBK读入"
 constexpr const char* kNoTiers = "TextGrid文件中没有层！";
 constexpr const char* kNoTrackLabels = "标签轨文件中没有标签！";
 constexpr const char* kNoPitchPoints = "PitchTier文件中没有基频点！";
-constexpr int kPitchCeiling = 600;   // Hz, of a Pitch object
+constexpr int kPitchCeiling = 600;  // Hz, of a Pitch object
 
 std::string NoSuchFile(const char* kind) { return Format("无此%s文件！", kind); }
 std::string NotThatKind(const char* kind) { return Format("不是%s文件！", kind); }
@@ -58,8 +58,8 @@ std::string NameBeside(const std::string& path, const char* ending, const char* 
   return stem + ending + "." + extension;
 }
 
-std::optional<std::string> AskSave(Window& window, const char* title, const FileKind& kind, const std::string& source,
-                                   const char* ending = "") {
+std::optional<std::string> AskSave(Window& window, const char* title, const FileKind& kind,
+                                   const std::string& source, const char* ending = "") {
   const auto choice = window.AskSaveFile(
       {title, {{kind.filter, kind.pattern}}, kind.extension, NameBeside(source, ending, kind.extension)});
   if (!choice || choice->path.empty()) return {};
@@ -158,7 +158,8 @@ void TakeImport(Window& window, const MarkerDesk& desk, ImportedMarkers imported
     desk.markers.changed = true;
   }
   if (imported.hasAnnotations) {
-    report += Format("%s注释字符 %d", imported.hasBands ? "，" : "", static_cast<int>(imported.annotations.size()));
+    report +=
+        Format("%s注释字符 %d", imported.hasBands ? "，" : "", static_cast<int>(imported.annotations.size()));
     desk.annotations.items = std::move(imported.annotations);
     desk.annotations.generation = desk.document.soundGeneration;
     desk.annotations.changed = true;
@@ -172,7 +173,8 @@ void TakeImport(Window& window, const MarkerDesk& desk, ImportedMarkers imported
 void SayLosses(Window& window, const ExportLosses& losses) {
   std::string text;
   if (losses.joined > 0) text = Format("同一处的文字用空格连接：%d", losses.joined);
-  if (losses.leftOut > 0) text += Format("%s没有写出的标志和文字：%d", text.empty() ? "" : "\n", losses.leftOut);
+  if (losses.leftOut > 0)
+    text += Format("%s没有写出的标志和文字：%d", text.empty() ? "" : "\n", losses.leftOut);
   if (!text.empty()) window.Notify(text, Icon::Warning);
 }
 
@@ -198,7 +200,8 @@ void ExportGroups(Window& window, const GroupKind& kind, const char* title, cons
   if (!source || source->path.empty()) return;
   const auto groups = ReadGroupsOf(window, kind, source->path);
   if (!groups) return;
-  if (const auto path = AskSave(window, title, kCsv, source->path)) Write(window, *path, makeTable(*groups, source->path));
+  if (const auto path = AskSave(window, title, kCsv, source->path))
+    Write(window, *path, makeTable(*groups, source->path));
 }
 
 }  // namespace
@@ -206,7 +209,8 @@ void ExportGroups(Window& window, const GroupKind& kind, const char* title, cons
 void UpdateExchangeCommands(const SoundDocument& document, CommandStates& states, const LtaState& lta,
                             const VowelChart& chart) {
   const bool sound = HasSound(document);
-  for (const int command : {41020, 41021, 41022, 41023, 41028, 41032, 41033, 41034}) states.enableCommand(command, sound);
+  for (const int command : {41020, 41021, 41022, 41023, 41028, 41032, 41033, 41034})
+    states.enableCommand(command, sound);
   states.enableCommand(41030, lta.frames > 0 && IsFinite(lta.levels));
   states.enableCommand(41031, chart.count > 0);
   states.enableCommand(41035, sound && document.twoChannel);
@@ -214,7 +218,8 @@ void UpdateExchangeCommands(const SoundDocument& document, CommandStates& states
 
 void ImportTextGridCommand(Window& window, const MarkerDesk& desk) {
   if (!RequireSound(window, desk.document)) return;
-  if (const auto path = AskOpen(window, "导入TextGrid文件", kTextGrid)) ImportTextGridFile(window, desk, *path);
+  if (const auto path = AskOpen(window, "导入TextGrid文件", kTextGrid))
+    ImportTextGridFile(window, desk, *path);
 }
 
 void ImportTextGridFile(Window& window, const MarkerDesk& desk, const std::string& path) {
@@ -223,7 +228,9 @@ void ImportTextGridFile(Window& window, const MarkerDesk& desk, const std::strin
   if (!text) return;
   GridFault fault = GridFault::None;
   const auto grid = ReadTextGrid(text->text, fault);
-  if (!grid) return window.ShowError(fault == GridFault::NoTextGrid ? NotThatKind("TextGrid") : DamagedFile("TextGrid"));
+  if (!grid)
+    return window.ShowError(fault == GridFault::NoTextGrid ? NotThatKind("TextGrid")
+                                                           : DamagedFile("TextGrid"));
   if (grid->tiers.empty()) return window.ShowError(kNoTiers);
   SayHowItWasRead(window, *text);
   TakeImport(window, desk, MarkersOfGrid(*grid, desk.document.sampleCount, desk.document.sampleRate));
@@ -323,15 +330,15 @@ void ExportVowelChartCsvCommand(Window& window, const SoundDocument& document, c
 }
 
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document) {
-  ExportGroups(window, DurationKind(), "音长统计数据转为CSV", [&](const auto& groups, const std::string& file) {
-    return DurationsCsv(groups, file, document);
-  });
+  ExportGroups(
+      window, DurationKind(), "音长统计数据转为CSV",
+      [&](const auto& groups, const std::string& file) { return DurationsCsv(groups, file, document); });
 }
 
 void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document) {
-  ExportGroups(window, VowelGroupKind(), "元音统计数据转为CSV", [&](const auto& groups, const std::string& file) {
-    return VowelGroupsCsv(groups, file, document);
-  });
+  ExportGroups(
+      window, VowelGroupKind(), "元音统计数据转为CSV",
+      [&](const auto& groups, const std::string& file) { return VowelGroupsCsv(groups, file, document); });
 }
 
 void ExportStereoWavCommand(Window& window, const SoundDocument& document) {
@@ -340,7 +347,8 @@ void ExportStereoWavCommand(Window& window, const SoundDocument& document) {
   if (path) Write(window, *path, StereoWavBytesOf(document));
 }
 
-std::optional<TargetCurve> ReadPitchTierTarget(Window& window, int sampleRate, int firstFrame, int frameCount) {
+std::optional<TargetCurve> ReadPitchTierTarget(Window& window, int sampleRate, int firstFrame,
+                                               int frameCount) {
   const auto path = AskOpen(window, "打开PitchTier文件", kPitchTier);
   const auto text = path ? ReadText(window, *path, "PitchTier") : std::nullopt;
   if (!text) return {};

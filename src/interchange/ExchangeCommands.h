@@ -25,39 +25,41 @@ struct MarkerDesk {
   std::function<void()> show = [] {};
 };
 
-/// Enables what there is something for and greys the rest; those that need a contour or a selection follow them in
-/// CommandStates.
+/// Enables what there is something for and greys the rest; those that need a contour or a selection follow
+/// them in CommandStates.
 void UpdateExchangeCommands(const SoundDocument& document, CommandStates& states, const LtaState& lta,
                             const VowelChart& chart);
 
-// Markers. An import takes the place of the whole marker set, of the annotations only where the file has a tier for
-// them; a refused file changes nothing. What did not fit is said.
+// Markers. An import takes the place of the whole marker set, of the annotations only where the file has a
+// tier for them; a refused file changes nothing. What did not fit is said.
 
-void ImportTextGridCommand(Window& window, const MarkerDesk& desk);     ///< 41020
+void ImportTextGridCommand(Window& window, const MarkerDesk& desk);  ///< 41020
 /// The same for a file that was chosen otherwise.
 void ImportTextGridFile(Window& window, const MarkerDesk& desk, const std::string& path);
-void ExportTextGridCommand(Window& window, const MarkerDesk& desk);     ///< 41021
-void ImportLabelTrackCommand(Window& window, const MarkerDesk& desk);   ///< 41022
-void ExportLabelTrackCommand(Window& window, const MarkerDesk& desk);   ///< 41023
-void ExportMarkersCsvCommand(Window& window, const MarkerDesk& desk);   ///< 41034
+void ExportTextGridCommand(Window& window, const MarkerDesk& desk);    ///< 41021
+void ImportLabelTrackCommand(Window& window, const MarkerDesk& desk);  ///< 41022
+void ExportLabelTrackCommand(Window& window, const MarkerDesk& desk);  ///< 41023
+void ExportMarkersCsvCommand(Window& window, const MarkerDesk& desk);  ///< 41034
 
 // Analyses.
 
-void ExportPitchTierCommand(Window& window, const SoundDocument& document);                     ///< 41024
-void ExportPitchCommand(Window& window, const SoundDocument& document, PitchRange range);       ///< 41025
-void ExportFormantCommand(Window& window, const SoundDocument& document);                       ///< 41026
-void ExportPitchCsvCommand(Window& window, const SoundDocument& document, PitchRange range);    ///< 41027
-void ExportLevelsCsvCommand(Window& window, const SoundDocument& document);                     ///< 41028
-void ExportFormantsCsvCommand(Window& window, const SoundDocument& document);                   ///< 41029
-void ExportLtaCsvCommand(Window& window, const LtaState& lta);                                  ///< 41030
-void ExportVowelChartCsvCommand(Window& window, const SoundDocument& document, const VowelChart& chart);   ///< 41031
+void ExportPitchTierCommand(Window& window, const SoundDocument& document);                   ///< 41024
+void ExportPitchCommand(Window& window, const SoundDocument& document, PitchRange range);     ///< 41025
+void ExportFormantCommand(Window& window, const SoundDocument& document);                     ///< 41026
+void ExportPitchCsvCommand(Window& window, const SoundDocument& document, PitchRange range);  ///< 41027
+void ExportLevelsCsvCommand(Window& window, const SoundDocument& document);                   ///< 41028
+void ExportFormantsCsvCommand(Window& window, const SoundDocument& document);                 ///< 41029
+void ExportLtaCsvCommand(Window& window, const LtaState& lta);                                ///< 41030
+void ExportVowelChartCsvCommand(Window& window, const SoundDocument& document,
+                                const VowelChart& chart);  ///< 41031
 /// 41032 and 41033: ask for a statistics file and for the table's name.
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document);
 void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document);
-void ExportStereoWavCommand(Window& window, const SoundDocument& document);                     ///< 41035
+void ExportStereoWavCommand(Window& window, const SoundDocument& document);  ///< 41035
 
-/// Asks for a PitchTier file and gives its melody on the document's frames firstFrame .. firstFrame + frameCount − 1;
-/// nothing when it was cancelled or refused, with its message.
-std::optional<TargetCurve> ReadPitchTierTarget(Window& window, int sampleRate, int firstFrame, int frameCount);
+/// Asks for a PitchTier file and gives its melody on the document's frames firstFrame .. firstFrame +
+/// frameCount − 1; nothing when it was cancelled or refused, with its message.
+std::optional<TargetCurve> ReadPitchTierTarget(Window& window, int sampleRate, int firstFrame,
+                                               int frameCount);
 
 }  // namespace parlowen

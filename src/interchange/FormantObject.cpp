@@ -35,7 +35,8 @@ std::string FormantText(const SoundDocument& document, const VowelTrack& track) 
     for (std::size_t i = 0; i < static_cast<std::size_t>(frame.count); ++i)
       if (frame.bandwidth[i] > 0) used[count++] = i;
     out.PutItem(1, "frames", k + 1);
-    out.PutNumber(2, "intensity", FrameIntensity(document, track.start + static_cast<int>(k) * track.step, rate / 50));
+    out.PutNumber(2, "intensity",
+                  FrameIntensity(document, track.start + static_cast<int>(k) * track.step, rate / 50));
     out.PutCount(2, "nFormants", count);
     out.PutLine(2, "formant []: ");
     for (std::size_t i = 0; i < count; ++i) {

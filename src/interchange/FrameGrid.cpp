@@ -15,6 +15,8 @@ FrameSpan FramesToExport(const SoundDocument& document) {
   return span;
 }
 
-double FrequencyOf(float period, int sampleRate) { return period > 0 ? sampleRate / static_cast<double>(period) : 0.0; }
+double FrequencyOf(float period, int sampleRate) {
+  return period > 0 ? sampleRate / static_cast<double>(period) : 0.0;
+}
 
 }  // namespace parlowen

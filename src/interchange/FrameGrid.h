@@ -4,8 +4,9 @@
 
 namespace parlowen {
 
-/// How long after the beginning of its 10 ms frame a value is given to other programs: the measured pitch is that of
-/// the sound 10.0 ms behind the frame's first sample (docs/interchange.md), and the formants are those of 20 ms.
+/// How long after the beginning of its 10 ms frame a value is given to other programs: the measured pitch is
+/// that of the sound 10.0 ms behind the frame's first sample (docs/interchange.md), and the formants are
+/// those of 20 ms.
 inline constexpr int kFrameOffsetMs = 10;
 
 /// The time of a frame in every export, in seconds: frame/100 + 0.01.
@@ -18,8 +19,8 @@ inline double TimeOfFrameAt(int sample, int sampleRate) {
 /// Seconds of a sample.
 inline double SecondsOf(int sample, int sampleRate) { return static_cast<double>(sample) / sampleRate; }
 
-/// The document's frames; of those that begin in the selection where there is one. `last` is below `first` where there
-/// are none.
+/// The document's frames; of those that begin in the selection where there is one. `last` is below `first`
+/// where there are none.
 FrameSpan FramesToExport(const SoundDocument& document);
 
 /// Hertz of a contour value; 0 for a frame without voice.

@@ -14,7 +14,9 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t";
 
-void SkipBlanks(std::string_view& line) { line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size())); }
+void SkipBlanks(std::string_view& line) {
+  line.remove_prefix(std::min(line.find_first_not_of(kBlanks), line.size()));
+}
 
 std::optional<double> TakeTime(std::string_view& line) {
   SkipBlanks(line);
@@ -41,21 +43,24 @@ std::string OneLine(std::string text) {
 }
 
 /// True when the band takes the label, and it is there then.
-bool Place(MarkerSetBuilder& builder, int band, int start, int end, const std::string& text, int sampleCount) {
+bool Place(MarkerSetBuilder& builder, int band, int start, int end, const std::string& text,
+           int sampleCount) {
   const MarkerSet& set = builder.set();
   if (!text.empty() && set.Labels(band).size() == kLabelsPerBand) return false;
   std::size_t more = 0;
   std::vector<int> edges = {start};
   if (end != start) edges.push_back(end);
   // The ends of the sound bound a stretch without a marker, but a moment needs one.
-  if (end != start) std::erase_if(edges, [sampleCount](int edge) { return edge == 0 || edge == sampleCount; });
+  if (end != start)
+    std::erase_if(edges, [sampleCount](int edge) { return edge == 0 || edge == sampleCount; });
   for (const int edge : edges) {
     if (builder.IsInsideLabel(band, edge)) return false;
     more += !builder.HasMarker(band, edge);
   }
   const auto markers = set.Markers(band);
   if (markers.size() + more > kMarkersPerBand) return false;
-  if (std::any_of(markers.begin(), markers.end(), [=](int marker) { return start < marker && marker < end; })) return false;
+  if (std::any_of(markers.begin(), markers.end(), [=](int marker) { return start < marker && marker < end; }))
+    return false;
   for (const int edge : edges) builder.AddMarker(band, edge);
   return text.empty() || builder.AddLabel(band, start, end, text);
 }
@@ -64,7 +69,8 @@ bool Place(MarkerSetBuilder& builder, int band, int start, int end, const std::s
 
 std::string LabelTrackText(const std::vector<TrackLabel>& labels) {
   std::string text;
-  for (const TrackLabel& label : labels) text += Format("%.6f\t%.6f\t", label.start, label.end) + OneLine(label.text) + "\n";
+  for (const TrackLabel& label : labels)
+    text += Format("%.6f\t%.6f\t", label.start, label.end) + OneLine(label.text) + "\n";
   return text;
 }
 
@@ -92,7 +98,8 @@ std::vector<TrackLabel> TrackOfMarkers(const MarkerSet& markers, int sampleRate)
   for (int band = 0; band < kMarkerBands; ++band)
     for (const MarkerLabel& label : markers.Labels(band))
       labels.push_back({SecondsOf(label.start, sampleRate), SecondsOf(label.end, sampleRate), label.text});
-  std::stable_sort(labels.begin(), labels.end(), [](const TrackLabel& a, const TrackLabel& b) { return a.start < b.start; });
+  std::stable_sort(labels.begin(), labels.end(),
+                   [](const TrackLabel& a, const TrackLabel& b) { return a.start < b.start; });
   return labels;
 }
 
@@ -100,10 +107,12 @@ ImportedMarkers MarkersOfTrack(std::vector<TrackLabel> labels, int sampleCount, 
   ImportedMarkers result;
   result.hasBands = true;
   MarkerSetBuilder builder(sampleCount);
-  std::stable_sort(labels.begin(), labels.end(), [](const TrackLabel& a, const TrackLabel& b) { return a.start < b.start; });
+  std::stable_sort(labels.begin(), labels.end(),
+                   [](const TrackLabel& a, const TrackLabel& b) { return a.start < b.start; });
   for (const TrackLabel& label : labels) {
     const std::int64_t start = SampleAt(label.start, sampleRate), end = SampleAt(label.end, sampleRate);
-    const bool outside = start > sampleCount || end < 0 || (start != end && (start == sampleCount || end == 0));
+    const bool outside =
+        start > sampleCount || end < 0 || (start != end && (start == sampleCount || end == 0));
     if (outside) {
       ++result.losses.outside;
       continue;
@@ -112,7 +121,8 @@ ImportedMarkers MarkersOfTrack(std::vector<TrackLabel> labels, int sampleCount, 
     const int from = static_cast<int>(std::max<std::int64_t>(start, 0));
     const int to = static_cast<int>(std::min<std::int64_t>(end, sampleCount));
     bool placed = false;
-    for (int band = 0; band < kMarkerBands && !placed; ++band) placed = Place(builder, band, from, to, text, sampleCount);
+    for (int band = 0; band < kMarkerBands && !placed; ++band)
+      placed = Place(builder, band, from, to, text, sampleCount);
     if (!placed) ++result.losses.labels;
   }
   result.set = builder.set();

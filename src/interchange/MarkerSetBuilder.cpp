@@ -10,8 +10,8 @@
 namespace parlowen {
 namespace {
 
-constexpr double kFarOutside = 1e12;   // samples
-constexpr std::size_t kMostLooked = 1000;   // bytes of a text: far more than any that fits
+constexpr double kFarOutside = 1e12;       // samples
+constexpr std::size_t kMostLooked = 1000;  // bytes of a text: far more than any that fits
 
 }  // namespace
 
@@ -41,8 +41,9 @@ bool MarkerSetBuilder::HasMarker(int band, int sample) const {
 
 bool MarkerSetBuilder::IsInsideLabel(int band, int sample) const {
   const auto labels = set_.Labels(band);
-  return std::any_of(labels.begin(), labels.end(),
-                     [sample](const MarkerLabel& label) { return label.start < sample && sample < label.end; });
+  return std::any_of(labels.begin(), labels.end(), [sample](const MarkerLabel& label) {
+    return label.start < sample && sample < label.end;
+  });
 }
 
 bool MarkerSetBuilder::AddMarker(int band, int sample) {
@@ -59,7 +60,8 @@ bool MarkerSetBuilder::IsStretch(int band, int start, int end) const {
   if (start != 0 && !HasMarker(band, start)) return false;
   if (end != sampleCount_ && !HasMarker(band, end)) return false;
   const auto markers = set_.Markers(band);
-  return std::none_of(markers.begin(), markers.end(), [=](int marker) { return start < marker && marker < end; });
+  return std::none_of(markers.begin(), markers.end(),
+                      [=](int marker) { return start < marker && marker < end; });
 }
 
 bool MarkerSetBuilder::AddLabel(int band, int start, int end, std::string text) {

@@ -11,12 +11,13 @@ namespace parlowen {
 /// The sample nearest to a time; saturated far outside of every sound.
 std::int64_t SampleAt(double seconds, int sampleRate);
 
-/// The text of a label or an annotation as its file can keep it: control characters are blanks, "" where nothing else is
-/// left, "?" for characters without a code, at most `maxBytes` GBK bytes; what changed is counted.
+/// The text of a label or an annotation as its file can keep it: control characters are blanks, "" where
+/// nothing else is left, "?" for characters without a code, at most `maxBytes` GBK bytes; what changed is
+/// counted.
 std::string FittingText(std::string_view utf8, int maxBytes, ImportLosses& losses);
 
-/// Puts a marker set together by its own rules: at most 20 markers and 20 labels a band, positions ascending, no marker
-/// inside a labelled stretch.
+/// Puts a marker set together by its own rules: at most 20 markers and 20 labels a band, positions ascending,
+/// no marker inside a labelled stretch.
 class MarkerSetBuilder {
  public:
   explicit MarkerSetBuilder(int sampleCount) : sampleCount_(sampleCount) {}

@@ -32,9 +32,11 @@ struct Moment {
   std::string text;
 };
 
-GridTier PointTier(std::string name, std::vector<Moment> moments, int sampleCount, int sampleRate, ExportLosses& losses) {
+GridTier PointTier(std::string name, std::vector<Moment> moments, int sampleCount, int sampleRate,
+                   ExportLosses& losses) {
   GridTier tier{std::move(name), true, 0, SecondsOf(sampleCount, sampleRate)};
-  std::stable_sort(moments.begin(), moments.end(), [](const Moment& a, const Moment& b) { return a.sample < b.sample; });
+  std::stable_sort(moments.begin(), moments.end(),
+                   [](const Moment& a, const Moment& b) { return a.sample < b.sample; });
   for (std::size_t i = 0; i < moments.size(); ++i) {
     if (i == 0 || moments[i].sample != moments[i - 1].sample)
       tier.points.push_back({SecondsOf(moments[i].sample, sampleRate), ""});
@@ -57,7 +59,8 @@ GridTier BandTier(const MarkerSet& markers, int band, int sampleCount, int sampl
   for (const MarkerLabel& label : markers.Labels(band)) {
     if (label.IsPoint()) continue;
     const auto edge = std::lower_bound(edges.begin(), edges.end(), label.start);
-    const bool isStretch = edge != edges.end() && *edge == label.start && edge + 1 != edges.end() && edge[1] == label.end;
+    const bool isStretch =
+        edge != edges.end() && *edge == label.start && edge + 1 != edges.end() && edge[1] == label.end;
     if (isStretch) {
       Join(tier.intervals[static_cast<std::size_t>(edge - edges.begin())].text, label.text, losses);
     } else {
@@ -91,14 +94,15 @@ std::vector<Moment> PointLabels(const MarkerSet& markers, int band, int sampleCo
 
 class GridImport {
  public:
-  GridImport(int sampleCount, int sampleRate) : sampleCount_(sampleCount), sampleRate_(sampleRate), builder_(sampleCount) {}
+  GridImport(int sampleCount, int sampleRate)
+      : sampleCount_(sampleCount), sampleRate_(sampleRate), builder_(sampleCount) {}
 
   ImportedMarkers Run(const TextGrid& grid);
 
  private:
   struct Stretch {
     int start = 0, end = 0;
-    bool startCounts = false, endCounts = false;   ///< as markers
+    bool startCounts = false, endCounts = false;  ///< as markers
     std::string text;
   };
   std::vector<std::optional<int>> AssignBands(const TextGrid& grid);
@@ -188,7 +192,8 @@ void GridImport::TakeIntervals(const GridTier& tier, int band) {
 
 void GridImport::TakePoints(const GridTier& tier, int band) {
   std::vector<GridPoint> points = tier.points;
-  std::stable_sort(points.begin(), points.end(), [](const GridPoint& a, const GridPoint& b) { return a.time < b.time; });
+  std::stable_sort(points.begin(), points.end(),
+                   [](const GridPoint& a, const GridPoint& b) { return a.time < b.time; });
   for (const GridPoint& point : points) {
     if (!InSound(Sample(point.time))) {
       ++result_.losses.outside;
@@ -197,7 +202,7 @@ void GridImport::TakePoints(const GridTier& tier, int band) {
     const int sample = static_cast<int>(Sample(point.time));
     const std::string text = FittingText(point.text, kMarkerLabelBytes, result_.losses);
     if (!builder_.HasMarker(band, sample) && builder_.IsInsideLabel(band, sample)) {
-      ++result_.losses.labels;   // it would split the labelled stretch
+      ++result_.losses.labels;  // it would split the labelled stretch
     } else if (!builder_.AddMarker(band, sample)) {
       ++result_.losses.markers;
     } else if (!text.empty() && !builder_.AddLabel(band, sample, sample, text)) {
@@ -247,7 +252,8 @@ TextGrid GridOfMarkers(const MarkerSet& markers, const std::vector<Annotation>& 
     grid.tiers.push_back(BandTier(markers, band, sampleCount, sampleRate, losses));
     std::vector<Moment> moments = PointLabels(markers, band, sampleCount, losses);
     if (!moments.empty())
-      grid.tiers.push_back(PointTier(PointTierName(band), std::move(moments), sampleCount, sampleRate, losses));
+      grid.tiers.push_back(
+          PointTier(PointTierName(band), std::move(moments), sampleCount, sampleRate, losses));
   }
   std::vector<Moment> moments;
   for (const Annotation& annotation : annotations) {
@@ -258,7 +264,8 @@ TextGrid GridOfMarkers(const MarkerSet& markers, const std::vector<Annotation>& 
     }
   }
   if (!moments.empty())
-    grid.tiers.push_back(PointTier(std::string(kAnnotationTier), std::move(moments), sampleCount, sampleRate, losses));
+    grid.tiers.push_back(
+        PointTier(std::string(kAnnotationTier), std::move(moments), sampleCount, sampleRate, losses));
   return grid;
 }
 

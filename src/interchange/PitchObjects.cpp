@@ -11,7 +11,7 @@ namespace parlowen {
 namespace {
 
 constexpr std::string_view kTierClass = "PitchTier", kPitchClass = "Pitch 1";
-constexpr double kLowest = 1.0, kHighest = 10000.0;   // Hz
+constexpr double kLowest = 1.0, kHighest = 10000.0;  // Hz
 
 double FrequencyOfFrame(const SoundDocument& document, int frame) {
   return FrequencyOf(document.pitch[static_cast<std::size_t>(frame)], document.sampleRate);
@@ -19,8 +19,11 @@ double FrequencyOfFrame(const SoundDocument& document, int frame) {
 
 /// The rules of the format, whatever the file says.
 void PutInOrder(std::vector<PitchPoint>& points) {
-  std::erase_if(points, [](const PitchPoint& point) { return !(point.frequency >= kLowest && point.frequency <= kHighest); });
-  std::stable_sort(points.begin(), points.end(), [](const PitchPoint& a, const PitchPoint& b) { return a.time < b.time; });
+  std::erase_if(points, [](const PitchPoint& point) {
+    return !(point.frequency >= kLowest && point.frequency <= kHighest);
+  });
+  std::stable_sort(points.begin(), points.end(),
+                   [](const PitchPoint& a, const PitchPoint& b) { return a.time < b.time; });
   const auto sameTime = [](const PitchPoint& a, const PitchPoint& b) { return a.time == b.time; };
   points.erase(std::unique(points.begin(), points.end(), sameTime), points.end());
 }
@@ -77,7 +80,8 @@ double FrequencyAt(const PitchTier& tier, double time) {
   if (right == points.begin()) return points.front().frequency;
   if (right == points.end()) return points.back().frequency;
   const PitchPoint& left = right[-1];
-  return left.frequency + (time - left.time) / (right->time - left.time) * (right->frequency - left.frequency);
+  return left.frequency +
+         (time - left.time) / (right->time - left.time) * (right->frequency - left.frequency);
 }
 
 TargetCurve TargetOf(const PitchTier& tier, int sampleRate, int firstFrame, int frameCount) {

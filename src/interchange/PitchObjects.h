@@ -10,15 +10,15 @@
 namespace parlowen {
 
 struct PitchPoint {
-  double time = 0;        ///< seconds
-  double frequency = 0;   ///< Hz
+  double time = 0;       ///< seconds
+  double frequency = 0;  ///< Hz
   bool operator==(const PitchPoint&) const = default;
 };
 
 /// A melody as points, linear in hertz between them, constant before the first and behind the last.
 struct PitchTier {
-  double start = 0, end = 0;          ///< seconds
-  std::vector<PitchPoint> points{};   ///< times ascending
+  double start = 0, end = 0;         ///< seconds
+  std::vector<PitchPoint> points{};  ///< times ascending
 };
 
 /// The voiced frames of the whole contour.
@@ -29,8 +29,9 @@ std::string PitchTierText(const PitchTier& tier);
 
 enum class PitchTierFault { None, NoPitchTier, Damaged, NoPoints };
 
-/// The melody of a long, short or spreadsheet file; else `fault` says why not. Points are sorted; of several at one time
-/// the first stays. Those outside 1..10000 Hz are no pitch and are left out; with none left there is nothing to read.
+/// The melody of a long, short or spreadsheet file; else `fault` says why not. Points are sorted; of several
+/// at one time the first stays. Those outside 1..10000 Hz are no pitch and are left out; with none left there
+/// is nothing to read.
 std::optional<PitchTier> ReadPitchTier(std::string_view utf8, PitchTierFault& fault);
 
 /// Hertz at a moment. The tier has points.
@@ -39,9 +40,9 @@ double FrequencyAt(const PitchTier& tier, double time);
 /// The melody as periods of the document's frames firstFrame .. firstFrame + frameCount − 1.
 TargetCurve TargetOf(const PitchTier& tier, int sampleRate, int firstFrame, int frameCount);
 
-/// The whole contour as a text object "Pitch 1" with one candidate a frame: frequency 0 and strength 0 without voice,
-/// strength 1 with it. The intensity is the frame's peak amplitude over that of the sound. The ceiling is `ceiling` Hz,
-/// or the next whole number above the highest value.
+/// The whole contour as a text object "Pitch 1" with one candidate a frame: frequency 0 and strength 0
+/// without voice, strength 1 with it. The intensity is the frame's peak amplitude over that of the sound. The
+/// ceiling is `ceiling` Hz, or the next whole number above the highest value.
 std::string PitchText(const SoundDocument& document, int ceiling);
 
 }  // namespace parlowen

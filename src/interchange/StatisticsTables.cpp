@@ -13,33 +13,40 @@
 namespace parlowen {
 namespace {
 
-constexpr const char* kShapeNames[] = {"circle", "square", "diamond", "triangle", "inverted triangle", "cross"};
+constexpr const char* kShapeNames[] = {"circle", "square", "diamond", "triangle", "inverted triangle",
+                                       "cross"};
 
 std::string ShapeName(int shape) {
-  return shape >= 0 && shape < static_cast<int>(std::size(kShapeNames)) ? kShapeNames[shape] : std::to_string(shape);
+  return shape >= 0 && shape < static_cast<int>(std::size(kShapeNames)) ? kShapeNames[shape]
+                                                                        : std::to_string(shape);
 }
 
 std::string Number(std::size_t number) { return std::to_string(number); }
 
 /// The group's own sign and unit: tenths of a millisecond.
-double Milliseconds(const ValueGroup& group, std::uint16_t value) { return (group.negative ? -value : value) / 10.0; }
+double Milliseconds(const ValueGroup& group, std::uint16_t value) {
+  return (group.negative ? -value : value) / 10.0;
+}
 
 }  // namespace
 
 std::string VowelChartCsv(const VowelChart& chart, const SoundDocument& document) {
-  const std::string settings =
-      chart.barkMode ? Format("relative Bark, reference F0 %d Hz", chart.referenceF0) : std::string("frequency");
-  CsvTable table = MakeCsvTable(OriginOf(document, "coordinates: " + settings + "; Bark(f) = 7 asinh(f/650)"));
+  const std::string settings = chart.barkMode ? Format("relative Bark, reference F0 %d Hz", chart.referenceF0)
+                                              : std::string("frequency");
+  CsvTable table =
+      MakeCsvTable(OriginOf(document, "coordinates: " + settings + "; Bark(f) = 7 asinh(f/650)"));
   table.AddRow({"point", "shape", "F1_Hz", "F2_Hz", "F3_Hz", "B1_Bark", "B2_Bark"});
   for (std::size_t i = 0; i < static_cast<std::size_t>(chart.count); ++i) {
     const VowelPoint& point = chart.points[i];
     table.AddRow({Number(i + 1), ShapeName(point.shape), ShortestNumber(point.f1), ShortestNumber(point.f2),
-                  point.f3 > 0 ? ShortestNumber(point.f3) : "", CsvNumber(Bark(point.f1)), CsvNumber(Bark(point.f2))});
+                  point.f3 > 0 ? ShortestNumber(point.f3) : "", CsvNumber(Bark(point.f1)),
+                  CsvNumber(Bark(point.f2))});
   }
   return table.text();
 }
 
-std::string DurationsCsv(const std::vector<ValueGroup>& groups, const std::string& file, const SoundDocument& document) {
+std::string DurationsCsv(const std::vector<ValueGroup>& groups, const std::string& file,
+                         const SoundDocument& document) {
   CsvTable table = MakeCsvTable(OriginOf(document, "durations of " + FileNameOf(file)));
   table.AddRow({"group", "value", "duration_ms", "mean_ms", "deviation_ms"});
   for (const ValueGroup& group : groups) {
@@ -51,17 +58,19 @@ std::string DurationsCsv(const std::vector<ValueGroup>& groups, const std::strin
   return table.text();
 }
 
-std::string VowelGroupsCsv(const std::vector<ValueGroup>& groups, const std::string& file, const SoundDocument& document) {
+std::string VowelGroupsCsv(const std::vector<ValueGroup>& groups, const std::string& file,
+                           const SoundDocument& document) {
   CsvTable table = MakeCsvTable(OriginOf(document, "vowel points of " + FileNameOf(file)));
-  table.AddRow({"group", "point", "F1_Hz", "F2_Hz", "mean_F1_Hz", "deviation_F1_Hz", "mean_F2_Hz", "deviation_F2_Hz"});
+  table.AddRow(
+      {"group", "point", "F1_Hz", "F2_Hz", "mean_F1_Hz", "deviation_F1_Hz", "mean_F2_Hz", "deviation_F2_Hz"});
   const std::vector<VowelGroup> summaries = SummariesOfVowels(groups);
   for (std::size_t g = 0; g < groups.size(); ++g) {
     const VowelGroup& summary = summaries[g];
     const std::vector<std::uint16_t>& values = groups[g].values;
     for (std::size_t i = 0; i + 1 < values.size(); i += 2)
       table.AddRow({IpaFromGbk(groups[g].name), Number(i / 2 + 1), Number(values[i]), Number(values[i + 1]),
-                    ShortestNumber(summary.mean1), CsvNumber(summary.deviation1), ShortestNumber(summary.mean2),
-                    CsvNumber(summary.deviation2)});
+                    ShortestNumber(summary.mean1), CsvNumber(summary.deviation1),
+                    ShortestNumber(summary.mean2), CsvNumber(summary.deviation2)});
   }
   return table.text();
 }

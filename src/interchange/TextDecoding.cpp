@@ -44,7 +44,8 @@ DecodedText DecodeText(ByteSpan bytes) {
   if (BeginsWith(bytes, {0xFE, 0xFF})) return {FromUtf16(bytes.subspan(2), ByteOrder::Big), false};
   std::array<std::size_t, 2> zeros{};
   for (std::size_t i = 0; i < bytes.size(); ++i) zeros[i % 2] += bytes[i] == 0;
-  if (zeros[0] != zeros[1]) return {FromUtf16(bytes, zeros[1] > zeros[0] ? ByteOrder::Little : ByteOrder::Big), false};
+  if (zeros[0] != zeros[1])
+    return {FromUtf16(bytes, zeros[1] > zeros[0] ? ByteOrder::Little : ByteOrder::Big), false};
   std::string text = Plain(bytes);
   if (IsUtf8(text)) return {std::move(text), false};
   return {IpaFromGbk(text), true};

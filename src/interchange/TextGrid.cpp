@@ -9,7 +9,7 @@ namespace {
 
 constexpr std::string_view kClass = "TextGrid";
 constexpr std::string_view kIntervalTier = "IntervalTier", kPointTier = "TextTier";
-constexpr double kRounding = 1e-6;   // seconds: times that were rounded on their way
+constexpr double kRounding = 1e-6;  // seconds: times that were rounded on their way
 
 void PutTier(TextObjectWriter& out, const GridTier& tier) {
   out.PutString(2, "class", tier.isPoints ? kPointTier : kIntervalTier);

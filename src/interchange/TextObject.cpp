@@ -14,7 +14,8 @@ bool IsVersionOf(std::string_view name, std::string_view className) {
 }  // namespace
 
 TextObjectWriter::TextObjectWriter(std::string_view className) {
-  text_ = "File type = \"" + std::string(kFileType) + "\"\nObject class = \"" + std::string(className) + "\"\n\n";
+  text_ =
+      "File type = \"" + std::string(kFileType) + "\"\nObject class = \"" + std::string(className) + "\"\n\n";
 }
 
 void TextObjectWriter::PutNumber(int level, std::string_view name, double value) {
@@ -27,7 +28,8 @@ void TextObjectWriter::PutCount(int level, std::string_view name, std::size_t va
 
 void TextObjectWriter::PutString(int level, std::string_view name, std::string_view value) {
   std::string line = std::string(name) + " = \"";
-  for (const char character : value) line += character == '"' ? std::string("\"\"") : std::string(1, character);
+  for (const char character : value)
+    line += character == '"' ? std::string("\"\"") : std::string(1, character);
   PutLine(level, line + "\" ");
 }
 

@@ -6,8 +6,9 @@
 
 namespace parlowen {
 
-/// Writes the long form of a text object file: one `name = value ` a line, indented by four blanks a level, LF, UTF-8
-/// without a byte order mark. A number is the shortest text that reads back, a quote inside a string is doubled.
+/// Writes the long form of a text object file: one `name = value ` a line, indented by four blanks a level,
+/// LF, UTF-8 without a byte order mark. A number is the shortest text that reads back, a quote inside a
+/// string is doubled.
 class TextObjectWriter {
  public:
   explicit TextObjectWriter(std::string_view className);
@@ -26,8 +27,8 @@ class TextObjectWriter {
   std::string text_;
 };
 
-/// Takes the two strings that every text object file begins with. True when it is one of that class, whatever the
-/// version behind the name.
+/// Takes the two strings that every text object file begins with. True when it is one of that class, whatever
+/// the version behind the name.
 bool TakeObjectHead(TokenReader& reader, std::string_view className);
 
 }  // namespace parlowen

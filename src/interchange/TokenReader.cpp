@@ -32,9 +32,7 @@ TokenReader::Token TokenReader::Next() {
     if (at_ == text_.size()) return {};
     Token token;
     switch (text_[at_]) {
-      case '!':
-        at_ = std::min(text_.find_first_of("\r\n", at_), text_.size());
-        break;
+      case '!': at_ = std::min(text_.find_first_of("\r\n", at_), text_.size()); break;
       case '"':
         token.kind = Kind::String;
         if (TakeQuoted(token.text)) return token;
@@ -104,7 +102,8 @@ double TokenReader::TakeNumber() {
 std::int64_t TokenReader::TakeCount() {
   const double number = TakeNumber();
   const double most = static_cast<double>((text_.size() - at_ + 1) / 2);
-  if (!failed_ && number >= 0 && number <= most && number == std::floor(number)) return static_cast<std::int64_t>(number);
+  if (!failed_ && number >= 0 && number <= most && number == std::floor(number))
+    return static_cast<std::int64_t>(number);
   failed_ = true;
   return 0;
 }

@@ -5,11 +5,11 @@
 
 namespace parlowen {
 
-/// Takes what counts out of a text object file, one after another: numbers that stand free, "…" strings (a quote is
-/// doubled inside, newlines are allowed) and <flags>. All other words ("xmin", "=", "[1]:") are noise, and "!" begins
-/// a comment that lasts to the end of the line; so the long form, the short form and files written by hand read alike.
-/// Taking another kind than the next one, a number that is not finite or anything behind the end gives 0 or "" and
-/// sets `failed()`, which stays set.
+/// Takes what counts out of a text object file, one after another: numbers that stand free, "…" strings (a
+/// quote is doubled inside, newlines are allowed) and <flags>. All other words ("xmin", "=", "[1]:") are
+/// noise, and "!" begins a comment that lasts to the end of the line; so the long form, the short form and
+/// files written by hand read alike. Taking another kind than the next one, a number that is not finite or
+/// anything behind the end gives 0 or "" and sets `failed()`, which stays set.
 class TokenReader {
  public:
   /// The text outlives the reader.
@@ -18,8 +18,8 @@ class TokenReader {
   bool failed() const { return failed_; }
 
   double TakeNumber();
-  /// A whole number of things that follow, 0 or more. Each has at least one token, so it is bounded by half the
-  /// characters that are left.
+  /// A whole number of things that follow, 0 or more. Each has at least one token, so it is bounded by half
+  /// the characters that are left.
   std::int64_t TakeCount();
   std::string TakeString();
   /// True when the next token is that flag, named without its brackets; it is consumed either way.

@@ -4,7 +4,7 @@ namespace parlowen {
 namespace {
 
 constexpr Colour kMarker = 0x7030A0;
-constexpr int kTextHeight = 11, kTextFromFoot = 4;   // the head belongs to the edges of the selection
+constexpr int kTextHeight = 11, kTextFromFoot = 4;  // the head belongs to the edges of the selection
 
 }  // namespace
 

@@ -6,8 +6,8 @@
 
 namespace parlowen {
 
-/// Adds the markers of the palate recording: a line with its label, from column `left` on. `columnOf` tells the column
-/// of a sample. Nothing when the document's samples are not the file's any more.
+/// Adds the markers of the palate recording: a line with its label, from column `left` on. `columnOf` tells
+/// the column of a sample. Nothing when the document's samples are not the file's any more.
 void AddEpgMarkers(Picture& picture, const PalateState& palate, const SoundDocument& document, int left,
                    const std::function<int(int)>& columnOf);
 

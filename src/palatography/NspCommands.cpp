@@ -24,7 +24,7 @@ void ShowRefusal(Window& window, NspRefusal refusal) {
     case NspRefusal::TwoChannelSpeech: return window.Notify(kTwoChannelSpeech, Icon::Error);
     case NspRefusal::WrongPreferences: return window.Notify(kWrongData, Icon::Error);
     case NspRefusal::NotNsp:
-    case NspRefusal::None: return;   // a file of another kind is passed over
+    case NspRefusal::None: return;  // a file of another kind is passed over
   }
 }
 
@@ -35,8 +35,8 @@ void FillChannel(SampleBuffer& channel, const std::vector<std::int16_t>& samples
 }
 
 /// Everything behind the samples once they are in place.
-void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path, int count,
-                int rate, bool twoChannel) {
+void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
+                int count, int rate, bool twoChannel) {
   document.twoChannel = twoChannel;
   document.longFileSeconds = document.longFileStart = 0;
   document.resetForNewSound(count, rate, states);
@@ -56,7 +56,8 @@ std::optional<std::string> AskNspFile(Window& window, const char* title) {
 
 }  // namespace
 
-int ReadTwoChannelNsp(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
+int ReadTwoChannelNsp(Window& window, SoundDocument& document, CommandStates& states,
+                      const std::string& path) {
   const auto bytes = ReadWholeFile(path, kLargestFile);
   if (!bytes) {
     window.Notify(kCannotOpen, Icon::Error);

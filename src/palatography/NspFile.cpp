@@ -1,4 +1,5 @@
-// Both readers: head, header chunk, then chunk after chunk into a local recording that is handed over at the end.
+// Both readers: head, header chunk, then chunk after chunk into a local recording that is handed over at the
+// end.
 //
 //   0  "FORMDS16"      8  form length      12  header id      16  header length      20  header body
 
@@ -15,7 +16,7 @@ namespace parlowen {
 namespace {
 
 constexpr std::string_view kMagic = "FORMDS16";
-constexpr std::uint32_t kSpeechHeader = 100, kEpgHeader = 32;             // bytes of the header bodies
+constexpr std::uint32_t kSpeechHeader = 100, kEpgHeader = 32;  // bytes of the header bodies
 constexpr std::size_t kSpeechRateAt = 56, kSpeechChunksAt = 120;
 constexpr std::size_t kEpgRateAt = 40;
 constexpr std::int64_t kFormHead = 12;
@@ -97,7 +98,7 @@ NspRefusal ParseTwoChannelNsp(ByteSpan file, TwoChannelNsp& recording) {
 NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
   ByteReader reader(file);
   if (!reader.TakeTag(kMagic)) return NspRefusal::NotNsp;
-  reader.Skip(4);   // the form length: the chunks end where the file ends
+  reader.Skip(4);  // the form length: the chunks end where the file ends
   if (!reader.TakeTag("HEDR") || reader.TakeUint32LE() != kEpgHeader) return NspRefusal::NotNsp;
   reader.SeekTo(kEpgRateAt);
   const std::uint32_t rate = reader.TakeUint32LE();
@@ -140,7 +141,8 @@ NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
     } else if (Is(id, "PALA")) {
       read.palate.assign(body.begin(), body.end());
       read.hasPalate = true;
-    } else if ((Is(id, "MKA_") || Is(id, "MK_B")) && body.size() >= 4 && markers.size() < kLargestMarkerCount) {
+    } else if ((Is(id, "MKA_") || Is(id, "MK_B")) && body.size() >= 4 &&
+               markers.size() < kLargestMarkerCount) {
       FoundMarker found;
       ByteReader marker(body);
       found.marker = TakeMarker(marker, found.position);
@@ -150,7 +152,8 @@ NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
   }
   if (read.channel == 0) return NspRefusal::NotNsp;
   for (FoundMarker& found : markers) {
-    if (found.channel != read.channel || found.position > static_cast<std::uint32_t>(read.sampleCount)) continue;
+    if (found.channel != read.channel || found.position > static_cast<std::uint32_t>(read.sampleCount))
+      continue;
     found.marker.position = static_cast<int>(found.position);
     read.markers.push_back(std::move(found.marker));
   }

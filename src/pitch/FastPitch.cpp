@@ -263,8 +263,8 @@ void Extraction::RemoveDc() {
     std::int64_t sum = 0;
     for (int n = first; n < end; ++n) sum += At(n);
     const auto mean = static_cast<std::int32_t>(sum / (end - first));
-    // The margins go with the block beside them, but for what lies outside the document, which is zero already: a step
-    // there would count as the largest output.
+    // The margins go with the block beside them, but for what lies outside the document, which is zero
+    // already: a step there would count as the largest output.
     const int from = first == 0 ? -kMargin : first, to = end == count_ ? end + kMargin : end;
     for (int n = from; n < to; ++n)
       if (IsInDocument(n)) *Samples(n) -= mean;
@@ -479,8 +479,7 @@ void Extraction::FixBounds() {
       minPeriod_ = rate_ / 280;
       maxPeriod_ = rate_ / 64;
       return;
-    case PitchRange::Automatic:
-      break;
+    case PitchRange::Automatic: break;
   }
   minPeriod_ = rate_ / 500;
   maxPeriod_ = rate_ / 64;
@@ -775,14 +774,10 @@ void Extraction::KeepSteadyStretches() {
 
 PitchBounds BoundsOf(PitchRange range) {
   switch (range) {
-    case PitchRange::High:
-      return {144, 600};
-    case PitchRange::Middle:
-      return {96, 400};
-    case PitchRange::Low:
-      return {64, 280};
-    case PitchRange::Automatic:
-      break;
+    case PitchRange::High: return {144, 600};
+    case PitchRange::Middle: return {96, 400};
+    case PitchRange::Low: return {64, 280};
+    case PitchRange::Automatic: break;
   }
   return {64, 500};
 }

@@ -34,7 +34,8 @@ int SavePitchSegment(Window& window, const SoundDocument& document);
 
 inline constexpr const char* kBadPitchFile = "基频数据文件错误！";
 
-/// Asks for a pitch data file and reads it; nothing when it was cancelled or is not there, which has been said then.
+/// Asks for a pitch data file and reads it; nothing when it was cancelled or is not there, which has been
+/// said then.
 std::optional<std::vector<std::uint8_t>> AskPitchFile(Window& window);
 
 /// 40051: writes "Pitch.txt" from a pitch data file into `exportFolder` ("" is the current directory). 0, or

@@ -9,7 +9,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLeft = 30, kTop = 45, kBaseLine = 205;   // the frame
+constexpr int kLeft = 30, kTop = 45, kBaseLine = 205;  // the frame
 constexpr int kHighestBar = 35, kLowestBar = 225;
 constexpr int kBarStep = 40, kBarIndent = 10, kBarWidth = 20;
 constexpr double kMillisecondsPerPixel = 3.12, kScaleStep = 400.0;
@@ -22,7 +22,8 @@ int ScaleOf(const std::vector<DurationGroup>& groups) {
 }
 
 int TopOf(double mean, int scale) {
-  return std::clamp(kBaseLine - TruncateToInt32(mean / (kMillisecondsPerPixel * scale)) - 1, kHighestBar, kLowestBar);
+  return std::clamp(kBaseLine - TruncateToInt32(mean / (kMillisecondsPerPixel * scale)) - 1, kHighestBar,
+                    kLowestBar);
 }
 
 /// Crossing diagonals, every sixth pixel.
@@ -43,12 +44,14 @@ int BarsIn(int width) { return std::max(1, (width - kLeft) / kBarStep); }
 Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int width, int height) {
   Picture picture{width, height, {}};
   const int scale = ScaleOf(groups);
-  picture.Add(PolylineMark{{{kLeft, kTop}, {width - 1, kTop}, {width - 1, kBaseLine}, {kLeft, kBaseLine}, {kLeft, kTop}}});
+  picture.Add(PolylineMark{
+      {{kLeft, kTop}, {width - 1, kTop}, {width - 1, kBaseLine}, {kLeft, kBaseLine}, {kLeft, kTop}}});
   picture.Add(TextMark{kLeft - 2, kTop - 8, "ms", colours::kText, 11, Anchor::Right, Face::Figures});
   for (int tick = 0; tick <= 4; ++tick) {
     const int y = kBaseLine - TruncateToInt32(tick * 100 / kMillisecondsPerPixel);
     picture.Add(LineMark{{kLeft - 3, y}, {kLeft, y}, colours::kText});
-    picture.Add(TextMark{kLeft - 4, y + 4, Format("%d", tick * 100 * scale), colours::kText, 9, Anchor::Right, Face::Figures});
+    picture.Add(TextMark{kLeft - 4, y + 4, Format("%d", tick * 100 * scale), colours::kText, 9, Anchor::Right,
+                         Face::Figures});
   }
   const int count = static_cast<int>(groups.size());
   for (int g = first; g < count && g - first < BarsIn(width); ++g) {
@@ -59,8 +62,10 @@ Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int
     AddHatch(picture, left, top, right, bottom);
     picture.Add(PolylineMark{{{left, top}, {right, top}, {right, bottom}, {left, bottom}, {left, top}}});
     const int middle = left + kBarWidth / 2;
-    picture.Add(TextMark{middle, kLowestBar + 16, Format("%3d", g + 1), colours::kText, 12, Anchor::Middle, Face::Figures});
-    picture.Add(TextMark{middle, kLowestBar + 32, IpaFromGbk(group.name), colours::kText, 12, Anchor::Middle, Face::Ipa});
+    picture.Add(TextMark{middle, kLowestBar + 16, Format("%3d", g + 1), colours::kText, 12, Anchor::Middle,
+                         Face::Figures});
+    picture.Add(TextMark{middle, kLowestBar + 32, IpaFromGbk(group.name), colours::kText, 12, Anchor::Middle,
+                         Face::Ipa});
   }
   return picture;
 }

@@ -6,8 +6,8 @@
 
 namespace parlowen {
 
-/// One bar a group, 40 pixels apart, as high as the mean is long: 3.12·k ms a pixel with k = trunc(M/400) + 1 and M
-/// the largest mean. Negative means hang below the base line. `first` is the group at the left.
+/// One bar a group, 40 pixels apart, as high as the mean is long: 3.12·k ms a pixel with k = trunc(M/400) + 1
+/// and M the largest mean. Negative means hang below the base line. `first` is the group at the left.
 Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int width, int height);
 
 /// Bars that fit side by side.
@@ -28,7 +28,7 @@ class DurationChart : public ToolWindow {
  private:
   std::vector<DurationGroup> groups_;
   int first_ = 0;
-  mutable int fitting_ = 1;   ///< bars in the width that was drawn last
+  mutable int fitting_ = 1;  ///< bars in the width that was drawn last
 };
 
 }  // namespace parlowen

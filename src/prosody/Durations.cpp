@@ -32,7 +32,8 @@ std::string DurationReport(const std::vector<ValueGroup>& groups) {
   std::string text = ToGbk("\r\n          音长统计数据\r\n");
   int number = 0;
   for (const ValueGroup& group : groups) {
-    text += ToGbk(Format("\r\n          第%d组：组名：", ++number)) + "'" + group.name + "'" + ToGbk("\r\n\r\n数据(ms)：");
+    text += ToGbk(Format("\r\n          第%d组：组名：", ++number)) + "'" + group.name + "'" +
+            ToGbk("\r\n\r\n数据(ms)：");
     const int sign = group.negative ? -1 : 1;
     int column = 0;
     for (const std::uint16_t value : group.values) {

@@ -77,8 +77,8 @@ bool AppendToGroup(const GroupLayout& layout, std::vector<std::uint8_t>& file, i
   return true;
 }
 
-int AppendGroup(const GroupLayout& layout, std::vector<std::uint8_t>& file, std::string_view gbkName, bool negative,
-                std::span<const std::uint16_t> slot) {
+int AppendGroup(const GroupLayout& layout, std::vector<std::uint8_t>& file, std::string_view gbkName,
+                bool negative, std::span<const std::uint16_t> slot) {
   const int count = GroupCountOf(layout, file).value_or(0);
   if (count >= kMostGroups) return -1;
   file.resize(layout.OffsetOf(count));

@@ -37,7 +37,8 @@ bool CanWrite(const std::string& path) {
 }
 
 /// The bytes of a good group file. Else nothing, and `cannotOpen` or the kind's own message was shown.
-std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std::string& path, const char* cannotOpen) {
+std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std::string& path,
+                                const char* cannotOpen) {
   auto bytes = ReadWholeFile(path);
   if (!bytes || !CanWrite(path)) {
     window.Notify(cannotOpen, Icon::Error);
@@ -108,7 +109,8 @@ void AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
 
 }  // namespace
 
-void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind, std::span<const std::uint16_t> slot) {
+void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
+                 std::span<const std::uint16_t> slot) {
   if (current.known) {
     if (window.AskYesNo(kSameGroup, kSameGroupCaption)) return AddToCurrent(window, current, kind, slot);
     current.known = false;
@@ -132,7 +134,8 @@ std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupK
   return ReadGroupsOf(window, kind, choice->path);
 }
 
-std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind, const std::string& path) {
+std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind,
+                                                    const std::string& path) {
   const auto bytes = ReadWholeFile(path);
   if (!bytes) {
     window.Notify(kind.missing, Icon::Error);

@@ -13,10 +13,10 @@ namespace parlowen {
 struct GroupKind {
   GroupLayout layout;
   FileDialog dialog;
-  const char* damaged;       ///< the file is no group file of this kind
-  const char* missing;       ///< the report's file cannot be opened
-  bool asksSign = false;     ///< a new group is positive or negative
-  bool clearsRest = false;   ///< a value added by name zeroes the slots behind it
+  const char* damaged;      ///< the file is no group file of this kind
+  const char* missing;      ///< the report's file cannot be opened
+  bool asksSign = false;    ///< a new group is positive or negative
+  bool clearsRest = false;  ///< a value added by name zeroes the slots behind it
 };
 
 /// The group that the last value went to, kept between commands.
@@ -30,13 +30,15 @@ struct CurrentGroup {
 ///   1. the current group, when there is one and the user agrees;
 ///   2. else a file, which need not exist yet;
 ///   3. a new group or one of the file's, found by its name.
-/// Everything is asked before anything is written, and the file is read again just before that: what another program
-/// added meanwhile stays. It is replaced whole; after a refusal or a failure it is as it was. The file's group
-/// becomes the current one.
-void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind, std::span<const std::uint16_t> slot);
+/// Everything is asked before anything is written, and the file is read again just before that: what another
+/// program added meanwhile stays. It is replaced whole; after a refusal or a failure it is as it was. The
+/// file's group becomes the current one.
+void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
+                 std::span<const std::uint16_t> slot);
 
 /// The groups of a file; nothing when it is refused, with its message.
-std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind, const std::string& path);
+std::optional<std::vector<ValueGroup>> ReadGroupsOf(Window& window, const GroupKind& kind,
+                                                    const std::string& path);
 
 /// Asks for a group file and reads it; nothing when it was cancelled or refused, with its message.
 std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupKind& kind);

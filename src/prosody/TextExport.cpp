@@ -14,7 +14,8 @@ std::string PathOf(const std::string& folder, const std::string& name) {
 
 }  // namespace
 
-int WriteTextExport(Window& window, const std::string& folder, const std::string& name, std::string_view gbkText) {
+int WriteTextExport(Window& window, const std::string& folder, const std::string& name,
+                    std::string_view gbkText) {
   const ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(gbkText.data()), gbkText.size());
   const int result = ReplaceFile(PathOf(folder, name), bytes);
   if (result < 0) window.Notify(kCannotWrite, Icon::Error);

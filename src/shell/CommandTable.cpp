@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "annotation/AnnotationCommands.h"
+#include "annotation/EditFollowing.h"
 #include "annotation/InsertedCharacters.h"
 #include "annotation/IpaIndex.h"
-#include "annotation/EditFollowing.h"
 #include "audio/SettingsCommand.h"
 #include "channels/ChannelsWindow.h"
 #include "document/ConversionCommands.h"
@@ -58,10 +58,12 @@ void PlayWhole(Workstation& w) {
   w.player.startPlayback(0, w.document.sampleCount, PlayMode::Forward, w.document.samples.data());
 }
 void PlaySelection(Workstation& w) {
-  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Forward, w.document.samples.data());
+  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Forward,
+                         w.document.samples.data());
 }
 void PlayReversed(Workstation& w) {
-  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Reverse, w.document.samples.data());
+  w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Reverse,
+                         w.document.samples.data());
 }
 void Resynthesize(Workstation& w) {
   StartResynthesis(w.window, {w.document, w.synthesis, w.player, w.exportFolder, w.readTarget});
@@ -338,8 +340,9 @@ constexpr CommandRow kRows[] = {
     {41035, Menu::Exchange, "导出立体声WAV[&W]", ExportStereoWav},
 };
 
-constexpr const char* kMenuNames[] = {"文件", "录放音",     "基频", "声调统计", "频谱", "元音", "腭位",
-                                      "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"};
+constexpr const char* kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",
+                                      "元音", "腭位",   "双声道", "编辑",     "选择与标注",
+                                      "设置", "区域",   "帮助",   "扩展",     "与其他程序交换"};
 
 }  // namespace
 

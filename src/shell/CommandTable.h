@@ -7,7 +7,20 @@ class Workstation;
 
 /// The menus of the main window, in their order. `Tone` is a submenu of `Pitch`, `Exchange` of `Extension`.
 enum class Menu {
-  File, Sound, Pitch, Tone, Spectrum, Vowel, Palate, TwoChannel, Edit, Marking, Settings, Region, Help, Extension,
+  File,
+  Sound,
+  Pitch,
+  Tone,
+  Spectrum,
+  Vowel,
+  Palate,
+  TwoChannel,
+  Edit,
+  Marking,
+  Settings,
+  Region,
+  Help,
+  Extension,
   Exchange
 };
 

@@ -14,9 +14,9 @@
 #include "pitch/PitchPicture.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
+#include "spectral/SpectrogramPicture.h"
 #include "vowel/ChartPicture.h"
 #include "vowel/VowelCommands.h"
-#include "spectral/SpectrogramPicture.h"
 
 namespace parlowen {
 namespace {
@@ -33,21 +33,28 @@ double LevelAt(const SoundDocument& document, int sample) {
 
 }  // namespace
 
-MainView::MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
-                   PitchRepair& pitchRepair, VowelState& vowels)
-    : window_(window), document_(document), states_(states), spectrogram_(spectrogram), pitchRepair_(pitchRepair),
+MainView::MainView(Window& window, SoundDocument& document, CommandStates& states,
+                   SpectrogramState& spectrogram, PitchRepair& pitchRepair, VowelState& vowels)
+    : window_(window),
+      document_(document),
+      states_(states),
+      spectrogram_(spectrogram),
+      pitchRepair_(pitchRepair),
       vowels_(vowels) {}
 
-// --- What a column stands for ---------------------------------------------------------------------------------
+// --- What a column stands for
 
 double MainView::SamplesPerColumn() const {
   return document_.AtStartScale() ? document_.sampleRate / 100.0 : document_.samplesPerPixel;
 }
 
-bool MainView::AnalysisShowsOwnStretch() const { return spectrogram_.shown && !spectrogram_.stretch.followsView; }
+bool MainView::AnalysisShowsOwnStretch() const {
+  return spectrogram_.shown && !spectrogram_.stretch.followsView;
+}
 
 int MainView::ShownChart() const {
-  const bool choosing = document_.activity == activities::kRegionDrag || document_.activity == activities::kRegionChosen;
+  const bool choosing =
+      document_.activity == activities::kRegionDrag || document_.activity == activities::kRegionChosen;
   const int activity = choosing ? activityBeforeRegion_ : document_.activity;
   return activity == activities::kPointChart || activity == activities::kGroupPlot ? activity : 0;
 }
@@ -57,12 +64,14 @@ int MainView::SampleAt(Pane pane, int x, bool shift) const {
   x = std::max(x, kPaneMargin);
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
     const SpectrogramStretch& stretch = spectrogram_.stretch;
-    sample = stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / stretch.Width(document_.paneWidth);
+    sample =
+        stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / stretch.Width(document_.paneWidth);
   } else {
     const std::int64_t column = x - kPaneMargin;
     const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
     const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
-    sample = origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);
+    sample =
+        origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);
   }
   return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
 }
@@ -78,7 +87,7 @@ int MainView::ColumnOf(Pane pane, int sample) const {
   return kPaneMargin + TruncateToInt32(std::floor((sample - document_.viewStart) / perColumn));
 }
 
-// --- What the user does ---------------------------------------------------------------------------------------
+// --- What the user does
 
 void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
   if (document_.activity == activities::kRegionDrag) {
@@ -94,8 +103,8 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return;
   }
   if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
-  if (button == MouseButton::Left && document_.activity == activities::kAnnotation && pane == Pane::Analysis &&
-      annotations != nullptr)
+  if (button == MouseButton::Left && document_.activity == activities::kAnnotation &&
+      pane == Pane::Analysis && annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
   if (button == MouseButton::Left && document_.activity == activities::kCharacters && characters != nullptr)
     return PlaceCharacters(window_, document_, *characters, pane, SampleAt(pane, at.x), at.y);
@@ -203,7 +212,7 @@ void MainView::EndTool() {
 }
 
 void MainView::BeginRegion() {
-  EndTool();   // a second choice begins where the first one did
+  EndTool();  // a second choice begins where the first one did
   activityBeforeRegion_ = document_.activity;
   document_.activity = activities::kRegionDrag;
   regionStarted_ = false;
@@ -224,16 +233,16 @@ void MainView::ScrollTo(std::int64_t viewStart) {
 void MainView::ScrollTenths(int tenths) { ScrollBy(std::int64_t{document_.FullViewLength()} * tenths / 10); }
 
 void MainView::ZoomKey(bool out) {
-  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2, 1,
-                                         kLargestSamplesPerPixel);
+  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
+                                         1, kLargestSamplesPerPixel);
   ViewMoved();
 }
 
 void MainView::ZoomAt(int x, bool out) {
   const double column = std::max(x, kPaneMargin) - kPaneMargin;
   const double sample = document_.viewStart + column * SamplesPerColumn();
-  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2, 1,
-                                         kLargestSamplesPerPixel);
+  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
+                                         1, kLargestSamplesPerPixel);
   ScrollTo(TruncateToInt64(sample - column * SamplesPerColumn()));
 }
 
@@ -260,7 +269,7 @@ void MainView::ViewMoved() {
   window_.Repaint();
 }
 
-// --- What is seen ---------------------------------------------------------------------------------------------
+// --- What is seen
 
 const WavePyramid& MainView::Pyramid() const {
   pyramid_.Update(document_.Samples(), document_.samplesVersion);
@@ -272,7 +281,8 @@ Picture MainView::Chart(int width, int height) const {
   constexpr int kAxisHeight = 16;
   Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
   std::vector<int> samples;
-  for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount; x += FormantStrip::kStep)
+  for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount;
+       x += FormantStrip::kStep)
     samples.push_back(SampleAt(Pane::Amplitude, x));
   formantStrip_.Update(document_, std::move(samples));
   picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
@@ -296,8 +306,8 @@ Picture MainView::Base(Pane pane, int width, int height) const {
   }
 }
 
-/// Annotations stand over the analysis and the waveform, under the flags of the selection; inserted characters where
-/// they were placed.
+/// Annotations stand over the analysis and the waveform, under the flags of the selection; inserted
+/// characters where they were placed.
 void MainView::AddTexts(Picture& picture, Pane pane) const {
   constexpr int kFlagHeight = 16;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
@@ -326,7 +336,8 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   };
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
-                            document_.selectionStart <= stretch.start && document_.selectionEnd >= stretch.end;
+                            document_.selectionStart <= stretch.start &&
+                            document_.selectionEnd >= stretch.end;
   // A picture of the selection alone keeps its greys.
   if (document_.selectionDefined() && !outside && !wholeStretch) {
     const int from = std::max(left, ColumnOf(pane, document_.selectionStart));
@@ -335,7 +346,8 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   }
   if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
   if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
-  if (document_.selectionStart < 0 && document_.selectionEnd >= 0) edge(document_.selectionEnd, colours::kEnd, "止");
+  if (document_.selectionStart < 0 && document_.selectionEnd >= 0)
+    edge(document_.selectionEnd, colours::kEnd, "止");
   if (pane == Pane::Waveform && palate != nullptr)
     AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   if (cursor) {
@@ -343,8 +355,9 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
     if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
   }
   if (RepairsPitch(pane))
-    picture.Add(PitchRepairPicture(document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); },
-                                   width, height));
+    picture.Add(PitchRepairPicture(
+        document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); }, width,
+        height));
   if (document_.activity == activities::kRegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
@@ -391,7 +404,7 @@ int MainView::OverviewSampleAt(int x, int width) const {
 }
 
 std::string MainView::SelectionLine() const {
-  const double rate = std::max(1, document_.sampleRate);   // marks can be made before any sound is there
+  const double rate = std::max(1, document_.sampleRate);  // marks can be made before any sound is there
   if (!document_.selectionDefined()) {
     if (document_.selectionStart >= 0)
       return Format("起 %.3f s (%d)", document_.selectionStart / rate, document_.selectionStart);
@@ -400,9 +413,9 @@ std::string MainView::SelectionLine() const {
     return "未选定语音段";
   }
   const int length = document_.SelectionLength();
-  return Format("起 %.3f s │ %.3f s (%.3f/s) │ 止 %.3f s      样点 %d │ %d │ %d", document_.selectionStart / rate,
-                length / rate, rate / length, document_.selectionEnd / rate, document_.selectionStart, length,
-                document_.selectionEnd);
+  return Format("起 %.3f s │ %.3f s (%.3f/s) │ 止 %.3f s      样点 %d │ %d │ %d",
+                document_.selectionStart / rate, length / rate, rate / length, document_.selectionEnd / rate,
+                document_.selectionStart, length, document_.selectionEnd);
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
@@ -413,17 +426,19 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
-  std::string line = Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
-                            separator, document_.samples[sample], separator,
-                            LevelAt(document_, sample));
-  const float period = frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
+  std::string line =
+      Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
+             separator, document_.samples[sample], separator, LevelAt(document_, sample));
+  const float period =
+      frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
   if (period > 0) {
     const double frequency = document_.sampleRate / static_cast<double>(period);
     line += Format("%sF0 %.1f Hz%s%.1f 半音", separator, frequency, separator,
                    kSemitonesPerOctave * std::log2(frequency / kLowestTone));
   }
   if (pane == Pane::Analysis && spectrogram_.shown && paneHeight > 0) {
-    const int row = std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
+    const int row =
+        std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
     const int column = at.x - spectrogram_.stretch.firstX;
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0 && column < spectrogram_.matrix.columns)
@@ -440,7 +455,8 @@ std::string MainView::Hint() const {
     case activities::kRegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
     case activities::kPitchRepair: return kRepairHint;
     case activities::kSegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
-    case activities::kPointChart: return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
+    case activities::kPointChart:
+      return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
     case activities::kGroupPlot: return "元音组位置图；M：组名；B：返回元音图";
     case activities::kAnnotation: return kAnnotationHint;
     case activities::kCharacters: return kCharactersHint;

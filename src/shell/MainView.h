@@ -29,8 +29,8 @@ struct TickLabel {
   std::string text;
 };
 
-/// The model of the four panes: what a column of pixels stands for, what is drawn, what clicks, keys and the wheel
-/// do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
+/// The model of the four panes: what a column of pixels stands for, what is drawn, what clicks, keys and the
+/// wheel do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
 class MainView {
  public:
   MainView(Window& window, SoundDocument& document, CommandStates& states, SpectrogramState& spectrogram,
@@ -38,16 +38,17 @@ class MainView {
 
   // What a column stands for.
 
-  /// The sample under a column of a pane; columns of the margin count as 20. With `shift`, the waveform pane counts
-  /// from the insert point. Clamped to 0..sampleCount.
+  /// The sample under a column of a pane; columns of the margin count as 20. With `shift`, the waveform pane
+  /// counts from the insert point. Clamped to 0..sampleCount.
   int SampleAt(Pane pane, int x, bool shift = false) const;
   /// The column of a sample in a pane: it may lie outside.
   int ColumnOf(Pane pane, int sample) const;
   /// Samples a column of the time panes stands for.
   double SamplesPerColumn() const;
   bool AnalysisShowsOwnStretch() const;
-  /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows count from
-  /// the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from there on.
+  /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows
+  /// count from the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from
+  /// there on.
   bool ChartShown() const { return ShownChart() != 0; }
 
   // What the user does.
@@ -84,7 +85,8 @@ class MainView {
 
   Picture Base(Pane pane, int width, int height) const;
   Picture Overlay(Pane pane, int width, int height) const;
-  /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone gets.
+  /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone
+  /// gets.
   Picture Whole(Pane pane, int width, int height) const;
   std::vector<TickLabel> Ticks(Pane pane, int height) const;
   /// The axis in seconds under the waveform.

@@ -13,10 +13,10 @@ namespace parlowen {
 namespace {
 
 constexpr Colour kAmplitudeBars = 0x9DB8D9, kEnergyLine = 0xB03000, kWave = 0x1F3F77, kPitchDots = 0x0050A0;
-constexpr double kDecibelSpan = 90.0;    // a full-scale square wave
+constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
 constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
 constexpr double kLowestPitch = 64.0;
-constexpr int kPitchOctaves = 3;         // 64 to 512 Hz
+constexpr int kPitchOctaves = 3;  // 64 to 512 Hz
 
 /// The samples under the columns of the time panes.
 struct Columns {
@@ -41,7 +41,8 @@ int TenMilliseconds(const SoundDocument& document) { return std::max(1, document
 double MeanSquareLevel(const SoundDocument& document, int start, int end) {
   const int last = std::min(end, document.sampleCount);
   std::int64_t sum = 0;
-  for (int i = std::max(start, 0); i < last; ++i) sum += std::int64_t{document.samples[i]} * document.samples[i];
+  for (int i = std::max(start, 0); i < last; ++i)
+    sum += std::int64_t{document.samples[i]} * document.samples[i];
   return PowerToDb(static_cast<double>(sum) / std::max(1, end - start), 0);
 }
 
@@ -131,11 +132,13 @@ Picture PitchPicture(const SoundDocument& document, int width, int height) {
   const int first = static_cast<int>(std::int64_t{document.viewStart} * 100 / document.sampleRate);
   for (int frame = first; frame < document.ContourLength(); ++frame) {
     const std::int64_t sample = std::int64_t{frame} * document.sampleRate / 100;
-    const int x = kPaneMargin + TruncateToInt32(std::floor(static_cast<double>(sample - document.viewStart) / perColumn));
+    const int x = kPaneMargin +
+                  TruncateToInt32(std::floor(static_cast<double>(sample - document.viewStart) / perColumn));
     if (x >= width) break;
     const float period = document.pitch[static_cast<std::size_t>(frame)];
     const double semitones =
-        period > 0 ? 12.0 * std::log2(document.sampleRate / (static_cast<double>(period) * kLowestPitch)) : -1.0;
+        period > 0 ? 12.0 * std::log2(document.sampleRate / (static_cast<double>(period) * kLowestPitch))
+                   : -1.0;
     if (semitones < 0 || semitones > 12.0 * kPitchOctaves || x < kPaneMargin) {
       finish();
       continue;
@@ -153,7 +156,8 @@ std::vector<TickLabel> PitchTicks(int height) {
   return ticks;
 }
 
-Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width, int height) {
+Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
+                        int height) {
   Picture picture{width, height, {}};
   if (!spectrogram.shown) {
     AddMarginLine(picture);
@@ -162,10 +166,12 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
   picture = SpectrogramPicture(spectrogram, document.sampleRate, width, height);
   const SpectrogramStretch& stretch = spectrogram.stretch;
   if (!stretch.followsView && spectrogram.ridges.empty()) {
-    // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover F0.
+    // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover
+    // F0.
     const double rate = std::max(1, document.sampleRate);
-    const Picture axis = TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / stretch.Width(width),
-                                         0, width, kOwnAxisHeight);
+    const Picture axis =
+        TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / stretch.Width(width), 0,
+                        width, kOwnAxisHeight);
     picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, 0.75});
     picture.AddAt(axis, 0, kTitleHeight);
   }
@@ -176,7 +182,8 @@ int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
   return spectrogram.stretch.followsView ? kTitleHeight : kTitleHeight + kOwnAxisHeight;
 }
 
-std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram, int height) {
+std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
+                                     int height) {
   std::vector<TickLabel> ticks;
   if (!spectrogram.shown || document.sampleRate <= 0) return ticks;
   for (SpectrogramGridLine& line : SpectrogramGrid(spectrogram, document.sampleRate, height))
@@ -229,7 +236,8 @@ Picture TimeAxisPicture(double start, double secondsPerColumn, int left, int wid
   for (int i = 0; step / secondsPerColumn < 70 && i < 40; ++i) step *= i % 3 == 1 ? 2.5 : 2.0;
   const int decimals = step >= 1 ? 0 : step >= 0.1 ? 1 : step >= 0.01 ? 2 : step >= 0.001 ? 3 : 4;
   const double end = start + (width - left) * secondsPerColumn;
-  for (std::int64_t i = TruncateToInt64(std::ceil(start / step - 1e-9)); static_cast<double>(i) * step <= end; ++i) {
+  for (std::int64_t i = TruncateToInt64(std::ceil(start / step - 1e-9)); static_cast<double>(i) * step <= end;
+       ++i) {
     const double time = static_cast<double>(i) * step;
     const int x = left + TruncateToInt32(std::floor((time - start) / secondsPerColumn + 0.5));
     if (x >= width) break;
@@ -257,7 +265,8 @@ Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyrami
       return static_cast<int>(std::int64_t{column} * document.sampleCount / width);
     };
     const MinMax extremes = pyramid.Extremes(document.Samples(), at(x), std::max(at(x) + 1, at(x + 1)));
-    const int first = x % 2 == 0 ? extremes.max : extremes.min, second = x % 2 == 0 ? extremes.min : extremes.max;
+    const int first = x % 2 == 0 ? extremes.max : extremes.min,
+              second = x % 2 == 0 ? extremes.min : extremes.max;
     wave.points.push_back({x, middle - first * (middle - 1) / range});
     wave.points.push_back({x, middle - second * (middle - 1) / range});
   }

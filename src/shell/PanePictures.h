@@ -13,14 +13,16 @@ namespace parlowen {
 
 Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, int width, int height);
 Picture PitchPicture(const SoundDocument& document, int width, int height);
-Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width, int height);
+Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
+                        int height);
 /// Rows at the top of the analysis pane that hold the title, and the axis of a stretch of its own.
 int AnalysisHeadHeight(const SpectrogramState& spectrogram);
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 
 std::vector<TickLabel> AmplitudeTicks(AmplitudeScale scale, int height);
 std::vector<TickLabel> PitchTicks(int height);
-std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram, int height);
+std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
+                                     int height);
 std::vector<TickLabel> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
 
 /// An axis in seconds: `start` seconds at column `left`, `secondsPerColumn` each.

@@ -16,18 +16,20 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLeastForAnalysis = 2000;   // samples that a cut or pasted sound needs for its picture to be made anew
+constexpr int kLeastForAnalysis =
+    2000;  // samples that a cut or pasted sound needs for its picture to be made anew
 
-constexpr std::pair<const char*, int> kFunctionKeys[] = {{"F1", 270}, {"F5", 220}, {"F6", 170}, {"F7", 180}, {"F8", 210}};
+constexpr std::pair<const char*, int> kFunctionKeys[] = {
+    {"F1", 270}, {"F5", 220}, {"F6", 170}, {"F7", 180}, {"F8", 210}};
 
 /// Commands that take another sound in or change this one: a play of it ends before they begin.
-constexpr int kReplacing[] = {110,   40093, 40078, 40060, 40110, 40116, 272,   40022, 40112, 40104, 215,
-                              40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
+constexpr int kReplacing[] = {110, 40093, 40078, 40060, 40110, 40116, 272,   40022, 40112, 40104,
+                              215, 40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
 constexpr int kRecordings[] = {272, 40022, 40112};
 constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
 
-/// Menus whose commands are tools: choosing one ends the tool before it. Only the saving of a sound with its annotations
-/// stands among them and is none.
+/// Menus whose commands are tools: choosing one ends the tool before it. Only the saving of a sound with its
+/// annotations stands among them and is none.
 bool IsTool(const CommandRow& row) {
   constexpr int kSaveIpa = 40079;
   const Menu menu = row.menu;
@@ -50,9 +52,12 @@ bool IsPalateRecording(const std::string& path) {
 }  // namespace
 
 Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices devices)
-    : window(ownWindow), view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
-      dataFolder(std::move(folder)), player(devices.output, ownWindow, document, states),
-      recording(devices.input, ownWindow, document, states, recorder), input_(devices.input) {
+    : window(ownWindow),
+      view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
+      dataFolder(std::move(folder)),
+      player(devices.output, ownWindow, document, states),
+      recording(devices.input, ownWindow, document, states, recorder),
+      input_(devices.input) {
   view.palate = &palate;
   view.annotations = &annotations;
   view.characters = &characters;
@@ -64,7 +69,8 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   };
   view.beforeEdit = [this] { player.stopPlayback(); };
   playChannel = [this](Window&, int channel, int start, int end) {
-    player.startPlayback(start, end, PlayMode::Forward, (channel == 2 ? document.samples2 : document.samples).data());
+    player.startPlayback(start, end, PlayMode::Forward,
+                         (channel == 2 ? document.samples2 : document.samples).data());
   };
   playStretch = [this](Window&, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
@@ -92,7 +98,8 @@ bool Workstation::dispatchCommand(int number) {
 }
 
 void Workstation::StopPlayFor(int command) {
-  if (std::find(std::begin(kReplacing), std::end(kReplacing), command) != std::end(kReplacing)) player.stopPlayback();
+  if (std::find(std::begin(kReplacing), std::end(kReplacing), command) != std::end(kReplacing))
+    player.stopPlayback();
 }
 
 void Workstation::OpenFile(const std::string& path) {
@@ -134,7 +141,9 @@ bool Workstation::Key(const std::string& key) {
     return true;
   }
   if (key == "Space")
-    return dispatchCommand(player.playing() ? kStopPlay : document.selectionDefined() ? kPlaySelection : kPlayWhole);
+    return dispatchCommand(player.playing()              ? kStopPlay
+                           : document.selectionDefined() ? kPlaySelection
+                                                         : kPlayWhole);
   for (const auto& [name, command] : kFunctionKeys)
     if (key == name) return dispatchCommand(command);
   const bool used = view.Key(key);

@@ -88,7 +88,7 @@ class Workstation {
   MainView view;
   CurrentGroup durationGroup;
   std::string dataFolder;
-  std::string exportFolder;   ///< where text exports and settings go; "" is the current directory
+  std::string exportFolder;  ///< where text exports and settings go; "" is the current directory
   Player player;
   Recorder recording;
 

@@ -145,12 +145,9 @@ class LtaWindow : public ToolWindow {
 
 int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMode mode) {
   switch (mode) {
-    case LtaMode::Compute:
-      return Compute(window, document, state);
-    case LtaMode::Compare:
-      return Compare(window, document, state);
-    case LtaMode::Save:
-      return Save(window, state);
+    case LtaMode::Compute: return Compute(window, document, state);
+    case LtaMode::Compare: return Compare(window, document, state);
+    case LtaMode::Save: return Save(window, state);
   }
   return 1;
 }

@@ -67,8 +67,7 @@ class ColumnAnalysis {
         std::copy_n(cepstrum, kSpectrogramRows, levels);
         return;
       }
-      default:
-        break;
+      default: break;
     }
     if (kind_ == SpectrogramKind::WideBand) FitWindow(start);
     const double rise = LevelRiseAt(levels_, column, length, rate_);
@@ -142,16 +141,11 @@ bool HasColumn(const SoundDocument& document, const SpectrogramStretch& stretch,
 SpectrogramSettings SettingsOf(SpectrogramKind kind, int sampleRate, float highestLevel) {
   const auto lengthOf = [&](int share) { return std::min(sampleRate / share, kLongestFrame); };
   switch (kind) {
-    case SpectrogramKind::WideBand:
-      return {sampleRate <= 12000 ? 32 : lengthOf(352), 0.0, 4.7};
-    case SpectrogramKind::NarrowBand:
-      return {lengthOf(39), 0.0, 3.8};
-    case SpectrogramKind::Lpc:
-      return {lengthOf(40), 0.04, 4.2 - 0.005 * static_cast<double>(highestLevel)};
-    case SpectrogramKind::Homomorphic:
-      return {lengthOf(40), 0.0, 3.8};
-    case SpectrogramKind::Cepstrum:
-      return {lengthOf(30), 0.0, 50.0};
+    case SpectrogramKind::WideBand: return {sampleRate <= 12000 ? 32 : lengthOf(352), 0.0, 4.7};
+    case SpectrogramKind::NarrowBand: return {lengthOf(39), 0.0, 3.8};
+    case SpectrogramKind::Lpc: return {lengthOf(40), 0.04, 4.2 - 0.005 * static_cast<double>(highestLevel)};
+    case SpectrogramKind::Homomorphic: return {lengthOf(40), 0.0, 3.8};
+    case SpectrogramKind::Cepstrum: return {lengthOf(30), 0.0, 50.0};
     case SpectrogramKind::Formants:
       return {lengthOf(40), 0.04, 4.6 - 0.005 * static_cast<double>(highestLevel)};
     case SpectrogramKind::FilterBank:

@@ -7,7 +7,8 @@
 namespace parlowen {
 
 const char* SpectrogramKindName(SpectrogramKind kind) {
-  constexpr const char* kNames[] = {"wide", "narrow", "lpc", "homomorphic", "cepstrum", "formants", "filterbank"};
+  constexpr const char* kNames[] = {"wide",     "narrow",   "lpc",       "homomorphic",
+                                    "cepstrum", "formants", "filterbank"};
   return kNames[static_cast<int>(kind)];
 }
 

@@ -19,7 +19,9 @@ struct SpectrogramMatrix {
   std::vector<std::uint16_t> greys;
 
   std::uint16_t* Column(int column) { return greys.data() + std::size_t(column) * kSpectrogramRows; }
-  const std::uint16_t* Column(int column) const { return greys.data() + std::size_t(column) * kSpectrogramRows; }
+  const std::uint16_t* Column(int column) const {
+    return greys.data() + std::size_t(column) * kSpectrogramRows;
+  }
 };
 
 /// grey = 255 − trunc(contrast·level), clamped to 0..255, for the 256 levels of a column.

@@ -10,31 +10,33 @@
 namespace parlowen {
 namespace {
 
-constexpr double kPi = 3.1415927;      // this many digits: pieces are compared to the bit
-constexpr int kLowestFollowed = 80;    // Hz
-constexpr int kLowestMoved = 64;       // Hz: longer periods are copied
-constexpr int kPeak = 1000;            // what the largest smoothed value becomes
+constexpr double kPi = 3.1415927;    // this many digits: pieces are compared to the bit
+constexpr int kLowestFollowed = 80;  // Hz
+constexpr int kLowestMoved = 64;     // Hz: longer periods are copied
+constexpr int kPeak = 1000;          // what the largest smoothed value becomes
 constexpr int kLeastFirstPeak = 100;
-constexpr int kSmootherReach = 3;      // taps on either side
+constexpr int kSmootherReach = 3;  // taps on either side
 
 /// Coefficients for distance 0..3 from the middle.
 struct Smoother {
   double c[kSmootherReach + 1];
 };
-constexpr Smoother kSlowRates{{0.2, 0.187098, 0.151365, 0.10091}};         // below 10000 Hz
+constexpr Smoother kSlowRates{{0.2, 0.187098, 0.151365, 0.10091}};  // below 10000 Hz
 constexpr Smoother kFastRates{{0.151516, 0.145858, 0.129644, 0.105023}};
 
-/// Samples that are read behind the selection: the last marks lie up to two frames and 1.25 longest periods behind it,
-/// and a piece reaches two periods on.
+/// Samples that are read behind the selection: the last marks lie up to two frames and 1.25 longest periods
+/// behind it, and a piece reaches two periods on.
 int ReadBehind(int sampleRate) { return sampleRate / 10 + 16; }
 
 // --- Marks
 
-/// Smoothed values centred on the sample; `x` points at the first of them and can be read three on either side.
+/// Smoothed values centred on the sample; `x` points at the first of them and can be read three on either
+/// side.
 PARLOWEN_CLONES void Smooth(const std::int16_t* x, int count, const Smoother& taps, double* smoothed) {
   const double c0 = taps.c[0], c1 = taps.c[1], c2 = taps.c[2], c3 = taps.c[3];
   for (int k = 0; k < count; ++k)
-    smoothed[k] = c0 * x[k] + c1 * (x[k - 1] + x[k + 1]) + c2 * (x[k - 2] + x[k + 2]) + c3 * (x[k - 3] + x[k + 3]);
+    smoothed[k] =
+        c0 * x[k] + c1 * (x[k - 1] + x[k + 1]) + c2 * (x[k - 2] + x[k + 2]) + c3 * (x[k - 3] + x[k + 3]);
 }
 
 PARLOWEN_CLONES double LargestMagnitude(const double* values, int count) {
@@ -45,8 +47,8 @@ PARLOWEN_CLONES double LargestMagnitude(const double* values, int count) {
 
 /// The selection and what is read behind it, smoothed, and the factor that makes its peak 1000.
 struct SmoothedSamples {
-  std::vector<double> values;   ///< kSmootherReach more before the first sample
-  double factor = 0;            ///< 0 for silence
+  std::vector<double> values;  ///< kSmootherReach more before the first sample
+  double factor = 0;           ///< 0 for silence
 
   int Count() const { return static_cast<int>(std::ssize(values)) - kSmootherReach; }
   int Scaled(std::int64_t k) const {
@@ -55,15 +57,17 @@ struct SmoothedSamples {
 };
 
 SmoothedSamples Smoothed(const SynthesisJob& job) {
-  // The filter delays by three samples. The peak is looked for from three before the first sample to two behind the
-  // last one of the selection.
+  // The filter delays by three samples. The peak is looked for from three before the first sample to two
+  // behind the last one of the selection.
   const int before = kSmootherReach, behind = 2;
   const int count = static_cast<int>(std::ssize(job.samples)) - kSmootherReach;
-  std::vector<std::int16_t> input(static_cast<std::size_t>(before + kSmootherReach), 0);   // the empty delay line
+  std::vector<std::int16_t> input(static_cast<std::size_t>(before + kSmootherReach),
+                                  0);  // the empty delay line
   input.insert(input.end(), job.samples.begin(), job.samples.end());
   SmoothedSamples smoothed{std::vector<double>(static_cast<std::size_t>(before + count)), 0};
   double* const values = smoothed.values.data();
-  Smooth(input.data() + kSmootherReach, before + count, job.sampleRate < 10000 ? kSlowRates : kFastRates, values);
+  Smooth(input.data() + kSmootherReach, before + count, job.sampleRate < 10000 ? kSlowRates : kFastRates,
+         values);
   const double largest = LargestMagnitude(values, before + job.length + behind);
   if (largest > 0) smoothed.factor = kPeak / largest;
   return smoothed;
@@ -108,21 +112,22 @@ class MarkFinder {
     for (std::int64_t k = from; k < end; ++k) {
       const int value = k >= 0 && k < smoothed_.Count() ? sign * smoothed_.Scaled(k) : 0;
       if (value > peak.value) peak = {k, value};
-      if (k >= smoothed_.Count()) break;   // nothing but zeros follows
+      if (k >= smoothed_.Count()) break;  // nothing but zeros follows
     }
     return peak;
   }
 
   bool Full() const { return std::ssize(job_.marks) >= kMostMarks; }
 
-  /// The first mark of the run that begins with this frame, looked for from half a frame before it to the end of the run
-  /// or of the selection.
+  /// The first mark of the run that begins with this frame, looked for from half a frame before it to the end
+  /// of the run or of the selection.
   bool FindFirst(int frame) {
     int end = frame;
     while (end <= last_ && Voiced(end)) ++end;
     const int period = Period(frame);
     const std::int64_t stop = std::min<std::int64_t>(SampleOf(end), job_.length);
-    for (std::int64_t at = std::max<std::int64_t>(0, SampleOf(frame) - job_.sampleRate / 200); at < stop; at += period) {
+    for (std::int64_t at = std::max<std::int64_t>(0, SampleOf(frame) - job_.sampleRate / 200); at < stop;
+         at += period) {
       const Peak peak = Largest(at, at + period, polarity_);
       if (peak.value < kLeastFirstPeak) continue;
       if (Full()) return false;
@@ -137,12 +142,14 @@ class MarkFinder {
     for (;;) {
       const std::int64_t mark = job_.marks.back();
       const int frame = FrameOf(mark);
-      const int period = std::min(Period(Voiced(frame) ? frame : frame + 1), job_.sampleRate / kLowestFollowed);
+      const int period =
+          std::min(Period(Voiced(frame) ? frame : frame + 1), job_.sampleRate / kLowestFollowed);
       if (period < 1) return frame;
       if (frame >= last_ || Full()) return last_ + 1;
       const std::int64_t expected = mark + period;
       const int quarter = period / 4;
-      const Peak peak = Largest(expected - quarter, expected + quarter, +1);   // without a quarter: what is expected
+      const Peak peak =
+          Largest(expected - quarter, expected + quarter, +1);  // without a quarter: what is expected
       job_.marks.push_back(static_cast<std::int32_t>(peak.at));
     }
   }
@@ -164,8 +171,8 @@ struct Piece {
 
 bool CutToFit(Piece& piece, std::int64_t& skipped, const SynthesisJob& job) {
   skipped = std::max<std::int64_t>(0, -piece.to);
-  const std::int64_t end = std::min<std::int64_t>({piece.count, std::ssize(job.samples) - piece.from,
-                                                   std::ssize(job.output) - piece.to});
+  const std::int64_t end = std::min<std::int64_t>(
+      {piece.count, std::ssize(job.samples) - piece.from, std::ssize(job.output) - piece.to});
   piece.from += skipped;
   piece.to += skipped;
   piece.count = static_cast<int>(std::max<std::int64_t>(0, end - skipped));
@@ -173,15 +180,18 @@ bool CutToFit(Piece& piece, std::int64_t& skipped, const SynthesisJob& job) {
 }
 
 PARLOWEN_INLINE std::int16_t WrapAdd16(std::int16_t a, int b) {
-  return static_cast<std::int16_t>(static_cast<std::uint16_t>(static_cast<unsigned>(a) + static_cast<unsigned>(b)));
+  return static_cast<std::int16_t>(
+      static_cast<std::uint16_t>(static_cast<unsigned>(a) + static_cast<unsigned>(b)));
 }
 
 PARLOWEN_CLONES void AddFalling(const double* cosines, const std::int16_t* in, int count, std::int16_t* out) {
-  for (int n = 0; n < count; ++n) out[n] = WrapAdd16(out[n], static_cast<int>((cosines[n] + 1) * 0.5 * in[n]));
+  for (int n = 0; n < count; ++n)
+    out[n] = WrapAdd16(out[n], static_cast<int>((cosines[n] + 1) * 0.5 * in[n]));
 }
 
 PARLOWEN_CLONES void AddPulse(const double* cosines, const std::int16_t* in, int count, std::int16_t* out) {
-  for (int n = 0; n < count; ++n) out[n] = WrapAdd16(out[n], static_cast<int>((0.5 - 0.5 * cosines[n]) * in[n]));
+  for (int n = 0; n < count; ++n)
+    out[n] = WrapAdd16(out[n], static_cast<int>((0.5 - 0.5 * cosines[n]) * in[n]));
 }
 
 PARLOWEN_CLONES void AddPlain(const std::int16_t* in, int count, std::int16_t* out) {
@@ -235,19 +245,23 @@ class OverlapAdd {
       Lay(AddPulse, {mark, t - length, 2 * length}, cosines);
       fresh = false;
     }
-    if (t < job_.length) std::fill(job_.output.begin() + t, job_.output.begin() + job_.length, std::int16_t{0});
+    if (t < job_.length)
+      std::fill(job_.output.begin() + t, job_.output.begin() + job_.length, std::int16_t{0});
     job_.ready = true;
   }
 
  private:
   int NewPeriod(std::int64_t t) const {
     const std::int64_t frame = t * 100 / job_.sampleRate;
-    return frame < std::ssize(target_) ? TruncateToInt32(static_cast<double>(target_[static_cast<std::size_t>(frame)])) : 0;
+    return frame < std::ssize(target_)
+               ? TruncateToInt32(static_cast<double>(target_[static_cast<std::size_t>(frame)]))
+               : 0;
   }
   void Copy(std::int64_t from, std::int64_t end) {
     Piece piece{from, from, static_cast<int>(end - from)};
     std::int64_t skipped = 0;
-    if (CutToFit(piece, skipped, job_)) AddPlain(job_.samples.data() + piece.from, piece.count, job_.output.data() + piece.to);
+    if (CutToFit(piece, skipped, job_))
+      AddPlain(job_.samples.data() + piece.from, piece.count, job_.output.data() + piece.to);
   }
   template <typename Add>
   void Lay(Add add, Piece piece, const double* cosines) {
@@ -271,7 +285,8 @@ SynthesisJob MakeSynthesisJob(SampleSpan sound, int sampleRate, int start, int e
   job.firstFrame = static_cast<int>(std::int64_t{start} * 100 / sampleRate);
   job.frames = static_cast<int>(std::int64_t{end} * 100 / sampleRate) - job.firstFrame + 1;
   job.samples.resize(static_cast<std::size_t>(job.length + ReadBehind(sampleRate)));
-  for (std::size_t i = 0; i < job.samples.size(); ++i) job.samples[i] = sound.At(start + static_cast<std::int64_t>(i));
+  for (std::size_t i = 0; i < job.samples.size(); ++i)
+    job.samples[i] = sound.At(start + static_cast<std::int64_t>(i));
   return job;
 }
 

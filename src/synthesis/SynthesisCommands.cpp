@@ -14,8 +14,8 @@ namespace {
 
 constexpr const char* kTooLong = "所选段太长，请重新设定！";
 constexpr const char* kIsPitchRight = "合成之前必须将基频修正，本段基频值正确吗（Yes/No)？";
-constexpr int kLongest = 1000;   // frames, counted in whole seconds
-constexpr int kPolarity = -1;    // of the first mark of a run
+constexpr int kLongest = 1000;  // frames, counted in whole seconds
+constexpr int kPolarity = -1;   // of the first mark of a run
 
 constexpr const char* kWaveName = "Synth.wav";
 constexpr const char* kSaved = "合成声音已存为文件--Synth.wav!";
@@ -32,11 +32,13 @@ constexpr double kLeastFactor = 0.25, kLargestFactor = 4.0;
 void StartResynthesis(Window& window, const SynthesisDesk& desk) {
   const SoundDocument& document = desk.document;
   if (!document.selectionDefined() || document.sampleRate <= 0) return;
-  if (document.SelectionLength() / document.sampleRate * 100 > kLongest) return window.Notify(kTooLong, Icon::Error);
+  if (document.SelectionLength() / document.sampleRate * 100 > kLongest)
+    return window.Notify(kTooLong, Icon::Error);
   if (!window.AskYesNo(kIsPitchRight, window.Caption())) return;
 
-  desk.player.stopPlayback();   // it may be of the output that is now replaced
-  desk.state.job = MakeSynthesisJob(document.Samples(), document.sampleRate, document.selectionStart, document.selectionEnd);
+  desk.player.stopPlayback();  // it may be of the output that is now replaced
+  desk.state.job = MakeSynthesisJob(document.Samples(), document.sampleRate, document.selectionStart,
+                                    document.selectionEnd);
   const auto contourLength = static_cast<std::size_t>(document.ContourLength());
   FindPitchMarks(desk.state.job, std::span(document.pitch).first(contourLength), kPolarity);
   desk.state.target.assign(static_cast<std::size_t>(desk.state.job.frames), 0.0f);
@@ -68,7 +70,8 @@ std::optional<TargetCurve> AskRecordedTarget(Window& window) {
   const PitchFileEnd end = ReadPitchRecords(*bytes, records);
   if (end == PitchFileEnd::Broken || records.empty()) window.Notify(kBadPitchFile, Icon::Error);
   if (records.empty()) return {};
-  InputForm form = OneFieldForm("调入基频数据", Format("第几段（1--%d）", static_cast<int>(records.size())), "1");
+  InputForm form =
+      OneFieldForm("调入基频数据", Format("第几段（1--%d）", static_cast<int>(records.size())), "1");
   if (!window.AskInput(form)) return {};
   const int number = form.CountOf(1000);
   if (number < 1 || number > std::ssize(records)) {
@@ -84,7 +87,8 @@ std::optional<double> AskTargetFactor(Window& window) {
   const std::string& text = form.ValueOf(1000);
   double factor = 0;
   const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), factor);
-  if (failure != std::errc() || end != text.data() + text.size() || !(factor >= kLeastFactor && factor <= kLargestFactor)) {
+  if (failure != std::errc() || end != text.data() + text.size() ||
+      !(factor >= kLeastFactor && factor <= kLargestFactor)) {
     window.Notify(kBadFactor, Icon::Error);
     return {};
   }

@@ -14,19 +14,19 @@ struct SynthesisDesk {
   const SoundDocument& document;
   SynthesisState& state;
   Player& player;
-  const std::string& exportFolder;   ///< where Synth.wav goes; "" is the current directory
-  const TargetReader& readTarget;    ///< empty: there is none
+  const std::string& exportFolder;  ///< where Synth.wav goes; "" is the current directory
+  const TargetReader& readTarget;   ///< empty: there is none
 };
 
 /// 40081: marks the periods of the selection and lets the user draw a melody over it, hear it and save it.
 void StartResynthesis(Window& window, const SynthesisDesk& desk);
 
-/// Writes the output to "Synth.wav" and says so. 0; −1 when the file cannot be made, which is shown; 1 when there is no
-/// output yet.
+/// Writes the output to "Synth.wav" and says so. 0; −1 when the file cannot be made, which is shown; 1 when
+/// there is no output yet.
 int SaveSynthWave(const SynthesisJob& job, Window& window, const std::string& exportFolder);
 
-/// A target from a record of a pitch data file, chosen by its number and laid on the selection from its first frame on;
-/// nothing when it was cancelled or refused, which has been said then.
+/// A target from a record of a pitch data file, chosen by its number and laid on the selection from its first
+/// frame on; nothing when it was cancelled or refused, which has been said then.
 std::optional<TargetCurve> AskRecordedTarget(Window& window);
 
 /// How many times higher the melody is to be; nothing when it was cancelled or refused.

@@ -20,17 +20,19 @@ void AddFrequencyAxis(Picture& picture, int right) {
   for (const int label : kLabels) {
     const int row = RowOfTargetFrequency(label);
     picture.Add(LineMark{{0, row}, {right - 1, row}, colours::kGrid});
-    picture.Add(TextMark{right + 4, row + 4, Format("%d", label), colours::kText, 11, Anchor::Left, Face::Figures});
+    picture.Add(
+        TextMark{right + 4, row + 4, Format("%d", label), colours::kText, 11, Anchor::Left, Face::Figures});
   }
   picture.Add(TextMark{right + 4, kTargetRows - 6, "Hz", colours::kText, 11, Anchor::Left, Face::Figures});
 }
 
 /// A line through the frames that have a period, a short one for a frame alone.
-void AddMelody(Picture& picture, std::span<const float> periods, const SynthesisView& view, int right, int sampleRate,
-               Colour colour, int thickness) {
+void AddMelody(Picture& picture, std::span<const float> periods, const SynthesisView& view, int right,
+               int sampleRate, Colour colour, int thickness) {
   PolylineMark piece{{}, colour, thickness};
   const auto finish = [&] {
-    if (piece.points.size() == 1) picture.Add(BoxMark{piece.points[0].x - 1, piece.points[0].y - 1, 3, 3, colour});
+    if (piece.points.size() == 1)
+      picture.Add(BoxMark{piece.points[0].x - 1, piece.points[0].y - 1, 3, 3, colour});
     if (piece.points.size() > 1) picture.Add(piece);
     piece.points.clear();
   };
@@ -52,7 +54,7 @@ void AddTimeAxis(Picture& picture, const SynthesisJob& job, const SynthesisView&
   constexpr int kPixelsPerLabel = 70;
   const int top = kTargetRows;
   picture.Add(LineMark{{0, top}, {right - 1, top}, colours::kText});
-  int step = 100;   // frames
+  int step = 100;  // frames
   for (const int finer : {50, 20, 10, 5})
     if (finer * view.zoom >= kPixelsPerLabel) step = finer;
   // Seconds of the sound, at whole steps.
@@ -67,15 +69,18 @@ void AddTimeAxis(Picture& picture, const SynthesisJob& job, const SynthesisView&
   picture.Add(TextMark{right + 4, top + 16, "T(秒)", colours::kText, 11});
 }
 
-void AddWave(Picture& picture, const SynthesisJob& job, const SynthesisView& view, int right, int top, int height) {
-  const std::span<const std::int16_t> wave = std::span(job.samples).first(static_cast<std::size_t>(job.length));
+void AddWave(Picture& picture, const SynthesisJob& job, const SynthesisView& view, int right, int top,
+             int height) {
+  const std::span<const std::int16_t> wave =
+      std::span(job.samples).first(static_cast<std::size_t>(job.length));
   int peak = 256;
   for (const std::int16_t sample : wave) peak = std::max(peak, std::abs(int{sample}));
   const int middle = top + height / 2;
   picture.Add(LineMark{{0, middle}, {right - 1, middle}, colours::kGrid});
   // Sample of the selection at the left edge of a column.
   const auto sampleAt = [&](int x) {
-    const std::int64_t at = (std::int64_t{job.firstFrame} * view.zoom + x + view.scroll) * job.sampleRate / (100 * view.zoom);
+    const std::int64_t at =
+        (std::int64_t{job.firstFrame} * view.zoom + x + view.scroll) * job.sampleRate / (100 * view.zoom);
     return static_cast<int>(std::clamp<std::int64_t>(at - job.start, 0, job.length));
   };
   PolylineMark line{{}, kWave};
@@ -93,12 +98,13 @@ void AddWave(Picture& picture, const SynthesisJob& job, const SynthesisView& vie
 
 }  // namespace
 
-Picture SynthesisPicture(const SynthesisState& state, std::span<const float> present, const std::vector<Point>& points,
-                         const SynthesisView& view, int width, int height) {
+Picture SynthesisPicture(const SynthesisState& state, std::span<const float> present,
+                         const std::vector<Point>& points, const SynthesisView& view, int width, int height) {
   Picture picture{width, height, {}};
   const SynthesisJob& job = state.job;
   const int room = std::max(1, width - kSynthesisGutter);
-  const int right = static_cast<int>(std::clamp<std::int64_t>(std::int64_t{job.frames} * view.zoom - view.scroll, 1, room));
+  const int right =
+      static_cast<int>(std::clamp<std::int64_t>(std::int64_t{job.frames} * view.zoom - view.scroll, 1, room));
   AddFrequencyAxis(picture, right);
   AddMelody(picture, present, view, right, job.sampleRate, kPresent, 2);
   AddMelody(picture, state.target, view, right, job.sampleRate, kTarget, 2);

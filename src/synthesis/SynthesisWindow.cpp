@@ -6,8 +6,8 @@
 namespace parlowen {
 namespace {
 
-constexpr int kSynthesize = 1, kLeave = 2, kSave = 1034, kPlayOriginal = 1036, kLoadRecord = 1101, kScale = 1102,
-              kLoadOther = 1103;
+constexpr int kSynthesize = 1, kLeave = 2, kSave = 1034, kPlayOriginal = 1036, kLoadRecord = 1101,
+              kScale = 1102, kLoadOther = 1103;
 constexpr int kLargestZoom = 16;
 
 constexpr const char* kInstructions =
@@ -107,7 +107,7 @@ void SynthesisWindow::Press(Window& window, const ToolControl& control) {
 
 void SynthesisWindow::Synthesize(Window& window) {
   SynthesisJob& job = desk_.state.job;
-  desk_.player.stopPlayback();   // it reads the output
+  desk_.player.stopPlayback();  // it reads the output
   SynthesizeOverlapAdd(job, desk_.state.target);
   desk_.player.startPlayback(0, job.length, PlayMode::Forward, job.output.data());
   window.Repaint();
@@ -115,7 +115,8 @@ void SynthesisWindow::Synthesize(Window& window) {
 
 void SynthesisWindow::PlayOriginal(Window& window) {
   const SynthesisJob& job = desk_.state.job;
-  desk_.player.startPlayback(job.start, job.start + job.length, PlayMode::Forward, desk_.document.samples.data());
+  desk_.player.startPlayback(job.start, job.start + job.length, PlayMode::Forward,
+                             desk_.document.samples.data());
   window.Repaint();
 }
 
@@ -146,12 +147,15 @@ void SynthesisWindow::ScrollTo(Window& window, int position) {
   window.Repaint();
 }
 
-void SynthesisWindow::Scroll(Window& window, int steps) { ScrollTo(window, view_.scroll + steps * VisibleWidth() / 10); }
+void SynthesisWindow::Scroll(Window& window, int steps) {
+  ScrollTo(window, view_.scroll + steps * VisibleWidth() / 10);
+}
 
 void SynthesisWindow::Resized(int width, int) {
   // A short selection begins as large as it fits: a frame a pixel is hard to draw on.
   if (width_ == 0)
-    view_.zoom = std::clamp((width - kSynthesisGutter) / std::max(1, desk_.state.job.frames), 1, kLargestZoom);
+    view_.zoom =
+        std::clamp((width - kSynthesisGutter) / std::max(1, desk_.state.job.frames), 1, kLargestZoom);
   width_ = width;
   view_.scroll = std::clamp(view_.scroll, 0, LargestScroll());
 }

@@ -9,8 +9,8 @@
 
 namespace parlowen {
 
-/// The window in which a melody is drawn: left clicks from left to right, a right click ends the setting. Shown modally
-/// over a job whose marks are found.
+/// The window in which a melody is drawn: left clicks from left to right, a right click ends the setting.
+/// Shown modally over a job whose marks are found.
 class SynthesisWindow : public ToolWindow {
  public:
   explicit SynthesisWindow(const SynthesisDesk& desk);
@@ -42,10 +42,10 @@ class SynthesisWindow : public ToolWindow {
   int LargestScroll() const;
 
   SynthesisDesk desk_;
-  std::vector<float> present_;   ///< the contour of the selection's frames
+  std::vector<float> present_;  ///< the contour of the selection's frames
   TargetDrawing drawing_;
   SynthesisView view_;
-  int width_ = 0;                ///< of the last size that was told; 0: nothing scrolls
+  int width_ = 0;  ///< of the last size that was told; 0: nothing scrolls
   bool closing_ = false;
 };
 

@@ -10,7 +10,7 @@ namespace parlowen {
 namespace {
 
 constexpr double kTopFrequency = 512.0, kRowsPerOctave = 64.0;
-constexpr double kLowestFrequency = 15.0;   // Hz
+constexpr double kLowestFrequency = 15.0;  // Hz
 constexpr float kVoicedFrom = 0.5f;
 
 }  // namespace
@@ -45,12 +45,14 @@ TargetCurve OnVoicedFrames(std::span<const float> curve, std::span<const float> 
 TargetCurve ScaledTarget(std::span<const float> present, double factor, int sampleRate) {
   TargetCurve target(present.size(), 0.0f);
   for (std::size_t i = 0; i < present.size(); ++i)
-    if (present[i] >= kVoicedFrom) target[i] = TargetPeriod(static_cast<double>(present[i]) / factor, sampleRate);
+    if (present[i] >= kVoicedFrom)
+      target[i] = TargetPeriod(static_cast<double>(present[i]) / factor, sampleRate);
   return target;
 }
 
 TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, int sampleRate) {
-  if (point.x < 0 || point.x >= std::ssize(target) || point.y < 0 || point.y >= kTargetRows) return Result::Ignored;
+  if (point.x < 0 || point.x >= std::ssize(target) || point.y < 0 || point.y >= kTargetRows)
+    return Result::Ignored;
   if (!points_.empty() && point.x < points_.back().x) return Result::Ignored;
   if (std::ssize(points_) >= kMostTargetPoints) return Result::Full;
   if (!points_.empty()) {
@@ -58,7 +60,8 @@ TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, 
     for (int frame = from.x; frame <= point.x; ++frame) {
       const double share = point.x > from.x ? (frame - from.x) / static_cast<double>(point.x - from.x) : 1.0;
       const double frequency = TargetFrequencyOfRow(from.y + (point.y - from.y) * share);
-      target[static_cast<std::size_t>(frame)] = frequency > 0 ? TargetPeriod(sampleRate / frequency, sampleRate) : 0.0f;
+      target[static_cast<std::size_t>(frame)] =
+          frequency > 0 ? TargetPeriod(sampleRate / frequency, sampleRate) : 0.0f;
     }
   }
   points_.push_back(point);
@@ -68,7 +71,8 @@ TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, 
 void TargetDrawing::End(TargetCurve& target, std::span<const float> present) {
   if (!points_.empty())
     for (int frame = points_.front().x; frame <= points_.back().x; ++frame)
-      if (!(present[static_cast<std::size_t>(frame)] >= kVoicedFrom)) target[static_cast<std::size_t>(frame)] = 0;
+      if (!(present[static_cast<std::size_t>(frame)] >= kVoicedFrom))
+        target[static_cast<std::size_t>(frame)] = 0;
   points_.clear();
 }
 

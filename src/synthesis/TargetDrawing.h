@@ -23,7 +23,8 @@ std::string TargetReadout(int row);
 /// One period as the target holds it: 0 for what is no period of at least one sample and at least 15 Hz.
 float TargetPeriod(double period, int sampleRate);
 
-/// The curve on as many frames as `present` has, 0 where `present` is unvoiced (below 0.5) and behind the curve's end.
+/// The curve on as many frames as `present` has, 0 where `present` is unvoiced (below 0.5) and behind the
+/// curve's end.
 TargetCurve OnVoicedFrames(std::span<const float> curve, std::span<const float> present, int sampleRate);
 
 /// The melody of `present` with all its frequencies multiplied by `factor`.
@@ -34,9 +35,9 @@ class TargetDrawing {
  public:
   enum class Result { Added, Ignored, Full };
 
-  /// Adds a point; between two of them the row goes linearly, in fractions, and each frame of the target, both ends
-  /// included, takes its row's period. A point on the last one's frame moves that frame.
-  /// Points outside of the target or left of the last one are ignored.
+  /// Adds a point; between two of them the row goes linearly, in fractions, and each frame of the target,
+  /// both ends included, takes its row's period. A point on the last one's frame moves that frame. Points
+  /// outside of the target or left of the last one are ignored.
   Result AddPoint(TargetCurve& target, Point point, int sampleRate);
 
   /// Ends the setting: its frames whose present value is below 0.5 lose their target.

@@ -22,8 +22,8 @@ std::vector<int> CommandStates::Enabled() const {
 }
 
 void CommandStates::onSoundLoaded(int sampleRate, bool pitchStatisticsOpen) {
-  Enable({220, 170, 180, 190, 200, 205, 40066, 210, 120, 130, 40093, 40023, 40077, 40042, 40108, 40005,
-          40109, 40102});
+  Enable({220, 170, 180, 190, 200, 205, 40066, 210, 120, 130, 40093, 40023, 40077, 40042, 40108, 40005, 40109,
+          40102});
   EnableByRate(sampleRate);
   Enable({40053, 40055, 40054, 215, 40104, 40041, 40021, 40010});
   Grey({160, 40081, 40024, 40050, 40068, 274, 40001, 40040, 40002, 40006, 40007, 40036, 40074});
@@ -59,7 +59,8 @@ void CommandStates::onSelectionChanged(const SelectionFacts& facts) {
   enableCommand(160, playable);
   enableCommand(40024, playable);
   enableCommand(40081, playable && lowRate);
-  for (const int command : {40056, 40067, 40068, 41026, 41029}) enableCommand(command, facts.defined && lowRate);
+  for (const int command : {40056, 40067, 40068, 41026, 41029})
+    enableCommand(command, facts.defined && lowRate);
   onContourChanged(facts);
 }
 

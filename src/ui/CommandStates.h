@@ -14,11 +14,17 @@ class CommandStates {
   /// Start of the program: open, quit, help, about, and what the services offer without a sound.
   CommandStates();
 
-  bool IsEnabled(int command) const { return recording_ ? command == kStopRecording : enabled_.contains(command); }
+  bool IsEnabled(int command) const {
+    return recording_ ? command == kStopRecording : enabled_.contains(command);
+  }
   void enableCommand(int command, bool enable = true);
-  void Enable(std::initializer_list<int> commands) { for (int c : commands) enableCommand(c); }
-  void Grey(std::initializer_list<int> commands) { for (int c : commands) enableCommand(c, false); }
-  std::vector<int> Enabled() const;   ///< ascending
+  void Enable(std::initializer_list<int> commands) {
+    for (int c : commands) enableCommand(c);
+  }
+  void Grey(std::initializer_list<int> commands) {
+    for (int c : commands) enableCommand(c, false);
+  }
+  std::vector<int> Enabled() const;  ///< ascending
 
   /// After every load, recording and rate conversion.
   void onSoundLoaded(int sampleRate, bool pitchStatisticsOpen = false);
@@ -27,7 +33,7 @@ class CommandStates {
 
   struct SelectionFacts {
     bool defined = false;
-    int length = 0;          ///< samples; counts only when defined
+    int length = 0;  ///< samples; counts only when defined
     int sampleRate = 0;
     bool pitchPresent = false;
   };

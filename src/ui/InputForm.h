@@ -9,14 +9,14 @@ enum class FieldKind { Text, Number, Radio, Label };
 
 /// One control of an input dialog.
 struct FormField {
-  int control = 0;          ///< its number; 0 for radio buttons and labels without one
+  int control = 0;  ///< its number; 0 for radio buttons and labels without one
   FieldKind kind = FieldKind::Text;
-  std::string label;        ///< beside a field, on a radio button, or the label's own text
-  std::string value;        ///< what an edit field holds, UTF-8
-  bool checked = false;     ///< radio buttons
-  int group = 0;            ///< radio buttons with the same group exclude each other
-  int maxGbkBytes = 0;      ///< the longest entry in GBK bytes; 0 for no limit
-  bool phonetic = false;    ///< phonetic symbols may be entered: two GBK bytes each
+  std::string label;      ///< beside a field, on a radio button, or the label's own text
+  std::string value;      ///< what an edit field holds, UTF-8
+  bool checked = false;   ///< radio buttons
+  int group = 0;          ///< radio buttons with the same group exclude each other
+  int maxGbkBytes = 0;    ///< the longest entry in GBK bytes; 0 for no limit
+  bool phonetic = false;  ///< phonetic symbols may be entered: two GBK bytes each
   /// Set for a field with scroll arrows: its text after one step up (+1) or down (−1).
   std::function<std::string(const std::string& value, int direction)> step{};
 };

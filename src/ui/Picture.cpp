@@ -6,12 +6,25 @@ namespace {
 struct Mover {
   int dx, dy;
 
-  void Shift(Point& point) const { point.x += dx; point.y += dy; }
-  void operator()(LineMark& mark) const { Shift(mark.from); Shift(mark.to); }
-  void operator()(PolylineMark& mark) const { for (Point& point : mark.points) Shift(point); }
-  void operator()(PolygonMark& mark) const { for (Point& point : mark.points) Shift(point); }
+  void Shift(Point& point) const {
+    point.x += dx;
+    point.y += dy;
+  }
+  void operator()(LineMark& mark) const {
+    Shift(mark.from);
+    Shift(mark.to);
+  }
+  void operator()(PolylineMark& mark) const {
+    for (Point& point : mark.points) Shift(point);
+  }
+  void operator()(PolygonMark& mark) const {
+    for (Point& point : mark.points) Shift(point);
+  }
   template <typename Placed>
-  void operator()(Placed& mark) const { mark.x += dx; mark.y += dy; }
+  void operator()(Placed& mark) const {
+    mark.x += dx;
+    mark.y += dy;
+  }
 };
 
 }  // namespace

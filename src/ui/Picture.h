@@ -20,8 +20,8 @@ struct Point {
   bool operator==(const Point&) const = default;
 };
 
-enum class Anchor { Left, Middle, Right };           ///< what of a text stands at its x
-enum class Face { Interface, Figures, Ipa };         ///< kinds of type, chosen by who paints
+enum class Anchor { Left, Middle, Right };    ///< what of a text stands at its x
+enum class Face { Interface, Figures, Ipa };  ///< kinds of type, chosen by who paints
 enum class LineStyle { Solid, Dashed };
 
 struct LineMark {
@@ -44,7 +44,7 @@ struct PolygonMark {
 struct BoxMark {
   int x = 0, y = 0, width = 0, height = 0;
   Colour fill = colours::kWhite;
-  double opacity = 1.0;   ///< of the fill; 0 leaves the outline alone
+  double opacity = 1.0;  ///< of the fill; 0 leaves the outline alone
   bool outlined = false;
   Colour outline = colours::kBlack;
 };
@@ -56,10 +56,10 @@ struct OvalMark {
   Colour outline = colours::kBlack;
 };
 struct TextMark {
-  int x = 0, y = 0;       ///< y is the baseline
-  std::string text;       ///< UTF-8
+  int x = 0, y = 0;  ///< y is the baseline
+  std::string text;  ///< UTF-8
   Colour colour = colours::kText;
-  int height = 12;        ///< type size in pixels
+  int height = 12;  ///< type size in pixels
   Anchor anchor = Anchor::Left;
   Face face = Face::Interface;
 };
@@ -67,12 +67,12 @@ struct TextMark {
 struct GreyImageMark {
   int x = 0, y = 0, width = 0, height = 0;
   int columns = 0, rows = 0;
-  std::vector<std::uint8_t> pixels;   ///< 0 black .. 255 white
+  std::vector<std::uint8_t> pixels;  ///< 0 black .. 255 white
 };
 struct ColourImageMark {
   int x = 0, y = 0, width = 0, height = 0;
   int columns = 0, rows = 0;
-  std::vector<std::uint8_t> pixels;   ///< R, G, B
+  std::vector<std::uint8_t> pixels;  ///< R, G, B
 };
 
 using Mark = std::variant<LineMark, PolylineMark, PolygonMark, BoxMark, OvalMark, TextMark, GreyImageMark,
@@ -85,7 +85,9 @@ struct Picture {
   std::vector<Mark> marks;
 
   template <typename M>
-  void Add(M mark) { marks.emplace_back(std::move(mark)); }
+  void Add(M mark) {
+    marks.emplace_back(std::move(mark));
+  }
   void Add(const Picture& other) { marks.insert(marks.end(), other.marks.begin(), other.marks.end()); }
   /// Adds another picture, moved by dx and dy.
   void AddAt(const Picture& other, int dx, int dy);

@@ -22,7 +22,9 @@ std::string PointList(const std::vector<Point>& points) {
 }
 
 /// False for the characters that no XML document may hold, not even as entities.
-bool IsXmlCharacter(char32_t character) { return character >= 0x20 && character != 0xFFFE && character != 0xFFFF; }
+bool IsXmlCharacter(char32_t character) {
+  return character >= 0x20 && character != 0xFFFE && character != 0xFFFF;
+}
 
 /// XML text: the five special characters as entities, control characters and broken bytes as U+FFFD.
 std::string Escaped(const std::string& text) {
@@ -55,8 +57,10 @@ constexpr const char* kMiddle = " transform=\"translate(0.5 0.5)\"";
 std::string Image(int x, int y, int width, int height, int columns, int rows, int channels,
                   std::span<const std::uint8_t> pixels) {
   if (columns <= 0 || rows <= 0) return {};
-  return Format("<image x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" preserveAspectRatio=\"none\" "
-                "style=\"image-rendering:pixelated\" xlink:href=\"data:image/png;base64,", x, y, width, height) +
+  return Format(
+             "<image x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" preserveAspectRatio=\"none\" "
+             "style=\"image-rendering:pixelated\" xlink:href=\"data:image/png;base64,",
+             x, y, width, height) +
          ToBase64(EncodePng(columns, rows, channels, pixels)) + "\"/>\n";
 }
 
@@ -70,8 +74,8 @@ struct SvgMark {
   }
   std::string operator()(const PolylineMark& mark) const {
     return "<polyline points=\"" + PointList(mark.points) +
-           Format("\" fill=\"none\" stroke=\"%s\" stroke-width=\"%d\"%s/>\n", Hex(mark.colour).c_str(), mark.width,
-                  kMiddle);
+           Format("\" fill=\"none\" stroke=\"%s\" stroke-width=\"%d\"%s/>\n", Hex(mark.colour).c_str(),
+                  mark.width, kMiddle);
   }
   std::string operator()(const PolygonMark& mark) const {
     return "<polygon points=\"" + PointList(mark.points) +
@@ -80,11 +84,12 @@ struct SvgMark {
   std::string operator()(const BoxMark& mark) const {
     std::string out;
     if (mark.opacity > 0)
-      out += Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"%s\" fill-opacity=\"%.2f\"/>\n", mark.x,
-                    mark.y, mark.width, mark.height, Hex(mark.fill).c_str(), mark.opacity);
+      out +=
+          Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"%s\" fill-opacity=\"%.2f\"/>\n",
+                 mark.x, mark.y, mark.width, mark.height, Hex(mark.fill).c_str(), mark.opacity);
     if (mark.outlined)
-      out += Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"none\" stroke=\"%s\"%s/>\n", mark.x,
-                    mark.y, mark.width - 1, mark.height - 1, Hex(mark.outline).c_str(), kMiddle);
+      out += Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"none\" stroke=\"%s\"%s/>\n",
+                    mark.x, mark.y, mark.width - 1, mark.height - 1, Hex(mark.outline).c_str(), kMiddle);
     return out;
   }
   std::string operator()(const OvalMark& mark) const {
@@ -94,10 +99,11 @@ struct SvgMark {
   }
   std::string operator()(const TextMark& mark) const {
     constexpr const char* kAnchors[] = {"start", "middle", "end"};
-    return Format("<text x=\"%d\" y=\"%d\" font-size=\"%d\" font-family=\"%s\" text-anchor=\"%s\" fill=\"%s\" "
-                  "xml:space=\"preserve\">",
-                  mark.x, mark.y, mark.height, FamilyOf(mark.face), kAnchors[static_cast<int>(mark.anchor)],
-                  Hex(mark.colour).c_str()) +
+    return Format(
+               "<text x=\"%d\" y=\"%d\" font-size=\"%d\" font-family=\"%s\" text-anchor=\"%s\" fill=\"%s\" "
+               "xml:space=\"preserve\">",
+               mark.x, mark.y, mark.height, FamilyOf(mark.face), kAnchors[static_cast<int>(mark.anchor)],
+               Hex(mark.colour).c_str()) +
            Escaped(mark.text) + "</text>\n";
   }
   std::string operator()(const GreyImageMark& mark) const {

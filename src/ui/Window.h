@@ -15,14 +15,14 @@ enum class Icon { None, Info, Question, Warning, Error };
 /// What a file dialog says. Patterns are matched in either case of the extension.
 struct FileDialog {
   std::string title;
-  std::vector<std::pair<std::string, std::string>> filters;   ///< label, pattern
-  std::string defaultExtension;   ///< appended to a name without a dot; "" for none
-  std::string proposed;           ///< the name a save dialog begins with
+  std::vector<std::pair<std::string, std::string>> filters;  ///< label, pattern
+  std::string defaultExtension;  ///< appended to a name without a dot; "" for none
+  std::string proposed;          ///< the name a save dialog begins with
 };
 
 struct FileChoice {
-  std::string path;   ///< absolute
-  int filter = 0;     ///< which of the filters was chosen, from 0
+  std::string path;  ///< absolute
+  int filter = 0;    ///< which of the filters was chosen, from 0
 };
 
 /// Parts of the main window; `Chart` is a drawing that stands over the three lower panes.

@@ -12,20 +12,20 @@ constexpr AverageVowel kMandarinWomen[] = {{"i", 311, 3396},  {"u", 411, 639},  
 constexpr AverageVowel kMandarinChildren[] = {{"i", 392, 3236},  {"u", 564, 807},  {"y", 397, 2725},
                                               {"a", 1192, 1292}, {"o", 849, 1013}, {"ɤ", 876, 1037},
                                               {"e", 747, 2555},  {"ɿ", 441, 1734}, {"ʅ", 410, 2443}};
-constexpr AverageVowel kEnglishMen[] = {{"i", 270, 2290}, {"ɪ", 390, 1990}, {"ɛ", 530, 1840}, {"æ", 660, 1720},
-                                        {"ɑ", 730, 1090}, {"ɔ", 570, 840},  {"ʊ", 440, 1020}, {"u", 300, 870},
-                                        {"ʌ", 640, 1190}, {"ɝ", 490, 1350}};
-constexpr AverageVowel kEnglishWomen[] = {{"i", 310, 2790}, {"ɪ", 430, 2480}, {"ɛ", 610, 2330}, {"æ", 860, 2050},
-                                          {"ɑ", 850, 1220}, {"ɔ", 590, 920},  {"ʊ", 470, 1160}, {"u", 370, 950},
-                                          {"ʌ", 760, 1400}, {"ɝ", 500, 1640}};
-constexpr AverageVowel kEnglishChildren[] = {{"i", 370, 3200},  {"ɪ", 530, 2730}, {"ɛ", 690, 2610}, {"æ", 1010, 2320},
-                                             {"ɑ", 1030, 1370}, {"ɔ", 680, 1060}, {"ʊ", 560, 1410}, {"u", 430, 1170},
-                                             {"ʌ", 850, 1590},  {"ɝ", 560, 1820}};
+constexpr AverageVowel kEnglishMen[] = {
+    {"i", 270, 2290}, {"ɪ", 390, 1990}, {"ɛ", 530, 1840}, {"æ", 660, 1720}, {"ɑ", 730, 1090},
+    {"ɔ", 570, 840},  {"ʊ", 440, 1020}, {"u", 300, 870},  {"ʌ", 640, 1190}, {"ɝ", 490, 1350}};
+constexpr AverageVowel kEnglishWomen[] = {
+    {"i", 310, 2790}, {"ɪ", 430, 2480}, {"ɛ", 610, 2330}, {"æ", 860, 2050}, {"ɑ", 850, 1220},
+    {"ɔ", 590, 920},  {"ʊ", 470, 1160}, {"u", 370, 950},  {"ʌ", 760, 1400}, {"ɝ", 500, 1640}};
+constexpr AverageVowel kEnglishChildren[] = {
+    {"i", 370, 3200}, {"ɪ", 530, 2730}, {"ɛ", 690, 2610}, {"æ", 1010, 2320}, {"ɑ", 1030, 1370},
+    {"ɔ", 680, 1060}, {"ʊ", 560, 1410}, {"u", 430, 1170}, {"ʌ", 850, 1590},  {"ɝ", 560, 1820}};
 
 constexpr const char* kNames[kSpeakerClasses] = {"普通话，男", "普通话，女", "普通话，儿童",
                                                  "英语，男",   "英语，女",   "英语，儿童"};
-constexpr std::span<const AverageVowel> kTables[kSpeakerClasses] = {kMandarinMen, kMandarinWomen, kMandarinChildren,
-                                                                    kEnglishMen,  kEnglishWomen,  kEnglishChildren};
+constexpr std::span<const AverageVowel> kTables[kSpeakerClasses] = {
+    kMandarinMen, kMandarinWomen, kMandarinChildren, kEnglishMen, kEnglishWomen, kEnglishChildren};
 
 }  // namespace
 

@@ -5,8 +5,8 @@ namespace parlowen {
 
 /// Mean formants of a vowel over many speakers.
 struct AverageVowel {
-  const char* label;   ///< UTF-8, phonetic
-  int f1, f2;          ///< Hz
+  const char* label;  ///< UTF-8, phonetic
+  int f1, f2;         ///< Hz
 };
 
 inline constexpr int kSpeakerClasses = 6;

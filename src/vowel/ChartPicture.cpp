@@ -11,8 +11,8 @@ namespace {
 constexpr int kFrameLeft = 19, kFrameRight = 640, kFrameTop = 179;
 constexpr int kAxisColumn = 320, kAxisRight = 600, kAxisLeft = 40;
 constexpr int kTextColumn = 650;
-constexpr int kLowestF1Row = 600;   // 1600 Hz and a little
-constexpr int kAscent = 11;   // of 12 pixel type: texts are placed by their upper left corner
+constexpr int kLowestF1Row = 600;  // 1600 Hz and a little
+constexpr int kAscent = 11;        // of 12 pixel type: texts are placed by their upper left corner
 
 void AddTick(Picture& picture, Point from, Point to) { picture.Add(LineMark{from, to, colours::kText}); }
 
@@ -56,7 +56,8 @@ void AddPoint(Picture& picture, const VowelPoint& point, bool barkMode) {
 void AddShape(Picture& picture, int shape, int x, int y, Colour colour) {
   switch (shape) {
     case shapes::kSquare:
-      picture.Add(PolylineMark{{{x - 2, y - 2}, {x + 2, y - 2}, {x + 2, y + 2}, {x - 2, y + 2}, {x - 2, y - 2}}, colour});
+      picture.Add(PolylineMark{
+          {{x - 2, y - 2}, {x + 2, y - 2}, {x + 2, y + 2}, {x - 2, y + 2}, {x - 2, y - 2}}, colour});
       break;
     case shapes::kDiamond:
       picture.Add(PolylineMark{{{x, y - 3}, {x + 3, y}, {x, y + 3}, {x - 3, y}, {x, y - 3}}, colour});
@@ -85,16 +86,18 @@ void AddAverages(Picture& picture, const std::vector<int>& speakerClasses, const
       if (vowel.f1 < 100 || vowel.f1 > 3500 || vowel.f2 < 100 || vowel.f2 > 3500) continue;
       const ChartPlace place = FrequencyPlace(vowel.f1, vowel.f2, 0, axes);
       AddShape(picture, shapes::kCross, place.x, place.y, colours::kStart);
-      picture.Add(TextMark{place.x - 3, place.y + 3 + kAscent, vowel.label, colours::kStart, 12, Anchor::Left, Face::Ipa});
+      picture.Add(TextMark{place.x - 3, place.y + 3 + kAscent, vowel.label, colours::kStart, 12, Anchor::Left,
+                           Face::Ipa});
     }
 }
 
-void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, int top, int bottom, int highestF2) {
+void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, int top, int bottom,
+                      int highestF2) {
   picture.Add(LineMark{{kAxisRight, top}, {highestF2 > 2000 ? kAxisLeft - 20 : kAxisLeft, top}});
   picture.Add(LineMark{{column1, top}, {column1, bottom}});
   for (int row = axes.base + 20, hertz = 200; row < bottom; row += 50, hertz += 200) {
     AddTick(picture, {column1, row}, {column1 + 4, row});
-    if (row + 16 > bottom) continue;   // there stands the axis' name
+    if (row + 16 > bottom) continue;  // there stands the axis' name
     AddLabel(picture, column1 + 8, row + 4, Format("%d", hertz), Anchor::Left);
   }
   for (int hertz = 500, x = axes.column2; hertz <= highestF2; hertz *= 2, x -= 100) {
@@ -110,17 +113,21 @@ void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, 
   AddLabel(picture, kAxisRight + 8, top + 4, "F3", Anchor::Left);
 }
 
-Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers, int width,
-                          int height) {
+Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers,
+                          int width, int height) {
   Picture picture{width, height, {}};
   const int bottom = height - 1, axisBottom = height - 8;
   picture.Add(BoxMark{0, kChartTop, width, std::max(0, height - kChartTop), colours::kWhite});
-  picture.Add(PolylineMark{{{kFrameLeft, kFrameTop}, {kFrameRight, kFrameTop}, {kFrameRight, bottom},
-                            {kFrameLeft, bottom}, {kFrameLeft, kFrameTop}}});
+  picture.Add(PolylineMark{{{kFrameLeft, kFrameTop},
+                            {kFrameRight, kFrameTop},
+                            {kFrameRight, bottom},
+                            {kFrameLeft, bottom},
+                            {kFrameLeft, kFrameTop}}});
   if (chart.barkMode) {
     AddBarkAxes(picture, chart, axisBottom);
   } else {
-    AddFrequencyAxes(picture, kPointAxes, kAxisColumn, kPointAxes.base, std::min(axisBottom, kLowestF1Row), 2000);
+    AddFrequencyAxes(picture, kPointAxes, kAxisColumn, kPointAxes.base, std::min(axisBottom, kLowestF1Row),
+                     2000);
     picture.Add(TextMark{kTextColumn, kFrameTop + 20, "声学元音图"});
   }
   for (int i = 0; i < chart.count; ++i) {

@@ -12,16 +12,19 @@ inline constexpr Colour kChartRed = 0xC80000;
 /// The outline of a point shape around x, y, one pixel wide.
 void AddShape(Picture& picture, int shape, int x, int y, Colour colour);
 
-/// The table averages of these speaker classes, always in frequency coordinates: crosses with their phonetic labels.
+/// The table averages of these speaker classes, always in frequency coordinates: crosses with their phonetic
+/// labels.
 void AddAverages(Picture& picture, const std::vector<int>& speakerClasses, const FrequencyAxes& axes);
 
-/// Ticks and names of the frequency axes: F1 from `top` to `bottom` at column `column1`, F2 and F3 along row `top`.
-void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, int top, int bottom, int highestF2);
+/// Ticks and names of the frequency axes: F1 from `top` to `bottom` at column `column1`, F2 and F3 along row
+/// `top`.
+void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, int top, int bottom,
+                      int highestF2);
 
-/// The point chart: axes, all points, averages. Rows count from the top of the amplitude pane; the first free one is
-/// kChartTop.
-Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers, int width,
-                          int height);
+/// The point chart: axes, all points, averages. Rows count from the top of the amplitude pane; the first free
+/// one is kChartTop.
+Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers,
+                          int width, int height);
 inline constexpr int kChartTop = 110;
 
 /// The value of the point under the pointer; "" for none.

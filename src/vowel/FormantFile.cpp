@@ -9,7 +9,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kFrameBytes = 48, kSizeBase = 8;   // the size counts itself and the start sample
+constexpr int kFrameBytes = 48, kSizeBase = 8;  // the size counts itself and the start sample
 
 }  // namespace
 
@@ -49,9 +49,11 @@ std::string FormantListing(const std::vector<FormantBlock>& blocks, int sampleRa
   std::string text;
   int number = 0;
   for (const FormantBlock& block : blocks) {
-    const double start = static_cast<double>(std::int64_t{block.start} * 100 / std::max(1, sampleRate)) * 0.01;
+    const double start =
+        static_cast<double>(std::int64_t{block.start} * 100 / std::max(1, sampleRate)) * 0.01;
     const double length = static_cast<double>(block.frames.size()) * 0.01;
-    text += Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", ++number, start, start + length) + header;
+    text +=
+        Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", ++number, start, start + length) + header;
     for (std::size_t k = 0; k < block.frames.size(); ++k) {
       text += Format("%-7.2f", static_cast<double>(k) * 0.01 + start);
       for (const double value : block.frames[k]) text += Format("%8d", TruncateToInt32(value));

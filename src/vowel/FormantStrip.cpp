@@ -5,7 +5,7 @@
 namespace parlowen {
 namespace {
 
-constexpr double kHighest = 4000.0;   // Hz
+constexpr double kHighest = 4000.0;  // Hz
 constexpr Colour kDots = 0x2050A0;
 
 }  // namespace

@@ -8,8 +8,8 @@
 
 namespace parlowen {
 
-/// The formants along the view, under the amplitude pane while the point chart is shown: what a click at a column would
-/// measure. Analysed once a view.
+/// The formants along the view, under the amplitude pane while the point chart is shown: what a click at a
+/// column would measure. Analysed once a view.
 class FormantStrip {
  public:
   static constexpr int kStep = 4;     ///< columns from one analysis to the next

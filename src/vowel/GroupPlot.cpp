@@ -13,8 +13,8 @@ constexpr int kLeft = 700, kRight = 900, kTop = 320, kBottom = 520;
 
 Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   Picture picture{width, height, {}};
-  picture.Add(PolylineMark{{{kLeft, kTop}, {kRight, kTop}, {kRight, kBottom}, {kLeft, kBottom}, {kLeft, kTop}},
-                           colours::kGrid});
+  picture.Add(PolylineMark{
+      {{kLeft, kTop}, {kRight, kTop}, {kRight, kBottom}, {kLeft, kBottom}, {kLeft, kTop}}, colours::kGrid});
   picture.Add(TextMark{kLeft, 270, "用相对Bark坐标画元音组位置图"});
   picture.Add(TextMark{kRight, 300, "B2Min", colours::kText, 12, Anchor::Middle, Face::Figures});
   picture.Add(TextMark{kLeft, 300, "B2Max", colours::kText, 12, Anchor::Middle, Face::Figures});

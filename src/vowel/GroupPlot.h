@@ -9,7 +9,7 @@ namespace parlowen {
 
 /// The plot of the group means, right of the point chart while `activity` is 27.
 struct GroupPlot {
-  std::vector<VowelGroup> groups;   ///< placed
+  std::vector<VowelGroup> groups;  ///< placed
   bool showNames = false;
 };
 

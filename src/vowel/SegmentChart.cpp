@@ -24,8 +24,8 @@ std::vector<SegmentPoint> SegmentPoints(const VowelTrack& track, int sampleRate)
   return points;
 }
 
-Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected, const std::vector<int>& averages,
-                       int width, int height) {
+Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected,
+                       const std::vector<int>& averages, int width, int height) {
   Picture picture{width, height, {}};
   AddFrequencyAxes(picture, kSegmentAxes, kAxisColumn, kAxisTop, kAxisBottom, 4000);
   picture.Add(TextMark{40, kAxisBottom + 30, "声学元音图（一段语音）  红色->蓝色：先->后"});
@@ -62,7 +62,8 @@ std::string SegmentChart::Hover(Point at) const {
   });
   if (nearest < 0) return {};
   const SegmentPoint& point = points_[static_cast<std::size_t>(nearest)];
-  return Format("%.3f s  F1 %.0f Hz  F2 %.0f Hz  F3 %.0f Hz", start_ + point.frame * step_, point.f1, point.f2, point.f3);
+  return Format("%.3f s  F1 %.0f Hz  F2 %.0f Hz  F3 %.0f Hz", start_ + point.frame * step_, point.f1,
+                point.f2, point.f3);
 }
 
 void SegmentChart::Closed(Window& window) {

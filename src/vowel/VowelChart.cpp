@@ -12,7 +12,8 @@ std::int16_t Pixel(double value) { return SaturateInt16(TruncateToInt64(value));
 }  // namespace
 
 double Bark(double frequency) {
-  return 7.0 * std::log(frequency * (1.0 / 650.0) + std::sqrt(frequency * frequency * (1.0 / 422500.0) + 1.0));
+  return 7.0 *
+         std::log(frequency * (1.0 / 650.0) + std::sqrt(frequency * frequency * (1.0 / 422500.0) + 1.0));
 }
 
 ChartPlace FrequencyPlace(double f1, double f2, double f3, const FrequencyAxes& axes) {

@@ -63,8 +63,9 @@ std::optional<VowelChart> ReadChart(ByteSpan bytes, VowelChart chart) {
 std::string ChartListing(const VowelChart& chart) {
   std::string text;
   if (chart.barkMode) {
-    text = Format("\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=%d, B0=%4.2f\r\n ",
-                  chart.referenceF0, Bark(chart.referenceF0));
+    text = Format(
+        "\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=%d, B0=%4.2f\r\n ",
+        chart.referenceF0, Bark(chart.referenceF0));
     text += "\r\n 点序号      F1(Hz)       B1      F2(Hz)        B2\r\n";
   } else {
     text = "\r\n 点序号      F1(Hz)      F2(Hz)      F3(Hz)\r\n";
@@ -72,9 +73,9 @@ std::string ChartListing(const VowelChart& chart) {
   for (int i = 0; i < chart.count; ++i) {
     const VowelPoint& point = chart.points[static_cast<std::size_t>(i)];
     const double f1 = point.f1, f2 = point.f2, f3 = point.f3;
-    text += chart.barkMode
-                ? Format("%4d       %6.1f     %6.2f     %6.1f     %6.2f\r\n", i + 1, f1, Bark(f1), f2, Bark(f2))
-                : Format("%4d       %6.1f       %6.1f       %6.1f\r\n", i + 1, f1, f2, f3);
+    text += chart.barkMode ? Format("%4d       %6.1f     %6.2f     %6.1f     %6.2f\r\n", i + 1, f1, Bark(f1),
+                                    f2, Bark(f2))
+                           : Format("%4d       %6.1f       %6.1f       %6.1f\r\n", i + 1, f1, f2, f3);
   }
   return ToGbk(text);
 }

@@ -45,12 +45,14 @@ constexpr const char* kChartListName = "VchDt.txt";
 constexpr const char* kFormantListName = "Formant.txt";
 
 constexpr int kHighestRate = 16000;
-constexpr int kShortestSelection = 200;   // samples of a stretch whose formants are saved
+constexpr int kShortestSelection = 200;  // samples of a stretch whose formants are saved
 constexpr int kField1 = 1000, kField2 = 1008;
 constexpr int kButtons[] = {1010, 1011, 1012, 1013, 1030, 1037};
 
 FileDialog ChartDialog(const char* title) { return {title, {{"元音图数据文件(*.vch)", "*.vch"}}, "vch", ""}; }
-FileDialog FormantDialog(const char* title) { return {title, {{"共振峰数据文件(*.fmt)", "*.fmt"}}, "fmt", ""}; }
+FileDialog FormantDialog(const char* title) {
+  return {title, {{"共振峰数据文件(*.fmt)", "*.fmt"}}, "fmt", ""};
+}
 
 bool RefuseHighRate(Window& window, const SoundDocument& document) {
   if (document.sampleRate <= kHighestRate) return false;
@@ -81,8 +83,8 @@ void AskReferencePitch(Window& window, VowelChart& chart) {
   if (window.AskInput(form)) chart.referenceF0 = LowInt16(form.CountOf(kField1));
 }
 
-/// Shows the point chart, after the questions that its coordinates need. Places are computed again when an answer
-/// changed them, but those of a chart that has just been loaded stay.
+/// Shows the point chart, after the questions that its coordinates need. Places are computed again when an
+/// answer changed them, but those of a chart that has just been loaded stay.
 void ShowPointChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
                     bool askCoordinates) {
   VowelChart& chart = vowels.chart;
@@ -137,7 +139,7 @@ void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, c
   states.enableCommand(40085, activity == activities::kSegmentChart || activity == activities::kPointChart);
 }
 
-// --- The charts -----------------------------------------------------------------------------------------------
+// --- The charts
 
 void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
   if (RefuseHighRate(window, document) || !document.selectionDefined()) return;
@@ -156,7 +158,8 @@ void PointChartCommand(Window& window, SoundDocument& document, CommandStates& s
   ShowPointChart(window, document, states, vowels, true);
 }
 
-void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, int sample) {
+void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+                int sample) {
   if (vowels.chart.count >= VowelChart::kMostClicked) return window.Notify(kChartFull, Icon::Error);
   vowels.lastClick = sample;
   vowels.lastClickSound = document.soundGeneration;
@@ -186,7 +189,8 @@ void ChoosePointShapeCommand(Window& window, VowelState& vowels) {
   for (int shape = shapes::kCircle; shape <= shapes::kInvertedTriangle; ++shape)
     form.fields.push_back(RadioButton(shape, kLabels[shape], shape == vowels.chart.shape));
   if (!window.AskInput(form)) return;
-  if (const int chosen = form.CheckedIndex(); chosen >= 0) vowels.chart.shape = static_cast<std::int16_t>(chosen);
+  if (const int chosen = form.CheckedIndex(); chosen >= 0)
+    vowels.chart.shape = static_cast<std::int16_t>(chosen);
 }
 
 void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
@@ -201,7 +205,8 @@ void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelSt
   if (!pointChart && document.activity != activities::kSegmentChart) return window.Notify(kNoChartShown);
   InputForm form;
   form.title = kAveragesTitle;
-  for (int i = 0; i < kSpeakerClasses; ++i) form.fields.push_back(RadioButton(i, SpeakerClassName(i), i == 0));
+  for (int i = 0; i < kSpeakerClasses; ++i)
+    form.fields.push_back(RadioButton(i, SpeakerClassName(i), i == 0));
   if (!window.AskInput(form)) return;
   std::vector<int>& shown = pointChart ? vowels.averages : vowels.segmentAverages;
   const int chosen = form.CheckedIndex();
@@ -209,7 +214,8 @@ void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelSt
   window.Repaint();
 }
 
-void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels) {
+void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
+                      VowelState& vowels) {
   if (document.activity != activities::kPointChart && document.activity != activities::kGroupPlot)
     return window.Notify(kOnlyPointChart);
   if (vowels.chart.count >= VowelChart::kCapacity) return window.Notify(kChartFull, Icon::Error);
@@ -229,7 +235,8 @@ void TypePointCommand(Window& window, const SoundDocument& document, CommandStat
   }
 }
 
-bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, const std::string& key) {
+bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+              const std::string& key) {
   const bool plot = document.activity == activities::kGroupPlot;
   if (!plot && document.activity != activities::kPointChart) return false;
   if (key == "M") {
@@ -247,18 +254,20 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
 }
 
 void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  document.activity = document.activity == activities::kGroupPlot ? activities::kPointChart : activities::kWaveform;
+  document.activity =
+      document.activity == activities::kGroupPlot ? activities::kPointChart : activities::kWaveform;
   UpdateVowelCommands(document, states, vowels);
   window.Repaint();
 }
 
-// --- Files ----------------------------------------------------------------------------------------------------
+// --- Files
 
 void SaveChartCommand(Window& window, VowelState& vowels) {
   if (vowels.chart.count < 1) return;
   const auto choice = window.AskSaveFile(ChartDialog("保存元音图数据文件"));
   if (!choice || choice->path.empty()) return;
-  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0) return window.Notify(kCannotCreate, Icon::Error);
+  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0)
+    return window.Notify(kCannotCreate, Icon::Error);
   vowels.unsaved = false;
 }
 
@@ -278,8 +287,8 @@ void OpenChartFile(Window& window, SoundDocument& document, CommandStates& state
   ShowPointChart(window, document, states, vowels, true);
 }
 
-void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels,
-                      const std::string& exportFolder) {
+void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,
+                      VowelState& vowels, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
   if (!choice || choice->path.empty()) return;
   auto chart = LoadChart(window, vowels.chart, choice->path);
@@ -311,7 +320,9 @@ void ListFormantsCommand(Window& window, const SoundDocument& document, const st
   if (!bytes) return window.Notify(kNoFormantFile, Icon::Error);
   const auto blocks = ReadFormantFile(*bytes);
   if (!blocks) return window.Notify(kBadFormantFile, Icon::Error);
-  if (WriteTextExport(window, exportFolder, kFormantListName, FormantListing(*blocks, document.sampleRate)) < 0) return;
+  if (WriteTextExport(window, exportFolder, kFormantListName, FormantListing(*blocks, document.sampleRate)) <
+      0)
+    return;
   ShowTextExport(window, exportFolder, kFormantListName);
 }
 

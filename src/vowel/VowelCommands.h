@@ -12,21 +12,27 @@ void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, c
 
 // The charts.
 
-void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);   ///< 40056
-void PointChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);     ///< 40057
+void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+                         VowelState& vowels);  ///< 40056
+void PointChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+                       VowelState& vowels);  ///< 40057
 /// 40059: takes the last point away, or measures it again with a correction of its formants.
 void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);
-void ChoosePointShapeCommand(Window& window, VowelState& vowels);                                               ///< 40070
-void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);     ///< 40058
-void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels);                   ///< 40085
-void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels);///< 40062
+void ChoosePointShapeCommand(Window& window, VowelState& vowels);  ///< 40070
+void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+                       VowelState& vowels);                                                    ///< 40058
+void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels);  ///< 40085
+void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
+                      VowelState& vowels);  ///< 40062
 
 /// A click in the amplitude pane at that sample while the point chart is shown.
-void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, int sample);
+void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+                int sample);
 
-/// The keys of the point chart and the group plot, in capitals: M toggles numbers or names, L draws the chart anew
-/// without averages, B returns from the plot to the chart. False when the key means nothing there.
-bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels, const std::string& key);
+/// The keys of the point chart and the group plot, in capitals: M toggles numbers or names, L draws the chart
+/// anew without averages, B returns from the plot to the chart. False when the key means nothing there.
+bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+              const std::string& key);
 /// Leaves the group plot for the chart, the chart for the panes.
 void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);
 
@@ -35,15 +41,16 @@ bool MayBeTyped(int f1, int f2);
 
 // Files.
 
-void SaveChartCommand(Window& window, VowelState& vowels);                                                      ///< 40072
-void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);      ///< 40073
+void SaveChartCommand(Window& window, VowelState& vowels);  ///< 40072
+void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+                      VowelState& vowels);  ///< 40073
 /// The same for a file that was chosen otherwise.
 void OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
                    const std::string& path);
 /// 40082: reads a chart and lists it as "VchDt.txt" in `exportFolder`.
-void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states, VowelState& vowels,
-                      const std::string& exportFolder);
-void SaveFormantsCommand(Window& window, const SoundDocument& document);                                        ///< 40068
+void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,
+                      VowelState& vowels, const std::string& exportFolder);
+void SaveFormantsCommand(Window& window, const SoundDocument& document);  ///< 40068
 /// 40069: lists a formant file as "Formant.txt" in `exportFolder`.
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder);
 

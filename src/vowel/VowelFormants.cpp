@@ -9,9 +9,9 @@ namespace parlowen {
 namespace {
 
 constexpr int kHalfFilter = 7, kFilterTaps = 2 * kHalfFilter + 1;
-constexpr int kVowelCutoff = 3000;          // Hz
+constexpr int kVowelCutoff = 3000;  // Hz
 constexpr double kFilterShape = 0.92;
-constexpr int kReach = kLongestFrame + 64;   // samples that a frame's analysis and the filter may read beyond
+constexpr int kReach = kLongestFrame + 64;  // samples that a frame's analysis and the filter may read beyond
 
 FormantFrame Analyse(SampleSpan samples, int start, int frameLength, const LpcContext& context) {
   LpcAnalyser analyser;
@@ -49,7 +49,9 @@ void MergeFirstTwo(VowelFormants& formants) {
   f[2] = f[3];
 }
 
-void DeleteFirst(VowelFormants& formants) { std::copy(formants.f.begin() + 1, formants.f.end(), formants.f.begin()); }
+void DeleteFirst(VowelFormants& formants) {
+  std::copy(formants.f.begin() + 1, formants.f.end(), formants.f.begin());
+}
 
 bool IsVowel(const VowelFormants& formants) {
   return formants.f[0] >= 150 && formants.f[0] <= 1600 && formants.f[1] >= 400 && formants.f[1] <= 4000;
@@ -67,7 +69,8 @@ VowelTrack SelectionTrack(const SoundDocument& document) {
   track.start = document.selectionStart;
   track.step = document.sampleRate / 100;
   LpcAnalyser analyser;
-  track.frames = FormantTrack(document.Samples(), document.sampleRate, document.selectionStart, document.selectionEnd, analyser);
+  track.frames = FormantTrack(document.Samples(), document.sampleRate, document.selectionStart,
+                              document.selectionEnd, analyser);
   return track;
 }
 
@@ -81,11 +84,13 @@ VowelTrack SegmentTrack(const SoundDocument& document) {
 
   // The last frames end behind the selection: they see what follows it, filtered alike.
   std::vector<std::int16_t> block(static_cast<std::size_t>(length + kReach));
-  for (int i = 0; i < length + kReach; ++i) block[static_cast<std::size_t>(i)] = document.Samples().At(start + i);
+  for (int i = 0; i < length + kReach; ++i)
+    block[static_cast<std::size_t>(i)] = document.Samples().At(start + i);
   double coefficients[kFilterTaps];
   DesignFirFilter(kVowelCutoff, kFilterShape, kHalfFilter, 0, coefficients, rate);
   const int total = static_cast<int>(block.size());
-  ApplyFirFilter(kFilterTaps, total - 2 * kHalfFilter - 1, kHalfFilter + 1, coefficients, block.data(), total);
+  ApplyFirFilter(kFilterTaps, total - 2 * kHalfFilter - 1, kHalfFilter + 1, coefficients, block.data(),
+                 total);
 
   const SampleSpan samples{block.data(), total};
   for (int offset = 0; offset < length; offset += track.step)

@@ -39,8 +39,8 @@ void AddPointToGroupCommand(Window& window, const SoundDocument& document, Vowel
   AddToGroups(window, vowels.group, VowelGroupKind(), pair);
 }
 
-void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-                            const std::string& exportFolder) {
+void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
+                            VowelState& vowels, const std::string& exportFolder) {
   if (document.activity != activities::kPointChart)
     return window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
   const auto groups = AskForGroups(window, VowelGroupKind());

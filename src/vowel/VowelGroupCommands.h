@@ -12,7 +12,7 @@ const GroupKind& VowelGroupKind();
 void AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels);
 
 /// 40064: the text "VwlPoints.txt" in `exportFolder` and the plot of a file's groups.
-void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-                            const std::string& exportFolder);
+void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
+                            VowelState& vowels, const std::string& exportFolder);
 
 }  // namespace parlowen

@@ -11,7 +11,7 @@
 namespace parlowen {
 namespace {
 
-constexpr double kSmallestSpan = 2.0;   // Bark
+constexpr double kSmallestSpan = 2.0;  // Bark
 constexpr int kPairsALine = 4;
 
 /// Mean, in single precision, and deviation of every second value from `first` on.
@@ -29,11 +29,13 @@ void Summarise(const std::vector<std::uint16_t>& values, std::size_t first, floa
 }
 
 /// A GBK text of at least six bytes, blanks before it.
-std::string PaddedName(const std::string& gbk) { return std::string(gbk.size() < 6 ? 6 - gbk.size() : 0, ' ') + gbk; }
+std::string PaddedName(const std::string& gbk) {
+  return std::string(gbk.size() < 6 ? 6 - gbk.size() : 0, ' ') + gbk;
+}
 
 std::string MeanLine(int formant, float mean, double deviation) {
-  return ToGbk(Format("\r\n平均F%d值=%7.1fHz(Bark=%6.2f),  标准差=%6.2fHz\r\n", formant, static_cast<double>(mean),
-                      Bark(mean), deviation));
+  return ToGbk(Format("\r\n平均F%d值=%7.1fHz(Bark=%6.2f),  标准差=%6.2fHz\r\n", formant,
+                      static_cast<double>(mean), Bark(mean), deviation));
 }
 
 }  // namespace
@@ -65,7 +67,8 @@ bool PlaceGroups(std::vector<VowelGroup>& summaries) {
   return true;
 }
 
-std::string VowelReport(const std::vector<ValueGroup>& groups, const std::vector<VowelGroup>& summaries, bool placed) {
+std::string VowelReport(const std::vector<ValueGroup>& groups, const std::vector<VowelGroup>& summaries,
+                        bool placed) {
   std::string text = ToGbk("\r\n          元音统计数据\r\n");
   for (std::size_t g = 0; g < groups.size(); ++g) {
     text += ToGbk(Format("\r\n          第%d组：组名：", static_cast<int>(g + 1))) + groups[g].name +
@@ -79,8 +82,9 @@ std::string VowelReport(const std::vector<ValueGroup>& groups, const std::vector
     text += MeanLine(2, summaries[g].mean2, summaries[g].deviation2);
   }
   if (!placed) return text;
-  text += ToGbk("\r\n各组平均 F1,F2 频率的相对 Bark 值 V1,V2(百分比)：\r\n"
-                "  (V1i=(B1i-B1min)/(B1max-B1min), V2i=(B2i-B2min)/(B2max-B2min), B代表 Bark 值)");
+  text += ToGbk(
+      "\r\n各组平均 F1,F2 频率的相对 Bark 值 V1,V2(百分比)：\r\n"
+      "  (V1i=(B1i-B1min)/(B1max-B1min), V2i=(B2i-B2min)/(B2max-B2min), B代表 Bark 值)");
   for (const VowelGroup& group : summaries)
     text += ToGbk("\r\n  组名：") + PaddedName(group.name) +
             ToGbk(Format(":  V1 值：%3d,    V2 值：%3d", group.V1(), group.V2()));

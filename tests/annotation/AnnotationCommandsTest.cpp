@@ -120,7 +120,7 @@ TEST(Annotations, MoveWithTheSpeechThatTheyWerePutOn) {
   EXPECT_EQ(s.Items(), cut) << "what was cut out is gone, its edges are not";
   EXPECT_TRUE(s.w.annotations.changed);
   s.w.Select(0, 500);
-  s.Do(40006);   // the samples change, not their places
+  s.Do(40006);  // the samples change, not their places
   EXPECT_EQ(s.Items(), cut);
   s.Do(40036);
   EXPECT_EQ(s.Items(), whole);
@@ -128,7 +128,8 @@ TEST(Annotations, MoveWithTheSpeechThatTheyWerePutOn) {
   s.Do(40001);
   s.Insert(20, {"ok:n", "no"});
   s.Do(40036);
-  EXPECT_EQ(s.Items(), (Texts{"z@9000", "b@4000", "d@4000", "a@100", "n@0"})) << "worked on in between: moved back only";
+  EXPECT_EQ(s.Items(), (Texts{"z@9000", "b@4000", "d@4000", "a@100", "n@0"}))
+      << "worked on in between: moved back only";
   s.Put(all);
   s.document.insertPoint = 3500;
   s.Do(40003);
@@ -148,9 +149,12 @@ TEST(SavingIpaFiles, ARefusalOrAFailureLeavesTheOldFile) {
   const std::string old = s.folder / "old.ipa";
   WriteFile(old, std::string("old"));
   EXPECT_EQ(s.Do(kSave), Texts{kSaveDialog + (s.folder / "sound1.ipa")}) << "a cancelled dialog says nothing";
-  EXPECT_EQ(s.Do(kSave, {"file:" + (s.folder / "no folder/a.ipa")}).back(), kBadName) << "before the question";
+  EXPECT_EQ(s.Do(kSave, {"file:" + (s.folder / "no folder/a.ipa")}).back(), kBadName)
+      << "before the question";
   EXPECT_EQ(s.Do(kSave, {"file:" + (s.folder / std::string(250, 'n'))}).back(), kBadName);
-  const auto full = [&] { return s.Do(kSave, {"file:" + old, "yes"}).back() == kBadName && s.w.annotations.changed ? 7 : 0; };
+  const auto full = [&] {
+    return s.Do(kSave, {"file:" + old, "yes"}).back() == kBadName && s.w.annotations.changed ? 7 : 0;
+  };
   EXPECT_EQ(testing::WithFileSizeLimit(1000, full), 7);
   EXPECT_EQ(ReadFile(old), "old");
   EXPECT_TRUE(s.w.annotations.changed);
@@ -167,7 +171,8 @@ std::string IpaFileOf(const std::string& records) {
 }
 
 std::string Record(const std::string& text, std::int32_t position) {
-  return std::string("IPA\0", 4) + text + std::string(10 - text.size(), '\0') + Little(static_cast<std::uint32_t>(position), 4);
+  return std::string("IPA\0", 4) + text + std::string(10 - text.size(), '\0') +
+         Little(static_cast<std::uint32_t>(position), 4);
 }
 
 TEST(OpeningIpaFiles, TheSoundItsAnnotationsAndItsContourAreThere) {
@@ -176,8 +181,9 @@ TEST(OpeningIpaFiles, TheSoundItsAnnotationsAndItsContourAreThere) {
   s.FillWith(3);
   s.w.Select(100, 200);
   const float nan = std::numeric_limits<float>::quiet_NaN();
-  const std::string path = WriteFile(s.folder / "take3.IPA", IpaFileOf(Record("a", 999) + Record("b", -1) + Record("c", 1001) +
-                                                                     PitchTail({50, 0, -7, nan, 8001, 8000})));
+  const std::string path =
+      WriteFile(s.folder / "take3.IPA", IpaFileOf(Record("a", 999) + Record("b", -1) + Record("c", 1001) +
+                                                  PitchTail({50, 0, -7, nan, 8001, 8000})));
   EXPECT_EQ(s.Do(kOpen, {"file:" + path}), Texts{"open|打开国际音标数据文件|"});
   EXPECT_EQ(s.document.sampleCount, 1000);
   EXPECT_EQ(s.document.sampleRate, 8000);
@@ -197,7 +203,8 @@ TEST(OpeningIpaFiles, TheSoundItsAnnotationsAndItsContourAreThere) {
   s.w.OpenFile(WriteFile(s.folder / "plain.ipa", IpaFileOf("")));
   EXPECT_TRUE(s.Items().empty());
   EXPECT_FALSE(s.document.pitchPresent);
-  EXPECT_TRUE(std::all_of(s.document.pitch.begin(), s.document.pitch.end(), [](float value) { return value == kNoValue; }));
+  EXPECT_TRUE(std::all_of(s.document.pitch.begin(), s.document.pitch.end(),
+                          [](float value) { return value == kNoValue; }));
   EXPECT_FALSE(s.w.states.IsEnabled(40103));
 }
 
@@ -230,9 +237,10 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
     const std::string path = WriteFile(s.folder / "broken.ipa", c.bytes);
     EXPECT_EQ(s.Do(kOpen, {"file:" + path}).back(), c.refusal) << c.what;
     EXPECT_TRUE(unchanged()) << c.what;
-    EXPECT_EQ(s.document.sampleRate, c.refusal == notSixteen ? 8000 : 16000) << c.what;   // as of a WAV file
+    EXPECT_EQ(s.document.sampleRate, c.refusal == notSixteen ? 8000 : 16000) << c.what;  // as of a WAV file
   }
-  EXPECT_EQ(s.Do(kOpen, {"file:" + (s.folder / "missing.ipa")}).back(), "error|" + s.window.Caption() + "|无此国际音标数据文件！");
+  EXPECT_EQ(s.Do(kOpen, {"file:" + (s.folder / "missing.ipa")}).back(),
+            "error|" + s.window.Caption() + "|无此国际音标数据文件！");
   EXPECT_EQ(s.Do(kOpen).size(), 1u) << "a cancelled dialog says nothing";
   EXPECT_TRUE(unchanged());
 }

@@ -42,9 +42,15 @@ struct Edited {
     document.insertPoint = at;
     Do([&] { PasteClip(document); });
   }
-  void Undo() { Do([&] { UndoEdit(document); }); }
-  std::vector<int> Markers(int band) const { return {state.set.Markers(band).begin(), state.set.Markers(band).end()}; }
-  std::vector<MarkerLabel> Labels(int band) const { return {state.set.Labels(band).begin(), state.set.Labels(band).end()}; }
+  void Undo() {
+    Do([&] { UndoEdit(document); });
+  }
+  std::vector<int> Markers(int band) const {
+    return {state.set.Markers(band).begin(), state.set.Markers(band).end()};
+  }
+  std::vector<MarkerLabel> Labels(int band) const {
+    return {state.set.Labels(band).begin(), state.set.Labels(band).end()};
+  }
 };
 using Ints = std::vector<int>;
 using LabelList = std::vector<MarkerLabel>;
@@ -52,13 +58,16 @@ using LabelList = std::vector<MarkerLabel>;
 TEST(MarkersFollow, ACutTakesWhatStoodInItAndMovesWhatStoodBehind) {
   Edited sound;
   sound.Mark(0, {1000, 2000, 2500, 3000, 4000});
-  sound.Mark(1, {1500, 2500, 6000}, {{0, 1500, "before"}, {1500, 2500, "cut short"}, {2500, 2500, "point"}, {6000, 10000, "to the end"}});
+  sound.Mark(
+      1, {1500, 2500, 6000},
+      {{0, 1500, "before"}, {1500, 2500, "cut short"}, {2500, 2500, "point"}, {6000, 10000, "to the end"}});
   sound.Mark(2, {2200, 2800}, {{2200, 2800, "gone"}});
   const MarkerSet whole = sound.state.set;
   sound.Cut(2000, 3000);
   EXPECT_EQ(sound.Markers(0), Ints({1000, 2000, 3000}));
   EXPECT_EQ(sound.Markers(1), Ints({1500, 2000, 5000}));
-  EXPECT_EQ(sound.Labels(1), LabelList({{0, 1500, "before"}, {1500, 2000, "cut short"}, {5000, 9000, "to the end"}}));
+  EXPECT_EQ(sound.Labels(1),
+            LabelList({{0, 1500, "before"}, {1500, 2000, "cut short"}, {5000, 9000, "to the end"}}));
   EXPECT_EQ(sound.Markers(2), Ints());
   EXPECT_EQ(sound.Labels(2), LabelList());
   EXPECT_TRUE(sound.state.changed);
@@ -68,7 +77,7 @@ TEST(MarkersFollow, ACutTakesWhatStoodInItAndMovesWhatStoodBehind) {
 
 TEST(MarkersFollow, APasteOpensAGapAndItsUndoClosesIt) {
   Edited sound;
-  sound.Cut(0, 100);   // to have a clip; there are no markers yet
+  sound.Cut(0, 100);  // to have a clip; there are no markers yet
   EXPECT_FALSE(sound.state.changed);
   sound.Mark(0, {1000, 2000}, {{0, 1000, "head"}, {2000, 9900, "tail"}});
   sound.Paste(1000);

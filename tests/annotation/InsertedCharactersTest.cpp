@@ -26,7 +26,8 @@ struct CharacterDesk : testing::Station {
     Texts shown;
     for (const Mark& mark : w.view.Whole(pane, 1024, height).marks)
       if (const auto* text = std::get_if<TextMark>(&mark); text != nullptr && text->face == Face::Ipa)
-        shown.push_back(text->text + "@" + std::to_string(text->x) + "," + std::to_string(text->y) + "/" + std::to_string(text->height));
+        shown.push_back(text->text + "@" + std::to_string(text->x) + "," + std::to_string(text->y) + "/" +
+                        std::to_string(text->height));
     return shown;
   }
 };
@@ -42,9 +43,10 @@ TEST(InsertedCharacters, KeepTheirTimeAndTheirRowInTheirPane) {
   s.Place("ə", Pane::Waveform, {220, 400});
   // 16 px high: the baseline 6 rows under the middle.
   EXPECT_EQ(s.Shown(Pane::Pitch), Texts{"元音@120,86/16"});
-  EXPECT_EQ(s.Shown(Pane::Waveform, 165), Texts{"ə@220,170/16"}) << "a row that a lower pane lacks is its last";
+  EXPECT_EQ(s.Shown(Pane::Waveform, 165), Texts{"ə@220,170/16"})
+      << "a row that a lower pane lacks is its last";
   EXPECT_TRUE(s.Shown(Pane::Analysis).empty());
-  s.w.view.ScrollTo(8000);   // 50 columns
+  s.w.view.ScrollTo(8000);  // 50 columns
   EXPECT_EQ(s.Shown(Pane::Pitch), Texts{"元音@70,86/16"});
   s.w.Key("X");
   EXPECT_EQ(s.Shown(Pane::Pitch), Texts{"元音@120,86/16"}) << "twice as far from the left edge";

@@ -22,7 +22,8 @@ IpaRecords Read(const std::string& bytes) {
 }
 
 /// What stands behind the header and the samples.
-std::string Behind(const SoundDocument& document, const std::vector<Annotation>& annotations, bool withPitch) {
+std::string Behind(const SoundDocument& document, const std::vector<Annotation>& annotations,
+                   bool withPitch) {
   const auto bytes = IpaBytesOf(document, annotations, withPitch);
   return {bytes.begin() + 44 + 2 * document.sampleCount, bytes.end()};
 }
@@ -31,8 +32,9 @@ class IpaFile : public ::testing::Test {
  protected:
   IpaFile() {
     document.sampleRate = 16000;
-    document.sampleCount = 16000 + 159;   // 100 frames
-    for (int i = 0; i < document.sampleCount; ++i) document.samples[i] = static_cast<std::int16_t>(i % 3000 - 1500);
+    document.sampleCount = 16000 + 159;  // 100 frames
+    for (int i = 0; i < document.sampleCount; ++i)
+      document.samples[i] = static_cast<std::int16_t>(i % 3000 - 1500);
   }
   SoundDocument document;
 };
@@ -76,7 +78,8 @@ TEST_F(IpaFile, TextsAreCutAtTheEndOfACharacter) {
   EXPECT_EQ(Behind(document, {{"123456789", 0}}, false), Record("123456789", 0));
   EXPECT_EQ(Read(Record("123456789A", 3)).annotations[0].text, "123456789");
   EXPECT_EQ(Read(Record(ToGbk("一二三四五"), 3)).annotations[0].text, "一二三四");
-  EXPECT_EQ(Read(Record(std::string("ab\0cd", 5), 3)).annotations[0].text, "ab") << "what stands behind the NUL is no text";
+  EXPECT_EQ(Read(Record(std::string("ab\0cd", 5), 3)).annotations[0].text, "ab")
+      << "what stands behind the NUL is no text";
   // A user-defined code that has no symbol here goes through as it is.
   EXPECT_EQ(Behind(document, Read(Record("\xAB\xA1x", 0)).annotations, false), Record("\xAB\xA1x", 0));
 }

@@ -19,7 +19,8 @@ std::string CodesOf(const std::string& symbol) {
   for (std::size_t at = 0; at < gbk.size(); ++at) {
     if (!codes.empty()) codes += ' ';
     const auto lead = static_cast<unsigned char>(gbk[at]);
-    codes += lead < 0x80 ? std::string(1, gbk[at]) : Format("%02X%02X", lead, static_cast<unsigned char>(gbk[++at]));
+    codes += lead < 0x80 ? std::string(1, gbk[at])
+                         : Format("%02X%02X", lead, static_cast<unsigned char>(gbk[++at]));
   }
   return codes;
 }
@@ -38,7 +39,8 @@ TEST(IpaIndex, EveryRowHasTheCodesOfItsSymbol) {
 }
 
 TEST(IpaIndex, HeadingsAndBrokenLinesAreNoRows) {
-  const auto rows = ReadIpaIndex("title\n1\t2\t3\t4\t5\r\n\r\n\xAA\xF4\tb\t\t\t\na\tb\tc\td\na\tb\tc\td\te\tf\nz\t\t\t\tlast");
+  const auto rows = ReadIpaIndex(
+      "title\n1\t2\t3\t4\t5\r\n\r\n\xAA\xF4\tb\t\t\t\na\tb\tc\td\na\tb\tc\td\te\tf\nz\t\t\t\tlast");
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_EQ(rows[0].symbol, "ʰ");
   EXPECT_EQ(rows[1].description, "last");

@@ -46,18 +46,20 @@ struct Desk {
     window.tool->Click(window, {column + origin.x, row + origin.y}, MouseButton::Left, false);
   }
   std::string Caption() const { return window.Caption(); }
-  std::vector<int> Markers(int band) const { return {state.set.Markers(band).begin(), state.set.Markers(band).end()}; }
+  std::vector<int> Markers(int band) const {
+    return {state.set.Markers(band).begin(), state.set.Markers(band).end()};
+  }
 };
 using Ints = std::vector<int>;
 
 TEST(MarkerWindow, SavesOnlyMarkersOfASoundThatIsAWavFile) {
   Desk desk;
   desk.Load("");
-  desk.window.SetCaption("Parlowen(Tessiran)");   // a recording
+  desk.window.SetCaption("Parlowen(Tessiran)");  // a recording
   desk.Open();
   desk.Press(1);
   desk.Press(1050);
-  desk.Click(120, 150);   // the last band alone is enough
+  desk.Click(120, 150);  // the last band alone is enough
   desk.window.Log();
   desk.Press(1);
   EXPECT_EQ(desk.window.Log(), Texts({"none|Parlowen(Tessiran)|请先把录音保存为文件，再保存标志数据"}));
@@ -78,7 +80,7 @@ TEST(MarkerWindow, SavesOnlyMarkersOfASoundThatIsAWavFile) {
 
 TEST(MarkerWindow, AFailedSaveLeavesTheOldFile) {
   Desk desk;
-  desk.Load("folder.1/a.wav");   // the name is cut in the folder's
+  desk.Load("folder.1/a.wav");  // the name is cut in the folder's
   desk.Open();
   desk.Press(1050);
   desk.Click(120, 10);
@@ -103,7 +105,8 @@ TEST(MarkerWindow, ReadsTheFileLeniently) {
   desk.Load();
   desk.Open();
   EXPECT_EQ(desk.Markers(0), Ints({7000, 100000}));
-  EXPECT_EQ(desk.window.Log(), Texts({"status|标志文件中有位置超出声音或次序不对，已更正：" + (desk.folder / "a.lbl")}));
+  EXPECT_EQ(desk.window.Log(),
+            Texts({"status|标志文件中有位置超出声音或次序不对，已更正：" + (desk.folder / "a.lbl")}));
   EXPECT_EQ(ReadFile(desk.folder / "a.lbl"), std::string(bytes.begin(), bytes.end()));
 
   WriteFile(desk.folder / "a.lbl", std::string(2577, '\0'));
@@ -125,7 +128,7 @@ TEST(MarkerWindow, OthersShowAndReadTheSetWithoutTheCommand) {
   EnsureMarkersRead(desk.document, desk.state);
   EXPECT_EQ(desk.state.set, set);
   desk.state.set.markerPos[0] = 8000;
-  EnsureMarkersRead(desk.document, desk.state);   // this sound's already
+  EnsureMarkersRead(desk.document, desk.state);  // this sound's already
   ShowMarkers(desk.window, desk.document, desk.state, desk.play);
   EXPECT_EQ(desk.Markers(0), Ints({8000}));
   EXPECT_TRUE(desk.state.changed);
@@ -138,7 +141,7 @@ TEST(MarkerWindow, OthersShowAndReadTheSetWithoutTheCommand) {
   DropOldMarkers(desk.window, desk.document, desk.state);
   EXPECT_FALSE(desk.state.set.HasMarkers());
   desk.Load("a.wav");
-  DropOldMarkers(desk.window, desk.document, desk.state);   // the open window shows the file's
+  DropOldMarkers(desk.window, desk.document, desk.state);  // the open window shows the file's
   EXPECT_EQ(desk.state.set, set);
   desk.window.tool->Closed(desk.window);
   desk.Load("a.wav");
@@ -157,7 +160,8 @@ TEST(MarkerWindow, ATextWithoutACodeKeepsTheDialogOpen) {
   desk.window.answers = {"ok:😀", "ok:ɑ˥好"};
   desk.Click(120, 10);
   const std::string asked = "input|输入标注文字|输入标注文字（最长12字符或6汉字）";
-  EXPECT_EQ(desk.window.Log(), Texts({asked, "none|" + desk.Caption() + "|有字符没有 GBK 编码，请改写", asked + "😀"}));
+  EXPECT_EQ(desk.window.Log(),
+            Texts({asked, "none|" + desk.Caption() + "|有字符没有 GBK 编码，请改写", asked + "😀"}));
   EXPECT_EQ(desk.state.set.Labels(0)[0].text, "ɑ˥好");
 }
 
@@ -170,11 +174,14 @@ TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
   desk.Press(1052);
   desk.window.answers.assign(6, "ok:一二三四五六");
   for (const int column : {300, 345, 1010, 25, 320, 320}) desk.Click(column, 10);
-  constexpr int kWidth = 72;   // of six hanzi
+  constexpr int kWidth = 72;  // of six hanzi
   std::vector<Point> places;
   for (const Mark& mark : desk.window.tool->Draw(1100, 520).marks)
     if (const auto* text = std::get_if<TextMark>(&mark); text != nullptr && text->face == Face::Ipa)
-      places.push_back({text->x - (text->anchor == Anchor::Left ? 0 : text->anchor == Anchor::Right ? kWidth : kWidth / 2), text->y});
+      places.push_back({text->x - (text->anchor == Anchor::Left    ? 0
+                                   : text->anchor == Anchor::Right ? kWidth
+                                                                   : kWidth / 2),
+                        text->y});
   ASSERT_EQ(places.size(), 6u);
   EXPECT_EQ(places[1].y, places[0].y + 12) << "the second of two close points stands under the first";
   EXPECT_EQ(places[4].y, places[3].y);
@@ -188,7 +195,7 @@ TEST(MarkerWindow, TheDesktopCountsWithItsOwnWidthAScriptWithAThousand) {
   Desk desk;
   desk.Load();
   desk.Open();
-  desk.window.tool->Draw(500, 640);   // a picture changes nothing
+  desk.window.tool->Draw(500, 640);  // a picture changes nothing
   desk.Press(1050);
   desk.Click(120, 10);
   desk.window.tool->Resized(524, 300);

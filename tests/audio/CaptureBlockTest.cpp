@@ -12,7 +12,9 @@ namespace {
 
 using Block = std::vector<std::int16_t>;
 
-BlockLevels Condition(Block& block, int channels, float gain) { return ConditionBlock(block, channels, gain); }
+BlockLevels Condition(Block& block, int channels, float gain) {
+  return ConditionBlock(block, channels, gain);
+}
 
 TEST(CaptureBlock, TheGainGoesToTheNearestIntegerAndSaturates) {
   const struct {
@@ -21,10 +23,15 @@ TEST(CaptureBlock, TheGainGoesToTheNearestIntegerAndSaturates) {
     int result;
     bool clipped;
   } cases[] = {
-      {3, 2.5f, 8, false},          {-3, 2.5f, -8, false},       // halves go away from zero
-      {3, 0.7f, 2, false},          {-3, 0.7f, -2, false},       // 2.1
-      {16383, 2.0f, 32766, false},  {16384, 2.0f, 32767, true},  {-16384, 2.0f, -32768, false},
-      {-16385, 2.0f, -32768, true}, {32767, 20.0f, 32767, true},
+      {3, 2.5f, 8, false},
+      {-3, 2.5f, -8, false},  // halves go away from zero
+      {3, 0.7f, 2, false},
+      {-3, 0.7f, -2, false},  // 2.1
+      {16383, 2.0f, 32766, false},
+      {16384, 2.0f, 32767, true},
+      {-16384, 2.0f, -32768, false},
+      {-16385, 2.0f, -32768, true},
+      {32767, 20.0f, 32767, true},
       // 12345·1.7320508 = 21382.167…; single-precision products of this size are 1/512 apart.
       {12345, 1.7320508f, 21382, false},
       // 32765·0.7500153 = 24574.2513…; 32750·0.75 = 24562.5
@@ -75,14 +82,15 @@ TEST(CaptureBlock, ABlockIsVoicedWhenEitherHalfIsAboveTheThreshold) {
     for (const int amplitude : {120, 121}) {
       Block block(kBlockSamples);
       for (std::size_t i = 0; i < block.size() / 2; ++i)
-        block[i + static_cast<std::size_t>(loud) * block.size() / 2] = static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude);
+        block[i + static_cast<std::size_t>(loud) * block.size() / 2] =
+            static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude);
       EXPECT_EQ(Condition(block, 1, 1.0f).Exceeds(120), amplitude > 120);
     }
 }
 
 TEST(GainTest, CountsBlocks1ToTheLastWholeOne) {
   const struct {
-    int rate, blocks, counted;   // blocks of 2200 until 4 s are full; rate·4/2200 − 1
+    int rate, blocks, counted;  // blocks of 2200 until 4 s are full; rate·4/2200 − 1
   } cases[] = {{8000, 15, 13}, {11025, 21, 19}, {16000, 30, 28}, {22050, 41, 39}};
   for (const auto& c : cases) {
     GainTest test(c.rate);

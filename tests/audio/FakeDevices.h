@@ -12,7 +12,7 @@ class FakeLoudspeaker : public SoundOutput {
  public:
   std::string failAt, refusal;
   std::vector<std::string> calls;
-  std::vector<std::int16_t> heard;   ///< what was prepared last
+  std::vector<std::int16_t> heard;  ///< what was prepared last
   int position = 0, rate = 0;
 
   std::string Open(int sampleRate) override {
@@ -39,7 +39,7 @@ class FakeLoudspeaker : public SoundOutput {
 class FakeMicrophone : public SoundInput {
  public:
   std::string failAt;
-  int rate = 0, channels = 0, queued = 0;   ///< blocks handed over so far
+  int rate = 0, channels = 0, queued = 0;  ///< blocks handed over so far
   bool open = false;
   std::deque<std::span<std::int16_t>> queue;
 

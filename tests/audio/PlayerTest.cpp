@@ -38,7 +38,7 @@ TEST(Player, PlaysAStretchAndTellsWhereItIs) {
   stage.speaker.position = 20;
   EXPECT_EQ(stage.player.playbackPosition(), 20);
   EXPECT_EQ(stage.player.CursorSample(), 120);
-  stage.speaker.position = 1000;   // a device that counts on
+  stage.speaker.position = 1000;  // a device that counts on
   EXPECT_EQ(stage.player.CursorSample(), 151);
 
   stage.speaker.onDone();
@@ -65,7 +65,8 @@ TEST(Player, ReverseBeginsWithTheSampleAtTheEnd) {
 
 TEST(Player, NothingToPlayIsSilentlyRefused) {
   Stage stage;
-  for (const auto& [start, end] : {std::pair{0, 0}, {5, 4}, {-1000, -1000}, {-1, 5}}) EXPECT_EQ(stage.Play(start, end), -1);
+  for (const auto& [start, end] : {std::pair{0, 0}, {5, 4}, {-1000, -1000}, {-1, 5}})
+    EXPECT_EQ(stage.Play(start, end), -1);
   EXPECT_TRUE(stage.window.Log().empty());
   EXPECT_TRUE(stage.speaker.calls.empty());
 }
@@ -85,14 +86,16 @@ TEST(Player, EveryFailureHasItsText) {
   }
   const struct {
     const char *failAt, *text;
-  } stops[] = {{"reset", " Error Reseting wave output device"}, {"close", " Error closing wave output device"}};
+  } stops[] = {{"reset", " Error Reseting wave output device"},
+               {"close", " Error closing wave output device"}};
   for (const auto& c : stops) {
     Stage stage;
     stage.Play(0, 100);
     stage.window.Log();
     stage.speaker.failAt = c.failAt;
-    stage.speaker.onDone();   // a device that is gone says that it is done, and answers no more
-    EXPECT_EQ(stage.window.Log(), (Texts{"status|放音结束", std::string("none|Parlowen(Tessiran)|") + c.text}));
+    stage.speaker.onDone();  // a device that is gone says that it is done, and answers no more
+    EXPECT_EQ(stage.window.Log(),
+              (Texts{"status|放音结束", std::string("none|Parlowen(Tessiran)|") + c.text}));
     EXPECT_FALSE(stage.player.playing());
   }
 }

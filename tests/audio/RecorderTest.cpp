@@ -20,7 +20,8 @@ constexpr int kLoud = 1000, kQuiet = 50;
 /// A square wave whose amplitude tells which block it is; its mean is 0 and its level the amplitude.
 Block Square(int amplitude, int channels = 1) {
   Block block;
-  for (int i = 0; i < kBlockSamples; ++i) block.push_back(static_cast<std::int16_t>(i / channels % 2 == 0 ? amplitude : -amplitude));
+  for (int i = 0; i < kBlockSamples; ++i)
+    block.push_back(static_cast<std::int16_t>(i / channels % 2 == 0 ? amplitude : -amplitude));
   return block;
 }
 
@@ -45,7 +46,8 @@ struct Booth {
   /// The amplitudes of the recorded blocks.
   std::vector<int> Kept(int channels = 1) const {
     std::vector<int> amplitudes;
-    for (int i = 0; i < document.sampleCount; i += kBlockSamples / channels) amplitudes.push_back(document.samples[i]);
+    for (int i = 0; i < document.sampleCount; i += kBlockSamples / channels)
+      amplitudes.push_back(document.samples[i]);
     return amplitudes;
   }
   /// Stops by hand; the block that comes then is dropped.
@@ -60,7 +62,7 @@ TEST(Recorder, OneClickDoesNotStartTwoVoicedBlocksDoAndTheBlockBeforeIsKept) {
   ASSERT_EQ(booth.recorder.startRecording(RecordingStop::AfterSilence), 0);
   booth.Feed(1, kLoud);
   booth.Feed(1, 10);
-  booth.Feed(1, kLoud);   // clicks
+  booth.Feed(1, kLoud);  // clicks
   booth.Feed(1, 11);
   EXPECT_FALSE(booth.recorder.keeping());
   EXPECT_EQ(booth.document.samples[0], 77) << "the old sound is still there";
@@ -77,23 +79,24 @@ TEST(Recorder, OneClickDoesNotStartTwoVoicedBlocksDoAndTheBlockBeforeIsKept) {
 
 TEST(Recorder, SilenceEndsItAfterTheLimitOfTheRate) {
   const struct {
-    int rate, channels, limit, trimmed;   // channels·rate/1900 blocks; samples cut off
-  } cases[] = {{8000, 1, 4, 4400},  {11025, 1, 5, 5500},  {16000, 1, 8, 12100}, {22050, 1, 11, 5500},
-               {8000, 2, 8, 4400},  {11025, 2, 11, 5500}, {16000, 2, 16, 12100}, {22050, 2, 23, 5500}};
+    int rate, channels, limit, trimmed;  // channels·rate/1900 blocks; samples cut off
+  } cases[] = {{8000, 1, 4, 4400}, {11025, 1, 5, 5500},  {16000, 1, 8, 12100},  {22050, 1, 11, 5500},
+               {8000, 2, 8, 4400}, {11025, 2, 11, 5500}, {16000, 2, 16, 12100}, {22050, 2, 23, 5500}};
   for (const auto& c : cases) {
     Booth booth(c.rate);
     booth.recorder.startRecording(RecordingStop::AfterSilence, c.channels);
     EXPECT_EQ(booth.microphone.channels, c.channels);
     booth.Feed(10, kLoud, c.channels);
     booth.Feed(c.limit - 1, kQuiet, c.channels);
-    booth.Feed(1, 121, c.channels);   // one voiced block starts the count again
+    booth.Feed(1, 121, c.channels);  // one voiced block starts the count again
     booth.Feed(c.limit, kQuiet, c.channels);
     EXPECT_TRUE(booth.recorder.running());
-    booth.Feed(1, kLoud, c.channels);   // the block that ends it is dropped, whatever it holds
+    booth.Feed(1, kLoud, c.channels);  // the block that ends it is dropped, whatever it holds
     EXPECT_FALSE(booth.recorder.running()) << c.rate;
     // The block that reached the limit was not appended.
     const int frames = kBlockSamples / c.channels;
-    EXPECT_EQ(booth.document.sampleCount, (10 + 2 * (c.limit - 1) + 1) * frames - c.trimmed) << c.rate << ' ' << c.channels;
+    EXPECT_EQ(booth.document.sampleCount, (10 + 2 * (c.limit - 1) + 1) * frames - c.trimmed)
+        << c.rate << ' ' << c.channels;
     EXPECT_EQ(booth.document.samples[booth.document.sampleCount], 0) << "what was cut off is silent";
     EXPECT_EQ(booth.document.twoChannel, c.channels == 2);
   }
@@ -106,7 +109,7 @@ TEST(Recorder, TheStopAtTheCapacityKeepsAllThatWasRecorded) {
     booth.recorder.startRecording(RecordingStop::ByHand, channels);
     for (int i = 0; i < whole; ++i) booth.Feed(1, 200 + i, channels);
     EXPECT_EQ(booth.recorder.recorded(), whole * frames);
-    booth.Feed(1, 5000, channels);   // does not fit: the stop
+    booth.Feed(1, 5000, channels);  // does not fit: the stop
     EXPECT_TRUE(booth.recorder.running());
     booth.Feed(1, 5000, channels);
     EXPECT_FALSE(booth.recorder.running());
@@ -165,23 +168,31 @@ TEST(Recorder, ADeviceThatVanishesLosesNothing) {
 
 TEST(GainTestRun, AdaptsToTheRoomAndLeavesTheDocument) {
   const struct {
-    int amplitude;   // level1 + level2 = twice this
+    int amplitude;  // level1 + level2 = twice this
     Texts shown;
     std::string file;
   } cases[] = {
       {0, {"status|Testing finished,      OK!", "none|Parlowen(Tessiran)|录音增益太低，必须手工调高！"}, ""},
       // s = √(2/60) = 0.1826: 10.954, 21
-      {1, {"status|Testing finished,      OK!", "status|Gain, Thr=10.95, 21"}, Little(0x412F456F, 4) + Little(21, 2)},
-      {30, {"status|Testing finished,      OK!", "status|Gain, Thr=2.00, 120"}, Little(0x40000000, 4) + Little(120, 2)},
+      {1,
+       {"status|Testing finished,      OK!", "status|Gain, Thr=10.95, 21"},
+       Little(0x412F456F, 4) + Little(21, 2)},
+      {30,
+       {"status|Testing finished,      OK!", "status|Gain, Thr=2.00, 120"},
+       Little(0x40000000, 4) + Little(120, 2)},
       // s = √(400/60) = 2.582: 0.7746, 309
-      {200, {"status|Testing finished,      OK!", "status|Gain, Thr=0.77, 309"}, Little(0x3F464BF8, 4) + Little(309, 2)},
-      {201, {"status|Testing finished,      OK!", "none|Parlowen(Tessiran)|录音增益太高，必须手工调低！"}, ""},
+      {200,
+       {"status|Testing finished,      OK!", "status|Gain, Thr=0.77, 309"},
+       Little(0x3F464BF8, 4) + Little(309, 2)},
+      {201,
+       {"status|Testing finished,      OK!", "none|Parlowen(Tessiran)|录音增益太高，必须手工调低！"},
+       ""},
   };
   for (const auto& c : cases) {
     Booth booth(44100);
     ASSERT_EQ(booth.recorder.runGainTest(booth.folder / "Thrsh.dat"), 0);
     EXPECT_EQ(booth.window.Log(), Texts{"status|Please keep silence, Testing ......"});
-    booth.Feed(1, 30000);   // the click of the start
+    booth.Feed(1, 30000);  // the click of the start
     booth.Feed(20, c.amplitude);
     EXPECT_TRUE(booth.recorder.running());
     EXPECT_TRUE(booth.window.log.empty());

@@ -1,5 +1,5 @@
-// The desktop's window and its devices against a sound server. real_server_test.sh starts one with a null sink "room" and
-// a source "mic" that hears it, and runs these tests; "Nowhere" is run without any server.
+// The desktop's window and its devices against a sound server. real_server_test.sh starts one with a null
+// sink "room" and a source "mic" that hears it, and runs these tests; "Nowhere" is run without any server.
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ namespace parlowen {
 namespace {
 
 constexpr const char* kSound = PARLOWEN_SOURCE_DIR "/sounds/english_male_sentence_16000.wav";
-constexpr int kPlayed = 56000;   // samples of it: 3.5 s
+constexpr int kPlayed = 56000;  // samples of it: 3.5 s
 
 /// A window with devices, as the desktop program makes it.
 struct Desktop {
@@ -38,7 +38,9 @@ struct Desktop {
 class SoundServer : public testing::Test {
  protected:
   QString Settings(const char* name) { return folder.filePath(name); }
-  static bool Wait(const std::function<bool()>& done, int milliseconds) { return QTest::qWaitFor(done, milliseconds); }
+  static bool Wait(const std::function<bool()>& done, int milliseconds) {
+    return QTest::qWaitFor(done, milliseconds);
+  }
 
   /// Runs pactl; what it prints.
   static QString Pactl(const QStringList& arguments) {
@@ -88,7 +90,8 @@ TEST_F(SoundServer, ARecordingIsPlayedAndRecordedBack) {
 
   ASSERT_TRUE(player.window.Dispatch(160));
   ASSERT_TRUE(Wait([&] { return !player.Station().player.playing(); }, 20000)) << "the play does not end";
-  ASSERT_TRUE(Wait([&] { return !recorder.Station().recording.running(); }, 10000)) << "silence does not end the recording";
+  ASSERT_TRUE(Wait([&] { return !recorder.Station().recording.running(); }, 10000))
+      << "silence does not end the recording";
   EXPECT_TRUE(Wait([&] { return recorder.window.Meter().isHidden(); }, 1000));
 
   const SoundDocument &sound = player.Document(), &heard = recorder.Document();
@@ -104,13 +107,16 @@ TEST_F(SoundServer, ARecordingIsPlayedAndRecordedBack) {
   }
   EXPECT_GT(correlation, 0.9) << "the recorder takes the mean of every half block away";
 
-  // Block for block what the recorder makes of the sound there: not a sample is lost, doubled or changed on the way.
+  // Block for block what the recorder makes of the sound there: not a sample is lost, doubled or changed on
+  // the way.
   int wrong = 0;
   for (int start = 0; start + kBlockSamples <= heard.sampleCount; start += kBlockSamples) {
     std::vector<std::int16_t> block(kBlockSamples);
-    for (int i = 0; i < kBlockSamples; ++i) block[static_cast<std::size_t>(i)] = SampleSpan{sound.samples.data(), kPlayed}.At(best + start + i);
+    for (int i = 0; i < kBlockSamples; ++i)
+      block[static_cast<std::size_t>(i)] = SampleSpan{sound.samples.data(), kPlayed}.At(best + start + i);
     ConditionBlock(block, 1, 1.0f);
-    for (int i = 0; i < kBlockSamples; ++i) wrong += heard.samples[start + i] != block[static_cast<std::size_t>(i)] ? 1 : 0;
+    for (int i = 0; i < kBlockSamples; ++i)
+      wrong += heard.samples[start + i] != block[static_cast<std::size_t>(i)] ? 1 : 0;
   }
   std::printf("recorded %d samples from sample %d on; %d differ\n", heard.sampleCount, best, wrong);
   EXPECT_EQ(wrong, 0);
@@ -136,7 +142,7 @@ TEST_F(SoundServer, AMicrophoneThatVanishesLeavesWhatWasRecorded) {
   {
     Desktop desktop(Settings("a.ini"));
     desktop.Document().sampleRate = 16000;
-    desktop.Station().recorder.voiceThreshold = -1;   // silence is voice enough
+    desktop.Station().recorder.voiceThreshold = -1;  // silence is voice enough
     QTest::qWait(300);
     ASSERT_TRUE(desktop.window.Dispatch(40022));
     ASSERT_TRUE(Wait([&] { return desktop.Station().recording.recorded() > 8000; }, 10000));

@@ -10,8 +10,10 @@ namespace {
 constexpr std::int32_t kLow = INT32_MIN, kHigh = INT32_MAX;
 
 TEST(Arithmetic, SumsDifferencesAndProductsWrapModulo32Bits) {
-  for (const std::int64_t a : {std::int64_t{kLow}, std::int64_t{-65537}, std::int64_t{-1}, std::int64_t{0}, std::int64_t{46341}, std::int64_t{kHigh}})
-    for (const std::int64_t b : {std::int64_t{kLow}, std::int64_t{-32768}, std::int64_t{1}, std::int64_t{46341}, std::int64_t{kHigh}}) {
+  for (const std::int64_t a : {std::int64_t{kLow}, std::int64_t{-65537}, std::int64_t{-1}, std::int64_t{0},
+                               std::int64_t{46341}, std::int64_t{kHigh}})
+    for (const std::int64_t b : {std::int64_t{kLow}, std::int64_t{-32768}, std::int64_t{1},
+                                 std::int64_t{46341}, std::int64_t{kHigh}}) {
       const auto x = static_cast<std::int32_t>(a), y = static_cast<std::int32_t>(b);
       // Exact in 64 bits, then brought into the range by whole multiples of 2^32.
       const auto wrapped = [](std::int64_t exact) {
@@ -37,7 +39,7 @@ TEST(Arithmetic, TruncationIsTowardZeroAndDefinedForEveryDouble) {
       {2147483648.0, 2147483648, kHigh},
       {-2147483648.9, kLow, kLow},
       {-2147483649.0, -2147483649, kLow},
-      {9223372036854774784.0, 9223372036854774784, kHigh},   // the largest double below 2^63
+      {9223372036854774784.0, 9223372036854774784, kHigh},  // the largest double below 2^63
       {9223372036854775808.0, INT64_MAX, kHigh},
       {-9223372036854775808.0, INT64_MIN, kLow},
       {-1e300, INT64_MIN, kLow},
@@ -57,12 +59,9 @@ TEST(Arithmetic, LowBitsAndSaturationMeetAtTheLimits) {
     int low16, near16;
     std::int64_t low32, near32;
   } cases[] = {
-      {32767, 32767, 32767, 32767, 32767},
-      {32768, -32768, 32767, 32768, 32768},
-      {-32769, 32767, -32768, -32769, -32769},
-      {2147483648, 0, 32767, kLow, kHigh},
-      {-2147483649, -1, -32768, kHigh, kLow},
-      {INT64_MIN, 0, -32768, 0, kLow},
+      {32767, 32767, 32767, 32767, 32767},     {32768, -32768, 32767, 32768, 32768},
+      {-32769, 32767, -32768, -32769, -32769}, {2147483648, 0, 32767, kLow, kHigh},
+      {-2147483649, -1, -32768, kHigh, kLow},  {INT64_MIN, 0, -32768, 0, kLow},
       {INT64_MAX, -1, 32767, -1, kHigh},
   };
   for (const auto& c : cases) {

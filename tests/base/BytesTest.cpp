@@ -17,9 +17,19 @@ TEST(Bytes, AReaderNeverLeavesItsBytesAndStaysFailed) {
   } cases[] = {
       {"a field over the end", [](ByteReader& r, std::size_t) { EXPECT_EQ(r.TakeUint32LE(), 0u); }, 0},
       {"a skip over the end", [](ByteReader& r, std::size_t n) { r.Skip(n); }, 4},
-      {"a skip that would wrap", [](ByteReader& r, std::size_t n) { r.TakeUint8(); r.Skip(n); }, huge},
+      {"a skip that would wrap",
+       [](ByteReader& r, std::size_t n) {
+         r.TakeUint8();
+         r.Skip(n);
+       },
+       huge},
       {"a place behind the end", [](ByteReader& r, std::size_t n) { r.SeekTo(n); }, 4},
-      {"a piece that would wrap", [](ByteReader& r, std::size_t n) { r.TakeUint8(); EXPECT_TRUE(r.Take(n).empty()); }, huge},
+      {"a piece that would wrap",
+       [](ByteReader& r, std::size_t n) {
+         r.TakeUint8();
+         EXPECT_TRUE(r.Take(n).empty());
+       },
+       huge},
       {"a tag over the end", [](ByteReader& r, std::size_t) { EXPECT_FALSE(r.TakeTag("\1\2\3\4")); }, 0},
   };
   for (const auto& c : cases) {

@@ -15,7 +15,9 @@ using testing::TempFolder;
 using testing::WithFileSizeLimit;
 using testing::WriteFile;
 
-ByteSpan BytesOf(const std::string& text) { return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}; }
+ByteSpan BytesOf(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
 
 TEST(Files, ReplaceAndAppendWriteExactlyTheirBytes) {
   const TempFolder folder;
@@ -25,7 +27,8 @@ TEST(Files, ReplaceAndAppendWriteExactlyTheirBytes) {
   EXPECT_EQ(ReadFile(path), "made longer");
   EXPECT_EQ(ReplaceFile(path, BytesOf("new")), 0);
   EXPECT_EQ(ReadFile(path), "new");
-  EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), BytesOf("x")), 0) << "the longest name a folder takes";
+  EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), BytesOf("x")), 0)
+      << "the longest name a folder takes";
   EXPECT_EQ(folder.Names().size(), 2u) << "nothing else is left";
 }
 
@@ -43,8 +46,9 @@ TEST(Files, WhatCannotBeWrittenStaysAsItWas) {
   const TempFolder folder;
   WriteFile(folder / "file", std::string("kept"));
   fs::create_directory(folder / "dir");
-  for (const std::string& path : {folder / "file/in-a-file", folder / "missing/name", folder / "dir", folder.path() + "/",
-                                  folder / std::string(256, 'n'), std::string("/dev/null"), std::string()}) {
+  for (const std::string& path :
+       {folder / "file/in-a-file", folder / "missing/name", folder / "dir", folder.path() + "/",
+        folder / std::string(256, 'n'), std::string("/dev/null"), std::string()}) {
     EXPECT_EQ(ReplaceFile(path, BytesOf("new")), -1) << path;
     EXPECT_EQ(AppendToFile(path, BytesOf("new")), -1) << path;
   }
@@ -55,7 +59,8 @@ TEST(Files, WhatCannotBeWrittenStaysAsItWas) {
 
 TEST(Files, PermissionsHoldForAnUnprivilegedUser) {
   const TempFolder folder;
-  const std::string locked = WriteFile(folder / "locked", std::string("kept"));   // a folder of root's: read-only
+  const std::string locked =
+      WriteFile(folder / "locked", std::string("kept"));  // a folder of root's: read-only
   fs::create_directory(folder / "open");
   fs::permissions(folder / "open", fs::perms::all);
   const std::string foreign = WriteFile(folder / "open/foreign", std::string("kept"));
@@ -65,7 +70,9 @@ TEST(Files, PermissionsHoldForAnUnprivilegedUser) {
   EXPECT_EQ(AsNobody([&] { return ReplaceFile(locked, BytesOf("new")) == -1 ? 7 : 0; }), 7);
   // The folder would allow the rename; the file's owner does not.
   EXPECT_EQ(AsNobody([&] { return ReplaceFile(foreign, BytesOf("new")) == -1 ? 7 : 0; }), 7);
-  EXPECT_EQ(AsNobody([&] { return AppendToFile(secret, BytesOf("new")) == -1 && !ReadWholeFile(secret) ? 7 : 0; }), 7);
+  EXPECT_EQ(
+      AsNobody([&] { return AppendToFile(secret, BytesOf("new")) == -1 && !ReadWholeFile(secret) ? 7 : 0; }),
+      7);
   EXPECT_EQ(AsNobody([&] { return ReplaceFile(folder / "open/own", BytesOf("new")) == 0 ? 7 : 0; }), 7);
   for (const std::string& path : {locked, foreign, secret}) EXPECT_EQ(ReadFile(path), "kept") << path;
 }
@@ -85,7 +92,8 @@ TEST(Files, ALinkIsFollowedAndTheModeOfTheFileIsKept) {
 TEST(Files, OnlyOrdinaryFilesOpenAndTheLimitHolds) {
   const TempFolder folder;
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);
-  for (const std::string& path : {folder.path(), folder / "pipe", folder / "missing", std::string("/dev/zero"), std::string()})
+  for (const std::string& path :
+       {folder.path(), folder / "pipe", folder / "missing", std::string("/dev/zero"), std::string()})
     EXPECT_FALSE(InputFile(path).isOpen()) << path;
   const std::string path = WriteFile(folder / "ten", std::string("0123456789"));
   EXPECT_TRUE(ReadWholeFile(path, 10));

@@ -23,7 +23,8 @@ TEST(IpaCodes, TheRowIsTheDocumentsTableAndGoesThereAndBack) {
     const std::string row = Format("| %d | AA%02X", number, 0xA0 + number);
     const std::size_t at = table.find(row);
     ASSERT_NE(at, std::string::npos) << number;
-    EXPECT_NE(table.substr(at, table.find('\n', at) - at).find("| " + symbol + " |"), std::string::npos) << number;
+    EXPECT_NE(table.substr(at, table.find('\n', at) - at).find("| " + symbol + " |"), std::string::npos)
+        << number;
   }
   EXPECT_EQ(symbols.size(), 94u);
 }

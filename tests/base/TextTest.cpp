@@ -28,7 +28,7 @@ TEST(Gbk, EveryCellIsOneCharacterAndComesBackUnlessItIsATwin) {
       std::size_t at = 0;
       const char32_t character = TakeUtf8(text, at);
       ASSERT_EQ(at, text.size()) << std::hex << lead << trail;
-      if (character == kReplacementCharacter) continue;   // a cell without a character
+      if (character == kReplacementCharacter) continue;  // a cell without a character
       ASSERT_TRUE(HasGbkCodes(text));
       const std::string back = ToGbk(text);
       ASSERT_EQ(FromGbk(back), text);
@@ -43,10 +43,20 @@ TEST(Gbk, KnownCodesAndTheUserDefinedZones) {
     const char* gbk;
     char32_t character;
   } cases[] = {
-      {"\xB0\xA1", U'啊'}, {"\xD7\xF9", U'座'}, {"\x81\x40", U'丂'}, {"\xA3\xA1", U'！'}, {"\xFE\x4F", U'\uFA29'},
-      // 94 columns a row: AAA1..AFFE from U+E000, F8A1..FEFE behind it from U+E234; then A140..A7A0, 96 a row, from U+E4C6.
-      {"\xAA\xA1", 0xE000}, {"\xAF\xFE", 0xE233}, {"\xF8\xA1", 0xE234}, {"\xFE\xFE", 0xE4C5},
-      {"\xA1\x40", 0xE4C6}, {"\xA1\x80", 0xE505}, {"\xA7\xA0", 0xE765},
+      {"\xB0\xA1", U'啊'},
+      {"\xD7\xF9", U'座'},
+      {"\x81\x40", U'丂'},
+      {"\xA3\xA1", U'！'},
+      {"\xFE\x4F", U'\uFA29'},
+      // 94 columns a row: AAA1..AFFE from U+E000, F8A1..FEFE behind it from U+E234; then A140..A7A0, 96 a
+      // row, from U+E4C6.
+      {"\xAA\xA1", 0xE000},
+      {"\xAF\xFE", 0xE233},
+      {"\xF8\xA1", 0xE234},
+      {"\xFE\xFE", 0xE4C5},
+      {"\xA1\x40", 0xE4C6},
+      {"\xA1\x80", 0xE505},
+      {"\xA7\xA0", 0xE765},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(FromGbk(c.gbk), Utf8Of(c.character)) << std::hex << static_cast<std::uint32_t>(c.character);
@@ -66,7 +76,7 @@ TEST(Gbk, WhatHasNoCodeBecomesAQuestionMarkAndBrokenBytesAMark) {
 }
 
 TEST(Gbk, TextIsCutAtACharacter) {
-  const std::string text = ToGbk("a元音b");   // bytes: 1 2 2 1
+  const std::string text = ToGbk("a元音b");  // bytes: 1 2 2 1
   const std::size_t expected[] = {0, 1, 1, 3, 3, 5, 6, 6};
   for (std::size_t bytes = 0; bytes < std::size(expected); ++bytes)
     EXPECT_EQ(CutGbk(text, bytes).size(), expected[bytes]) << bytes;
@@ -80,12 +90,13 @@ TEST(Utf8, IllFormedBytesAreSkippedOneByOne) {
     const char* bytes;
     std::u32string characters;
   } cases[] = {
-      {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF", U"\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF"},
-      {"\xC1\xBF", U"\uFFFD\uFFFD"},                       // overlong
-      {"\xE0\x9F\xBF", U"\uFFFD\uFFFD\uFFFD"},             // overlong
-      {"\xED\xA0\x80", U"\uFFFD\uFFFD\uFFFD"},             // a surrogate
-      {"\xF4\x90\x80\x80", U"\uFFFD\uFFFD\uFFFD\uFFFD"},   // above U+10FFFF
-      {"\xE4\xB8", U"\uFFFD\uFFFD"},                       // ends too early
+      {"\x7F\xC2\x80\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF\xF0\x90\x80\x80\xF4\x8F\xBF\xBF",
+       U"\x7F\u0080\u07FF\u0800\uFFFF\U00010000\U0010FFFF"},
+      {"\xC1\xBF", U"\uFFFD\uFFFD"},                      // overlong
+      {"\xE0\x9F\xBF", U"\uFFFD\uFFFD\uFFFD"},            // overlong
+      {"\xED\xA0\x80", U"\uFFFD\uFFFD\uFFFD"},            // a surrogate
+      {"\xF4\x90\x80\x80", U"\uFFFD\uFFFD\uFFFD\uFFFD"},  // above U+10FFFF
+      {"\xE4\xB8", U"\uFFFD\uFFFD"},                      // ends too early
       {"\xE4x\x80", U"\uFFFDx\uFFFD"},
   };
   for (const auto& c : cases) {
@@ -101,8 +112,10 @@ TEST(Utf8, IllFormedBytesAreSkippedOneByOne) {
 }
 
 TEST(Format, NumbersReadBackToTheSameValue) {
-  for (const double value : {0.1, 1.0 / 3, 1e300, -5e-324, 123456789.0, 0.0}) EXPECT_EQ(std::strtod(ShortestNumber(value).c_str(), nullptr), value);
-  for (const float value : {0.1f, 1.0f / 3, 16777217.0f, 1e-38f}) EXPECT_EQ(std::strtof(ShortestNumber(value).c_str(), nullptr), value);
+  for (const double value : {0.1, 1.0 / 3, 1e300, -5e-324, 123456789.0, 0.0})
+    EXPECT_EQ(std::strtod(ShortestNumber(value).c_str(), nullptr), value);
+  for (const float value : {0.1f, 1.0f / 3, 16777217.0f, 1e-38f})
+    EXPECT_EQ(std::strtof(ShortestNumber(value).c_str(), nullptr), value);
   EXPECT_EQ(ShortestNumber(0.1f), "0.1") << "no digits that a float does not have";
   EXPECT_EQ(ShortestNumber(std::nan("")), "null");
   EXPECT_EQ(ShortestNumber(-HUGE_VALF), "null");

@@ -16,12 +16,15 @@ const float kBlank = std::numeric_limits<float>::quiet_NaN();
 
 std::string Text(const std::vector<std::uint8_t>& bytes) { return {bytes.begin(), bytes.end()}; }
 std::string FloatBytes(float value) { return Little(std::bit_cast<std::uint32_t>(value), 4); }
-std::optional<NasalanceCurve> Parse(const std::string& file) { return ParseNas({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()}); }
+std::optional<NasalanceCurve> Parse(const std::string& file) {
+  return ParseNas({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
+}
 
 /// A file of two values, field by field.
-std::string NasFile(const std::string& tag = "HEAD", std::uint32_t length = 20, std::uint32_t start = 320, std::uint32_t step = 160,
-                    float ratio = 1.5f, float first = 42.5f) {
-  return tag + Little(length, 4) + Little(start, 4) + Little(step, 4) + FloatBytes(ratio) + FloatBytes(first) + FloatBytes(-1.0f);
+std::string NasFile(const std::string& tag = "HEAD", std::uint32_t length = 20, std::uint32_t start = 320,
+                    std::uint32_t step = 160, float ratio = 1.5f, float first = 42.5f) {
+  return tag + Little(length, 4) + Little(start, 4) + Little(step, 4) + FloatBytes(ratio) +
+         FloatBytes(first) + FloatBytes(-1.0f);
 }
 
 TEST(NasFile, IsWrittenAndReadFieldByField) {

@@ -60,7 +60,9 @@ struct Desk {
 
 bool Shows(const Picture& picture, const std::string& part) {
   for (const Mark& mark : picture.marks)
-    if (const auto* text = std::get_if<TextMark>(&mark); text != nullptr && text->text.find(part) != std::string::npos) return true;
+    if (const auto* text = std::get_if<TextMark>(&mark);
+        text != nullptr && text->text.find(part) != std::string::npos)
+      return true;
   return false;
 }
 
@@ -84,7 +86,8 @@ TEST(ChannelsWindow, ShowsBothChannelsAndTheRatio) {
   for (const Mark& mark : picture.marks) {
     const auto* line = std::get_if<PolylineMark>(&mark);
     if (line == nullptr) continue;
-    for (const Point point : line->points) ASSERT_TRUE(point.x >= 20 && point.x < 1024 && point.y >= 0 && point.y < 640);
+    for (const Point point : line->points)
+      ASSERT_TRUE(point.x >= 20 && point.x < 1024 && point.y >= 0 && point.y < 640);
   }
   EXPECT_NE(desk.window.tool->Hover({522, 0}).find("鼻音能量比 36.0%"), std::string::npos);
   // The window outlives the two channels, and a sound shorter than its columns.
@@ -132,20 +135,23 @@ TEST(ChannelsWindow, SavesOpensAndListsTheCurve) {
   desk.window.Log();
   desk.Press(1205);
   EXPECT_EQ(desk.window.Log(), (Texts{"editor|" + desk.folder.path() + "/NasRatio.txt"}));
-  EXPECT_EQ(ReadFile(desk.folder / "NasRatio.txt"), NasRatioText(desk.state.Curve(desk.document), "a.nas", 16000));
+  EXPECT_EQ(ReadFile(desk.folder / "NasRatio.txt"),
+            NasRatioText(desk.state.Curve(desk.document), "a.nas", 16000));
   // A new stretch is measured again.
   desk.Select(3200, 4801);
   EXPECT_EQ(desk.state.Curve(desk.document).start, 3200);
   // Broken, missing, not to be written, cancelled.
   WriteFile(desk.folder / "b.nas", std::string("HEAD"));
-  desk.window.answers = {"file:" + (desk.folder / "b.nas"), "file:" + (desk.folder / "c.nas"), "cancel", "file:" + (desk.folder / "no/a.nas"), "cancel"};
+  desk.window.answers = {"file:" + (desk.folder / "b.nas"), "file:" + (desk.folder / "c.nas"), "cancel",
+                         "file:" + (desk.folder / "no/a.nas"), "cancel"};
   for (const int button : {1204, 1204, 1204, 1203, 1203}) desk.Press(button);
   desk.exportFolder = desk.folder / "no";
   desk.Press(1205);
   const std::string open = "open|打开鼻音能量比数据文件|", save = "save|保存鼻音能量比数据文件|",
                     error = "error|" + desk.window.Caption() + "|";
-  EXPECT_EQ(desk.window.Log(), (Texts{open, error + "无此鼻音能量比数据文件！", open, error + "无此鼻音能量比数据文件！", open, save,
-                                      error + "不能建立文件！", save, error + "文件打开错误！"}));
+  EXPECT_EQ(desk.window.Log(),
+            (Texts{open, error + "无此鼻音能量比数据文件！", open, error + "无此鼻音能量比数据文件！", open,
+                   save, error + "不能建立文件！", save, error + "文件打开错误！"}));
   EXPECT_EQ(desk.state.Curve(desk.document).start, 3200);
 }
 

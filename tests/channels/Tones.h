@@ -8,7 +8,7 @@
 namespace parlowen::testing {
 
 struct Tone {
-  double frequency = 500, amplitude = 0;   ///< Hz
+  double frequency = 500, amplitude = 0;  ///< Hz
 };
 
 /// Sines that begin at phase 0, rounded to whole samples.
@@ -22,6 +22,8 @@ inline std::vector<std::int16_t> Sines(int count, int rate, std::initializer_lis
   return samples;
 }
 
-inline SampleSpan SpanOf(const std::vector<std::int16_t>& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
+inline SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
+  return {samples.data(), static_cast<int>(samples.size())};
+}
 
 }  // namespace parlowen::testing

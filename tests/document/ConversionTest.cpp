@@ -22,19 +22,24 @@ constexpr const char* kCaption = "none|Parlowen(Tessiran) -- ";
 
 std::vector<std::int16_t> Tone(int count, double hertz, double rate, double peak = 10000) {
   std::vector<std::int16_t> samples;
-  for (int i = 0; i < count; ++i) samples.push_back(static_cast<std::int16_t>(std::lround(peak * std::sin(kTwoPi * hertz * i / rate))));
+  for (int i = 0; i < count; ++i)
+    samples.push_back(static_cast<std::int16_t>(std::lround(peak * std::sin(kTwoPi * hertz * i / rate))));
   return samples;
 }
 
 /// Amplitude of one frequency in a stretch of whole periods: one bin of a slow transform.
-double AmplitudeAt(const std::vector<std::int16_t>& samples, int first, int count, double hertz, double rate) {
+double AmplitudeAt(const std::vector<std::int16_t>& samples, int first, int count, double hertz,
+                   double rate) {
   std::complex<double> sum;
   for (int i = first; i < first + count; ++i)
-    sum += static_cast<double>(samples[static_cast<std::size_t>(i)]) * std::polar(1.0, -kTwoPi * hertz * i / rate);
+    sum += static_cast<double>(samples[static_cast<std::size_t>(i)]) *
+           std::polar(1.0, -kTwoPi * hertz * i / rate);
   return 2 * std::abs(sum) / count;
 }
 
-std::string Said(const Desk& desk, const std::string& text) { return kCaption + (desk.folder / "sound1.wav") + "|" + text; }
+std::string Said(const Desk& desk, const std::string& text) {
+  return kCaption + (desk.folder / "sound1.wav") + "|" + text;
+}
 
 TEST(SegmentFilter, RefusesInTheOrderRateSegmentLengthCutoff) {
   Desk desk;
@@ -57,9 +62,11 @@ TEST(SegmentFilter, RefusesInTheOrderRateSegmentLengthCutoff) {
                  {128160, "语音段太短或太长，请重新选定！"}};
   for (const auto& c : lengths) {
     desk.Mark(1000, 1000 + c.length);
-    const Texts shown = filter();   // without an answer the dialog is cancelled
+    const Texts shown = filter();  // without an answer the dialog is cancelled
     ASSERT_EQ(shown.size(), 1u);
-    EXPECT_EQ(shown[0], c.refusal != nullptr ? Said(desk, c.refusal) : "input|对选定段进行滤波|输入滤波器的截止频率（Hz, 范围：200-500）300");
+    EXPECT_EQ(shown[0], c.refusal != nullptr
+                            ? Said(desk, c.refusal)
+                            : "input|对选定段进行滤波|输入滤波器的截止频率（Hz, 范围：200-500）300");
   }
   desk.Mark(1000, 9000);
   for (const char* cutoff : {"199", "501", "", "-300"}) {
@@ -83,7 +90,8 @@ TEST(SegmentFilter, ChangesTheSegmentAloneAndReadsItsMargins) {
   EXPECT_TRUE(std::equal(sound.begin() + 14000, sound.end(), filtered.begin() + 14000));
   EXPECT_NE(sound, filtered);
 
-  // The same with the shared routine over a longer copy: what lies 40 samples before the segment is already filtered.
+  // The same with the shared routine over a longer copy: what lies 40 samples before the segment is already
+  // filtered.
   double coefficients[81];
   DesignFirFilter(300, 0.92, 40, 0, coefficients, 16000);
   auto copy = sound;
@@ -95,7 +103,9 @@ TEST(SegmentFilter, ALowPassKeepsALowToneAndTakesAHighOne) {
   const struct {
     FilterPass pass;
     double hertz, atLeast, atMost;
-  } cases[] = {{FilterPass::Low, 100, 0.5, 3.0}, {FilterPass::Low, 2000, 0.0, 0.1}, {FilterPass::High, 2000, 0.9, 1.1},
+  } cases[] = {{FilterPass::Low, 100, 0.5, 3.0},
+               {FilterPass::Low, 2000, 0.0, 0.1},
+               {FilterPass::High, 2000, 0.9, 1.1},
                // The recursive routine takes about 10 dB, no more.
                {FilterPass::High, 100, 0.1, 0.5}};
   for (const auto& c : cases) {
@@ -157,10 +167,13 @@ TEST(RateConversion, FollowsTheStatedOrderOfOperationsToTheBit) {
   for (int i = 0; i < 30000; ++i) {
     seed = seed * 1664525u + 1013904223u;
     const int noise = static_cast<int>(seed >> 16) - 32768;
-    sound.push_back(static_cast<std::int16_t>(i / 3000 % 3 == 0 ? noise : i / 3000 % 3 == 1 ? 0 : (i / 700 % 2 ? 32767 : -32768)));
+    sound.push_back(static_cast<std::int16_t>(i / 3000 % 3 == 0   ? noise
+                                              : i / 3000 % 3 == 1 ? 0
+                                                                  : (i / 700 % 2 ? 32767 : -32768)));
   }
   const int count = static_cast<int>(sound.size());
-  for (const auto& [rate, target, cutoff] : {std::array{44100, 16000, 7200}, {22050, 16000, 7200}, {16001, 16000, 7200}, {48000, 11025, 4961}}) {
+  for (const auto& [rate, target, cutoff] :
+       {std::array{44100, 16000, 7200}, {22050, 16000, 7200}, {16001, 16000, 7200}, {48000, 11025, 4961}}) {
     auto converted = sound, filtered = sound;
     converted.resize(sound.size() + 16);
     filtered.resize(sound.size() + 16);
@@ -215,7 +228,8 @@ TEST(SaveSelection, WritesAMonoFileAndTheSeriesGoesOnFromIt) {
   EXPECT_EQ(desk.document.nextDigitPath, desk.folder / "part8.wav");
   EXPECT_EQ(desk.document.filePath, desk.folder / "sound1.wav");
 
-  const Texts refusal = {"save|文件换名存为...|" + (desk.folder / "part8.wav"), "error|文件夹或文件名错误|文件夹或文件名不对，请重选"};
+  const Texts refusal = {"save|文件换名存为...|" + (desk.folder / "part8.wav"),
+                         "error|文件夹或文件名错误|文件夹或文件名不对，请重选"};
   SaveSelectionCommand(desk.window, desk.document);
   EXPECT_EQ(desk.window.Log(), refusal) << "cancelled";
   desk.window.answers = {"file:" + (desk.folder / "none/x.wav")};

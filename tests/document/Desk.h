@@ -17,7 +17,8 @@ struct Desk {
   TempFolder folder;
 
   /// Writes the bytes to a file and opens it; what the user sees.
-  Texts Open(const std::string& bytes, ChannelMode mode = ChannelMode::One, const std::string& name = "sound1.wav") {
+  Texts Open(const std::string& bytes, ChannelMode mode = ChannelMode::One,
+             const std::string& name = "sound1.wav") {
     openPath(window, document, states, WriteFile(folder / name, bytes), mode, false);
     return window.Log();
   }
@@ -31,8 +32,12 @@ struct Desk {
     MarkStart(document, states, start);
     MarkEnd(document, states, end);
   }
-  std::vector<std::int16_t> Samples() const { return {document.samples.data(), document.samples.data() + document.sampleCount}; }
-  std::vector<std::int16_t> Samples2() const { return {document.samples2.data(), document.samples2.data() + document.sampleCount}; }
+  std::vector<std::int16_t> Samples() const {
+    return {document.samples.data(), document.samples.data() + document.sampleCount};
+  }
+  std::vector<std::int16_t> Samples2() const {
+    return {document.samples2.data(), document.samples2.data() + document.sampleCount};
+  }
   bool SilentBehindTheEnd() const {
     for (std::size_t i = static_cast<std::size_t>(document.sampleCount); i < SampleBuffer::kCapacity; ++i)
       if (document.samples.data()[i] != 0 || document.samples2.data()[i] != 0) return false;

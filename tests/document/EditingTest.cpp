@@ -33,7 +33,7 @@ TEST(Editing, AmplifyDoublesOrClipsAndAttenuateTruncatesTowardZero) {
   desk.Mark(1, static_cast<int>(values.size()) + 1);
   AttenuateCommand(desk.window, desk.document);
   EXPECT_EQ(desk.Samples(), framed(halved));
-  desk.Mark(9, 10);   // -8192 is doubled; -16384 counts as clipped although it fits
+  desk.Mark(9, 10);  // -8192 is doubled; -16384 counts as clipped although it fits
   for (const Texts& said : {Texts{}, Texts{"warning|警告|数据太大，产生限幅失真"}}) {
     AmplifyCommand(desk.window, desk.document);
     EXPECT_EQ(desk.window.Log(), said) << desk.document.samples[9];
@@ -96,7 +96,7 @@ TEST(Editing, APasteAtTheCapacityIsUndoneWhole) {
   }
   desk.document.insertPoint = 0;
   PasteCommand(desk.window, desk.document, desk.states);
-  PasteCommand(desk.window, desk.document, desk.states);   // into a full document
+  PasteCommand(desk.window, desk.document, desk.states);  // into a full document
   EXPECT_EQ(desk.document.sampleCount, kMaxSamples);
   EXPECT_EQ(desk.document.samples[300], clip[0]);
 }
@@ -114,7 +114,8 @@ TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
     PasteCommand(desk.window, desk.document, desk.states);
     return desk.window.Log();
   };
-  EXPECT_EQ(paste("no"), Texts{"ask|Parlowen(Tessiran) -- " + desk.document.filePath + "|此操作将破坏双声道数据的同步，继续吗？"});
+  EXPECT_EQ(paste("no"), Texts{"ask|Parlowen(Tessiran) -- " + desk.document.filePath +
+                               "|此操作将破坏双声道数据的同步，继续吗？"});
   EXPECT_EQ(desk.document.sampleCount, 3);
   EXPECT_TRUE(desk.document.twoChannel && desk.states.IsEnabled(40114));
   paste("yes");
@@ -148,7 +149,12 @@ TEST(Editing, OnlyAnEditThatMovesSamplesDropsTheContour) {
       {"amplify", [](Desk& d) { AmplifyCommand(d.window, d.document); }, true},
       {"attenuate", [](Desk& d) { AttenuateCommand(d.window, d.document); }, true},
       {"cut", [](Desk& d) { CutCommand(d.window, d.document, d.states); }, false},
-      {"paste", [](Desk& d) { CopyCommand(d.document, d.states); PasteCommand(d.window, d.document, d.states); }, false},
+      {"paste",
+       [](Desk& d) {
+         CopyCommand(d.document, d.states);
+         PasteCommand(d.window, d.document, d.states);
+       },
+       false},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.what);

@@ -27,14 +27,16 @@ WavBytes Wav(const std::function<void(WavBytes&)>& change) {
   change(wav);
   return wav;
 }
-std::string Chunk(const std::string& tag, std::uint32_t size, const std::string& body) { return tag + Little(size, 4) + body; }
+std::string Chunk(const std::string& tag, std::uint32_t size, const std::string& body) {
+  return tag + Little(size, 4) + body;
+}
 
 struct HostileCase {
   const char* what;
   std::string bytes;
-  std::string message;      ///< "" when the file loads
-  int rate = 16000;         ///< afterwards
-  int count = 10;           ///< of the loaded sound, every sample 1
+  std::string message;  ///< "" when the file loads
+  int rate = 16000;     ///< afterwards
+  int count = 10;       ///< of the loaded sound, every sample 1
 };
 
 std::vector<HostileCase> HostileFiles() {
@@ -42,38 +44,61 @@ std::vector<HostileCase> HostileFiles() {
   std::vector<HostileCase> cases = {
       {"nothing wrong", good, ""},
       {"four gigabytes announced", Wav([](auto& w) { w.dataSize = 0xFFFFFFFF; }).Bytes(), ""},
-      {"two gigabytes announced", Wav([](auto& w) { w.dataSize = 0x80000000; w.riffSize = 0x80000000; }).Bytes(), ""},
+      {"two gigabytes announced", Wav([](auto& w) {
+                                    w.dataSize = 0x80000000;
+                                    w.riffSize = 0x80000000;
+                                  }).Bytes(),
+       ""},
       {"an odd data size", Wav([](auto& w) { w.dataSize = 7; }).Bytes(), "", 16000, 3},
-      {"half a sample at the end", Wav([](auto& w) { w.dataSize = 21; w.behind = "x"; }).Bytes(), ""},
+      {"half a sample at the end", Wav([](auto& w) {
+                                     w.dataSize = 21;
+                                     w.behind = "x";
+                                   }).Bytes(),
+       ""},
       {"no data", Wav([](auto& w) { w.samples.clear(); }).Bytes(), "", 16000, 0},
       {"data size 0 over samples", Wav([](auto& w) { w.dataSize = 0; }).Bytes(), "", 16000, 0},
-      {"fields that nobody reads", Wav([](auto& w) { w.riffSize = 1; w.wave = "AVI "; w.fmt = "xxxx"; w.formatTag = 3; w.channels = 65535; }).Bytes(), ""},
+      {"fields that nobody reads", Wav([](auto& w) {
+                                     w.riffSize = 1;
+                                     w.wave = "AVI ";
+                                     w.fmt = "xxxx";
+                                     w.formatTag = 3;
+                                     w.channels = 65535;
+                                   }).Bytes(),
+       ""},
       {"another byte order", Wav([](auto& w) { w.riff = "RIFX"; }).Bytes(), kNoWav, kOldRate},
       {"no bytes at all", "", kNoWav, kOldRate},
       {"43 bytes", good.substr(0, 43), kNoWav, kOldRate},
       {"44 bytes, ten samples announced", good.substr(0, 44), "", 16000, 0},
       {"a fact chunk", Wav([](auto& w) { w.between = Chunk("fact", 4, "abcd"); }).Bytes(), ""},
-      {"an odd chunk with its pad", Wav([](auto& w) { w.between = Chunk("LIST", 5, std::string("abcde\0", 6)); }).Bytes(), ""},
+      {"an odd chunk with its pad",
+       Wav([](auto& w) { w.between = Chunk("LIST", 5, std::string("abcde\0", 6)); }).Bytes(), ""},
       {"an odd chunk without one", Wav([](auto& w) { w.between = Chunk("LIST", 5, "abcde"); }).Bytes(), ""},
       {"an empty chunk", Wav([](auto& w) { w.between = Chunk("JUNK", 0, ""); }).Bytes(), ""},
-      {"a chunk past the end", Wav([](auto& w) { w.between = Chunk("LIST", 1000, "abcd"); }).Bytes(), kNoWav, kOldRate},
-      {"a chunk of four gigabytes", Wav([](auto& w) { w.between = Chunk("LIST", 0xFFFFFFFF, "abcd"); }).Bytes(), kNoWav, kOldRate},
+      {"a chunk past the end", Wav([](auto& w) { w.between = Chunk("LIST", 1000, "abcd"); }).Bytes(), kNoWav,
+       kOldRate},
+      {"a chunk of four gigabytes",
+       Wav([](auto& w) { w.between = Chunk("LIST", 0xFFFFFFFF, "abcd"); }).Bytes(), kNoWav, kOldRate},
       // The identifier is sought two bytes late; the size read there is 65536.
       {"a fmt size of 18 over 16 bytes", Wav([](auto& w) { w.fmtSize = 18; }).Bytes(), kNoWav, kOldRate},
   };
   for (const std::uint32_t rate : {0u, 999u, 384001u, 0x80000000u, 0xFFFFFFFFu})
-    cases.push_back({"an impossible rate", Wav([&](auto& w) { w.rate = rate; }).Bytes(), kNot16Bits, kOldRate});
+    cases.push_back(
+        {"an impossible rate", Wav([&](auto& w) { w.rate = rate; }).Bytes(), kNot16Bits, kOldRate});
   for (const int rate : {1000, 384000})
-    cases.push_back({"a rate at the limit", Wav([&](auto& w) { w.rate = static_cast<std::uint32_t>(rate); }).Bytes(), "", rate});
+    cases.push_back({"a rate at the limit",
+                     Wav([&](auto& w) { w.rate = static_cast<std::uint32_t>(rate); }).Bytes(), "", rate});
   for (const int bits : {0, 8, 24, 32, 64})
     cases.push_back({"not 16 bits", Wav([&](auto& w) { w.bits = bits; }).Bytes(), kNot16Bits});
   for (const int align : {0, 1, 3, 6, 8, 10, 65535})
-    cases.push_back({"neither one nor two channels", Wav([&](auto& w) { w.blockAlign = align; }).Bytes(), kNot16Bits});
+    cases.push_back(
+        {"neither one nor two channels", Wav([&](auto& w) { w.blockAlign = align; }).Bytes(), kNot16Bits});
   for (const std::uint32_t size : {0u, 15u, 0x7FFFFFFFu, 0xFFFFFFFFu})
-    cases.push_back({"an impossible fmt size", Wav([&](auto& w) { w.fmtSize = size; }).Bytes(), kNoWav, kOldRate});
+    cases.push_back(
+        {"an impossible fmt size", Wav([&](auto& w) { w.fmtSize = size; }).Bytes(), kNoWav, kOldRate});
   for (const std::size_t extra : {1u, 2u, 24u, 65520u})
     cases.push_back({"a longer fmt chunk", Wav([&](auto& w) { w.fmtExtra.assign(extra, 'x'); }).Bytes(), ""});
-  cases.push_back({"a fmt chunk over its limit", Wav([](auto& w) { w.fmtExtra.assign(65521, 'x'); }).Bytes(), kNoWav, kOldRate});
+  cases.push_back({"a fmt chunk over its limit", Wav([](auto& w) { w.fmtExtra.assign(65521, 'x'); }).Bytes(),
+                   kNoWav, kOldRate});
   return cases;
 }
 
@@ -85,7 +110,8 @@ TEST(Reading, EveryFieldMayLie) {
     desk.Mark(10, 400);
     const std::string oldPath = desk.document.filePath, oldCaption = desk.window.Caption();
     const auto oldStates = desk.states.Enabled();
-    EXPECT_EQ(desk.Open(c.bytes, ChannelMode::One, "hostile.wav"), c.message.empty() ? Texts{} : Texts{c.message});
+    EXPECT_EQ(desk.Open(c.bytes, ChannelMode::One, "hostile.wav"),
+              c.message.empty() ? Texts{} : Texts{c.message});
     EXPECT_EQ(desk.document.sampleRate, c.rate);
     EXPECT_TRUE(desk.SilentBehindTheEnd());
     if (c.message.empty()) {
@@ -104,14 +130,16 @@ TEST(Reading, EveryFieldMayLie) {
 
 TEST(Reading, OneChunkIsSkippedAndASecondOneIsReadAsData) {
   Desk desk;
-  const std::string two = Wav([](auto& w) { w.between = Chunk("LIST", 2, "ab") + Chunk("fact", 4, Little(10, 4)); }).Bytes();
+  const std::string two =
+      Wav([](auto& w) { w.between = Chunk("LIST", 2, "ab") + Chunk("fact", 4, Little(10, 4)); }).Bytes();
   EXPECT_EQ(desk.Open(two), Texts{});
   EXPECT_EQ(desk.Samples(), (std::vector<std::int16_t>{10, 0}));
   // The by-name reader seeks no chunk: offset 40 holds the size of whatever stands there.
   openByName(desk.window, desk.document, desk.states, WriteFile(desk.folder / "n", two));
   EXPECT_EQ(desk.Samples(), std::vector<std::int16_t>{'b' * 256 + 'a'});
   // Nor does it look at the fmt size.
-  openByName(desk.window, desk.document, desk.states, WriteFile(desk.folder / "n", Wav([](auto& w) { w.fmtSize = 3; }).Bytes()));
+  openByName(desk.window, desk.document, desk.states,
+             WriteFile(desk.folder / "n", Wav([](auto& w) { w.fmtSize = 3; }).Bytes()));
   EXPECT_EQ(desk.document.sampleCount, 10);
   EXPECT_EQ(desk.window.Log(), Texts{});
 }
@@ -160,7 +188,8 @@ TEST(Reading, TheCapacityLoadsWholeAndOneByteMoreAsks) {
   constexpr std::uint64_t kFull = std::uint64_t{kMaxSamples} * 2;
   for (const std::uint64_t bytes : {kFull, kFull + 1}) {
     Desk desk;
-    openPath(desk.window, desk.document, desk.states, LongFile(desk, 16000, bytes, 98), ChannelMode::One, false);
+    openPath(desk.window, desk.document, desk.states, LongFile(desk, 16000, bytes, 98), ChannelMode::One,
+             false);
     if (bytes == kFull) {
       EXPECT_EQ(desk.window.Log(), Texts{});
       EXPECT_EQ(desk.document.sampleCount, kMaxSamples);
@@ -178,9 +207,10 @@ TEST(Reading, TheStartSecondOfALongFile) {
   const struct {
     const char* answer;
     int second, count;
-  } cases[] = {{"0", 0, kMaxSamples},  {"-5", 0, kMaxSamples},  {"soon", 0, kMaxSamples},    {"101", 101, kMaxSamples},
-               {"102", 102, 98 * 16000}, {"196", 196, 4 * 16000}, {"197", 197, 3 * 16000}, {"198", 197, 3 * 16000},
-               {"200", 197, 3 * 16000}, {"99999999999", 197, 3 * 16000}};
+  } cases[] = {{"0", 0, kMaxSamples},          {"-5", 0, kMaxSamples},   {"soon", 0, kMaxSamples},
+               {"101", 101, kMaxSamples},      {"102", 102, 98 * 16000}, {"196", 196, 4 * 16000},
+               {"197", 197, 3 * 16000},        {"198", 197, 3 * 16000},  {"200", 197, 3 * 16000},
+               {"99999999999", 197, 3 * 16000}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.answer);
     Desk desk;
@@ -209,14 +239,16 @@ TEST(Reading, FilesOfHoursAndOfFourGigabytes) {
   EXPECT_EQ(desk.document.longFileStart, 34990000);
   EXPECT_EQ(desk.document.sampleCount, 10000);
   // 2147483647 samples at 16000 Hz are 134217 whole seconds; less than four of them are loaded.
-  openPath(desk.window, desk.document, desk.states, LongFile(desk, 16000, 0xFFFFFFFF), ChannelMode::One, false);
+  openPath(desk.window, desk.document, desk.states, LongFile(desk, 16000, 0xFFFFFFFF), ChannelMode::One,
+           false);
   EXPECT_EQ(desk.document.longFileStart, 134214 * 16000);
   EXPECT_EQ(desk.document.sampleCount, 2147483647 - 134214 * 16000);
 }
 
 TEST(Reading, APitchTailIsMadeHarmless) {
   const float inf = HUGE_VALF;
-  const std::vector<float> values = {100.0f, std::nanf(""), inf, -inf, -0.25f, -7.0f, 16000.0f, 16000.5f, 1e30f, 0.5f, 0, 0};
+  const std::vector<float> values = {100.0f,   std::nanf(""), inf,   -inf, -0.25f, -7.0f,
+                                     16000.0f, 16000.5f,      1e30f, 0.5f, 0,      0};
   const std::vector<float> expected = {100.0f, 0, 0, 0, -1.0f, -1.0f, 16000.0f, 0, 0, 0.5f, 0, 0};
   WavBytes wav;
   wav.samples = Ramp(1600);
@@ -225,7 +257,8 @@ TEST(Reading, APitchTailIsMadeHarmless) {
   EXPECT_EQ(desk.Open(wav.Bytes()), Texts{});
   EXPECT_TRUE(desk.document.pitchPresent && desk.states.IsEnabled(40103));
   EXPECT_EQ(std::vector<float>(desk.document.pitch.begin(), desk.document.pitch.begin() + 12), expected);
-  EXPECT_EQ(std::vector<float>(desk.document.pitchBackup.begin(), desk.document.pitchBackup.begin() + 12), expected);
+  EXPECT_EQ(std::vector<float>(desk.document.pitchBackup.begin(), desk.document.pitchBackup.begin() + 12),
+            expected);
   EXPECT_EQ(desk.document.pitch[12], kNoValue);
 
   const std::string whole = PitchTail(std::vector<float>(12500, 50.0f));

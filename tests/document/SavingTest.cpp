@@ -34,8 +34,11 @@ TEST(Saving, ASoundComesBackByteForByte) {
   const struct {
     const WavBytes* wav;
     ChannelMode mode;
-    const char* pitch;   ///< what the question is answered; "" when it must not come
-  } cases[] = {{&mono, ChannelMode::One, ""}, {&stereo, ChannelMode::Two, ""}, {&voiced, ChannelMode::One, "yes"}, {&voiced, ChannelMode::One, "no"}};
+    const char* pitch;  ///< what the question is answered; "" when it must not come
+  } cases[] = {{&mono, ChannelMode::One, ""},
+               {&stereo, ChannelMode::Two, ""},
+               {&voiced, ChannelMode::One, "yes"},
+               {&voiced, ChannelMode::One, "no"}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.pitch);
     Desk desk;
@@ -102,7 +105,10 @@ TEST(Saving, AFailureLeavesTheOldFileAndTheOldName) {
   const auto refused = [&](const std::string& path) {
     desk.window.answers = {"file:" + path};
     saveSound(desk.window, desk.document, true);
-    return desk.window.Log().back() == kBadName && desk.document.filePath == old && desk.window.Caption() == CaptionFor(old) ? 7 : 0;
+    return desk.window.Log().back() == kBadName && desk.document.filePath == old &&
+                   desk.window.Caption() == CaptionFor(old)
+               ? 7
+               : 0;
   };
   EXPECT_EQ(refused(inAFile), 7);
   EXPECT_EQ(refused(desk.folder / "folder.wav"), 7);
@@ -116,9 +122,17 @@ TEST(Saving, AFailureLeavesTheOldFileAndTheOldName) {
 
 TEST(NextDigit, TheNumberBeforeTheFirstDotGrows) {
   const std::array<std::string, 2> cases[] = {
-      {"a09.wav", "a10.wav"}, {"a007.wav", "a8.wav"},   {"s.wav", "s1.wav"},   {"/d/x9.WAV", "/d/x10.wav"},
-      {"", "1.wav"},          {"12", "13.wav"},         {"a-5.wav", "a-6.wav"}, {"a1.2.wav", "a2.wav"},
-      {"a000.wav", "a1.wav"}, {"/v1.5/a3.wav", "/v2.wav"}, {"语音１.wav", "语音１1.wav"},
+      {"a09.wav", "a10.wav"},
+      {"a007.wav", "a8.wav"},
+      {"s.wav", "s1.wav"},
+      {"/d/x9.WAV", "/d/x10.wav"},
+      {"", "1.wav"},
+      {"12", "13.wav"},
+      {"a-5.wav", "a-6.wav"},
+      {"a1.2.wav", "a2.wav"},
+      {"a000.wav", "a1.wav"},
+      {"/v1.5/a3.wav", "/v2.wav"},
+      {"语音１.wav", "语音１1.wav"},
       {"a" + std::string(30, '9') + ".wav", "a1" + std::string(30, '0') + ".wav"},
   };
   for (const auto& [path, next] : cases) EXPECT_EQ(nextDigitPathOf(path), next) << path;

@@ -15,7 +15,8 @@ using testing::Ramp;
 TEST(View, TheStartScaleIsTenMillisecondsAColumn) {
   const struct {
     int rate, samplesPerPixel, full;
-  } cases[] = {{1000, 10, 10040}, {8000, 80, 80320}, {11025, 110, 110691}, {16000, 160, 160640}, {22050, 220, 221382}, {384000, 3840, 3855360}};
+  } cases[] = {{1000, 10, 10040},    {8000, 80, 80320},    {11025, 110, 110691},
+               {16000, 160, 160640}, {22050, 220, 221382}, {384000, 3840, 3855360}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.rate);
     Desk desk;
@@ -34,7 +35,8 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   Desk desk;
   desk.Load(Ramp(20000), 1000);
   SoundDocument& d = desk.document;
-  for (const auto& [wanted, start] : {std::pair{-5, 0}, {0, 0}, {19990, 19990}, {19999, 19999}, {20000, 19999}, {2000000000, 19999}}) {
+  for (const auto& [wanted, start] :
+       {std::pair{-5, 0}, {0, 0}, {19990, 19990}, {19999, 19999}, {20000, 19999}, {2000000000, 19999}}) {
     d.viewStart = wanted;
     d.setView(desk.states);
     EXPECT_EQ(d.viewStart, start);
@@ -42,7 +44,7 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
     EXPECT_EQ(d.viewSamples[0], d.samples[start]);
     EXPECT_EQ(d.viewSamples[d.viewLength - 1], d.samples[start + d.viewLength - 1]);
   }
-  desk.Mark(100, 20000);   // the view begins behind what is left
+  desk.Mark(100, 20000);  // the view begins behind what is left
   CutCommand(desk.window, d, desk.states);
   EXPECT_EQ(d.viewStart, 99);
   EXPECT_EQ(d.viewLength, 1);
@@ -53,8 +55,14 @@ TEST(View, FramesAreCountedInIntegers) {
   SoundDocument document;
   const struct {
     int count, rate, frames, contour;
-  } cases[] = {{15999, 16000, 99, 99}, {16000, 16000, 100, 100}, {0, 16000, 0, 0}, {5, 0, 0, 0},
-               {kMaxSamples, 8000, 19660, 12498}, {kMaxSamples, 1000, 157286, 12498}, {124989, 1000, 12498, 12498}, {124979, 1000, 12497, 12497}};
+  } cases[] = {{15999, 16000, 99, 99},
+               {16000, 16000, 100, 100},
+               {0, 16000, 0, 0},
+               {5, 0, 0, 0},
+               {kMaxSamples, 8000, 19660, 12498},
+               {kMaxSamples, 1000, 157286, 12498},
+               {124989, 1000, 12498, 12498},
+               {124979, 1000, 12497, 12497}};
   for (const auto& c : cases) {
     document.sampleCount = c.count;
     document.sampleRate = c.rate;
@@ -73,7 +81,7 @@ TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
   };
   scroll(500);
   EXPECT_EQ(d.insertPoint, 500);
-  d.insertPoint = 123;   // as SHIFT and a click set it
+  d.insertPoint = 123;  // as SHIFT and a click set it
   scroll(500);
   EXPECT_EQ(d.insertPoint, 123) << "a view that did not move leaves it";
   d.insertPoint = 500;
@@ -112,9 +120,13 @@ TEST(WavePyramid, AnyStretchHasItsTrueExtremes) {
   pyramid.Update(span, 1);
   for (int i = 0; i < 300; ++i) {
     int start = static_cast<int>(random() % 100003), end = static_cast<int>(random() % 100003);
-    if (i % 3 == 0) { start &= ~255; end &= ~255; }
+    if (i % 3 == 0) {
+      start &= ~255;
+      end &= ~255;
+    }
     if (start >= end) std::swap(start, end);
-    const auto [low, high] = std::minmax_element(samples.begin() + start, samples.begin() + std::max(end, start + 1));
+    const auto [low, high] =
+        std::minmax_element(samples.begin() + start, samples.begin() + std::max(end, start + 1));
     const MinMax found = pyramid.Extremes(span, start, std::max(end, start + 1));
     EXPECT_EQ(found.min, *low) << start << ' ' << end;
     EXPECT_EQ(found.max, *high) << start << ' ' << end;

@@ -15,23 +15,26 @@ namespace parlowen::testing {
 
 struct ProgramResult {
   int status = -1;
-  std::vector<std::string> lines;   ///< of standard output; the folder's name stands as {folder}
+  std::vector<std::string> lines;  ///< of standard output; the folder's name stands as {folder}
   std::string errors;
 };
 
 inline std::string Replaced(std::string text, const std::string& what, const std::string& by) {
-  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size())) text.replace(at, what.size(), by);
+  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+    text.replace(at, what.size(), by);
   return text;
 }
 
 /// Runs the headless program in the folder; `input` is its standard input. `prefix` is shell text before it.
-inline ProgramResult RunProgram(const TempFolder& folder, const std::string& arguments, const std::string& input, const std::string& prefix = "") {
+inline ProgramResult RunProgram(const TempFolder& folder, const std::string& arguments,
+                                const std::string& input, const std::string& prefix = "") {
   const TempFolder streams;
   WriteFile(streams / "in", input);
   WriteFile(streams / "out", std::string());
   WriteFile(streams / "err", std::string());
-  const std::string line = "cd '" + folder.path() + "' && " + prefix + " '" PARLOWEN_HEADLESS "' " + arguments + " < '" + (streams / "in") +
-                           "' > '" + (streams / "out") + "' 2> '" + (streams / "err") + "'";
+  const std::string line = "cd '" + folder.path() + "' && " + prefix + " '" PARLOWEN_HEADLESS "' " +
+                           arguments + " < '" + (streams / "in") + "' > '" + (streams / "out") + "' 2> '" +
+                           (streams / "err") + "'";
   const int status = std::system(line.c_str());
   ProgramResult result{WIFEXITED(status) ? WEXITSTATUS(status) : -1, {}, ReadFile(streams / "err")};
   std::istringstream out(ReadFile(streams / "out"));
@@ -48,7 +51,8 @@ inline std::vector<std::int16_t> Vowel(const std::vector<double>& formants) {
   for (std::size_t i = 0; i < wave.size(); i += 128) wave[i] = 3000;
   const double decay = std::exp(-std::numbers::pi * 80 / 16000);
   for (const double formant : formants) {
-    const double first = 2 * decay * std::cos(2 * std::numbers::pi * formant / 16000), second = -decay * decay;
+    const double first = 2 * decay * std::cos(2 * std::numbers::pi * formant / 16000),
+                 second = -decay * decay;
     double one = 0, two = 0;
     for (double& sample : wave) {
       sample = (1 - first - second) * sample + first * one + second * two;
@@ -56,13 +60,15 @@ inline std::vector<std::int16_t> Vowel(const std::vector<double>& formants) {
     }
   }
   std::vector<std::int16_t> samples;
-  for (const double sample : wave) samples.push_back(static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0)));
+  for (const double sample : wave)
+    samples.push_back(static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0)));
   return samples;
 }
 
 /// The sounds that stories speak of.
 inline void WriteSounds(const TempFolder& folder) {
-  const auto write = [&](const std::string& name, std::uint32_t rate, std::vector<std::int16_t> samples, const std::string& behind = "") {
+  const auto write = [&](const std::string& name, std::uint32_t rate, std::vector<std::int16_t> samples,
+                         const std::string& behind = "") {
     WavBytes wav;
     wav.rate = rate;
     wav.samples = std::move(samples);
@@ -78,7 +84,8 @@ inline void WriteSounds(const TempFolder& folder) {
   write("pitch.wav", 16000, Ramp(1600), PitchTail({-1, 100, 0, 90, 80, 0, 0, 70, 60, 50, 0, 0}));
   // 0.3 s of silence, 0.6 s of a sawtooth of 128 Hz, 0.3 s of silence.
   std::vector<std::int16_t> voice(19200);
-  for (std::size_t n = 4800; n < 14400; ++n) voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
+  for (std::size_t n = 4800; n < 14400; ++n)
+    voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
   write("voice.wav", 16000, std::move(voice));
   WavBytes stereo = write("stereo.wav", 16000, {});
   stereo.blockAlign = 4;

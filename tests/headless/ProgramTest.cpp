@@ -31,7 +31,8 @@ TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
       {"answer file long.wav\nanswer ok 1001=5\ncommand 110", 3, "the dialog has no field for 1001=5"},
       {"answer file long.wav\nanswer ok up=2\ncommand 110", 3, "the dialog has no scroll arrows"},
       {"answer file long.wav\nanswer ok choose=3\ncommand 110", 3, "the dialog has no button 3"},
-      {"answer file pitch.wav\ncommand 110\nanswer ok\ncommand 120", 4, "a question took an answer that is not yes or no"},
+      {"answer file pitch.wav\ncommand 110\nanswer ok\ncommand 120", 4,
+       "a question took an answer that is not yes or no"},
       {"select 5", 1, "select needs"},
       {"click attic 1 1", 1, "no pane or open window is called attic"},
       {"close", 1, "no tool window is open"},
@@ -45,12 +46,14 @@ TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
     SCOPED_TRACE(c.script);
     const ProgramResult result = RunProgram(folder, "", c.script + "\nprint commands\n");
     EXPECT_EQ(result.status, 1);
-    const std::string head = "{\"event\":\"error\",\"line\":" + std::to_string(c.line) + ",\"text\":\"" + c.text;
+    const std::string head =
+        "{\"event\":\"error\",\"line\":" + std::to_string(c.line) + ",\"text\":\"" + c.text;
     ASSERT_FALSE(result.lines.empty());
     EXPECT_EQ(result.lines.back().substr(0, head.size()), head);
     EXPECT_EQ(result.errors.rfind("line " + std::to_string(c.line) + ": " + c.text, 0), 0u) << result.errors;
   }
-  EXPECT_EQ(RunProgram(folder, "-", load + "answer yes\nanswer ok 5\n").status, 0) << "left-over answers are ignored";
+  EXPECT_EQ(RunProgram(folder, "-", load + "answer yes\nanswer ok 5\n").status, 0)
+      << "left-over answers are ignored";
 }
 
 TEST(Program, ArgumentsAndScriptsThatDoNotOpen) {
@@ -79,7 +82,8 @@ TEST(Program, ArgumentsAndScriptsThatDoNotOpen) {
     EXPECT_EQ(result.lines.size(), c.lines) << c.arguments;
     EXPECT_EQ(result.errors, c.errors) << c.arguments;
   }
-  EXPECT_EQ(RunProgram(folder, "--version", "").lines, std::vector<std::string>{"parlowen-headless {version}"});
+  EXPECT_EQ(RunProgram(folder, "--version", "").lines,
+            std::vector<std::string>{"parlowen-headless {version}"});
   for (const char* wrong : {"--pane-width", "--pane-width 20", "--pane-width=x", "--dance", "s.txt s.txt"}) {
     const ProgramResult result = RunProgram(folder, wrong, "print clip");
     EXPECT_EQ(result.status, 1) << wrong;
@@ -92,7 +96,8 @@ TEST(Program, ASaveOnAFullDiskIsRefusedAndLeavesTheOldFile) {
   WriteSounds(folder);
   const std::string old = ReadFile(folder / "mono7.wav");
   // 40 blocks of 512 bytes are less than the 64044 bytes of the sound.
-  const ProgramResult result = RunProgram(folder, "", "answer file mono7.wav\ncommand 110\ncommand 120\nprint clip\n", "ulimit -f 40 &&");
+  const ProgramResult result = RunProgram(
+      folder, "", "answer file mono7.wav\ncommand 110\ncommand 120\nprint clip\n", "ulimit -f 40 &&");
   EXPECT_EQ(result.status, 0);
   ASSERT_EQ(result.lines.size(), 4u);
   EXPECT_NE(result.lines[2].find("文件夹或文件名不对，请重选"), std::string::npos);

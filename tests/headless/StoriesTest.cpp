@@ -1,5 +1,5 @@
-// Every stories/NAME.txt is run as a script; what it prints is NAME.jsonl. Comment lines at its head say what is special:
-// "# arguments: ..." for the program, "# status: N" for its exit status.
+// Every stories/NAME.txt is run as a script; what it prints is NAME.jsonl. Comment lines at its head say what
+// is special: "# arguments: ..." for the program, "# status: N" for its exit status.
 
 #include <gtest/gtest.h>
 
@@ -38,9 +38,11 @@ TEST_P(Story, PrintsItsLines) {
   const std::string status = HeadValue(script, "status");
   EXPECT_EQ(result.status, status.empty() ? 0 : std::stoi(status)) << result.errors;
   std::string printed;
-  for (const std::string& line : result.lines) printed += testing::Replaced(line, PARLOWEN_SOURCE_DIR, "{source}") + "\n";
+  for (const std::string& line : result.lines)
+    printed += testing::Replaced(line, PARLOWEN_SOURCE_DIR, "{source}") + "\n";
   // To write a new story's lines: PARLOWEN_WRITE_STORIES=1, and read them before they are kept.
-  if (std::getenv("PARLOWEN_WRITE_STORIES") != nullptr) testing::WriteFile(kStories + GetParam() + ".jsonl", printed);
+  if (std::getenv("PARLOWEN_WRITE_STORIES") != nullptr)
+    testing::WriteFile(kStories + GetParam() + ".jsonl", printed);
   EXPECT_EQ(printed, ReadFile(kStories + GetParam() + ".jsonl"));
 }
 

@@ -52,14 +52,20 @@ TEST(ExchangeCommands, ARefusedFileChangesNothing) {
   Exchange e;
   e.ImportGrid(Grid(kOneTier));
   e.markers.changed = false;
-  const std::pair<std::string, const char*> files[] = {{"RIFF", "不是TextGrid文件！"}, {Grid(kOneTier).substr(0, 60), "TextGrid文件数据错误！"}, {Grid("0"), "TextGrid文件中没有层！"}};
-  for (const auto& [bytes, text] : files) EXPECT_EQ(e.ImportGrid(bytes), Texts{std::string("error||") + text});
+  const std::pair<std::string, const char*> files[] = {
+      {"RIFF", "不是TextGrid文件！"},
+      {Grid(kOneTier).substr(0, 60), "TextGrid文件数据错误！"},
+      {Grid("0"), "TextGrid文件中没有层！"}};
+  for (const auto& [bytes, text] : files)
+    EXPECT_EQ(e.ImportGrid(bytes), Texts{std::string("error||") + text});
   ImportTextGridFile(e.window, e.desk, e.folder / "missing");
   EXPECT_EQ(e.window.Log(), Texts{"error||无此TextGrid文件！"});
-  e.window.answers = {"file:" + WriteFile(e.folder / "t.txt", std::string("0\t1\ta\nx")), "file:" + WriteFile(e.folder / "u.txt", std::string("\n"))};
+  e.window.answers = {"file:" + WriteFile(e.folder / "t.txt", std::string("0\t1\ta\nx")),
+                      "file:" + WriteFile(e.folder / "u.txt", std::string("\n"))};
   ImportLabelTrackCommand(e.window, e.desk);
   ImportLabelTrackCommand(e.window, e.desk);
-  EXPECT_EQ(e.window.Log(), (Texts{"open|导入标签轨|", "error||标签轨文件第2行数据错误！", "open|导入标签轨|", "error||标签轨文件中没有标签！"}));
+  EXPECT_EQ(e.window.Log(), (Texts{"open|导入标签轨|", "error||标签轨文件第2行数据错误！", "open|导入标签轨|",
+                                   "error||标签轨文件中没有标签！"}));
   EXPECT_FALSE(e.markers.changed);
   EXPECT_EQ(e.markers.set.labels[0].text, "音");
   EXPECT_EQ(e.calls, "show ");
@@ -67,10 +73,14 @@ TEST(ExchangeCommands, ARefusedFileChangesNothing) {
 
 TEST(ExchangeCommands, LossesAndGuessedEncodingsAreSaid) {
   Exchange e;
-  const std::string tiers = "2 \"IntervalTier\" \"a\" 0 1 1 0 1 \"一二三四五六七\" \"TextTier\" \"b\" 0 1 2 0.5 \"\" 5 \"\"";
-  EXPECT_EQ(e.ImportGrid(ToGbk(Grid(tiers))),
-            (Texts{"info|" + e.window.Caption() + "|文件不是Unicode编码，已按GBK读入", "status|已读入：标志 1，标注文字 1",
-                   "warning|" + e.window.Caption() + "|没有读入的声音之外的段和点：1\n截短的文字（标注文字最长12字符，注释字符最长9字符）：1"}));
+  const std::string tiers =
+      "2 \"IntervalTier\" \"a\" 0 1 1 0 1 \"一二三四五六七\" \"TextTier\" \"b\" 0 1 2 0.5 \"\" 5 \"\"";
+  EXPECT_EQ(
+      e.ImportGrid(ToGbk(Grid(tiers))),
+      (Texts{"info|" + e.window.Caption() + "|文件不是Unicode编码，已按GBK读入",
+             "status|已读入：标志 1，标注文字 1",
+             "warning|" + e.window.Caption() +
+                 "|没有读入的声音之外的段和点：1\n截短的文字（标注文字最长12字符，注释字符最长9字符）：1"}));
   EXPECT_EQ(e.markers.set.labels[0].text, "一二三四五六");
 }
 
@@ -90,7 +100,8 @@ TEST(ExchangeCommands, MarkersOfAnotherSoundAreNotExported) {
   e.window.Log();
   ExportLabelTrackCommand(e.window, e.desk);
   ExportMarkersCsvCommand(e.window, e.desk);
-  EXPECT_EQ(e.window.Log(), (Texts{"none|" + e.window.Caption() + "|没有标注文字，不能导出！", "none|" + e.window.Caption() + "|没有标志，不能导出！"}));
+  EXPECT_EQ(e.window.Log(), (Texts{"none|" + e.window.Caption() + "|没有标注文字，不能导出！",
+                                   "none|" + e.window.Caption() + "|没有标志，不能导出！"}));
 }
 
 TEST(ExchangeCommands, AFailedWriteIsSaidAndLeavesTheOldFile) {
@@ -142,7 +153,8 @@ TEST(ExchangeCommands, ASelectionShorterThanAFrameHasNoFormants) {
   ExportFormantCommand(e.window, e.document);
   e.Mark(100, 259);
   ExportFormantsCsvCommand(e.window, e.document);
-  EXPECT_EQ(e.window.Log(), (Texts{"status|请先用鼠标左、右键选定语音段", "none|" + e.window.Caption() + "|语音段太短，请重新选定！"}));
+  EXPECT_EQ(e.window.Log(), (Texts{"status|请先用鼠标左、右键选定语音段",
+                                   "none|" + e.window.Caption() + "|语音段太短，请重新选定！"}));
   e.Mark(100, 260);
   e.window.answers = {"file:" + (e.folder / "f.csv")};
   ExportFormantsCsvCommand(e.window, e.document);
@@ -157,7 +169,10 @@ TEST(ExchangeCommands, APitchTierBecomesATargetOrIsRefused) {
   };
   EXPECT_EQ(read("\"ooTextFile\" \"PitchTier\" 0 1 1 0.5 160"), (TargetCurve{100, 100}));
   EXPECT_EQ(e.window.Log(), Texts{"open|打开PitchTier文件|"});
-  const std::pair<const char*, const char*> refused[] = {{"x", "不是PitchTier文件！"}, {"\"ooTextFile\" \"PitchTier\" 0", "PitchTier文件数据错误！"}, {"\"ooTextFile\" \"PitchTier\" 0 1 0", "PitchTier文件中没有基频点！"}};
+  const std::pair<const char*, const char*> refused[] = {
+      {"x", "不是PitchTier文件！"},
+      {"\"ooTextFile\" \"PitchTier\" 0", "PitchTier文件数据错误！"},
+      {"\"ooTextFile\" \"PitchTier\" 0 1 0", "PitchTier文件中没有基频点！"}};
   for (const auto& [text, message] : refused) {
     EXPECT_FALSE(read(text));
     EXPECT_EQ(e.window.Log()[1], std::string("error||") + message);

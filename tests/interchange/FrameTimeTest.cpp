@@ -13,8 +13,9 @@ namespace {
 
 using namespace testing;
 
-/// Mean over the inner frames of (the moment at which the glide has the value of the frame) − (the frame's beginning), in
-/// ms. Rising and falling glides weigh the same, so that an analysis that reads a little high or low is no shift.
+/// Mean over the inner frames of (the moment at which the glide has the value of the frame) − (the frame's
+/// beginning), in ms. Rising and falling glides weigh the same, so that an analysis that reads a little high
+/// or low is no shift.
 double OffsetAt(int rate, double low, double high) {
   constexpr double kSeconds = 1.0;
   double sum = 0;
@@ -46,7 +47,7 @@ TEST(FrameTime, IsThatOfTheMeasuredGlide) {
 
 TEST(FrameTime, IsTheDecimalNumberThatAReaderExpects) {
   EXPECT_EQ(TimeOfFrame(0), 0.01);
-  EXPECT_EQ(TimeOfFrame(14), 0.15);   // 14·0.01 + 0.01 would be 0.15000000000000002
+  EXPECT_EQ(TimeOfFrame(14), 0.15);  // 14·0.01 + 0.01 would be 0.15000000000000002
   EXPECT_EQ(TimeOfFrame(12496), 124.97);
 }
 
@@ -54,10 +55,14 @@ TEST(FrameTime, TheFramesOfASelectionBeginInIt) {
   const struct {
     int rate, start, end, first, last;
   } cases[] = {
-      {16000, kNoSelection, kNoSelection, 0, 99}, {16000, 0, 16000, 0, 99}, {16000, 160, 320, 1, 1}, {16000, 161, 320, 2, 1},
+      {16000, kNoSelection, kNoSelection, 0, 99},
+      {16000, 0, 16000, 0, 99},
+      {16000, 160, 320, 1, 1},
+      {16000, 161, 320, 2, 1},
       {16000, 159, 321, 1, 2},
       // Frame 1 begins at 110, frame 2 at 220, frame 3 at 330.
-      {11025, 110, 330, 1, 2}, {11025, 111, 331, 2, 3},
+      {11025, 110, 330, 1, 2},
+      {11025, 111, 331, 2, 3},
   };
   for (const auto& c : cases) {
     SoundDocument document;

@@ -10,7 +10,8 @@ constexpr int kRate = 16000, kCount = 32000;
 std::string Text(const MarkerSet& set, int band) {
   std::string text;
   for (const int marker : set.Markers(band)) text += std::to_string(marker) + " ";
-  for (const MarkerLabel& label : set.Labels(band)) text += "[" + std::to_string(label.start) + "-" + std::to_string(label.end) + " " + label.text + "]";
+  for (const MarkerLabel& label : set.Labels(band))
+    text += "[" + std::to_string(label.start) + "-" + std::to_string(label.end) + " " + label.text + "]";
   return text;
 }
 
@@ -30,8 +31,9 @@ TEST(LabelTrack, LinesOfEveryWritingAreRead) {
 }
 
 TEST(LabelTrack, TheFirstBadLineIsNamed) {
-  const std::pair<const char*, int> cases[] = {{"0\t1\tx\n2\tx\n", 2}, {"1\t0.5\tx", 1}, {"0\t1\n\nnan\t1\tx", 3}, {"0\tinf\tx", 1},
-                                               {"0x1\t2\t", 1},        {"RIFF", 1},       {"1,5\t2\tx", 1},          {"", 0}};
+  const std::pair<const char*, int> cases[] = {
+      {"0\t1\tx\n2\tx\n", 2}, {"1\t0.5\tx", 1}, {"0\t1\n\nnan\t1\tx", 3}, {"0\tinf\tx", 1},
+      {"0x1\t2\t", 1},        {"RIFF", 1},      {"1,5\t2\tx", 1},         {"", 0}};
   for (const auto& [text, line] : cases) {
     int badLine = -1;
     ReadLabelTrack(text, badLine);
@@ -40,7 +42,14 @@ TEST(LabelTrack, TheFirstBadLineIsNamed) {
 }
 
 TEST(LabelTrack, OverlappingLabelsGoToBandsOfTheirOwn) {
-  const auto imported = MarkersOfTrack({{1, 1.5, "b"}, {0, 1, "a"}, {0.5, 1.2, "over"}, {0.25, 0.25, "point"}, {1.5, 2, ""}, {1.75, 1.75, "q"}, {2, 3, "out"}}, kCount, kRate);
+  const auto imported = MarkersOfTrack({{1, 1.5, "b"},
+                                        {0, 1, "a"},
+                                        {0.5, 1.2, "over"},
+                                        {0.25, 0.25, "point"},
+                                        {1.5, 2, ""},
+                                        {1.75, 1.75, "q"},
+                                        {2, 3, "out"}},
+                                       kCount, kRate);
   EXPECT_EQ(Text(imported.set, 0), "16000 24000 28000 [0-16000 a][16000-24000 b][28000-28000 q]");
   EXPECT_EQ(Text(imported.set, 1), "4000 8000 19200 [4000-4000 point][8000-19200 over]");
   EXPECT_EQ(imported.losses.outside, 1);

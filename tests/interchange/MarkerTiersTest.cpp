@@ -21,8 +21,10 @@ MarkerSet SetOf(const std::vector<Band>& bands) {
   for (std::size_t b = 0; b < bands.size(); ++b) {
     set.markerCount[b] = static_cast<std::int16_t>(bands[b].markers.size());
     set.labelCount[b] = static_cast<std::int16_t>(bands[b].labels.size());
-    std::copy(bands[b].markers.begin(), bands[b].markers.end(), set.markerPos.begin() + static_cast<int>(b) * kMarkersPerBand);
-    std::copy(bands[b].labels.begin(), bands[b].labels.end(), set.labels.begin() + static_cast<int>(b) * kLabelsPerBand);
+    std::copy(bands[b].markers.begin(), bands[b].markers.end(),
+              set.markerPos.begin() + static_cast<int>(b) * kMarkersPerBand);
+    std::copy(bands[b].labels.begin(), bands[b].labels.end(),
+              set.labels.begin() + static_cast<int>(b) * kLabelsPerBand);
   }
   return set;
 }
@@ -30,20 +32,31 @@ MarkerSet SetOf(const std::vector<Band>& bands) {
 std::string Text(const MarkerSet& set, int band) {
   std::string text;
   for (const int marker : set.Markers(band)) text += std::to_string(marker) + " ";
-  for (const MarkerLabel& label : set.Labels(band)) text += "[" + std::to_string(label.start) + "-" + std::to_string(label.end) + " " + label.text + "]";
+  for (const MarkerLabel& label : set.Labels(band))
+    text += "[" + std::to_string(label.start) + "-" + std::to_string(label.end) + " " + label.text + "]";
   return text;
 }
 
 ImportedMarkers Import(std::vector<GridTier> tiers, int count = kCount) {
   return MarkersOfGrid({0, 2, std::move(tiers)}, count, kRate);
 }
-GridTier Intervals(const std::string& name, std::vector<GridInterval> intervals) { return {name, false, 0, 2, std::move(intervals)}; }
-GridTier Points(const std::string& name, std::vector<GridPoint> points) { return {name, true, 0, 2, {}, std::move(points)}; }
+GridTier Intervals(const std::string& name, std::vector<GridInterval> intervals) {
+  return {name, false, 0, 2, std::move(intervals)};
+}
+GridTier Points(const std::string& name, std::vector<GridPoint> points) {
+  return {name, true, 0, 2, {}, std::move(points)};
+}
 
 TEST(MarkerTiers, TheRulesOfTheFormatHoldWhateverTheSetSays) {
   // Twice the same marker, markers at and beyond the ends, stretches that are none.
   const MarkerSet set = SetOf({{{0, 800, 800, 1600, 32000, 40000},
-                                {{800, 1600, "a"}, {800, 1600, "b"}, {0, 1600, "over"}, {1600, 1600, "c"}, {1600, 1600, "d"}, {0, 0, "e"}, {40000, 40000, "f"}}}});
+                                {{800, 1600, "a"},
+                                 {800, 1600, "b"},
+                                 {0, 1600, "over"},
+                                 {1600, 1600, "c"},
+                                 {1600, 1600, "d"},
+                                 {0, 0, "e"},
+                                 {40000, 40000, "f"}}}});
   ExportLosses losses;
   const TextGrid grid = GridOfMarkers(set, {{"一", 5}, {"二", 5}, {"三", 32001}}, kCount, kRate, losses);
   EXPECT_EQ(grid.tiers[0], Intervals("1", {{0, 0.05, ""}, {0.05, 0.1, "a b"}, {0.1, 2, ""}}));
@@ -59,10 +72,15 @@ TEST(MarkerTiers, AFullSetComesBackAsItWas) {
     const int count = rate + 7;
     std::vector<Band> bands(kMarkerBands);
     for (int b = 0; b < kMarkerBands; ++b) {
-      for (int m = 0; m < 20; ++m) bands[static_cast<std::size_t>(b)].markers.push_back(1 + b + m * (count - 10) / 20);
+      for (int m = 0; m < 20; ++m)
+        bands[static_cast<std::size_t>(b)].markers.push_back(1 + b + m * (count - 10) / 20);
       const auto& markers = bands[static_cast<std::size_t>(b)].markers;
-      for (std::size_t m = 0; m < 10; ++m) bands[static_cast<std::size_t>(b)].labels.push_back({m == 0 ? 0 : markers[2 * m - 1], markers[2 * m], "段" + std::to_string(m)});
-      for (std::size_t m = 0; m < 10; ++m) bands[static_cast<std::size_t>(b)].labels.push_back({markers[2 * m], markers[2 * m], "ɛ\"" + std::to_string(m)});
+      for (std::size_t m = 0; m < 10; ++m)
+        bands[static_cast<std::size_t>(b)].labels.push_back(
+            {m == 0 ? 0 : markers[2 * m - 1], markers[2 * m], "段" + std::to_string(m)});
+      for (std::size_t m = 0; m < 10; ++m)
+        bands[static_cast<std::size_t>(b)].labels.push_back(
+            {markers[2 * m], markers[2 * m], "ɛ\"" + std::to_string(m)});
     }
     const MarkerSet set = SetOf(bands);
     const std::vector<Annotation> annotations = {{"ʂʅ˥˩", 0}, {"x", count}};
@@ -82,8 +100,9 @@ TEST(MarkerTiers, AFullSetComesBackAsItWas) {
 
 TEST(MarkerTiers, TiersFindTheirBands) {
   const std::vector<GridInterval> cut = {{0, 1, ""}, {1, 2, ""}};
-  const auto imported = Import({Intervals("words", {{0, 0.25, ""}, {0.25, 2, ""}}), Intervals("3", cut), Points("1 点", {{0.5, "p"}}),
-                                Points("tones", {{1.5, "T4"}}), Intervals("late", cut), Intervals("later", cut), Points("音标", {{1, "a"}})});
+  const auto imported = Import({Intervals("words", {{0, 0.25, ""}, {0.25, 2, ""}}), Intervals("3", cut),
+                                Points("1 点", {{0.5, "p"}}), Points("tones", {{1.5, "T4"}}),
+                                Intervals("late", cut), Intervals("later", cut), Points("音标", {{1, "a"}})});
   EXPECT_EQ(Text(imported.set, 0), "8000 [8000-8000 p]");
   EXPECT_EQ(Text(imported.set, 1), "4000 ");
   EXPECT_EQ(Text(imported.set, 2), "16000 ");
@@ -95,8 +114,10 @@ TEST(MarkerTiers, TiersFindTheirBands) {
 
 TEST(MarkerTiers, TheEndsOfATierAreMarkersOnlyWhereTheyBoundALabel) {
   // A grid that is shorter than the sound; one whose end was rounded; one that is longer.
-  EXPECT_EQ(Text(Import({Intervals("a", {{0.5, 1, "x"}, {1, 1.5, ""}})}).set, 0), "8000 16000 [8000-16000 x]");
-  EXPECT_EQ(Text(Import({Intervals("a", {{0.005, 1, "x"}, {1, 1.9951, "y"}})}).set, 0), "16000 [0-16000 x][16000-32000 y]");
+  EXPECT_EQ(Text(Import({Intervals("a", {{0.5, 1, "x"}, {1, 1.5, ""}})}).set, 0),
+            "8000 16000 [8000-16000 x]");
+  EXPECT_EQ(Text(Import({Intervals("a", {{0.005, 1, "x"}, {1, 1.9951, "y"}})}).set, 0),
+            "16000 [0-16000 x][16000-32000 y]");
   const auto longer = Import({Intervals("a", {{0, 1, "x"}, {1, 3, "y"}, {3, 4, "z"}})});
   EXPECT_EQ(Text(longer.set, 0), "16000 [0-16000 x][16000-32000 y]");
   EXPECT_EQ(longer.losses.outside, 1);
@@ -111,14 +132,16 @@ TEST(MarkerTiers, WhatHasNoRoomIsCounted) {
   EXPECT_EQ(intervals.losses.markers, 4);
   EXPECT_EQ(intervals.losses.labels, 5) << "w20 has its left marker, not its right one";
 
-  const auto odd = Import({Intervals("1", {{0, 1, "x"}, {1, 1, "none"}, {1, 2, " \n"}}), Points("1 点", {{0.5, "inside"}, {1.5, "b\tc"}, {1.2, ""}, {9, "far"}, {-1, "far"}}),
-                           Points("音标", {{1, "0123456789"}, {1, "ʰx😀"}})});
+  const auto odd =
+      Import({Intervals("1", {{0, 1, "x"}, {1, 1, "none"}, {1, 2, " \n"}}),
+              Points("1 点", {{0.5, "inside"}, {1.5, "b\tc"}, {1.2, ""}, {9, "far"}, {-1, "far"}}),
+              Points("音标", {{1, "0123456789"}, {1, "ʰx😀"}})});
   EXPECT_EQ(Text(odd.set, 0), "16000 19200 24000 [0-16000 x][24000-24000 b c]");
   ASSERT_EQ(odd.annotations.size(), 2u);
   EXPECT_EQ(odd.annotations[0].text, "012345678");
   EXPECT_EQ(odd.annotations[1].text, "ʰx?");
   ImportLosses expected;
-  expected.labels = 2;   // of no length; inside a labelled stretch
+  expected.labels = 2;  // of no length; inside a labelled stretch
   expected.outside = 2;
   expected.shortened = expected.recoded = 1;
   EXPECT_EQ(odd.losses, expected);
@@ -144,7 +167,8 @@ TEST(MarkerTiers, AHostileTextIsCutBeforeItIsLookedAt) {
 }
 
 TEST(MarkerTiers, TimesFarOutsideAreNoPositions) {
-  const auto imported = Import({Points("a", {{1e300, "x"}, {-1e300, "y"}}), Intervals("b", {{-1e300, 1e300, "all"}})});
+  const auto imported =
+      Import({Points("a", {{1e300, "x"}, {-1e300, "y"}}), Intervals("b", {{-1e300, 1e300, "all"}})});
   EXPECT_EQ(imported.losses.outside, 2);
   EXPECT_EQ(Text(imported.set, 1), "[0-32000 all]");
 }

@@ -39,9 +39,11 @@ TEST(CsvTables, HaveARowForEveryFrameAndEmptyCellsForNone) {
   InitSignalTables();
   CommandStates states;
   const auto document = Document(states);
-  EXPECT_EQ(Rows(PitchCsv(*document, {})), (Texts{"time_s,f0_Hz,semitones,period_samples", "0.01,,,", "0.02,128,12,125", "0.03,,,", "0.04,256,24,62.5"}));
+  EXPECT_EQ(Rows(PitchCsv(*document, {})), (Texts{"time_s,f0_Hz,semitones,period_samples", "0.01,,,",
+                                                  "0.02,128,12,125", "0.03,,,", "0.04,256,24,62.5"}));
   // The mean square of ±1000 is 60 dB.
-  EXPECT_EQ(Rows(LevelsCsv(*document)), (Texts{"time_s,start_s,peak,level_dB", "0.01,0,0,0", "0.02,0.01,1000,60", "0.03,0.02,0,0", "0.04,0.03,0,0"}));
+  EXPECT_EQ(Rows(LevelsCsv(*document)), (Texts{"time_s,start_s,peak,level_dB", "0.01,0,0,0",
+                                               "0.02,0.01,1000,60", "0.03,0.02,0,0", "0.04,0.03,0,0"}));
   document->selectionStart = 160;
   document->selectionEnd = 330;
   EXPECT_EQ(Rows(PitchCsv(*document, {})).size(), 3u);
@@ -51,14 +53,15 @@ TEST(CsvTables, HaveARowForEveryFrameAndEmptyCellsForNone) {
   track.frames.resize(1);
   track.frames[0] = {1, {512.5}, {40}};
   EXPECT_EQ(Rows(FormantsCsv(*document, track)),
-            (Texts{"time_s,F1_Hz,B1_Hz,F2_Hz,B2_Hz,F3_Hz,B3_Hz,F4_Hz,B4_Hz,F5_Hz,B5_Hz,F6_Hz,B6_Hz", "0.02,512.5,40,,,,,,,,,,"}));
+            (Texts{"time_s,F1_Hz,B1_Hz,F2_Hz,B2_Hz,F3_Hz,B3_Hz,F4_Hz,B4_Hz,F5_Hz,B5_Hz,F6_Hz,B6_Hz",
+                   "0.02,512.5,40,,,,,,,,,,"}));
 }
 
 TEST(CsvTables, TheLongTermSpectrumIsInDecibels) {
   LtaState lta;
   lta.sampleRate = 16000;
   lta.frames = 7;
-  lta.levels[1] = 81.0;   // the doubled scale
+  lta.levels[1] = 81.0;  // the doubled scale
   EXPECT_EQ(Rows(LtaCsv(lta))[2], "31.25,40.5");
   lta.hasPrevious = true;
   lta.difference.emplace();
@@ -98,8 +101,10 @@ TEST(CsvTables, MarkersStandByBandAndTimeAndTextsAreQuoted) {
   set.labels[1] = {160, 160, "#x"};
   set.labels[kLabelsPerBand] = {0, 640, "音"};
   EXPECT_EQ(Rows(MarkersCsv(set, *document)),
-            (Texts{"band,kind,start_s,end_s,duration_s,start_sample,end_sample,text", "1,marker,0.01,0.01,0,160,160,", "1,segment,0.01,0.02,0.01,160,320,\"say \"\"a\"\"\"",
-                   "1,point,0.01,0.01,0,160,160,\"#x\"", "1,marker,0.02,0.02,0,320,320,", "2,segment,0,0.04,0.04,0,640,音"}));
+            (Texts{"band,kind,start_s,end_s,duration_s,start_sample,end_sample,text",
+                   "1,marker,0.01,0.01,0,160,160,", "1,segment,0.01,0.02,0.01,160,320,\"say \"\"a\"\"\"",
+                   "1,point,0.01,0.01,0,160,160,\"#x\"", "1,marker,0.02,0.02,0,320,320,",
+                   "2,segment,0,0.04,0.04,0,640,音"}));
 }
 
 }  // namespace

@@ -43,7 +43,8 @@ TEST(TextGridFile, LongShortAndHandMadeFilesReadAlike) {
   EXPECT_EQ(Read(shortForm), SmallGrid());
   EXPECT_EQ(Read(byHand), SmallGrid());
   std::string windows = shortForm;
-  for (std::size_t at = 0; (at = windows.find('\n', at)) != std::string::npos; at += 2) windows.replace(at, 1, "\r\n");
+  for (std::size_t at = 0; (at = windows.find('\n', at)) != std::string::npos; at += 2)
+    windows.replace(at, 1, "\r\n");
   EXPECT_EQ(Read(windows), SmallGrid());
 }
 
@@ -57,14 +58,17 @@ TEST(TextGridFile, RoundedTimesDoNotMakeGapsOrOverlaps) {
 }
 
 TEST(TextGridFile, RefusesWhatIsNoneAndWhatIsDamaged) {
-  for (const char* text : {"", "RIFF", "\"ooTextFile\" \"PitchTier\" 0 1 1 0.5 100"}) Read(text, GridFault::NoTextGrid);
+  for (const char* text : {"", "RIFF", "\"ooTextFile\" \"PitchTier\" 0 1 1 0.5 100"})
+    Read(text, GridFault::NoTextGrid);
   const std::string intervals = "1 \"IntervalTier\" \"a\" 0 1 ";
-  for (const std::string& text : {
-           std::string("\"ooTextFile\" \"TextGrid\" 0"), std::string("\"ooTextFile\" \"TextGrid\" 0 1 2 \"IntervalTier\""),
-           std::string("\"ooTextFile\" \"TextGrid\" 1 1 <exists> 0"), Grid("-1"), Grid("999999999"), Grid("1e300"),
-           Grid("1 \"OtherTier\" \"a\" 0 1 0"), Grid(intervals + "2 0 1 \"x\""), Grid(intervals + "4294967297 0 1 \"x\""),
-           Grid(intervals + "1 0 \"x\" 1"), Grid(intervals + "1 0 1 \"x"), Grid(intervals + "1 0.5 0.4 \"x\""),
-           Grid(intervals + "2 0 0.6 \"x\" 0.5 1 \"y\""), Grid("1 \"TextTier\" \"a\" 0 1 1 1e400 \"x\"")})
+  for (const std::string& text :
+       {std::string("\"ooTextFile\" \"TextGrid\" 0"),
+        std::string("\"ooTextFile\" \"TextGrid\" 0 1 2 \"IntervalTier\""),
+        std::string("\"ooTextFile\" \"TextGrid\" 1 1 <exists> 0"), Grid("-1"), Grid("999999999"),
+        Grid("1e300"), Grid("1 \"OtherTier\" \"a\" 0 1 0"), Grid(intervals + "2 0 1 \"x\""),
+        Grid(intervals + "4294967297 0 1 \"x\""), Grid(intervals + "1 0 \"x\" 1"),
+        Grid(intervals + "1 0 1 \"x"), Grid(intervals + "1 0.5 0.4 \"x\""),
+        Grid(intervals + "2 0 0.6 \"x\" 0.5 1 \"y\""), Grid("1 \"TextTier\" \"a\" 0 1 1 1e400 \"x\"")})
     Read(text, GridFault::Damaged);
   std::string tiers;
   for (std::size_t i = 0; i <= kMostTiers; ++i) tiers += " \"TextTier\" \"\" 0 1 0";
@@ -72,7 +76,8 @@ TEST(TextGridFile, RefusesWhatIsNoneAndWhatIsDamaged) {
   std::string points;
   for (std::size_t i = 0; i <= kMostTierItems; ++i) points += " 0 \"\"";
   GridFault fault = GridFault::None;
-  EXPECT_FALSE(ReadTextGrid(Grid("1 \"TextTier\" \"\" 0 1 " + std::to_string(kMostTierItems + 1) + points), fault));
+  EXPECT_FALSE(
+      ReadTextGrid(Grid("1 \"TextTier\" \"\" 0 1 " + std::to_string(kMostTierItems + 1) + points), fault));
   EXPECT_TRUE(Read("\"ooTextFile\" \"TextGrid\" 0 1 <absent>")->tiers.empty());
   // Cut anywhere, the file is refused; only the last blank and the line's end can go.
   const std::string whole = kLong;

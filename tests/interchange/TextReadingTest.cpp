@@ -45,12 +45,14 @@ TEST(TextDecoding, TakesOtherBytesForGbkAndSaysSo) {
 
 TEST(TextDecoding, HalfUnitsAndLoneSurrogatesDoNoHarm) {
   EXPECT_EQ(Decoded("\xFF\xFE" + Utf16(u"ab", false) + "x").text, "ab");
-  EXPECT_EQ(Decoded("\xFF\xFE" + Utf16(std::u16string{u'a', 0xD800, u'b', 0xDC00}, false)).text, "a\uFFFDb\uFFFD");
+  EXPECT_EQ(Decoded("\xFF\xFE" + Utf16(std::u16string{u'a', 0xD800, u'b', 0xDC00}, false)).text,
+            "a\uFFFDb\uFFFD");
   EXPECT_EQ(Decoded("\xFF\xFE" + Utf16(std::u16string{0xD83D}, false)).text, "\uFFFD");
 }
 
 TEST(TokenReader, TakesNumbersStringsAndFlagsAndNothingElse) {
-  TokenReader reader("xmin = 0.5 item [1]: 7th 2,5 =3 ! 99 \"no\"\n -1e-3 +4 .5 \"a \"\"b\"\"\r\nc\" tiers? <exists> size=8 9!x\n10");
+  TokenReader reader(
+      "xmin = 0.5 item [1]: 7th 2,5 =3 ! 99 \"no\"\n -1e-3 +4 .5 \"a \"\"b\"\"\r\nc\" tiers? <exists> size=8 9!x\n10");
   for (const double number : {0.5, -0.001, 4.0, 0.5}) EXPECT_EQ(reader.TakeNumber(), number);
   EXPECT_EQ(reader.TakeString(), "a \"b\"\r\nc");
   EXPECT_TRUE(reader.TakeFlag("exists"));
@@ -62,7 +64,8 @@ TEST(TokenReader, TakesNumbersStringsAndFlagsAndNothingElse) {
 }
 
 TEST(TokenReader, FailsAtAnotherKindAndStaysSo) {
-  const char* texts[] = {"\"1\" 2", "<1> 2", "", "nan inf -inf 0x10 - + . 1e", "1e999 2", "\"open", "! 5", "<a\n> \"x"};
+  const char* texts[] = {"\"1\" 2", "<1> 2",  "",    "nan inf -inf 0x10 - + . 1e",
+                         "1e999 2", "\"open", "! 5", "<a\n> \"x"};
   for (const char* text : texts) {
     TokenReader reader(text);
     EXPECT_EQ(reader.TakeNumber(), 0) << text;

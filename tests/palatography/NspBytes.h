@@ -27,7 +27,8 @@ inline std::string Marker(const std::string& id, std::uint32_t position, const s
 }
 inline std::string Preferences(char fill = 'p') { return Chunk("PREF", std::string(392, fill)); }
 
-/// The bytes of an NSP file, field by field, so that every one of them can lie. What the readers skip is 0xEE.
+/// The bytes of an NSP file, field by field, so that every one of them can lie. What the readers skip is
+/// 0xEE.
 struct NspBytes {
   std::string magic = "FORMDS16";
   std::optional<std::uint32_t> formLength, headerLength;
@@ -40,12 +41,14 @@ struct NspBytes {
   }
   /// "HEDR": 20 bytes of date, rate, number of samples, the maxima of the two channels.
   std::string Epg(std::uint32_t samples, const std::string& id = "HEDR") const {
-    return Form(id, std::string(20, '\xEE') + Little(rate, 4) + Little(samples, 4) + Little(1234, 2) + Little(0x8000, 2));
+    return Form(id, std::string(20, '\xEE') + Little(rate, 4) + Little(samples, 4) + Little(1234, 2) +
+                        Little(0x8000, 2));
   }
 
  private:
   std::string Form(const std::string& id, const std::string& header) const {
-    const std::string rest = id + Little(headerLength.value_or(static_cast<std::uint32_t>(header.size())), 4) + header + chunks;
+    const std::string rest =
+        id + Little(headerLength.value_or(static_cast<std::uint32_t>(header.size())), 4) + header + chunks;
     return magic + Little(formLength.value_or(static_cast<std::uint32_t>(rest.size())), 4) + rest;
   }
 };

@@ -55,7 +55,8 @@ TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
   EXPECT_TRUE(desk.palate.IsComplete());
   // Without palate frames, or with two preference records, the sound is loaded and the commands stay grey.
   const std::string speech = Speech("SDA_", {1, 2, 3, 4});
-  for (const std::string& chunks : {speech + Preferences(), speech + Preferences() + Preferences(), speech + Chunk("PALA", "x"), speech}) {
+  for (const std::string& chunks : {speech + Preferences(), speech + Preferences() + Preferences(),
+                                    speech + Chunk("PALA", "x"), speech}) {
     ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
     ASSERT_EQ(desk.OpenEpg(EpgFile(chunks)), 1);
     EXPECT_EQ(desk.document.sampleCount, 4);
@@ -71,9 +72,10 @@ TEST(NspCommands, ARefusalLeavesEverything) {
   ASSERT_EQ(desk.OpenEpg(kWholeEpg, "good3.nsp"), 1);
   const std::string caption = desk.window.Caption();
   const auto unchanged = [&] {
-    return desk.document.sampleCount == 4 && desk.document.samples[0] == 5 && desk.document.sampleRate == 16000 &&
-           desk.document.filePath == desk.folder / "good3.nsp" && desk.window.Caption() == caption &&
-           desk.palate.recording.palate.size() == 6 && desk.PalateCommandsEnabled() == 4;
+    return desk.document.sampleCount == 4 && desk.document.samples[0] == 5 &&
+           desk.document.sampleRate == 16000 && desk.document.filePath == desk.folder / "good3.nsp" &&
+           desk.window.Caption() == caption && desk.palate.recording.palate.size() == 6 &&
+           desk.PalateCommandsEnabled() == 4;
   };
   const std::string speech = Speech("SDA_", {1});
   const auto with = [&](auto change, bool epg) {
@@ -81,9 +83,12 @@ TEST(NspCommands, ARefusalLeavesEverything) {
     change(file);
     return epg ? file.Epg(1) : file.TwoChannel();
   };
-  const auto rate = [&](std::uint32_t hertz, bool epg) { return with([=](NspBytes& f) { f.rate = hertz; }, epg); };
-  const std::string error = "error|" + caption + "|";   // under the window's title
-  const Texts format = {error + "文件格式不对！"}, tooHigh = {error + "采样率太高！"}, wrong = {error + "数据错误！"};
+  const auto rate = [&](std::uint32_t hertz, bool epg) {
+    return with([=](NspBytes& f) { f.rate = hertz; }, epg);
+  };
+  const std::string error = "error|" + caption + "|";  // under the window's title
+  const Texts format = {error + "文件格式不对！"}, tooHigh = {error + "采样率太高！"},
+              wrong = {error + "数据错误！"};
   const struct {
     const char* reason;
     bool epg;
@@ -107,7 +112,10 @@ TEST(NspCommands, ARefusalLeavesEverything) {
       {"small rate", true, rate(999, true), {}},
       {"no speech", false, SpeechFile(""), format},
       {"no speech", true, EpgFile(Preferences()), {}},
-      {"interleaved channels", true, EpgFile(speech + Speech("SDAB", {1, 2})), {error + "不支持双声道采样！"}},
+      {"interleaved channels",
+       true,
+       EpgFile(speech + Speech("SDAB", {1, 2})),
+       {error + "不支持双声道采样！"}},
       {"short preferences", true, EpgFile(speech + Chunk("PREF", std::string(391, 'p'))), wrong},
       {"long preferences", true, EpgFile(speech + Chunk("PREF", std::string(394, 'p'))), wrong},
   };
@@ -122,7 +130,8 @@ TEST(NspCommands, ARefusalLeavesEverything) {
   EXPECT_EQ(desk.window.Log(), (Texts{error + "文件打开错误", error + "文件打开错误"}));
   OpenTwoChannelNspCommand(desk.window, desk.document, desk.states);
   OpenEpgCommand(desk.window, desk.document, desk.states, desk.palate);
-  EXPECT_EQ(desk.window.Log(), (Texts{"open|打开NSP双声道文件|", "open|打开腭位数据文件|"})) << "a cancel says nothing";
+  EXPECT_EQ(desk.window.Log(), (Texts{"open|打开NSP双声道文件|", "open|打开腭位数据文件|"}))
+      << "a cancel says nothing";
   EXPECT_TRUE(unchanged());
   for (const std::uint32_t good : {1000u, 32000u}) {
     EXPECT_EQ(desk.OpenSpeech(rate(good, false)), 1);
@@ -138,7 +147,7 @@ TEST(NspCommands, MarkersAreDrawnWhileTheSamplesAreTheFiles) {
     AddEpgMarkers(picture, desk.palate, desk.document, 20, [](int sample) { return 18 + sample; });
     return picture.marks;
   };
-  const auto marks = drawn();   // sample 2 at column 20, 4 at column 22 and without a label
+  const auto marks = drawn();  // sample 2 at column 20, 4 at column 22 and without a label
   ASSERT_EQ(marks.size(), 3u);
   EXPECT_EQ(std::get<LineMark>(marks[0]).from.x, 20);
   EXPECT_EQ(std::get<TextMark>(marks[1]).text, "t");

@@ -73,27 +73,35 @@ TEST(TwoChannelNsp, LengthsAreHeldAgainstTheFile) {
   file.chunks = Chunk("SDA_", SampleBytes(kA), false, 0xFFFFFFFF);
   file.formLength = 0xFFFFFFFF;
   EXPECT_EQ(TwoChannel(file).first, kA);
-  file.chunks = Speech("SDA_", kA) + "SD_B\x0A";   // the length itself is cut off
+  file.chunks = Speech("SDA_", kA) + "SD_B\x0A";  // the length itself is cut off
   EXPECT_FALSE(TwoChannel(file).hasSecond);
   // The capacity less a fifth of a second: 1572864·100/32000 = 4915, (4915 − 20)·320.
   EXPECT_EQ(NspSampleLimit(32000), 1566400);
   EXPECT_EQ(NspSampleLimit(11025), (14266 - 20) * 11025 / 100);
-  file = NspBytes{.formLength = {}, .headerLength = {}, .rate = 32000, .chunks = Speech("SDA_", Samples(1566401, 3)) + Speech("SD_B", Samples(1566402, 4))};
+  file = NspBytes{.formLength = {},
+                  .headerLength = {},
+                  .rate = 32000,
+                  .chunks = Speech("SDA_", Samples(1566401, 3)) + Speech("SD_B", Samples(1566402, 4))};
   const TwoChannelNsp large = TwoChannel(file);
   EXPECT_EQ(large.sampleCount, 1566400);
   EXPECT_EQ(large.second.size(), 1566400u) << "the next chunk begins behind the whole of the one before";
 }
 
 TEST(EpgNsp, ReadsEveryPart) {
-  const EpgRecording read = Epg(Speech("SDA_", kA) + Preferences('q') + Chunk("PALA", "contact") +
-                                Marker("MKA_", 2, "t1") + Marker("MK_B", 3, "other") + Marker("MKA_", 5, "\xB0\xA1"));
+  const EpgRecording read =
+      Epg(Speech("SDA_", kA) + Preferences('q') + Chunk("PALA", "contact") + Marker("MKA_", 2, "t1") +
+          Marker("MK_B", 3, "other") + Marker("MKA_", 5, "\xB0\xA1"));
   EXPECT_EQ(read.samples, kA);
   EXPECT_EQ(read.channel, 'A');
   EXPECT_EQ(read.sampleRate, 16000);
   EXPECT_EQ(read.maximumA, 1234);
   EXPECT_EQ(read.maximumB, -32768);
   EXPECT_TRUE(read.hasPreferences && read.hasPalate);
-  EXPECT_EQ(read.preferences, ([] { std::array<std::uint8_t, 392> a{}; a.fill('q'); return a; })());
+  EXPECT_EQ(read.preferences, ([] {
+              std::array<std::uint8_t, 392> a{};
+              a.fill('q');
+              return a;
+            })());
   EXPECT_EQ(std::string(read.palate.begin(), read.palate.end()), "contact");
   ASSERT_EQ(read.markers.size(), 2u);
   EXPECT_EQ(read.markers[0].position, 2);
@@ -126,8 +134,10 @@ TEST(EpgNsp, OddChunksArePaddedButSpeechIsNot) {
     EXPECT_FALSE(Epg(Speech("SDA_", kA) + Chunk(id, "seven b", false) + Preferences()).hasPreferences);
   }
   EXPECT_TRUE(Epg(Chunk("SDA_", "abcde", false) + Preferences()).hasPreferences);
-  EXPECT_TRUE(Epg(Chunk("SDA_", "abcd", false) + Chunk("SD_B", "abcde", false) + Preferences()).hasPreferences);
-  EXPECT_EQ(Epg(Speech("SDA_", kA) + Chunk("PALA", "abc", false)).palate.size(), 3u) << "the last pad byte may be missing";
+  EXPECT_TRUE(
+      Epg(Chunk("SDA_", "abcd", false) + Chunk("SD_B", "abcde", false) + Preferences()).hasPreferences);
+  EXPECT_EQ(Epg(Speech("SDA_", kA) + Chunk("PALA", "abc", false)).palate.size(), 3u)
+      << "the last pad byte may be missing";
 }
 
 TEST(EpgNsp, LengthsAreHeldAgainstTheFile) {
@@ -135,8 +145,11 @@ TEST(EpgNsp, LengthsAreHeldAgainstTheFile) {
   EXPECT_FALSE(Epg(speech + Chunk("PALA", "abc", false, 0xFFFFFFFF) + Preferences()).hasPalate);
   EXPECT_FALSE(Epg(speech + Preferences().substr(0, 399)).hasPreferences);
   EXPECT_EQ(Epg(Chunk("SDA_", SampleBytes(kA), false, 0xFFFFFFFF)).samples, kA);
-  EXPECT_TRUE(Epg(speech + Chunk("MKA_", "abc") + Marker("MKA_", 6, "behind the end") + Marker("MKA_", 0xFFFFFFFF, "")).markers.empty());
-  const EpgRecording long1 = Epg(speech + Marker("MKA_", 0, std::string(300, 'x')) + Marker("MKA_", 1, std::string("a\0b", 3)));
+  EXPECT_TRUE(Epg(speech + Chunk("MKA_", "abc") + Marker("MKA_", 6, "behind the end") +
+                  Marker("MKA_", 0xFFFFFFFF, ""))
+                  .markers.empty());
+  const EpgRecording long1 =
+      Epg(speech + Marker("MKA_", 0, std::string(300, 'x')) + Marker("MKA_", 1, std::string("a\0b", 3)));
   EXPECT_EQ(long1.markers.at(0).label.size(), 255u);
   EXPECT_EQ(long1.markers.at(1).label, "a");
   std::string many = speech;

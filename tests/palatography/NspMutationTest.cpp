@@ -1,5 +1,5 @@
-// Good files with a few bytes changed, cut or doubled, from a fixed seed. Whatever comes out of the readers keeps its
-// bounds; what they read past its end is found by the sanitizers.
+// Good files with a few bytes changed, cut or doubled, from a fixed seed. Whatever comes out of the readers
+// keeps its bounds; what they read past its end is found by the sanitizers.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,8 @@ class Mutator {
   int Below(int limit) { return static_cast<int>(random_() % static_cast<unsigned>(limit)); }
   /// Lengths stand at multiples of two.
   void PutExtremeWord(std::string& file, std::size_t at) {
-    constexpr std::uint32_t kWords[] = {0, 1, 2, 3, 4, 391, 392, 393, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF};
+    constexpr std::uint32_t kWords[] = {0,   1,   2,          3,          4,          391,
+                                        392, 393, 0x7FFFFFFF, 0x80000000, 0xFFFFFFFE, 0xFFFFFFFF};
     const std::string word = Little(kWords[Below(12)], 4);
     at -= at % 2;
     if (at + 4 <= file.size()) file.replace(at, 4, word);
@@ -61,13 +62,15 @@ TEST(NspMutation, TwoChannelFilesKeepTheirBounds) {
     ASSERT_LE(count * 2, bad.size());
     ASSERT_TRUE(recording.sampleRate >= kSmallestRate && recording.sampleRate <= 32000);
   }
-  EXPECT_GT(read, kRounds / 20) << "most of the files are refused at once: the changes are too coarse to test anything";
+  EXPECT_GT(read, kRounds / 20)
+      << "most of the files are refused at once: the changes are too coarse to test anything";
 }
 
 TEST(NspMutation, EpgFilesKeepTheirBounds) {
   NspBytes file;
-  file.chunks = Speech("SDA_", Ramp(30)) + Preferences() + Chunk("PALA", std::string(65, 'x')) + Marker("MKA_", 7, "t1x") +
-                Chunk("ODD_", "abc") + Speech("SD_B", Ramp(20)) + Marker("MK_B", 3, "u");
+  file.chunks = Speech("SDA_", Ramp(30)) + Preferences() + Chunk("PALA", std::string(65, 'x')) +
+                Marker("MKA_", 7, "t1x") + Chunk("ODD_", "abc") + Speech("SD_B", Ramp(20)) +
+                Marker("MK_B", 3, "u");
   const std::string good = file.Epg(30);
   Mutator mutate;
   int read = 0;

@@ -10,7 +10,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr GroupLayout kPairs{8, 2, 47};   // as the vowel groups have it
+constexpr GroupLayout kPairs{8, 2, 47};  // as the vowel groups have it
 
 Bytes FileOf(const GroupLayout& layout, int groups, int used) {
   Bytes file(layout.OffsetOf(groups));
@@ -98,14 +98,50 @@ TEST(GroupFile, ADamagedFileIsSeen) {
       {"half a count", {0}, false},
       {"no group", {0, 0}, true},
       {"no group and something behind", {0, 0, 1, 2, 3}, true},
-      {"198·G + 3 bytes", [] { Bytes f = FileOf(kPairs, 1, 1); f.push_back(0); return f; }(), false},
-      {"a byte short", [] { Bytes f = FileOf(kPairs, 1, 1); f.pop_back(); return f; }(), false},
+      {"198·G + 3 bytes",
+       [] {
+         Bytes f = FileOf(kPairs, 1, 1);
+         f.push_back(0);
+         return f;
+       }(),
+       false},
+      {"a byte short",
+       [] {
+         Bytes f = FileOf(kPairs, 1, 1);
+         f.pop_back();
+         return f;
+       }(),
+       false},
       {"the other kind", FileOf(kDurationLayout, 1, 1), false},
-      {"a negative count", [] { Bytes f = FileOf(kPairs, 1, 1); f[1] = 0x80; return f; }(), false},
-      {"a count beyond the file", [] { Bytes f = FileOf(kPairs, 1, 1); f[1] = 0x7F; return f; }(), false},
+      {"a negative count",
+       [] {
+         Bytes f = FileOf(kPairs, 1, 1);
+         f[1] = 0x80;
+         return f;
+       }(),
+       false},
+      {"a count beyond the file",
+       [] {
+         Bytes f = FileOf(kPairs, 1, 1);
+         f[1] = 0x7F;
+         return f;
+       }(),
+       false},
       {"48 points", FileOf(kPairs, 2, 48), false},
-      {"no points in the second group", [] { Bytes f = FileOf(kPairs, 2, 5); f[208] = 0; return f; }(), false},
-      {"−1 points", [] { Bytes f = FileOf(kPairs, 2, 5); f[208] = f[209] = 0xFF; return f; }(), false},
+      {"no points in the second group",
+       [] {
+         Bytes f = FileOf(kPairs, 2, 5);
+         f[208] = 0;
+         return f;
+       }(),
+       false},
+      {"−1 points",
+       [] {
+         Bytes f = FileOf(kPairs, 2, 5);
+         f[208] = f[209] = 0xFF;
+         return f;
+       }(),
+       false},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(GroupCountOf(kPairs, c.file).has_value(), c.good) << c.why;

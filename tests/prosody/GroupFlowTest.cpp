@@ -19,7 +19,9 @@ using testing::Texts;
 using testing::WriteFile;
 
 constexpr const char* kCaption = "Parlowen(Tessiran)";
-std::string Refusal(const char* text, const char* icon = "error") { return std::string(icon) + "|" + kCaption + "|" + text; }
+std::string Refusal(const char* text, const char* icon = "error") {
+  return std::string(icon) + "|" + kCaption + "|" + text;
+}
 
 const std::string kFull = Refusal("数据太多，不能再加入！", "none");
 const std::string kNoGroup = Refusal("无此组名！", "none");
@@ -35,10 +37,13 @@ class GroupFlow : public ::testing::Test {
     EXPECT_TRUE(window.answers.empty()) << "asked less than expected";
     return window.Log();
   }
-  bool Shown(const Texts& log, const std::string& text) { return std::find(log.begin(), log.end(), text) != log.end(); }
+  bool Shown(const Texts& log, const std::string& text) {
+    return std::find(log.begin(), log.end(), text) != log.end();
+  }
   std::vector<ValueGroup> Groups() {
     const std::string bytes = ReadFile(path);
-    return ReadGroups(kDurationLayout, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}).value();
+    return ReadGroups(kDurationLayout, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()})
+        .value();
   }
   std::string Full(int used) {
     std::string file(202, '\0');
@@ -75,7 +80,8 @@ TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
     SCOPED_TRACE(byName);
     WriteFile(path, Full(94));
     current = {!byName, path, 0};
-    const std::deque<std::string> answers = byName ? std::deque<std::string>{open, "no", "ok:a"} : std::deque<std::string>{"yes"};
+    const std::deque<std::string> answers =
+        byName ? std::deque<std::string>{open, "no", "ok:a"} : std::deque<std::string>{"yes"};
     EXPECT_FALSE(Shown(Add(7, answers), kFull));
     EXPECT_EQ(Groups()[0].values.size(), 95u);
     const std::string full = ReadFile(path);

@@ -22,8 +22,10 @@ TEST(CommandTable, EveryNumberStandsOnceAndItsMenuIsOneStretch) {
     if (order.empty() || order.back() != menu) order.push_back(menu);
   }
   EXPECT_EQ(numbers.size(), 122u);
-  // The submenu of the tones stands inside the menu of the pitch; nothing else comes twice. The submenu of the exchange is the last.
-  EXPECT_EQ(order, (Texts{"文件", "录放音", "基频", "声调统计", "基频", "频谱", "元音", "腭位", "双声道", "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"}));
+  // The submenu of the tones stands inside the menu of the pitch; nothing else comes twice. The submenu of
+  // the exchange is the last.
+  EXPECT_EQ(order, (Texts{"文件", "录放音", "基频", "声调统计", "基频", "频谱", "元音", "腭位", "双声道",
+                          "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"}));
   EXPECT_EQ(FindCommand(0), nullptr);
 }
 

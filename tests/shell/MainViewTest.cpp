@@ -23,11 +23,14 @@ TEST(MainView, AClickIsTheSampleThatItsFormulaSays) {
   EXPECT_EQ(view.SampleAt(Pane::Pitch, 3), 5000) << "the margin counts as its edge";
   d.insertPoint = 77;
   EXPECT_EQ(view.SampleAt(Pane::Waveform, 30, true), 77 + 1100);
-  EXPECT_EQ(view.SampleAt(Pane::Amplitude, 30, true), 5000 + 1102) << "only the waveform counts from the insert point";
+  EXPECT_EQ(view.SampleAt(Pane::Amplitude, 30, true), 5000 + 1102)
+      << "only the waveform counts from the insert point";
   s.w.Key("s");
-  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform}) EXPECT_EQ(view.SampleAt(pane, 421), 5000 + 401 * 220);
+  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform})
+    EXPECT_EQ(view.SampleAt(pane, 421), 5000 + 401 * 220);
   EXPECT_EQ(view.SampleAt(Pane::Waveform, 100000), 400000);
-  for (const int x : {20, 21, 500, 1023}) EXPECT_EQ(view.ColumnOf(Pane::Pitch, view.SampleAt(Pane::Pitch, x)), x);
+  for (const int x : {20, 21, 500, 1023})
+    EXPECT_EQ(view.ColumnOf(Pane::Pitch, view.SampleAt(Pane::Pitch, x)), x);
 
   s.w.Select(10000, 30000);
   s.w.dispatchCommand(170);
@@ -89,7 +92,7 @@ TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   s.Load(Ramp(10000));
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
-  s.w.dispatchCommand(180);   // another tool
+  s.w.dispatchCommand(180);  // another tool
   EXPECT_EQ(s.w.document.activity, 1);
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Waveform, {1, 2}, kLeft, false);
@@ -144,9 +147,12 @@ TEST(MainView, TheLinesUnderThePointerAndTheSelection) {
   s.Load(Ramp(16000), 16000, testing::PitchTail(std::vector<float>(102, 125.0f)));
   EXPECT_EQ(s.w.view.SelectionLine(), "未选定语音段");
   s.w.Select(1600, 9600);
-  EXPECT_EQ(s.w.view.SelectionLine(), "起 0.100 s │ 0.500 s (2.000/s) │ 止 0.600 s      样点 1600 │ 8000 │ 9600");
-  // 16000/125 = 128 Hz, an octave above 64 Hz. The frame holds 1601 … 1760: mean square 1681² + (160² − 1)/12, 64.5 dB.
-  EXPECT_EQ(s.w.view.HoverLine(Pane::Waveform, {30, 0}, 165, "\t"), "0.100 s\t样点 1600\t幅度 1601\t64.5 dB\tF0 128.0 Hz\t12.0 半音");
+  EXPECT_EQ(s.w.view.SelectionLine(),
+            "起 0.100 s │ 0.500 s (2.000/s) │ 止 0.600 s      样点 1600 │ 8000 │ 9600");
+  // 16000/125 = 128 Hz, an octave above 64 Hz. The frame holds 1601 … 1760: mean square 1681² + (160² −
+  // 1)/12, 64.5 dB.
+  EXPECT_EQ(s.w.view.HoverLine(Pane::Waveform, {30, 0}, 165, "\t"),
+            "0.100 s\t样点 1600\t幅度 1601\t64.5 dB\tF0 128.0 Hz\t12.0 半音");
 }
 
 }  // namespace

@@ -22,7 +22,8 @@ TEST(PanePictures, EveryPaneIsDrawnAtEverySizeAndScale) {
   for (const int count : {0, 1, 500, 300000})
     for (const std::uint32_t rate : {1000u, 16000u, 384000u}) {
       Station s;
-      s.Load(std::vector<std::int16_t>(static_cast<std::size_t>(count), -32768), rate, testing::PitchTail({1, 5, 100, 0, 0}));
+      s.Load(std::vector<std::int16_t>(static_cast<std::size_t>(count), -32768), rate,
+             testing::PitchTail({1, 5, 100, 0, 0}));
       for (const int samplesPerPixel : {0, 1, 3, 16384}) {
         if (samplesPerPixel > 0) s.w.document.samplesPerPixel = samplesPerPixel;
         s.w.document.setView(s.w.states);
@@ -43,7 +44,7 @@ TEST(PanePictures, EveryPaneIsDrawnAtEverySizeAndScale) {
 
 TEST(PanePictures, TheWaveformTouchesTheExtremesOfEveryColumn) {
   std::vector<std::int16_t> samples(16000, 0);
-  samples[160 * 7 + 3] = 30000;    // column 7, frame 7
+  samples[160 * 7 + 3] = 30000;  // column 7, frame 7
   samples[160 * 7 + 90] = -20000;
   Station s;
   s.Load(samples);
@@ -55,7 +56,8 @@ TEST(PanePictures, TheWaveformTouchesTheExtremesOfEveryColumn) {
   std::sort(rows.begin(), rows.end());
   EXPECT_EQ(rows, (std::vector<int>{82 - 30000 * 80 / 32768, 82 + 20000 * 80 / 32768}));
   for (const Point point : wave.points) EXPECT_TRUE(point.x == 27 || point.y == 82);
-  // A bar of the amplitude pane in that column alone, and its energy: 10·log10((30000² + 20000²)/160) = 69.1 dB.
+  // A bar of the amplitude pane in that column alone, and its energy: 10·log10((30000² + 20000²)/160) = 69.1
+  // dB.
   const Picture amplitude = s.w.view.Base(Pane::Amplitude, 1024, 110);
   const auto bars = Marks<PolygonMark>(amplitude).at(0);
   for (const Point point : bars.points)
@@ -85,7 +87,8 @@ TEST(PanePictures, AnAxisHasRoomForItsLabelsAtEveryScale) {
     ASSERT_GE(texts.size(), 2u) << secondsPerColumn;
     for (std::size_t i = 0; i < texts.size(); ++i) {
       EXPECT_TRUE(i == 0 || texts[i].x - texts[i - 1].x >= 69) << secondsPerColumn;
-      EXPECT_NEAR(std::stod(texts[i].text), 12.3 + (texts[i].x - 20) * secondsPerColumn, secondsPerColumn) << "the label tells its place";
+      EXPECT_NEAR(std::stod(texts[i].text), 12.3 + (texts[i].x - 20) * secondsPerColumn, secondsPerColumn)
+          << "the label tells its place";
     }
   }
 }

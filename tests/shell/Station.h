@@ -6,7 +6,8 @@
 
 namespace parlowen::testing {
 
-/// A whole workstation with a window that writes down what happens, and a folder for its help pages and sounds.
+/// A whole workstation with a window that writes down what happens, and a folder for its help pages and
+/// sounds.
 struct Station {
   TempFolder folder;
   FakeWindow window;
@@ -20,7 +21,9 @@ struct Station {
     w.OpenFile(WriteFile(folder / "sound1.wav", wav.Bytes()));
     if (!window.Log().empty()) std::abort();
   }
-  void Click(Pane pane, int x, MouseButton button = MouseButton::Left, bool shift = false) { w.Click(pane, {x, 5}, button, shift); }
+  void Click(Pane pane, int x, MouseButton button = MouseButton::Left, bool shift = false) {
+    w.Click(pane, {x, 5}, button, shift);
+  }
 };
 
 }  // namespace parlowen::testing

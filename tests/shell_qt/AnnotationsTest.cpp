@@ -28,7 +28,8 @@ class AnnotationsTest : public WindowTest {
   }
   bool SaveAs(const QString& path) {
     BoxWatcher watcher([&](QWidget& dialog) {
-      if (qobject_cast<QFileDialog*>(&dialog) == nullptr || path.isEmpty()) return QTest::keyClick(&dialog, Qt::Key_Escape);
+      if (qobject_cast<QFileDialog*>(&dialog) == nullptr || path.isEmpty())
+        return QTest::keyClick(&dialog, Qt::Key_Escape);
       dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
       QMetaObject::invokeMethod(&dialog, "accept");
     });
@@ -50,7 +51,8 @@ TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   auto* all = qobject_cast<QListWidget*>(palette->widget(1));
   palette->setCurrentIndex(1);
   QApplication::processEvents();
-  QTest::mouseClick(all->viewport(), Qt::LeftButton, Qt::NoModifier, all->visualItemRect(all->item(51)).center());
+  QTest::mouseClick(all->viewport(), Qt::LeftButton, Qt::NoModifier,
+                    all->visualItemRect(all->item(51)).center());
   EXPECT_EQ(dialog.Edit(1028)->text(), "aɿb");
   auto* common = qobject_cast<QListWidget*>(palette->widget(0));
   palette->setCurrentIndex(0);
@@ -77,12 +79,12 @@ TEST_F(AnnotationsTest, UnsavedAnnotationsAreAskedAbout) {
     EXPECT_TRUE(no.texts.value(0).contains("国际音标文件"));
     EXPECT_EQ(Document().sampleCount, 5000);
   }
-  ASSERT_TRUE(window->Dispatch(120));   // a sound file does not hold them
+  ASSERT_TRUE(window->Dispatch(120));  // a sound file does not hold them
   ASSERT_TRUE(SaveAs(""));
   EXPECT_TRUE(Station().annotations.changed) << "the dialog was cancelled";
   ASSERT_TRUE(SaveAs(folder.filePath("take")));
   EXPECT_TRUE(QFileInfo::exists(folder.filePath("take.ipa")));
-  Open(second);   // nothing to lose: no question, or this would hang
+  Open(second);  // nothing to lose: no question, or this would hang
   EXPECT_EQ(Document().sampleCount, 300);
   Open(folder.filePath("take.ipa"));
   EXPECT_EQ(Station().annotations.items.size(), 1u);

@@ -55,7 +55,8 @@ TEST_F(ChartTest, TheChartTakesThePlaceOfTheThreeLowerPanesAndGivesItBack) {
   ASSERT_FALSE(Chart().isVisible());
   ShowChart();
   EXPECT_EQ(window->size(), QSize(1024, 720));
-  for (const Pane pane : {Pane::Pitch, Pane::Analysis, Pane::Waveform}) EXPECT_FALSE(window->PaneOf(pane).isVisible());
+  for (const Pane pane : {Pane::Pitch, Pane::Analysis, Pane::Waveform})
+    EXPECT_FALSE(window->PaneOf(pane).isVisible());
   EXPECT_FALSE(window->findChild<TimeAxisStrip*>()->isVisible());
   EXPECT_TRUE(window->PaneOf(Pane::Amplitude).isVisible());
   EXPECT_TRUE(Chart().isVisible());
@@ -78,13 +79,13 @@ TEST_F(ChartTest, AChangedChartIsAskedAboutBeforeAnotherAndBeforeTheEnd) {
   ASSERT_TRUE(SaveChartAs(path));
   ASSERT_TRUE(QFile::exists(path));
   {
-    BoxWatcher none(&Agree);   // just saved; a loaded chart keeps its coordinates
+    BoxWatcher none(&Agree);  // just saved; a loaded chart keeps its coordinates
     Open(path);
     EXPECT_EQ(none.texts.size(), 0);
   }
   EXPECT_EQ(preferences->RecentFiles().constFirst(), path);
   AddPoint(300, 2200);
-  SaveChartAs("");   // cancelled: nothing is saved
+  SaveChartAs("");  // cancelled: nothing is saved
   {
     BoxWatcher no("否(&N)");
     Open(path);
@@ -96,7 +97,7 @@ TEST_F(ChartTest, AChangedChartIsAskedAboutBeforeAnotherAndBeforeTheEnd) {
     EXPECT_EQ(no.texts.size(), 3);
   }
   EXPECT_EQ(Station().vowels.chart.count, 2);
-  Open(SoundsFile("english_female_prompt_8000.wav"));   // another sound leaves the chart: no question
+  Open(SoundsFile("english_female_prompt_8000.wav"));  // another sound leaves the chart: no question
   EXPECT_EQ(Document().sampleRate, 8000);
   BoxWatcher yes(&Agree);
   Open(path);

@@ -21,7 +21,8 @@ TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
   }
   Open(WriteRamp("ramp.wav", 22050, 30000));
   for (const CommandRow& row : CommandTable())
-    EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number)) << row.number;
+    EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
+        << row.number;
   EXPECT_EQ(window->menuBar()->actions().constLast()->text(), "扩展(&X)");
 }
 

@@ -67,13 +67,14 @@ TEST_F(DialogsTest, FileDialogsTakeBothCasesAndTellWhichFilterWasChosen) {
       dialog->findChild<QLineEdit*>("fileNameEdit")->setText(name);
       QMetaObject::invokeMethod(dialog, "accept");
     });
-    return Dialogs().AskOpenFile({"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式(*.*)", "*.*"}}, "", ""});
+    return Dialogs().AskOpenFile(
+        {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式(*.*)", "*.*"}}, "", ""});
   };
   const auto first = choose("UPPER.WAV", 0);
   ASSERT_TRUE(first);
   EXPECT_EQ(first->path, upper.toStdString());
   EXPECT_EQ(first->filter, 0);
-  const auto second = choose("not there yet", 1);   // a missing file is the reader's to refuse
+  const auto second = choose("not there yet", 1);  // a missing file is the reader's to refuse
   ASSERT_TRUE(second);
   EXPECT_EQ(second->path, folder.filePath("not there yet").toStdString());
   EXPECT_EQ(second->filter, 1);

@@ -63,7 +63,8 @@ void WindowTest::CloseForgottenBox() {
   QWidget* modal = QApplication::activeModalWidget();
   if (modal != nullptr && modal == waiting_) {
     const auto* box = qobject_cast<QMessageBox*>(modal);
-    ADD_FAILURE() << "nobody answered " << (box != nullptr ? box->text() : modal->windowTitle()).toStdString();
+    ADD_FAILURE() << "nobody answered "
+                  << (box != nullptr ? box->text() : modal->windowTitle()).toStdString();
     QTest::keyClick(modal, Qt::Key_Escape);
   }
   waiting_ = modal;
@@ -86,7 +87,8 @@ void WindowTest::Open(const QString& path) {
 }
 
 void TurnWheel(QWidget& widget, QPoint at, int eighths, Qt::KeyboardModifiers modifiers) {
-  QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, eighths}, Qt::NoButton, modifiers, Qt::NoScrollPhase, false);
+  QWheelEvent event(at, widget.mapToGlobal(at), {}, {0, eighths}, Qt::NoButton, modifiers, Qt::NoScrollPhase,
+                    false);
   QApplication::sendEvent(&widget, &event);
 }
 

@@ -13,14 +13,15 @@
 
 namespace parlowen {
 
-/// Does one thing to every modal window that comes up, as long as it lives, and remembers what the boxes said.
+/// Does one thing to every modal window that comes up, as long as it lives, and remembers what the boxes
+/// said.
 class BoxWatcher {
  public:
   /// Presses the button with that text in message boxes ("" for Escape).
   explicit BoxWatcher(const QString& button);
   /// Calls `act` once for each modal window.
   explicit BoxWatcher(std::function<void(QWidget&)> act);
-  QStringList texts;      ///< of the message boxes
+  QStringList texts;  ///< of the message boxes
   QStringList captions;
 
  private:
@@ -43,7 +44,9 @@ class WindowTest : public ::testing::Test {
   SoundDocument& Document() { return window->Station().document; }
   PaneWidget& Waveform() { return window->PaneOf(Pane::Waveform); }
   /// The widget's pixel over a column of the pane.
-  static QPoint At(const PaneWidget& pane, int column) { return {PaneWidget::kGutter + column, pane.height() / 2}; }
+  static QPoint At(const PaneWidget& pane, int column) {
+    return {PaneWidget::kGutter + column, pane.height() / 2};
+  }
   void Restart();
   /// Brings the main window to the front again, where shortcuts act.
   void Activate();

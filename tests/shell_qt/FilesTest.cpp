@@ -37,9 +37,13 @@ class FilesTest : public WindowTest {
 
 TEST_F(FilesTest, EachKindOfFileGoesToItsReader) {
   // Two channels of 3 samples at 10 kHz: form head, header chunk, speech chunks.
-  const auto little = [](int value) { return QByteArray(1, static_cast<char>(value & 255)) + QByteArray(1, static_cast<char>(value >> 8)) + QByteArray(2, 0); };
+  const auto little = [](int value) {
+    return QByteArray(1, static_cast<char>(value & 255)) + QByteArray(1, static_cast<char>(value >> 8)) +
+           QByteArray(2, 0);
+  };
   const QByteArray head = "NHDR" + little(100) + QByteArray(36, 0) + little(10000) + QByteArray(60, 0);
-  const QByteArray rest = head + "SDA_" + little(6) + QByteArray("abcdef") + "SD_B" + little(6) + QByteArray("ghijkl");
+  const QByteArray rest =
+      head + "SDA_" + little(6) + QByteArray("abcdef") + "SD_B" + little(6) + QByteArray("ghijkl");
   const auto write = [&](const char* name, const QByteArray& bytes) {
     QFile file(folder.filePath(name));
     EXPECT_TRUE(file.open(QIODevice::WriteOnly));
@@ -52,7 +56,8 @@ TEST_F(FilesTest, EachKindOfFileGoesToItsReader) {
   EXPECT_EQ(Document().sampleCount, 3);
   EXPECT_TRUE(preferences->RecentFiles().constFirst().endsWith("two.NSP"));
   // A palate recording: date, rate, number of samples, maxima.
-  const QByteArray palate = "HEDR" + little(32) + QByteArray(20, 0) + little(8000) + little(3) + QByteArray(4, 0) + "SDA_" + little(6) + QByteArray("abcdef");
+  const QByteArray palate = "HEDR" + little(32) + QByteArray(20, 0) + little(8000) + little(3) +
+                            QByteArray(4, 0) + "SDA_" + little(6) + QByteArray("abcdef");
   EXPECT_TRUE(Drop(write("palate.nsp", "FORMDS16" + little(static_cast<int>(palate.size())) + palate)));
   EXPECT_EQ(Document().sampleRate, 8000);
   EXPECT_TRUE(Station().palate.loaded);
@@ -97,22 +102,23 @@ TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
   };
   choose(chosen);
   EXPECT_EQ(Station().exportFolder, other.path().toStdString());
-  choose(SoundsFile("MANIFEST.md"));   // refused: not loaded
+  choose(SoundsFile("MANIFEST.md"));  // refused: not loaded
   EXPECT_EQ(Station().exportFolder, other.path().toStdString());
   // The folder is gone, so nothing can be written there.
   ASSERT_TRUE(other.remove());
   ASSERT_TRUE(window->Dispatch(40026));
   EXPECT_EQ(Station().exportFolder, documents);
-  EXPECT_TRUE(window->StatusShown().contains(QString::fromStdString(documents))) << window->StatusShown().toStdString();
+  EXPECT_TRUE(window->StatusShown().contains(QString::fromStdString(documents)))
+      << window->StatusShown().toStdString();
   ASSERT_TRUE(window->Dispatch(40004));
-  EXPECT_TRUE(window->StatusShown().isEmpty());   // said once
+  EXPECT_TRUE(window->StatusShown().isEmpty());  // said once
   EXPECT_EQ(QDir::currentPath(), process);
 }
 
 TEST_F(FilesTest, AChangedSoundIsAskedAboutBeforeAnotherTakesItsPlace) {
   const QString first = WriteRamp("first.wav", 16000, 5000), second = WriteRamp("second.wav", 8000, 300);
   Open(first);
-  Open(second);   // unchanged: no question, or this would hang
+  Open(second);  // unchanged: no question, or this would hang
   Open(first);
   Change();
   {
@@ -126,7 +132,7 @@ TEST_F(FilesTest, AChangedSoundIsAskedAboutBeforeAnotherTakesItsPlace) {
   }
   {
     BoxWatcher cancel([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    ASSERT_TRUE(window->Dispatch(130));   // the cancelled dialog saves nothing
+    ASSERT_TRUE(window->Dispatch(130));  // the cancelled dialog saves nothing
     Open(second);
     EXPECT_TRUE(cancel.texts.constLast().contains("放弃改动"));
     EXPECT_EQ(Document().sampleCount, 4900);

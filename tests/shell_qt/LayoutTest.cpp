@@ -20,16 +20,18 @@ TEST_F(LayoutTest, EverythingHasItsPlaceAndNoTextIsCutAt1024By720) {
   QApplication::processEvents();
   ASSERT_EQ(window->size(), QSize(1024, 720)) << "something asks for more room";
 
-  std::vector<QWidget*> parts = {window->menuBar(), window->findChild<QToolBar*>(), window->findChild<TimeAxisStrip*>(),
-                                 window->findChild<OverviewStrip*>()};
-  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform}) parts.push_back(&window->PaneOf(pane));
+  std::vector<QWidget*> parts = {window->menuBar(), window->findChild<QToolBar*>(),
+                                 window->findChild<TimeAxisStrip*>(), window->findChild<OverviewStrip*>()};
+  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform})
+    parts.push_back(&window->PaneOf(pane));
   for (auto* label : window->findChildren<ElidedLabel*>()) parts.push_back(label);
   std::vector<QRect> places;
   for (QWidget* part : parts) {
     ASSERT_NE(part, nullptr);
     const QRect place(part->mapTo(window.get(), QPoint()), part->size());
     EXPECT_TRUE(window->rect().contains(place));
-    for (const QRect& other : places) EXPECT_FALSE(place.intersects(other)) << place.y() << " and " << other.y();
+    for (const QRect& other : places)
+      EXPECT_FALSE(place.intersects(other)) << place.y() << " and " << other.y();
     places.push_back(place);
   }
   for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform})

@@ -57,7 +57,7 @@ TEST_F(MarkersTest, ChangedMarkersAreAskedAboutBeforeTheyAreLost) {
   ClickBand(120);
   Widget()->Button("保存标志")->click();
   BoxWatcher none("否(&N)");
-  window->OpenFile(sound);   // saved: nothing to ask
+  window->OpenFile(sound);  // saved: nothing to ask
   window->Dispatch(40105);
   EXPECT_EQ(none.texts, QStringList());
   EXPECT_EQ(Station().markers.set, set);

@@ -12,7 +12,7 @@ namespace parlowen {
 namespace {
 
 constexpr int kRate = 16000;
-constexpr int kColumn = kRate / 100;   // samples under a column at the start scale
+constexpr int kColumn = kRate / 100;  // samples under a column at the start scale
 
 class PaneTest : public WindowTest {
  protected:
@@ -187,7 +187,8 @@ TEST_F(PaneTest, ThePanesMenuComesByKeyboardAndNotByAPlainRightClick) {
   QContextMenuEvent byMouse(QContextMenuEvent::Mouse, {200, 20}, Waveform().mapToGlobal(QPoint(200, 20)));
   QApplication::sendEvent(&Waveform(), &byMouse);
   EXPECT_EQ(opened, 0);
-  QContextMenuEvent byControl(QContextMenuEvent::Mouse, {200, 20}, Waveform().mapToGlobal(QPoint(200, 20)), Qt::ControlModifier);
+  QContextMenuEvent byControl(QContextMenuEvent::Mouse, {200, 20}, Waveform().mapToGlobal(QPoint(200, 20)),
+                              Qt::ControlModifier);
   QApplication::sendEvent(&Waveform(), &byControl);
   EXPECT_EQ(opened, 1);
   QTest::mouseClick(&Waveform(), Qt::RightButton, Qt::ControlModifier, At(Waveform(), 200));

@@ -41,7 +41,8 @@ double MeanDistance(const QImage& a, const QImage& b) {
 
 /// Cells of `side` by `side` pixels: the two painters smooth edges and rows of an image in ways of their own.
 QImage Coarse(const QImage& image, int side) {
-  return image.scaled(image.width() / side, image.height() / side, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+  return image.scaled(image.width() / side, image.height() / side, Qt::IgnoreAspectRatio,
+                      Qt::SmoothTransformation);
 }
 
 QImage WhitePaper(QSize size) {
@@ -90,7 +91,7 @@ class PictureTest : public WindowTest {
     WindowTest::SetUp();
     Open(SoundsFile("mandarin_mao_four_tones_male_44100.wav"));
     Station().Select(20000, 60000);
-    window->setFocus();   // no ring around a pane
+    window->setFocus();  // no ring around a pane
   }
 };
 

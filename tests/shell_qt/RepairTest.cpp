@@ -11,7 +11,7 @@ namespace parlowen {
 namespace {
 
 constexpr int kRate = 16000;
-constexpr int kPeriod = 128;   // samples: 125 Hz
+constexpr int kPeriod = 128;  // samples: 125 Hz
 
 class RepairTest : public WindowTest {
  protected:
@@ -21,7 +21,8 @@ class RepairTest : public WindowTest {
     const int count = seconds * kRate;
     WriteWavHeader(out, kRate, 1, count);
     for (int i = 0; i < count; ++i)
-      out.PutInt16LE(static_cast<std::int16_t>(9000.0 * std::exp(-(i % kPeriod) / 12.0) * std::cos((i % kPeriod) * 0.3)));
+      out.PutInt16LE(static_cast<std::int16_t>(9000.0 * std::exp(-(i % kPeriod) / 12.0) *
+                                               std::cos((i % kPeriod) * 0.3)));
     const QString path = folder.filePath(name);
     EXPECT_EQ(ReplaceFile(path.toStdString(), out.bytes()), 0);
     return path;
@@ -50,7 +51,7 @@ TEST_F(RepairTest, ARightDragMarksFramesThatTheKeysThenChange) {
   RightDrag(600, 300);
   EXPECT_EQ(Repair().marked.first, FrameAt(300));
   EXPECT_EQ(Repair().marked.last, FrameAt(600));
-  EXPECT_FALSE(Repair().markStart);   // the drag is whole: the next click begins anew
+  EXPECT_FALSE(Repair().markStart);  // the drag is whole: the next click begins anew
   EXPECT_EQ(Document().selectionStart, start);
   EXPECT_EQ(Document().selectionEnd, end);
   const auto value = [&](int frame) { return Document().pitch[static_cast<std::size_t>(frame)]; };
@@ -68,7 +69,7 @@ TEST_F(RepairTest, ARightDragMarksFramesThatTheKeysThenChange) {
 TEST_F(RepairTest, ALongAnalysisThatIsCancelledLeavesTheContourAsItWas) {
   Open(WritePulses("long.wav", 95));
   const PitchContour before = Document().pitch;
-  window->Dialogs().quietMilliseconds = 0;   // the analysis may take less than the half second
+  window->Dialogs().quietMilliseconds = 0;  // the analysis may take less than the half second
   int shown = 0;
   BoxWatcher watcher([&](QWidget& widget) {
     auto* progress = qobject_cast<QProgressDialog*>(&widget);

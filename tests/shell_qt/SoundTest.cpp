@@ -19,7 +19,8 @@ class SoundTest : public WindowTest {
   }
   static std::vector<std::int16_t> Square(int amplitude) {
     std::vector<std::int16_t> block;
-    for (int i = 0; i < kBlockSamples; ++i) block.push_back(static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude));
+    for (int i = 0; i < kBlockSamples; ++i)
+      block.push_back(static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude));
     return block;
   }
 
@@ -31,7 +32,8 @@ TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
   Open(WriteRamp("a.wav", 16000, 20000));
   ASSERT_TRUE(window->Dispatch(272));
   QCoreApplication::processEvents();
-  for (const CommandRow& row : CommandTable()) EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), row.number == 274) << row.number;
+  for (const CommandRow& row : CommandTable())
+    EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), row.number == 274) << row.number;
   QTest::mouseClick(&Waveform(), Qt::LeftButton, {}, At(Waveform(), 100));
   EXPECT_LT(Document().selectionStart, 0);
   window->OpenFile(WriteRamp("b.wav", 16000, 100));

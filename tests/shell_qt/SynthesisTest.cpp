@@ -54,7 +54,7 @@ TEST_F(SynthesisTest, AMelodyIsDrawnHeardSavedAndTheButtonEndsIt) {
   Run(16000, [&](ToolWidget& widget) {
     EXPECT_EQ(widget.windowTitle(), "选定段按给定音高合成声音");
     EXPECT_FALSE(widget.Button("保存合成音")->isEnabled());
-    const int zoom = (widget.Canvas()->width() - kSynthesisGutter) / 101;   // a second fills the area
+    const int zoom = (widget.Canvas()->width() - kSynthesisGutter) / 101;  // a second fills the area
     ASSERT_GT(zoom, 3);
     QTest::mouseClick(widget.Canvas(), Qt::LeftButton, {}, {10 * zoom + 1, 96});
     QTest::mouseClick(widget.Canvas(), Qt::LeftButton, {}, {60 * zoom + 1, 96});
@@ -69,7 +69,7 @@ TEST_F(SynthesisTest, AMelodyIsDrawnHeardSavedAndTheButtonEndsIt) {
 
     QTest::keyClick(widget.Canvas(), Qt::Key_Space);
     EXPECT_TRUE(Station().player.playing());
-    loudspeaker.onDone();   // the device's notice comes while the window is open
+    loudspeaker.onDone();  // the device's notice comes while the window is open
     EXPECT_FALSE(Station().player.playing());
     EXPECT_EQ(loudspeaker.heard.size(), 16000u);
     EXPECT_TRUE(widget.Button("保存合成音")->isEnabled());

@@ -17,10 +17,16 @@ class Recorder : public ToolWindow {
 
   std::string Name() const override { return name_; }
   std::string Title() const override { return "记录"; }
-  std::vector<ToolControl> Controls() const override { return {{1101, "甲", true}, {0, "乙", false}, {0, "重开", true}}; }
+  std::vector<ToolControl> Controls() const override {
+    return {{1101, "甲", true}, {0, "乙", false}, {0, "重开", true}};
+  }
   Picture Draw(int width, int height) const override { return {width, height, {}}; }
   void Click(Window& window, Point at, MouseButton button, bool shift) override {
-    log_ += QString("click %1 %2 %3 %4").arg(at.x).arg(at.y).arg(button == MouseButton::Left ? "L" : "R").arg(shift);
+    log_ += QString("click %1 %2 %3 %4")
+                .arg(at.x)
+                .arg(at.y)
+                .arg(button == MouseButton::Left ? "L" : "R")
+                .arg(shift);
     window.Repaint();
   }
   bool Key(Window&, const std::string& key) override {
@@ -49,7 +55,7 @@ class ToolWidgetTest : public WindowTest {
     return window->Dialogs().FindToolWindow(name);
   }
   void TearDown() override {
-    window->Dialogs().CloseAllToolWindows();   // they still write into the log
+    window->Dialogs().CloseAllToolWindows();  // they still write into the log
     WindowTest::TearDown();
   }
   QStringList log;

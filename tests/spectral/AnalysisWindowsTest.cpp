@@ -61,7 +61,9 @@ struct Desk {
   TempFolder folder;
 };
 
-std::vector<std::int16_t> Vowel(int rate) { return testing::MakeVowel(testing::kNineVowels[0], rate, 125, rate); }
+std::vector<std::int16_t> Vowel(int rate) {
+  return testing::MakeVowel(testing::kNineVowels[0], rate, 125, rate);
+}
 
 TEST(FrameWindow, CutsItsFiguresAndFollowsWhileOpen) {
   Desk desk(Vowel(16000), 16000);
@@ -78,8 +80,10 @@ TEST(FrameWindow, CutsItsFiguresAndFollowsWhileOpen) {
   frame.formants.count = 2;
   frame.formants.frequency = {781.9, 1250};
   frame.formants.bandwidth = {95.5, 1100.7};
-  EXPECT_EQ(FrameLines(frame), (Texts{"黑色为 LPC 谱图，红色为窄带谱图", "本帧位置 : 0.25秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）",
-                                      "音强 E=71.3db  基频 F0=125/124Hz", "共振峰:", "F1=781   B1=   95", "F2=1250  B2= 1100"}));
+  EXPECT_EQ(FrameLines(frame),
+            (Texts{"黑色为 LPC 谱图，红色为窄带谱图",
+                   "本帧位置 : 0.25秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）",
+                   "音强 E=71.3db  基频 F0=125/124Hz", "共振峰:", "F1=781   B1=   95", "F2=1250  B2= 1100"}));
   desk.window.Close();
   desk.Select(8000, 9000);
   FollowSelectedFrames(desk.window, desk.document, desk.frames, desk.analyser);
@@ -90,14 +94,17 @@ TEST(LtaWindow, RefusedFilesLeaveTheLevelsAlone) {
   Desk desk(Vowel(16000), 16000);
   desk.Select(2000, 10000);
   LongTermSpectrumCommand(desk.window, desk.document, desk.lta);
-  EXPECT_EQ(desk.lta.frames, 199);   // p ≤ 10000 − 80, every 40 samples
+  EXPECT_EQ(desk.lta.frames, 199);  // p ≤ 10000 − 80, every 40 samples
   const LtaSpectrum first = desk.lta.levels;
-  desk.window.answers = {"cancel", "file:" + desk.folder.path() + "/no/such/place.lta", "file:" + (desk.folder / "a.lta")};
-  for (const int result : {1, 1, 0}) EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Save), result);
+  desk.window.answers = {"cancel", "file:" + desk.folder.path() + "/no/such/place.lta",
+                         "file:" + (desk.folder / "a.lta")};
+  for (const int result : {1, 1, 0})
+    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Save), result);
   desk.Select(3000, 4000);
   EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compute), 2);
   desk.window.answers = {"file:" + (desk.folder / "a.lta"), "cancel", "file:" + (desk.folder / "none.lta")};
-  for (const int result : {0, 1, 1}) EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), result);
+  for (const int result : {0, 1, 1})
+    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), result);
   EXPECT_GT(desk.lta.difference->deviation, 0.05);
   EXPECT_EQ(desk.lta.previous, first);
   // The sound has changed under the open window.
@@ -136,8 +143,11 @@ TEST(LtaFile, IsLevelsAndRateAndNothingElse) {
   ByteWriter file;
   WriteLta(file, record);
   ASSERT_EQ(file.bytes().size(), 2052u);
-  EXPECT_EQ(std::vector<int>(file.bytes().begin() + 2048, file.bytes().end()), (std::vector<int>{0x11, 0x2B, 0, 0}));
-  EXPECT_EQ(std::vector<int>(file.bytes().begin() + 8, file.bytes().begin() + 16), (std::vector<int>{0, 0, 0, 0, 0, 0, 0xF8, 0xBF})) << "−1.5";
+  EXPECT_EQ(std::vector<int>(file.bytes().begin() + 2048, file.bytes().end()),
+            (std::vector<int>{0x11, 0x2B, 0, 0}));
+  EXPECT_EQ(std::vector<int>(file.bytes().begin() + 8, file.bytes().begin() + 16),
+            (std::vector<int>{0, 0, 0, 0, 0, 0, 0xF8, 0xBF}))
+      << "−1.5";
   auto bytes = file.bytes();
   EXPECT_EQ(ParseLta(bytes)->levels, record.levels);
   EXPECT_EQ(ParseLta(bytes)->sampleRate, 11025);
@@ -145,7 +155,8 @@ TEST(LtaFile, IsLevelsAndRateAndNothingElse) {
   EXPECT_TRUE(ParseLta(bytes)) << "what follows is not looked at";
   EXPECT_FALSE(ParseLta(ByteSpan(bytes).first(2051)));
   EXPECT_FALSE(ParseLta({}));
-  for (const double bad : {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
+  for (const double bad :
+       {std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity()}) {
     record.levels[255] = bad;
     ByteWriter spoilt;
     WriteLta(spoilt, record);
@@ -155,21 +166,24 @@ TEST(LtaFile, IsLevelsAndRateAndNothingElse) {
 
 TEST(ConsonantWindow, TakesRatesAndPlacesUpToTheirBounds) {
   const auto noise = testing::Noise(6000, 6000);
-  for (const auto& [rate, accepted] : {std::pair{15999, false}, {16000, true}, {22050, true}, {22051, false}}) {
+  for (const auto& [rate, accepted] :
+       {std::pair{15999, false}, {16000, true}, {22050, true}, {22051, false}}) {
     Desk desk(noise, rate);
     desk.Select(1000, 3000);
     ConsonantFrameCommand(desk.window, desk.document, desk.consonant);
     EXPECT_EQ(desk.consonant.shown, accepted) << rate;
   }
   Desk desk(noise, 16000);
-  desk.Select(4999, -1000);   // 1001 samples before the end: the last place
+  desk.Select(4999, -1000);  // 1001 samples before the end: the last place
   ConsonantFrameCommand(desk.window, desk.document, desk.consonant);
   const double gravity = desk.consonant.frame.gravity;
   EXPECT_GT(gravity, 9);
   desk.Select(5000, -1000);
   ConsonantFrameCommand(desk.window, desk.document, desk.consonant);
   EXPECT_EQ(desk.consonant.frame.gravity, gravity) << "the previous values";
-  for (const auto& [share, height] : {std::pair{1.0, 120}, {0.1, 90}, {1e-3, 30}, {1e-4, 0}, {1e-9, 0}, {0.0, 0}}) EXPECT_EQ(BandBarHeight(share * 5e5, 5e5), height);
+  for (const auto& [share, height] :
+       {std::pair{1.0, 120}, {0.1, 90}, {1e-3, 30}, {1e-4, 0}, {1e-9, 0}, {0.0, 0}})
+    EXPECT_EQ(BandBarHeight(share * 5e5, 5e5), height);
   EXPECT_EQ(BandBarHeight(0, 0), 0);
 }
 
@@ -180,7 +194,8 @@ TEST(ConsonantWindow, AStretchIsSavedAndListed) {
   ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
   ASSERT_EQ(desk.consonant.stretch.size(), 7u);
   const std::string bytes = ReadFile(desk.folder / "s.con");
-  EXPECT_EQ(bytes.substr(0, 16), std::string("HEAD\x98\0\0\0\xE8\x03\0\0\xA0\0\0\0", 16));   // 8 + 32 + 7·16 behind, 1000, 160
+  EXPECT_EQ(bytes.substr(0, 16),
+            std::string("HEAD\x98\0\0\0\xE8\x03\0\0\xA0\0\0\0", 16));  // 8 + 32 + 7·16 behind, 1000, 160
   EXPECT_EQ(bytes.substr(16, 32), std::string("Gravity\0\0\0\0\0\0\0\0\0Dispersion\0\0\0\0\0\0", 32));
   desk.window.answers = {"yes", "file:" + desk.folder.path() + "/no/place.con"};
   ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
@@ -194,18 +209,25 @@ TEST(ConsonantFile, OneChangedByteIsNoticed) {
   ASSERT_TRUE(record);
   EXPECT_EQ(record->start, 77);
   EXPECT_EQ(record->frames[1].dispersion, -1);
-  EXPECT_EQ(ConsonantText(*record), "\r\n        Gravity     Dispersion \r\n\r\n          12.50           3.00\r\n  1000000000.00          -1.00");
+  EXPECT_EQ(
+      ConsonantText(*record),
+      "\r\n        Gravity     Dispersion \r\n\r\n          12.50           3.00\r\n  1000000000.00          -1.00");
   const struct {
     std::size_t place;
     std::uint8_t value;
     const char* why;
-  } faults[] = {{0, 'h', "the tag"}, {4, 71, "a byte short"}, {4, 73, "a byte over"}, {7, 0x80, "a negative length"}, {6, 1, "a length beyond the file"}};
+  } faults[] = {{0, 'h', "the tag"},
+                {4, 71, "a byte short"},
+                {4, 73, "a byte over"},
+                {7, 0x80, "a negative length"},
+                {6, 1, "a length beyond the file"}};
   for (const auto& fault : faults) {
     auto bytes = file.bytes();
     bytes[fault.place] = fault.value;
     EXPECT_FALSE(ParseConsonants(bytes)) << fault.why;
   }
-  for (std::size_t length = 0; length < file.bytes().size(); ++length) EXPECT_FALSE(ParseConsonants(ByteSpan(file).first(length))) << length;
+  for (std::size_t length = 0; length < file.bytes().size(); ++length)
+    EXPECT_FALSE(ParseConsonants(ByteSpan(file).first(length))) << length;
   ByteWriter empty;
   WriteConsonants(empty, {});
   EXPECT_EQ(ParseConsonants(empty)->frames.size(), 0u);

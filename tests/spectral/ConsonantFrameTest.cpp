@@ -11,7 +11,9 @@
 namespace parlowen {
 namespace {
 
-SampleSpan SpanOf(const std::vector<std::int16_t>& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
+SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
+  return {samples.data(), static_cast<int>(samples.size())};
+}
 
 TEST(ConsonantFrame, MeasuresFollowTheSlowTransform) {
   InitSignalTables();
@@ -24,7 +26,8 @@ TEST(ConsonantFrame, MeasuresFollowTheSlowTransform) {
       for (int n = 0; n < length; ++n) {
         const long double window = 0.54L - 0.46L * std::cos(2 * std::numbers::pi_v<long double> * n / length);
         const auto i = static_cast<std::size_t>(1000 + n);
-        sum += (sound[i + 1] - 0.95L * sound[i]) * window * std::polar(1.0L, -2 * std::numbers::pi_v<long double> * k * n / 512);
+        sum += (sound[i + 1] - 0.95L * sound[i]) * window *
+               std::polar(1.0L, -2 * std::numbers::pi_v<long double> * k * n / 512);
       }
       powers[k] = std::norm(sum);
     }
@@ -42,7 +45,10 @@ TEST(ConsonantFrame, MeasuresFollowTheSlowTransform) {
     }
     for (int band = 2; band <= 24; ++band) spread += std::pow(band - moment / sum, 2) * energy[band];
     const ConsonantFrame frame = AnalyseConsonantFrame(SpanOf(sound), rate, 1000);
-    for (int band = 2; band <= 24; ++band) EXPECT_NEAR(frame.bands[static_cast<std::size_t>(band - 2)], static_cast<double>(energy[band]), static_cast<double>(sum) * 1e-9) << band;
+    for (int band = 2; band <= 24; ++band)
+      EXPECT_NEAR(frame.bands[static_cast<std::size_t>(band - 2)], static_cast<double>(energy[band]),
+                  static_cast<double>(sum) * 1e-9)
+          << band;
     EXPECT_NEAR(frame.gravity, static_cast<double>(moment / sum), 1e-6);
     EXPECT_NEAR(frame.dispersion, static_cast<double>(std::sqrt(spread / sum)), 1e-6);
     EXPECT_NEAR(frame.intensity, static_cast<double>(10 * std::log10(sum / 23) - 50), 1e-6);
@@ -61,7 +67,7 @@ TEST(ConsonantFrame, AStretchKeepsItsLastFrameNearTheEnd) {
   InitSignalTables();
   const auto sound = testing::Noise(3000, 8000);
   const auto frames = AnalyseConsonant(SpanOf(sound), 16000, 1500, 2500, {});
-  ASSERT_EQ(frames.size(), 6u);   // 1000 / 160
+  ASSERT_EQ(frames.size(), 6u);  // 1000 / 160
   // 1500, 1660, 1820, 1980 start more than 1000 samples before the end; 2140 does not.
   for (std::size_t i = 1; i < 4; ++i) EXPECT_NE(frames[i].gravity, frames[i - 1].gravity);
   EXPECT_EQ(frames[3].gravity, AnalyseConsonantFrame(SpanOf(sound), 16000, 1980).gravity);

@@ -24,23 +24,30 @@ Signal Filtered(const Signal& input, int cutoff, bool highpass, int rate) {
   const int count = static_cast<int>(input.size());
   for (int n = 0; n < count; ++n)
     for (int m = 0; m < 41; ++m)
-      if (n + m - 20 >= 0 && n + m - 20 < count) output[static_cast<std::size_t>(n)] += taps[m] * input[static_cast<std::size_t>(n + m - 20)];
+      if (n + m - 20 >= 0 && n + m - 20 < count)
+        output[static_cast<std::size_t>(n)] += taps[m] * input[static_cast<std::size_t>(n + m - 20)];
   return output;
 }
 
 /// One channel after the other, one filter behind the other.
-std::vector<int> ExpectedGreys(const std::vector<std::int16_t>& sound, int rate, int start, int end, int columns, int peak) {
+std::vector<int> ExpectedGreys(const std::vector<std::int16_t>& sound, int rate, int start, int end,
+                               int columns, int peak) {
   start = std::max(start, 50);
   const int length = end - start, frame = rate > 12000 ? rate / 250 : rate / 300;
-  const auto at = [&](int n) { return n >= 0 && n < static_cast<int>(sound.size()) ? double(sound[static_cast<std::size_t>(n)]) : 0.0; };
+  const auto at = [&](int n) {
+    return n >= 0 && n < static_cast<int>(sound.size()) ? double(sound[static_cast<std::size_t>(n)]) : 0.0;
+  };
   Signal block;
-  for (int n = start - 50; n < end + 50; ++n) block.push_back((at(n + 1) - 0.95 * at(n)) * 1500 / (peak * rate * 0.0001));
+  for (int n = start - 50; n < end + 50; ++n)
+    block.push_back((at(n + 1) - 0.95 * at(n)) * 1500 / (peak * rate * 0.0001));
   const auto levelsOf = [&](const Signal& signal) {
     Signal levels;
     for (int j = 0; j < columns; ++j) {
       double energy = 0;
-      const std::size_t from = 50 + static_cast<std::size_t>(j) * static_cast<std::size_t>(length) / static_cast<std::size_t>(columns);
-      for (std::size_t n = from; n < from + static_cast<std::size_t>(frame) && n < signal.size(); ++n) energy += signal[n] * signal[n];
+      const std::size_t from = 50 + static_cast<std::size_t>(j) * static_cast<std::size_t>(length) /
+                                        static_cast<std::size_t>(columns);
+      for (std::size_t n = from; n < from + static_cast<std::size_t>(frame) && n < signal.size(); ++n)
+        energy += signal[n] * signal[n];
       levels.push_back(PowerToDb(energy, 0));
     }
     return levels;
@@ -49,7 +56,9 @@ std::vector<int> ExpectedGreys(const std::vector<std::int16_t>& sound, int rate,
   for (const double value : block) copy.push_back(static_cast<std::int16_t>(value));
   double taps[41];
   DesignFirFilter(2000, 0.92, 20, 0, taps, rate);
-  EXPECT_EQ(ApplyFirFilter(41, static_cast<int>(copy.size()) - 39, 20, taps, copy.data(), static_cast<int>(copy.size())), 0);
+  EXPECT_EQ(ApplyFirFilter(41, static_cast<int>(copy.size()) - 39, 20, taps, copy.data(),
+                           static_cast<int>(copy.size())),
+            0);
   const Signal range = levelsOf(Signal(copy.begin(), copy.end()));
   const auto [low, high] = std::minmax_element(range.begin(), range.end());
   const double contrast = 255 / std::max(40.0, 0.75 * (*high - *low));
@@ -58,13 +67,19 @@ std::vector<int> ExpectedGreys(const std::vector<std::int16_t>& sound, int rate,
   for (int c = 1; c <= 255; ++c) {
     const int lower = (c - 1) * rate / 512, upper = (c + 1) * rate / 512;
     Signal signal = block;
-    if (upper < rate / 2 - 10) signal = Filtered(signal, upper, false, rate);
-    else for (double& value : signal) value *= 0.8;
-    if (lower < 11) for (double& value : signal) value *= 0.8;
-    else signal = Filtered(signal, lower, true, rate);
+    if (upper < rate / 2 - 10)
+      signal = Filtered(signal, upper, false, rate);
+    else
+      for (double& value : signal) value *= 0.8;
+    if (lower < 11)
+      for (double& value : signal) value *= 0.8;
+    else
+      signal = Filtered(signal, lower, true, rate);
     const Signal levels = levelsOf(signal);
     for (int j = 0; j < columns; ++j)
-      for (const int row : {c, c - 1}) greys[static_cast<std::size_t>(j * 256 + row)] = std::max(0, 255 - static_cast<int>(contrast * levels[static_cast<std::size_t>(j)]));
+      for (const int row : {c, c - 1})
+        greys[static_cast<std::size_t>(j * 256 + row)] =
+            std::max(0, 255 - static_cast<int>(contrast * levels[static_cast<std::size_t>(j)]));
   }
   return greys;
 }
@@ -74,13 +89,19 @@ TEST(FilterBank, ChannelsAreTwoFiltersOneBehindTheOther) {
   const auto sound = testing::MakeVowel(testing::kNineVowels[0], 16000, 110, 4000);
   const struct {
     int rate, start, end, columns;
-  } cases[] = {{16000, 1000, 2600, 100}, {12000, 0, 900, 37}, {12001, 30, 1500, 50}, {8000, 51, 400, 984}, {44100, 3000, 3999, 20}};
+  } cases[] = {{16000, 1000, 2600, 100},
+               {12000, 0, 900, 37},
+               {12001, 30, 1500, 50},
+               {8000, 51, 400, 984},
+               {44100, 3000, 3999, 20}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.rate));
     const auto expected = ExpectedGreys(sound, c.rate, c.start, c.end, c.columns, 9000);
-    const SpectrogramMatrix matrix = ComputeFilterBank({sound.data(), 4000}, c.rate, c.start, c.end, c.columns, 9000);
+    const SpectrogramMatrix matrix =
+        ComputeFilterBank({sound.data(), 4000}, c.rate, c.start, c.end, c.columns, 9000);
     ASSERT_EQ(matrix.columns, c.columns);
-    for (std::size_t i = 0; i < expected.size(); ++i) ASSERT_EQ(matrix.greys[i], expected[i]) << i / 256 << " " << i % 256;
+    for (std::size_t i = 0; i < expected.size(); ++i)
+      ASSERT_EQ(matrix.greys[i], expected[i]) << i / 256 << " " << i % 256;
   }
 }
 
@@ -88,8 +109,11 @@ TEST(FilterBank, AToneIsDarkestAtItsRow) {
   InitSignalTables();
   for (const int row : {20, 64, 128, 200}) {
     std::vector<std::int16_t> tone(16000);
-    for (std::size_t i = 0; i < tone.size(); ++i) tone[i] = static_cast<std::int16_t>(std::lround(9000 * std::sin(2 * std::numbers::pi * row / 512 * static_cast<double>(i))));
-    std::fill(tone.begin() + 8000, tone.end(), std::int16_t{0});   // silence makes the range wide, and the contrast low
+    for (std::size_t i = 0; i < tone.size(); ++i)
+      tone[i] = static_cast<std::int16_t>(
+          std::lround(9000 * std::sin(2 * std::numbers::pi * row / 512 * static_cast<double>(i))));
+    std::fill(tone.begin() + 8000, tone.end(),
+              std::int16_t{0});  // silence makes the range wide, and the contrast low
     const SpectrogramMatrix matrix = ComputeFilterBank({tone.data(), 16000}, 16000, 2000, 12000, 100, 90000);
     const std::uint16_t* greys = matrix.Column(30);
     const int darkest = static_cast<int>(std::min_element(greys, greys + 256) - greys);
@@ -110,7 +134,7 @@ TEST(FilterBank, StretchesAtTheirBounds) {
   EXPECT_EQ(ComputeFilterBank(span, 16000, 0, 51, 4, 1).columns, 4);
   EXPECT_EQ(ComputeFilterBank({nullptr, 0}, 16000, 0, 0, 984, 1).columns, 0);
   const auto noise = testing::Noise(300, 32000);
-  for (const int rate : {1000, 384000})   // the end of the sound, and scales beyond 16 bits
+  for (const int rate : {1000, 384000})  // the end of the sound, and scales beyond 16 bits
     EXPECT_EQ(ComputeFilterBank({noise.data(), 300}, rate, 0, 300, 10, 1).columns, 10);
   EXPECT_EQ(FilterBankFrameLength(12000), 40);
   EXPECT_EQ(FilterBankFrameLength(12001), 48);

@@ -34,14 +34,18 @@ TEST(FrameParameters, CurvesAreScaledAndMovedTogether) {
     MakeAnalysisWindow(length, 0);
     ComputeFrameSpectrum(sound.document.Samples(), at, length, 0, peak, narrow, {rate, 1});
     LpcEnvelope(sound.document.Samples(), at, length, false, 16, {rate, peak}, sound.analyser, lpc.data());
-    const auto top = static_cast<std::size_t>(std::max_element(narrow.begin() + 15, narrow.end()) - narrow.begin());
-    const double mean = std::accumulate(narrow.begin() + static_cast<std::ptrdiff_t>(top) - 2, narrow.begin() + static_cast<std::ptrdiff_t>(top) + 3, 0.0) / 5;
+    const auto top =
+        static_cast<std::size_t>(std::max_element(narrow.begin() + 15, narrow.end()) - narrow.begin());
+    const double mean = std::accumulate(narrow.begin() + static_cast<std::ptrdiff_t>(top) - 2,
+                                        narrow.begin() + static_cast<std::ptrdiff_t>(top) + 3, 0.0) /
+                        5;
     const double shift = 1.2 * (mean - *std::max_element(lpc.begin() + 15, lpc.end()));
     for (std::size_t k = 0; k < 256; ++k) {
       EXPECT_DOUBLE_EQ(frame.narrow[k], 1.2 * narrow[k]);
       EXPECT_NEAR(frame.lpc[k], std::max(0.0, 1.2 * lpc[k] + shift), 1e-9);
     }
-    EXPECT_EQ(frame.formants.frequency, PickFormants(lpc.data(), 256, rate).frequency) << "of the unscaled envelope";
+    EXPECT_EQ(frame.formants.frequency, PickFormants(lpc.data(), 256, rate).frequency)
+        << "of the unscaled envelope";
     EXPECT_NEAR(frame.f0Cepstral, 118, 3);
   }
 }
@@ -81,11 +85,14 @@ TEST(FrameComparison, PeaksCoincideAndFormantsAreOfEachFrame) {
       const auto second = testing::MakeVowel(testing::kNineVowels[3], rate, 110, rate / 2);
       samples.insert(samples.end(), second.begin(), second.end());
       Sound sound(samples, rate);
-      const FrameComparison both = CompareFrames(sound.document, rate / 4, rate * 3 / 4, voiced, sound.analyser);
-      const auto top = [](const FrameSpectrum& curve) { return *std::max_element(curve.begin(), curve.begin() + 246); };
+      const FrameComparison both =
+          CompareFrames(sound.document, rate / 4, rate * 3 / 4, voiced, sound.analyser);
+      const auto top = [](const FrameSpectrum& curve) {
+        return *std::max_element(curve.begin(), curve.begin() + 246);
+      };
       EXPECT_NEAR(top(both.a.curve), top(both.b.curve), 1e-9);
       EXPECT_GT(top(both.a.curve), 20);
-      EXPECT_NEAR(both.a.time, 0.245, 0.0051);   // cut to hundredths
+      EXPECT_NEAR(both.a.time, 0.245, 0.0051);  // cut to hundredths
       EXPECT_NEAR(both.b.time, 0.745, 0.0051);
       if (voiced) {
         EXPECT_NEAR(both.a.frequency[0], 760, 60);
@@ -96,7 +103,8 @@ TEST(FrameComparison, PeaksCoincideAndFormantsAreOfEachFrame) {
       const FrameComparison same = CompareFrames(sound.document, rate / 4, rate / 4, voiced, sound.analyser);
       EXPECT_EQ(same.a.curve, same.b.curve);
       EXPECT_EQ(same.a.frequency, same.b.frequency);
-      const FrameComparison turned = CompareFrames(sound.document, rate * 3 / 4, rate / 4, voiced, sound.analyser);
+      const FrameComparison turned =
+          CompareFrames(sound.document, rate * 3 / 4, rate / 4, voiced, sound.analyser);
       EXPECT_EQ(turned.a.curve, both.b.curve);
     }
 }

@@ -42,7 +42,9 @@ struct Sound {
   LpcAnalyser analyser;
 };
 
-int Grey(double contrast, double level) { return std::clamp(255 - static_cast<int>(contrast * level), 0, 255); }
+int Grey(double contrast, double level) {
+  return std::clamp(255 - static_cast<int>(contrast * level), 0, 255);
+}
 
 float LoudestLevel(const SoundDocument& d) {
   float loudest = 0;
@@ -85,8 +87,10 @@ TEST(Kinds, ColumnsAreTheFramesOfTheirAnalysis) {
         if (kind == Kind::Formants) {
           const FormantFrame formants = PickFormants(levels, 256, rate);
           for (std::size_t i = 0; i < 5 && static_cast<int>(i) < formants.count; ++i) {
-            const int f = static_cast<int>(formants.frequency[i] * 512 / rate), w = static_cast<int>(formants.bandwidth[i] * 256 / rate);
-            for (int row = std::max(0, f - w); row <= std::min(255, f + w); ++row) expected[static_cast<std::size_t>(row)] = Grey(contrast, levels[f]);
+            const int f = static_cast<int>(formants.frequency[i] * 512 / rate),
+                      w = static_cast<int>(formants.bandwidth[i] * 256 / rate);
+            for (int row = std::max(0, f - w); row <= std::min(255, f + w); ++row)
+              expected[static_cast<std::size_t>(row)] = Grey(contrast, levels[f]);
           }
         } else {
           for (std::size_t row = 0; row < 256; ++row) expected[row] = Grey(contrast, levels[row]);
@@ -101,7 +105,8 @@ TEST(Kinds, TheContrastStaysThatOfTheCommand) {
   Sound sound(16000);
   sound.Draw(Kind::Lpc);
   const double before = sound.shown.contrast;
-  for (int i = 0; i < 16000; ++i) sound.document.samples[i] = static_cast<std::int16_t>(sound.document.samples[i] / 8);
+  for (int i = 0; i < 16000; ++i)
+    sound.document.samples[i] = static_cast<std::int16_t>(sound.document.samples[i] / 8);
   RedrawSpectrogram(sound.document, sound.shown);
   EXPECT_EQ(sound.shown.contrast, before);
   sound.Draw(Kind::Lpc);
@@ -109,12 +114,15 @@ TEST(Kinds, TheContrastStaysThatOfTheCommand) {
 }
 
 TEST(Kinds, TheAnalyserKeepsTheLoudestFrame) {
-  // Where no column predicts, the coefficients are those of order 12 of the loudest 10 ms; frame 50 for the first eleven.
+  // Where no column predicts, the coefficients are those of order 12 of the loudest 10 ms; frame 50 for the
+  // first eleven.
   Sound sound(8000, 24000);
   sound.Select(1000, 17000);
   for (const auto& [loud, frame] : {std::pair{30, 30}, {11, 11}, {10, 50}, {0, 50}}) {
-    for (int i = 0; i < 24000; ++i) sound.document.samples[i] = static_cast<std::int16_t>(i * 7919 % 2001 - 1000);
-    for (int i = 0; i < 80; ++i) sound.document.samples[1000 + loud * 80 + i] = static_cast<std::int16_t>(i * 104729 % 9001 - 4500);
+    for (int i = 0; i < 24000; ++i)
+      sound.document.samples[i] = static_cast<std::int16_t>(i * 7919 % 2001 - 1000);
+    for (int i = 0; i < 80; ++i)
+      sound.document.samples[1000 + loud * 80 + i] = static_cast<std::int16_t>(i * 104729 % 9001 - 4500);
     sound.Draw(Kind::NarrowBand);
     LpcAnalyser expected;
     double levels[256];
@@ -128,8 +136,8 @@ TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
   SpectrogramState state;
   state.shown = true;
   state.ridges.assign(100, {});
-  for (auto& ridge : state.ridges) ridge.fill(2);   // a row
-  for (std::size_t row = 100; row < 140; ++row) state.ridges[0][row] = 100;   // a wall of 80 rows in front
+  for (auto& ridge : state.ridges) ridge.fill(2);                            // a row
+  for (std::size_t row = 100; row < 140; ++row) state.ridges[0][row] = 100;  // a wall of 80 rows in front
   const Picture picture = RidgePicture(state, 1024, 330);
   int highest = 330;
   for (const Mark& mark : picture.marks) {
@@ -137,7 +145,8 @@ TEST(ThreeDimensions, NothingIsDrawnBehindAnEarlierFrame) {
     for (const Point& point : line.points) {
       EXPECT_LT(point.x, 1024);
       highest = std::min(highest, point.y);
-      // Rows 101..138 of the front frame stand at columns 323..434; what is behind them must be higher than the wall.
+      // Rows 101..138 of the front frame stand at columns 323..434; what is behind them must be higher than
+      // the wall.
       const bool overTheWall = &mark != &picture.marks[0] && point.x > 323 && point.x < 434;
       EXPECT_TRUE(!overTheWall || point.y < 330 - 20 - 80) << point.x;
     }
@@ -179,10 +188,12 @@ TEST(Kinds, SilenceAndNothingAreWhite) {
     Sound sound(16000, 16000);
     std::fill_n(sound.document.samples.data(), 16000, std::int16_t{0});
     sound.document.resetForNewSound(count, 16000, sound.states);
-    for (const Kind kind : {Kind::WideBand, Kind::NarrowBand, Kind::Lpc, Kind::Homomorphic, Kind::Cepstrum, Kind::Formants, Kind::FilterBank})
+    for (const Kind kind : {Kind::WideBand, Kind::NarrowBand, Kind::Lpc, Kind::Homomorphic, Kind::Cepstrum,
+                            Kind::Formants, Kind::FilterBank})
       for (const bool threeDimensional : {false, true}) {
         const auto& greys = sound.Draw(kind, threeDimensional).matrix.greys;
-        EXPECT_TRUE(std::all_of(greys.begin(), greys.end(), [](int grey) { return grey == 255; })) << SpectrogramKindName(kind) << count;
+        EXPECT_TRUE(std::all_of(greys.begin(), greys.end(), [](int grey) { return grey == 255; }))
+            << SpectrogramKindName(kind) << count;
         SpectrumWindowPicture(sound.document, sound.shown, true, 1024, 640);
       }
     EXPECT_TRUE(sound.window.Log().empty());

@@ -32,29 +32,36 @@ struct LeastSquares {
   long double residual;
 };
 
-/// min Σ (y[n] − Σ a(i)·y[n−i])² over n = order .. N − 2 by Householder reflections of the data, no covariances at all.
+/// min Σ (y[n] − Σ a(i)·y[n−i])² over n = order .. N − 2 by Householder reflections of the data, no
+/// covariances at all.
 LeastSquares SolveByReflections(const Column& y, int order, int frameLength) {
   const int rows = frameLength - 1 - order;
   std::vector<Column> a(static_cast<std::size_t>(order) + 1, Column(static_cast<std::size_t>(rows)));
-  for (int i = 0; i <= order; ++i)   // the last column is the right side
-    for (int r = 0; r < rows; ++r) a[static_cast<std::size_t>(i)][static_cast<std::size_t>(r)] = y[static_cast<std::size_t>(order + r - (i == order ? 0 : i + 1))];
+  for (int i = 0; i <= order; ++i)  // the last column is the right side
+    for (int r = 0; r < rows; ++r)
+      a[static_cast<std::size_t>(i)][static_cast<std::size_t>(r)] =
+          y[static_cast<std::size_t>(order + r - (i == order ? 0 : i + 1))];
   for (std::size_t k = 0; k < static_cast<std::size_t>(order); ++k) {
     Column v(a[k].begin() + static_cast<std::ptrdiff_t>(k), a[k].end());
     const long double norm = std::sqrt(std::inner_product(v.begin(), v.end(), v.begin(), 0.0L));
     v[0] += v[0] < 0 ? -norm : norm;
     const long double square = std::inner_product(v.begin(), v.end(), v.begin(), 0.0L);
     for (std::size_t c = k; c < a.size(); ++c) {
-      const long double share = 2 * std::inner_product(v.begin(), v.end(), a[c].begin() + static_cast<std::ptrdiff_t>(k), 0.0L) / square;
+      const long double share =
+          2 * std::inner_product(v.begin(), v.end(), a[c].begin() + static_cast<std::ptrdiff_t>(k), 0.0L) /
+          square;
       for (std::size_t r = 0; r < v.size(); ++r) a[c][k + r] -= share * v[r];
     }
   }
   LeastSquares result{Column(static_cast<std::size_t>(order)), 0};
   for (std::size_t i = static_cast<std::size_t>(order); i-- > 0;) {
     long double sum = a.back()[i];
-    for (std::size_t c = i + 1; c < static_cast<std::size_t>(order); ++c) sum -= a[c][i] * result.coefficients[c];
+    for (std::size_t c = i + 1; c < static_cast<std::size_t>(order); ++c)
+      sum -= a[c][i] * result.coefficients[c];
     result.coefficients[i] = sum / a[i][i];
   }
-  for (std::size_t r = static_cast<std::size_t>(order); r < a.back().size(); ++r) result.residual += a.back()[r] * a.back()[r];
+  for (std::size_t r = static_cast<std::size_t>(order); r < a.back().size(); ++r)
+    result.residual += a.back()[r] * a.back()[r];
   return result;
 }
 
@@ -62,25 +69,34 @@ TEST_F(Lpc, EnvelopesAreTheLeastSquaresPredictionOfTheFrame) {
   const struct {
     int rate, start, length, requested, order;
     bool high;
-  } cases[] = {{16000, 3000, 400, 16, 16, true}, {16000, 3001, 45, 12, 16, false}, {8000, 1000, 200, 16, 12, true}, {11025, 900, 275, 14, 14, true},
-               {22050, 5000, 512, 16, 16, false}, {8000, 700, 160, 5, 5, false},   {16000, 0, 400, 16, 16, true},  {11025, 4400, 282, 1, 1, true}};
+  } cases[] = {{16000, 3000, 400, 16, 16, true},  {16000, 3001, 45, 12, 16, false},
+               {8000, 1000, 200, 16, 12, true},   {11025, 900, 275, 14, 14, true},
+               {22050, 5000, 512, 16, 16, false}, {8000, 700, 160, 5, 5, false},
+               {16000, 0, 400, 16, 16, true},     {11025, 4400, 282, 1, 1, true}};
   for (const auto& c : cases) {
     SCOPED_TRACE(std::to_string(c.rate) + " order " + std::to_string(c.order));
     const auto sound = testing::MakeVowel(kNineVowels[c.order % 9], c.rate, 117, c.rate / 2);
     Column y;
     const auto at = [&](int n) { return static_cast<long double>(sound[static_cast<std::size_t>(n)]); };
-    for (int n = c.start; n < c.start + c.length - 1; ++n) y.push_back(at(n + 1) - (c.high ? 0.95 : 0.9) * at(n));
+    for (int n = c.start; n < c.start + c.length - 1; ++n)
+      y.push_back(at(n + 1) - (c.high ? 0.95 : 0.9) * at(n));
     const LeastSquares truth = SolveByReflections(y, c.order, c.length);
 
-    LpcEnvelope({sound.data(), static_cast<int>(sound.size())}, c.start, c.length, c.high, c.requested, {c.rate, 9000}, analyser, levels);
+    LpcEnvelope({sound.data(), static_cast<int>(sound.size())}, c.start, c.length, c.high, c.requested,
+                {c.rate, 9000}, analyser, levels);
     ASSERT_EQ(analyser.order, c.order);
     for (int i = 1; i <= c.order; ++i)
-      EXPECT_NEAR(analyser.coefficients[static_cast<std::size_t>(i)], static_cast<double>(truth.coefficients[static_cast<std::size_t>(i) - 1]), 1e-5) << i;
+      EXPECT_NEAR(analyser.coefficients[static_cast<std::size_t>(i)],
+                  static_cast<double>(truth.coefficients[static_cast<std::size_t>(i) - 1]), 1e-5)
+          << i;
     const double reference = c.high ? 8 * 9000 / c.rate + 46 : 28;
     for (int k = 0; k < kEnvelopePoints; ++k) {
       std::complex<long double> inverse = 1;
-      for (int i = 1; i <= c.order; ++i) inverse -= truth.coefficients[static_cast<std::size_t>(i) - 1] * std::polar(1.0L, -2 * std::numbers::pi_v<long double> * k * i / 512);
-      const double level = static_cast<double>(10 * std::log10((truth.residual + 1) / std::norm(inverse))) - reference;
+      for (int i = 1; i <= c.order; ++i)
+        inverse -= truth.coefficients[static_cast<std::size_t>(i) - 1] *
+                   std::polar(1.0L, -2 * std::numbers::pi_v<long double> * k * i / 512);
+      const double level =
+          static_cast<double>(10 * std::log10((truth.residual + 1) / std::norm(inverse))) - reference;
       // The table of logarithms lies up to 0.011 dB below.
       EXPECT_NEAR(levels[k], std::max(0.0, level), 0.02) << k;
     }
@@ -90,14 +106,16 @@ TEST_F(Lpc, EnvelopesAreTheLeastSquaresPredictionOfTheFrame) {
 TEST_F(Lpc, OrdersAtTheirBounds) {
   const struct {
     int requested, rate, order;
-  } cases[] = {{16, 8000, 12}, {13, 8999, 12}, {12, 8000, 12}, {11, 8999, 11}, {16, 9000, 16}, {13, 9000, 13}, {14, 15999, 14}, {12, 16000, 16},
+  } cases[] = {{16, 8000, 12}, {13, 8999, 12},  {12, 8000, 12},  {11, 8999, 11},
+               {16, 9000, 16}, {13, 9000, 13},  {14, 15999, 14}, {12, 16000, 16},
                {1, 44100, 16}, {20, 12000, 16}, {-3, 12000, 0}};
-  for (const auto& c : cases) EXPECT_EQ(EffectiveLpcOrder(c.requested, c.rate), c.order) << c.requested << " at " << c.rate;
+  for (const auto& c : cases)
+    EXPECT_EQ(EffectiveLpcOrder(c.requested, c.rate), c.order) << c.requested << " at " << c.rate;
 }
 
 TEST_F(Lpc, FramesWithoutTermsAndSilenceAreFlat) {
   const auto noise = testing::Noise(600, 9000);
-  for (const int length : {-5, 0, 1, 2, 16, 17}) {   // N − p − 1 ≤ 0 up to 17
+  for (const int length : {-5, 0, 1, 2, 16, 17}) {  // N − p − 1 ≤ 0 up to 17
     std::fill_n(levels, kEnvelopePoints, -1.0);
     LpcEnvelope({noise.data(), 600}, 100, length, false, 16, {16000, 9000}, analyser, levels);
     EXPECT_EQ(std::count(levels, levels + 256, 0.0), 256) << length;
@@ -122,7 +140,8 @@ TEST_F(Lpc, OutsideTheSoundThereIsSilence) {
     EXPECT_TRUE(std::equal(levels, levels + 256, expected)) << start;
   }
   // Extremes: a square at the full scale, and a constant whose covariance has no rank.
-  for (auto& sample : padded) sample = static_cast<std::int16_t>((&sample - padded.data()) % 32 < 16 ? 32767 : -32768);
+  for (auto& sample : padded)
+    sample = static_cast<std::int16_t>((&sample - padded.data()) % 32 < 16 ? 32767 : -32768);
   for (const int start : {0, 500, 100000, -100000}) {
     LpcEnvelope({padded.data(), 1000}, start, 600, false, 16, {16000, 32767}, analyser, levels);
     EXPECT_TRUE(std::all_of(levels, levels + 256, [](double level) { return level >= 0 && level <= 112; }));
@@ -140,13 +159,13 @@ TEST(Covariance, ZeroPivotsAreNotDividedBy) {
   EXPECT_EQ(a[2], 0.0);
   EXPECT_DOUBLE_EQ(a[3], 1.25);
   EXPECT_EQ(SolveCovariance(phi, right, 3, 1, a), 0.0) << "no negative energy";
-  right[2] = 1e-10;   // over the smallest pivot, 1e-20
+  right[2] = 1e-10;  // over the smallest pivot, 1e-20
   SolveCovariance(phi, right, 3, 20, a);
   EXPECT_DOUBLE_EQ(a[2], 1e10);
 }
 
-/// Levels of round peaks: S = height − c/2·(k − centre)² about each centre, which bends by c at every point, on a floor
-/// that slopes so that it bends nowhere.
+/// Levels of round peaks: S = height − c/2·(k − centre)² about each centre, which bends by c at every point,
+/// on a floor that slopes so that it bends nowhere.
 struct Peak {
   int centre;
   double curvature;
@@ -155,7 +174,7 @@ std::vector<double> Peaks(const std::vector<Peak>& peaks) {
   std::vector<double> levels(256);
   for (int k = 0; k < 256; ++k) {
     levels[static_cast<std::size_t>(k)] = 0;
-    for (const Peak& peak : peaks)   // the slopes of a bend over three points go on to both sides
+    for (const Peak& peak : peaks)  // the slopes of a bend over three points go on to both sides
       levels[static_cast<std::size_t>(k)] += 60 - peak.curvature * std::abs(k - peak.centre) / 2;
   }
   return levels;
@@ -165,7 +184,9 @@ double CurvatureOf(double bandwidth, double spacing) { return 6 * std::pow(2 * s
 
 TEST_F(Formants, AreTheBendsOfTheEnvelope) {
   const double spacing = 16000 / 512.0;
-  const auto pick = [&](const std::vector<Peak>& peaks, int rate) { return PickFormants(Peaks(peaks).data(), 256, rate); };
+  const auto pick = [&](const std::vector<Peak>& peaks, int rate) {
+    return PickFormants(Peaks(peaks).data(), 256, rate);
+  };
   auto found = pick({{16, CurvatureOf(100, spacing)}, {48, CurvatureOf(200, spacing)}}, 16000);
   ASSERT_EQ(found.count, 2);
   EXPECT_DOUBLE_EQ(found.frequency[0], 500);
@@ -181,7 +202,7 @@ TEST_F(Formants, AreTheBendsOfTheEnvelope) {
   found = pick({{20, wide(200)}, {23, wide(300)}}, 25600);
   ASSERT_EQ(found.count, 1);
   EXPECT_DOUBLE_EQ(found.frequency[0], 1000);
-  EXPECT_EQ(pick({{20, wide(249)}, {23, wide(199)}}, 25600).count, 2);   // 150 ≥ 448/3
+  EXPECT_EQ(pick({{20, wide(249)}, {23, wide(199)}}, 25600).count, 2);  // 150 ≥ 448/3
 
   EXPECT_EQ(pick({{1, wide(60)}}, 25600).count, 0) << "50 Hz";
   EXPECT_EQ(pick({{2, wide(60)}}, 25600).count, 1) << "100 Hz";
@@ -217,7 +238,8 @@ TEST_F(Formants, AMinimumInsideAPeakDoesNotSplitIt) {
 }
 
 double MedianOf(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2), values.end());
+  std::nth_element(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2),
+                   values.end());
   return values[values.size() / 2];
 }
 
@@ -253,10 +275,12 @@ TEST_F(Formants, OfVoicesOf100To150HzAreFoundAtEveryRate) {
         const auto sound = testing::MakeVowel(vowel, rate, f0, rate * 3 / 10);
         const int length = std::min(512, rate / 40);
         for (int at = rate / 10; at + length <= static_cast<int>(sound.size()); at += rate / 50, ++frames) {
-          LpcEnvelope({sound.data(), static_cast<int>(sound.size())}, at, length, true, 16, {rate, 12000}, analyser, levels);
+          LpcEnvelope({sound.data(), static_cast<int>(sound.size())}, at, length, true, 16, {rate, 12000},
+                      analyser, levels);
           const FormantFrame formants = PickFormants(levels, kEnvelopePoints, rate);
           bool all = formants.count >= 3;
-          for (std::size_t f = 0; f < 3; ++f) all = all && std::fabs(formants.frequency[f] - vowel.formants[f]) < 200;
+          for (std::size_t f = 0; f < 3; ++f)
+            all = all && std::fabs(formants.frequency[f] - vowel.formants[f]) < 200;
           found += all;
         }
       }

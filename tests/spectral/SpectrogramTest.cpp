@@ -44,10 +44,13 @@ auto Tone(double amplitude, double cyclesPerSample) {
 }
 /// Syllables of 100 ms: noise-like, with silence between them and steep onsets.
 auto Bursts(int rate) {
-  return [=](std::int64_t i) { return i / (rate / 10) % 2 == 0 ? 0 : (i * 7919 % 4001 - 2000) * (1 + i % 5); };
+  return
+      [=](std::int64_t i) { return i / (rate / 10) % 2 == 0 ? 0 : (i * 7919 % 4001 - 2000) * (1 + i % 5); };
 }
 
-int Grey(double contrast, double level) { return std::clamp(255 - static_cast<int>(std::floor(contrast * level)), 0, 255); }
+int Grey(double contrast, double level) {
+  return std::clamp(255 - static_cast<int>(std::floor(contrast * level)), 0, 255);
+}
 
 /// The picture of a selection, column by column from the rules alone.
 std::vector<std::uint16_t> ExpectedGreys(const SoundDocument& d, SpectrogramKind kind, int start, int end) {
@@ -57,14 +60,18 @@ std::vector<std::uint16_t> ExpectedGreys(const SoundDocument& d, SpectrogramKind
   const int perSecond = static_cast<int>(std::int64_t{d.paneWidth} * rate / (end - start));
   int peak = 1;
   for (int i = start; i < end; ++i) peak = std::max(peak, std::min(32767, std::abs(int{d.samples[i]})));
-  const auto at = [&](int column) { return start + static_cast<int>(std::int64_t{column} * rate / perSecond); };
+  const auto at = [&](int column) {
+    return start + static_cast<int>(std::int64_t{column} * rate / perSecond);
+  };
   const auto level = [&](int column) {
     double sum = 0;
-    for (int i = 0; i < rate / 100; ++i) sum += at(column) + i < count ? std::pow(d.samples[at(column) + i], 2) : 0;
+    for (int i = 0; i < rate / 100; ++i)
+      sum += at(column) + i < count ? std::pow(d.samples[at(column) + i], 2) : 0;
     return PowerToDb(sum / (rate / 100), 0);
   };
   std::vector<std::uint16_t> greys;
-  for (int column = 0; column < d.paneWidth && at(column) <= end && at(column) + 4 + 2 * column <= count; ++column) {
+  for (int column = 0; column < d.paneWidth && at(column) <= end && at(column) + 4 + 2 * column <= count;
+       ++column) {
     int window = frame;
     const double period = d.pitch[static_cast<std::size_t>(std::int64_t{at(column)} * 100 / rate)];
     const double frequency = period > 0 ? rate / period : 0;
@@ -77,7 +84,8 @@ std::vector<std::uint16_t> ExpectedGreys(const SoundDocument& d, SpectrogramKind
     }
     FrameSpectrum spectrum;
     ComputeFrameSpectrum({d.samples.data(), count}, at(column), frame, 1, peak, spectrum, {rate, rise});
-    for (const double decibels : spectrum) greys.push_back(static_cast<std::uint16_t>(Grey(contrast, decibels)));
+    for (const double decibels : spectrum)
+      greys.push_back(static_cast<std::uint16_t>(Grey(contrast, decibels)));
   }
   return greys;
 }
@@ -92,16 +100,17 @@ TEST(Spectrogram, EveryColumnOfASelectionFollowsTheRules) {
       {8000, 9000, 800, 1600, "a tenth of a second: several columns a sample"},
       {22050, 30000, 0, 30000, "to the end of the sound: the margin cuts it"},
       {44100, 44100, 30000, 44100, "half the pane stays empty"},
-      {8000, 20000, 500, 8684, "column 1023, at 500 + 1023·8000/1000, begins exactly at the end and is drawn"},
+      {8000, 20000, 500, 8684,
+       "column 1023, at 500 + 1023·8000/1000, begins exactly at the end and is drawn"},
       {1000, 3000, 100, 2900, "the slowest rate"},
   };
   for (const auto& c : cases)
     for (const SpectrogramKind kind : {kWide, kNarrow}) {
       SCOPED_TRACE(std::string(c.what) + " " + SpectrogramKindName(kind));
       Sound sound(c.rate, c.count, Bursts(c.rate));
-      for (int frame = 0; frame < 300; ++frame)   // voiced, unvoiced, without value, too slow
-        sound.document.pitch[static_cast<std::size_t>(frame)] =
-            static_cast<float>(std::array{c.rate / 400.0, 0.0, -1.0, c.rate / 10.0, c.rate / 1000.0}[static_cast<std::size_t>(frame % 5)]);
+      for (int frame = 0; frame < 300; ++frame)  // voiced, unvoiced, without value, too slow
+        sound.document.pitch[static_cast<std::size_t>(frame)] = static_cast<float>(std::array{
+            c.rate / 400.0, 0.0, -1.0, c.rate / 10.0, c.rate / 1000.0}[static_cast<std::size_t>(frame % 5)]);
       sound.Select(c.start, c.end);
       const SpectrogramMatrix matrix = sound.Picture(kind);
       const auto expected = ExpectedGreys(sound.document, kind, c.start, c.end);
@@ -115,7 +124,8 @@ TEST(Spectrogram, EveryColumnOfASelectionFollowsTheRules) {
 TEST(Spectrogram, FrameLengthsAtTheirBounds) {
   const struct {
     int rate, wide, narrow;
-  } cases[] = {{8000, 32, 205}, {11025, 32, 282}, {12000, 32, 307}, {12001, 34, 307}, {16000, 45, 410}, {19968, 56, 512}, {22050, 62, 512}, {44100, 125, 512}};
+  } cases[] = {{8000, 32, 205},  {11025, 32, 282}, {12000, 32, 307}, {12001, 34, 307},
+               {16000, 45, 410}, {19968, 56, 512}, {22050, 62, 512}, {44100, 125, 512}};
   for (const auto& c : cases) {
     EXPECT_EQ(SettingsOf(kWide, c.rate).frameLength, c.wide) << c.rate;
     EXPECT_EQ(SettingsOf(kNarrow, c.rate).frameLength, c.narrow) << c.rate;
@@ -126,7 +136,11 @@ TEST(Spectrogram, AShortSelectionShowsASecondAndKeepsItsMarks) {
   Sound sound(16000, 48000, Tone(8000, 0.05));
   const struct {
     int start, end, shownEnd;
-  } cases[] = {{1000, 2599, 17000}, {1000, 2600, 2600}, {1000, 1001, 17000}, {47000, 47100, 48000}, {47999, 48000, 48000}};
+  } cases[] = {{1000, 2599, 17000},
+               {1000, 2600, 2600},
+               {1000, 1001, 17000},
+               {47000, 47100, 48000},
+               {47999, 48000, 48000}};
   for (const auto& c : cases) {
     sound.Select(c.start, c.end);
     const SpectrogramStretch stretch = StretchOf(sound.document);
@@ -178,7 +192,7 @@ TEST(Spectrogram, SoundsOfNothingAndOfLittleAreStood) {
   for (const int count : {0, 1, 3, 4, 5, 100}) {
     Sound sound(384000, count, [](int) { return -32768; });
     for (const SpectrogramKind kind : {kWide, kNarrow}) {
-      EXPECT_EQ(sound.Picture(kind).columns, count >= 4 ? 1 : 0) << count;   // start + 4 must not pass the end
+      EXPECT_EQ(sound.Picture(kind).columns, count >= 4 ? 1 : 0) << count;  // start + 4 must not pass the end
       sound.Select(0, count);
       EXPECT_LE(sound.Picture(kind).columns, count < 4 ? 0 : 48) << count;
       sound.document.ClearSelection();
@@ -234,20 +248,21 @@ TEST(Redraw, APictureOfTheViewStaysOneWhenSomethingIsMarked) {
   EXPECT_EQ(shown.stretch.start, 32000);
   SpectrogramCommand(window, sound.document, shown, kNarrow);
   EXPECT_FALSE(shown.stretch.followsView);
-  sound.document.ClearSelection();   // as a cut does
+  sound.document.ClearSelection();  // as a cut does
   RedrawSpectrogram(sound.document, shown);
   EXPECT_TRUE(shown.stretch.followsView);
 }
 
 TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottom) {
-  Sound sound(22050, 22050, Tone(20000, 0.05));   // row 25 or 26
+  Sound sound(22050, 22050, Tone(20000, 0.05));  // row 25 or 26
   testing::FakeWindow window;
   SpectrogramState shown;
   SpectrogramCommand(window, sound.document, shown, kNarrow);
   const Picture picture = SpectrogramPicture(shown, 22050, 1024, 330);
   const auto& image = std::get<GreyImageMark>(picture.marks.at(0));
   for (int row = 0; row < 256; ++row)
-    EXPECT_EQ(image.pixels[static_cast<std::size_t>((255 - row) * image.columns + 40)], shown.matrix.Column(40)[row]);
+    EXPECT_EQ(image.pixels[static_cast<std::size_t>((255 - row) * image.columns + 40)],
+              shown.matrix.Column(40)[row]);
 }
 
 }  // namespace

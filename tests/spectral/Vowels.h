@@ -16,11 +16,12 @@ struct Vowel {
   double formants[4];
 };
 inline constexpr Vowel kNineVowels[] = {
-    {"a", {760, 1280, 2500, 3500}},  {"o", {480, 850, 2450, 3400}},   {"e", {500, 1250, 2450, 3450}},
-    {"i", {290, 2300, 3000, 3550}},  {"u", {330, 720, 2350, 3300}},   {"v", {290, 1950, 2350, 3350}},
-    {"E", {560, 1750, 2500, 3500}},  {"er", {520, 1350, 1750, 3300}}, {"ii", {370, 1400, 2650, 3450}}};
+    {"a", {760, 1280, 2500, 3500}}, {"o", {480, 850, 2450, 3400}},   {"e", {500, 1250, 2450, 3450}},
+    {"i", {290, 2300, 3000, 3550}}, {"u", {330, 720, 2350, 3300}},   {"v", {290, 1950, 2350, 3350}},
+    {"E", {560, 1750, 2500, 3500}}, {"er", {520, 1350, 1750, 3300}}, {"ii", {370, 1400, 2650, 3450}}};
 
-/// Channel 1 of sounds/synthetic_vowels_two_channels_16000.wav: nine vowels of 400 ms, 50 ms of silence after each.
+/// Channel 1 of sounds/synthetic_vowels_two_channels_16000.wav: nine vowels of 400 ms, 50 ms of silence after
+/// each.
 inline std::vector<std::int16_t> RecordedVowels() {
   std::ifstream file(PARLOWEN_SOURCE_DIR "/sounds/synthetic_vowels_two_channels_16000.wav", std::ios::binary);
   const std::vector<char> bytes((std::istreambuf_iterator<char>(file)), {});
@@ -30,8 +31,8 @@ inline std::vector<std::int16_t> RecordedVowels() {
   return samples;
 }
 
-/// A vowel made from pulses of `f0` Hz, softened like a glottal flow, through its formants (70, 95, 140 and 200 Hz wide)
-/// and those of the recorded ones above them: 4500, 5500, 6500 and 7500 Hz.
+/// A vowel made from pulses of `f0` Hz, softened like a glottal flow, through its formants (70, 95, 140 and
+/// 200 Hz wide) and those of the recorded ones above them: 4500, 5500, 6500 and 7500 Hz.
 inline std::vector<std::int16_t> MakeVowel(const Vowel& vowel, int rate, double f0, int count) {
   std::vector<double> wave(static_cast<std::size_t>(count));
   double phase = 0, flow = 0, soft = 0;
@@ -39,7 +40,8 @@ inline std::vector<std::int16_t> MakeVowel(const Vowel& vowel, int rate, double 
     phase += f0 / rate;
     const double pulse = phase >= 1 ? 1 : 0;
     phase -= std::floor(phase);
-    flow += (1 - std::exp(-2 * std::numbers::pi * 100 / rate)) * (pulse - flow);   // −6 dB an octave from 100 Hz
+    flow +=
+        (1 - std::exp(-2 * std::numbers::pi * 100 / rate)) * (pulse - flow);  // −6 dB an octave from 100 Hz
     soft += (1 - std::exp(-2 * std::numbers::pi * 4000 / rate)) * (flow - soft);
     value = soft;
   }
@@ -60,7 +62,8 @@ inline std::vector<std::int16_t> MakeVowel(const Vowel& vowel, int rate, double 
   double peak = 0;
   for (const double value : wave) peak = std::max(peak, std::fabs(value));
   std::vector<std::int16_t> samples;
-  for (const double value : wave) samples.push_back(static_cast<std::int16_t>(std::lround(value / peak * 12000)));
+  for (const double value : wave)
+    samples.push_back(static_cast<std::int16_t>(std::lround(value / peak * 12000)));
   return samples;
 }
 
@@ -68,7 +71,8 @@ inline std::vector<std::int16_t> Noise(int count, double amplitude, unsigned see
   std::mt19937 random(seed);
   std::vector<std::int16_t> samples;
   for (int i = 0; i < count; ++i)
-    samples.push_back(static_cast<std::int16_t>((static_cast<double>(random()) / 2147483648.0 - 1) * amplitude));
+    samples.push_back(
+        static_cast<std::int16_t>((static_cast<double>(random()) / 2147483648.0 - 1) * amplitude));
   return samples;
 }
 

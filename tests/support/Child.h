@@ -9,7 +9,8 @@ namespace parlowen::testing {
 
 inline constexpr unsigned kNobody = 65534;
 
-/// What `action` answers in a process of its own; −1 when that process was killed. Its limits and its user end there.
+/// What `action` answers in a process of its own; −1 when that process was killed. Its limits and its user
+/// end there.
 inline int InChild(const std::function<int()>& action) {
   const pid_t child = ::fork();
   if (child == 0) ::_exit(action());

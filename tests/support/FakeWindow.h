@@ -8,8 +8,9 @@
 
 namespace parlowen::testing {
 
-/// A window that writes down what a user would see and answers from a queue: "yes", "no", "cancel", "file:PATH",
-/// "raw:PATH" (the second filter), "ok:VALUE" (of the first field). With no answer left, everything is cancelled.
+/// A window that writes down what a user would see and answers from a queue: "yes", "no", "cancel",
+/// "file:PATH", "raw:PATH" (the second filter), "ok:VALUE" (of the first field). With no answer left,
+/// everything is cancelled.
 class FakeWindow : public Window {
  public:
   std::vector<std::string> log;

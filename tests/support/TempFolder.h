@@ -30,7 +30,8 @@ class TempFolder {
   std::string operator/(const std::string& name) const { return path_ + "/" + name; }
   std::vector<std::string> Names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_)) names.push_back(entry.path().filename());
+    for (const auto& entry : std::filesystem::directory_iterator(path_))
+      names.push_back(entry.path().filename());
     return names;
   }
 

@@ -6,8 +6,8 @@
 
 namespace parlowen::testing {
 
-/// The method once more, step by step and slowly: every cosine where it is used, every search from the beginning, one
-/// wrapping sum at a time. `sound` is the whole document.
+/// The method once more, step by step and slowly: every cosine where it is used, every search from the
+/// beginning, one wrapping sum at a time. `sound` is the whole document.
 struct Literal {
   std::vector<std::int16_t> sound;
   std::vector<float> contour;
@@ -18,14 +18,16 @@ struct Literal {
     k += start;
     return k >= 0 && k < std::ssize(sound) ? sound[static_cast<std::size_t>(k)] : 0;
   }
-  float P(int frame) const { return frame < std::ssize(contour) ? contour[static_cast<std::size_t>(frame)] : 0.0f; }
+  float P(int frame) const {
+    return frame < std::ssize(contour) ? contour[static_cast<std::size_t>(frame)] : 0.0f;
+  }
 
   std::vector<int> Marks(int polarity) const {
     const std::vector<double> c = rate < 10000 ? std::vector<double>{0.2, 0.187098, 0.151365, 0.10091}
                                                : std::vector<double>{0.151516, 0.145858, 0.129644, 0.105023};
     std::vector<double> out;
     double delay[7] = {}, largest = 0;
-    const int behind = rate / 10;   // searches go on behind the selection
+    const int behind = rate / 10;  // searches go on behind the selection
     for (int k = 0; k < Length() + behind; ++k) {
       std::move_backward(delay, delay + 6, delay + 7);
       delay[0] = W(k);
@@ -36,11 +38,14 @@ struct Literal {
     }
     if (largest == 0) return {};
     const auto y = [&](int k) {
-      return k < 0 || k + 3 >= std::ssize(out) ? 0 : static_cast<int>(out[static_cast<std::size_t>(k) + 3] * (1000 / largest));
+      return k < 0 || k + 3 >= std::ssize(out)
+                 ? 0
+                 : static_cast<int>(out[static_cast<std::size_t>(k) + 3] * (1000 / largest));
     };
 
     std::vector<int> marks;
-    const int first = static_cast<int>(std::int64_t{start} * 100 / rate), last = static_cast<int>(std::int64_t{end} * 100 / rate);
+    const int first = static_cast<int>(std::int64_t{start} * 100 / rate),
+              last = static_cast<int>(std::int64_t{end} * 100 / rate);
     int f = first;
     while (f <= last) {
       if (P(f) < 1.0f || (f != first && P(f - 1) >= 1.0f)) {
@@ -103,7 +108,8 @@ struct Literal {
       while (i <= count - 2 && m[static_cast<std::size_t>(i)] < t + 2) ++i;
       if (i > count - 2) break;
       if (i == 0) i = 1;
-      const int mark = m[static_cast<std::size_t>(i)], before = m[static_cast<std::size_t>(i - 1)], l = mark - before;
+      const int mark = m[static_cast<std::size_t>(i)], before = m[static_cast<std::size_t>(i - 1)],
+                l = mark - before;
       if (l > rate / 64 || period < 1) {
         for (std::int64_t k = t; k < mark; ++k) add(k, W(k));
         t = mark;
@@ -111,9 +117,11 @@ struct Literal {
         continue;
       }
       if (fresh)
-        for (int n = 0; n < l; ++n) add(t + n, static_cast<int>((std::cos(n * pi / l) + 1) * 0.5 * W(before + n)));
+        for (int n = 0; n < l; ++n)
+          add(t + n, static_cast<int>((std::cos(n * pi / l) + 1) * 0.5 * W(before + n)));
       t += period;
-      for (int n = 0; n < 2 * l; ++n) add(t - l + n, static_cast<int>((0.5 - 0.5 * std::cos(n * pi / l)) * W(mark + n)));
+      for (int n = 0; n < 2 * l; ++n)
+        add(t - l + n, static_cast<int>((0.5 - 0.5 * std::cos(n * pi / l)) * W(mark + n)));
       fresh = false;
     }
     for (std::int64_t k = t; k < Length(); ++k) o[static_cast<std::size_t>(k)] = 0;

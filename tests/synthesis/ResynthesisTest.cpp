@@ -14,7 +14,8 @@ using Samples = std::vector<std::int16_t>;
 
 SampleSpan SpanOf(const Samples& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
 
-/// A sawtooth of eight harmonics, the period in whole samples: a dip, shortly behind it the peak, both of size `peak`.
+/// A sawtooth of eight harmonics, the period in whole samples: a dip, shortly behind it the peak, both of
+/// size `peak`.
 Samples Periodic(int count, int period, double peak = 8000) {
   std::vector<double> one(static_cast<std::size_t>(period));
   double largest = 0;
@@ -62,13 +63,17 @@ TEST(Resynthesis, MarksAndOutputAreThoseOfTheLiteralMethod) {
     const int wave = std::max(2, literal.rate / pick(70, 400));
     for (int n = 0; n < count; ++n) {
       const int noise = pick(-loudness / 4, loudness / 4), tooth = loudness / 2 - n % wave * loudness / wave;
-      literal.sound.push_back(static_cast<std::int16_t>(n / (count / 4 + 1) == round % 6 ? 0 : noise + tooth));
+      literal.sound.push_back(
+          static_cast<std::int16_t>(n / (count / 4 + 1) == round % 6 ? 0 : noise + tooth));
     }
     literal.start = pick(0, count - 60);
     literal.end = pick(literal.start + 51, count);
     float period = 0;
     for (int f = 0; f < count * 100 / literal.rate; ++f) {
-      if (pick(0, 5) == 0) period = pick(0, 2) == 0 ? 0.0f : pick(0, 9) == 0 ? static_cast<float>(pick(1, 5)) : static_cast<float>(literal.rate) / static_cast<float>(pick(55, 450));
+      if (pick(0, 5) == 0)
+        period = pick(0, 2) == 0   ? 0.0f
+                 : pick(0, 9) == 0 ? static_cast<float>(pick(1, 5))
+                                   : static_cast<float>(literal.rate) / static_cast<float>(pick(55, 450));
       literal.contour.push_back(pick(0, 20) == 0 ? -1.0f : period);
     }
     SynthesisJob job = MakeSynthesisJob(SpanOf(literal.sound), literal.rate, literal.start, literal.end);
@@ -80,7 +85,9 @@ TEST(Resynthesis, MarksAndOutputAreThoseOfTheLiteralMethod) {
     for (int again = 0; again < 2; ++again) {
       TargetCurve target;
       for (int f = 0; f < job.frames; ++f)
-        target.push_back(pick(0, 4) == 0 ? 0.0f : static_cast<float>(literal.rate) / (static_cast<float>(pick(200, 6000)) / 10));
+        target.push_back(pick(0, 4) == 0
+                             ? 0.0f
+                             : static_cast<float>(literal.rate) / (static_cast<float>(pick(200, 6000)) / 10));
       SynthesizeOverlapAdd(job, target);
       ASSERT_EQ(job.output, literal.Output({job.marks.begin(), job.marks.end()}, target)) << round;
       laid += job.output != literal.Output({job.marks.begin(), job.marks.end()}, {});
@@ -107,7 +114,7 @@ TEST(Resynthesis, TheFirstMarkStandsOnANegativePeakAndTheOthersOnPositiveOnes) {
   for (int i = 1; i <= 16; ++i) EXPECT_EQ(job.marks[static_cast<std::size_t>(i)], 55 + 100 * i);
   // Frame 20 is sample 3200, half a frame earlier 3120: the first dip from there.
   EXPECT_EQ(job.marks[17], 3140);
-  EXPECT_EQ(FindPitchMarks(job, contour, +1), 17);   // the second run has no positive peak
+  EXPECT_EQ(FindPitchMarks(job, contour, +1), 17);  // the second run has no positive peak
   EXPECT_EQ(job.marks[0], 55);
 }
 
@@ -128,12 +135,13 @@ TEST(Resynthesis, TheSamePeriodsReproduceAPeriodicSoundToTheTruncation) {
   const Samples samples = Periodic(16000, 160);
   SynthesisJob job = MarkedJob(samples, 160);
   SynthesizeOverlapAdd(job, TargetCurve(static_cast<std::size_t>(job.frames), 160.0f));
-  // New periods are counted from the first mark, a negative peak; pieces hang on positive ones: all is early by the
-  // distance of the two. Two weights sum to 1, each product loses less than 1.
+  // New periods are counted from the first mark, a negative peak; pieces hang on positive ones: all is early
+  // by the distance of the two. Two weights sum to 1, each product loses less than 1.
   const int shift = job.marks[1] - job.marks[0];
   ASSERT_GT(shift, 0);
   for (int n = job.marks[4]; n < job.marks[job.marks.size() - 4]; ++n)
-    ASSERT_NEAR(job.output[static_cast<std::size_t>(n)], samples[static_cast<std::size_t>(n + shift)], 2) << n;
+    ASSERT_NEAR(job.output[static_cast<std::size_t>(n)], samples[static_cast<std::size_t>(n + shift)], 2)
+        << n;
 }
 
 TEST(Resynthesis, HalfThePeriodsDoubleThePitchAndKeepTheDuration) {

@@ -63,23 +63,26 @@ TEST(SynthesisCommands, ADrawnMelodyIsPlayedAndSaved) {
   const std::string path = stage.folder / "Synth.wav";
   WriteFile(path, std::string("older"));
   stage.Run([&](ToolWindow& tool) {
-    stage.Press(tool, 1034);   // nothing yet
+    stage.Press(tool, 1034);  // nothing yet
     EXPECT_EQ(ReadFile(path), "older");
     for (const int x : {0, 99}) tool.Click(stage.window, {x, 96}, MouseButton::Left, false);
     tool.Click(stage.window, {50, 10}, MouseButton::Right, false);
     EXPECT_EQ(stage.state.target[9], 62.5f);
     EXPECT_EQ(stage.state.target[10], 0.0f);
-    EXPECT_EQ(stage.state.target[100], 0.0f);   // the frame of the end, to which nothing was drawn
+    EXPECT_EQ(stage.state.target[100], 0.0f);  // the frame of the end, to which nothing was drawn
     stage.window.Log();
     stage.Press(tool, 1);
     EXPECT_EQ(stage.window.Log(), Texts{"status|T 键停止放音"});
-    EXPECT_EQ(stage.speaker.heard, std::vector<std::int16_t>(stage.state.job.output.begin(), stage.state.job.output.end() - 100));
+    EXPECT_EQ(stage.speaker.heard,
+              std::vector<std::int16_t>(stage.state.job.output.begin(), stage.state.job.output.end() - 100));
     stage.Press(tool, 1034);
     EXPECT_EQ(stage.window.Log(), Texts{"none|Parlowen(Tessiran)|合成声音已存为文件--Synth.wav!"});
   });
-  std::string expected = "RIFF" + Little(32036, 4) + "WAVEfmt " + Little(16, 4) + Little(1, 2) + Little(1, 2) + Little(16000, 4) +
-                         Little(32000, 4) + Little(2, 2) + Little(16, 2) + "data" + Little(32000, 4);
-  for (std::size_t n = 0; n < 16000; ++n) expected += Little(static_cast<std::uint16_t>(stage.state.job.output[n]), 2);
+  std::string expected = "RIFF" + Little(32036, 4) + "WAVEfmt " + Little(16, 4) + Little(1, 2) +
+                         Little(1, 2) + Little(16000, 4) + Little(32000, 4) + Little(2, 2) + Little(16, 2) +
+                         "data" + Little(32000, 4);
+  for (std::size_t n = 0; n < 16000; ++n)
+    expected += Little(static_cast<std::uint16_t>(stage.state.job.output[n]), 2);
   EXPECT_EQ(ReadFile(path), expected);
 }
 
@@ -110,7 +113,7 @@ TEST(SynthesisCommands, APlayEndsBeforeItsSamplesChangeOrGo) {
     stage.speaker.onDone();
     EXPECT_FALSE(stage.player.playing());
     EXPECT_TRUE(tool.Key(stage.window, "Space"));
-    EXPECT_TRUE(tool.Key(stage.window, "Escape"));   // ends the play, the window stays
+    EXPECT_TRUE(tool.Key(stage.window, "Escape"));  // ends the play, the window stays
     EXPECT_FALSE(tool.WantsToClose());
     stage.Press(tool, 1);
   });
@@ -126,7 +129,8 @@ std::string Record(const std::vector<float>& periods) {
 
 TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
   Stage stage;
-  const std::string path = WriteFile(stage.folder / "a.pdt", Record({1, 2}) + Record({90, 95, 0, 80, 1, 1, 1, 1, 1, 1, 70}) + "JUNK");
+  const std::string path = WriteFile(stage.folder / "a.pdt",
+                                     Record({1, 2}) + Record({90, 95, 0, 80, 1, 1, 1, 1, 1, 1, 70}) + "JUNK");
   const TargetCurve nothing(101, 0.0f);
   stage.readTarget = [](Window&, int first, int count) {
     return std::optional(TargetCurve(static_cast<std::size_t>(count), static_cast<float>(200 + first)));
@@ -138,9 +142,11 @@ TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
       stage.Press(tool, number);
       return stage.window.Log();
     };
-    EXPECT_EQ(press(1101, {"file:" + stage.folder / "none.pdt"}).back(), "error|Parlowen(Tessiran)|无基频数据文件！");
+    EXPECT_EQ(press(1101, {"file:" + stage.folder / "none.pdt"}).back(),
+              "error|Parlowen(Tessiran)|无基频数据文件！");
     WriteFile(stage.folder / "bad.pdt", std::string("HEAD"));
-    EXPECT_EQ(press(1101, {"file:" + stage.folder / "bad.pdt"}).back(), "error|Parlowen(Tessiran)|基频数据文件错误！");
+    EXPECT_EQ(press(1101, {"file:" + stage.folder / "bad.pdt"}).back(),
+              "error|Parlowen(Tessiran)|基频数据文件错误！");
     EXPECT_EQ(press(1101, {"file:" + path, "ok:3"}).back(), "error|Parlowen(Tessiran)|没有这一段！");
     EXPECT_EQ(press(1101, {"file:" + path, "cancel"}).back(), "input|调入基频数据|第几段（1--2）1");
     for (const char* factor : {"ok:0.2", "ok:4.1", "ok:x", "ok:", "ok:nan", "ok:2x"})
@@ -149,13 +155,13 @@ TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
 
     press(1101, {"file:" + path, "ok:2"});
     TargetCurve expected = nothing;
-    const float recorded[] = {90, 95, 0, 80, 1, 1, 1, 1, 1, 1};   // frame 10 is unvoiced here
+    const float recorded[] = {90, 95, 0, 80, 1, 1, 1, 1, 1, 1};  // frame 10 is unvoiced here
     std::copy(std::begin(recorded), std::end(recorded), expected.begin());
     EXPECT_EQ(stage.state.target, expected);
 
     press(1102, {"ok:1.25"});
     expected.assign(101, 100.0f);
-    expected[10] = expected[100] = 0;   // behind the sound's last frame there is no pitch
+    expected[10] = expected[100] = 0;  // behind the sound's last frame there is no pitch
     EXPECT_EQ(stage.state.target, expected);
 
     press(1103, {});
@@ -170,7 +176,7 @@ TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {
   Stage stage;
   stage.Run([&](ToolWindow& tool) {
     EXPECT_FALSE(tool.ScrollBar());
-    tool.Resized(450, 400);   // 406 pixels beside the axis: four for each of 101 frames
+    tool.Resized(450, 400);  // 406 pixels beside the axis: four for each of 101 frames
     EXPECT_FALSE(tool.ScrollBar());
     tool.Click(stage.window, {8, 96}, MouseButton::Left, false);
     tool.Key(stage.window, "X");
@@ -178,7 +184,7 @@ TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {
     EXPECT_EQ(tool.ScrollBar()->largest, 808 - 406);
     tool.ScrollTo(stage.window, 1000);
     EXPECT_EQ(tool.ScrollBar()->position, 402);
-    tool.Click(stage.window, {0, 96}, MouseButton::Left, false);   // column 402
+    tool.Click(stage.window, {0, 96}, MouseButton::Left, false);  // column 402
     EXPECT_EQ(stage.state.target[1], 0.0f);
     EXPECT_EQ(stage.state.target[2], 62.5f);
     EXPECT_EQ(stage.state.target[50], 62.5f);

@@ -16,10 +16,11 @@ TEST(TargetDrawing, ARowIsASixtyFourthOfAnOctaveBetween512And64Hertz) {
     double frequency;
     const char* readout;
   };
-  for (const Row& c : {Row{31, 0, "无效频率区  "}, Row{32, 512, "频率=512Hz "}, Row{96, 256, "频率=256Hz "},
-                       Row{128, 181.01933598375618, "频率=181Hz "}, Row{200, 82.99773149766462, "频率=082Hz "},
-                       Row{224, 64, "频率=064Hz "}, Row{225, 0, "无效频率区  "}, Row{-5, 0, "无效频率区  "}}) {
-    EXPECT_NEAR(TargetFrequencyOfRow(c.row), c.frequency, 1e-9) << c.row;   // 512·2^((32 − row)/64)
+  for (const Row& c :
+       {Row{31, 0, "无效频率区  "}, Row{32, 512, "频率=512Hz "}, Row{96, 256, "频率=256Hz "},
+        Row{128, 181.01933598375618, "频率=181Hz "}, Row{200, 82.99773149766462, "频率=082Hz "},
+        Row{224, 64, "频率=064Hz "}, Row{225, 0, "无效频率区  "}, Row{-5, 0, "无效频率区  "}}) {
+    EXPECT_NEAR(TargetFrequencyOfRow(c.row), c.frequency, 1e-9) << c.row;  // 512·2^((32 − row)/64)
     EXPECT_EQ(TargetReadout(c.row), c.readout);
     if (c.frequency > 0) {
       EXPECT_EQ(RowOfTargetFrequency(c.frequency), c.row);
@@ -31,7 +32,7 @@ TEST(TargetDrawing, BetweenTwoPointsTheRowIsLinear) {
   TargetCurve target(20, 0.0f);
   TargetDrawing drawing;
   EXPECT_EQ(drawing.AddPoint(target, {2, 160}, 16000), Result::Added);
-  EXPECT_EQ(target, TargetCurve(20, 0.0f));   // one point is no curve
+  EXPECT_EQ(target, TargetCurve(20, 0.0f));  // one point is no curve
   EXPECT_EQ(drawing.AddPoint(target, {10, 96}, 16000), Result::Added);
   // 128 to 256 Hz: an eighth of an octave a frame.
   for (int f = 0; f <= 8; ++f)
@@ -60,16 +61,17 @@ TEST(TargetDrawing, FiftyPointsMakeASettingAndUnvoicedFramesLoseThem) {
   present[4] = 0.5f;
   present[58] = -1.0f;
   TargetDrawing drawing;
-  for (int i = 0; i < kMostTargetPoints; ++i) EXPECT_EQ(drawing.AddPoint(target, {i, 160}, 16000), Result::Added);
+  for (int i = 0; i < kMostTargetPoints; ++i)
+    EXPECT_EQ(drawing.AddPoint(target, {i, 160}, 16000), Result::Added);
   EXPECT_EQ(drawing.AddPoint(target, {55, 160}, 16000), Result::Full);
   EXPECT_EQ(target[3], 125.0f);
   drawing.End(target, present);
   EXPECT_EQ(target[3], 0.0f);
   EXPECT_EQ(target[4], 125.0f);
-  EXPECT_EQ(target[58], 77.0f);   // of no setting
+  EXPECT_EQ(target[58], 77.0f);  // of no setting
   EXPECT_TRUE(drawing.points().empty());
   drawing.End(target, present);
-  EXPECT_EQ(drawing.AddPoint(target, {0, 96}, 16000), Result::Added);   // a new setting
+  EXPECT_EQ(drawing.AddPoint(target, {0, 96}, 16000), Result::Added);  // a new setting
 }
 
 TEST(TargetDrawing, OtherMelodiesFillOnlyVoicedFramesWithPeriodsThatCanBe) {
@@ -77,7 +79,8 @@ TEST(TargetDrawing, OtherMelodiesFillOnlyVoicedFramesWithPeriodsThatCanBe) {
   // 15 Hz at 16000 Hz are 1066.67 samples.
   const std::vector<float> curve = {80, 80, 0.5f, 1066, 1067, std::numeric_limits<float>::quiet_NaN()};
   EXPECT_EQ(OnVoicedFrames(curve, present, 16000), (TargetCurve{80, 0, 0, 1066, 0, 0, 0}));
-  EXPECT_EQ(ScaledTarget(std::vector<float>{100, 0, -1, 90, 1000}, 0.5, 16000), (TargetCurve{200, 0, 0, 180, 0}));
+  EXPECT_EQ(ScaledTarget(std::vector<float>{100, 0, -1, 90, 1000}, 0.5, 16000),
+            (TargetCurve{200, 0, 0, 180, 0}));
 }
 
 }  // namespace

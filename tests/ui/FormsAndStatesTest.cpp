@@ -28,7 +28,8 @@ TEST(CommandStates, TheRateThatLosesTheVowelCommandsLiesJustAbove22050) {
     CommandStates states;
     states.onSoundLoaded(rate);
     EXPECT_EQ(Among(states, kByRate), rate < 22100 ? kByRate : Numbers{});
-    EXPECT_EQ(Among(states, kKeptAtHighRates), rate < 22100 ? kKeptAtHighRates : Numbers{}) << "never enabled before";
+    EXPECT_EQ(Among(states, kKeptAtHighRates), rate < 22100 ? kKeptAtHighRates : Numbers{})
+        << "never enabled before";
     EXPECT_EQ(states.IsEnabled(40029), rate < 22100);
     EXPECT_EQ(Among(states, {40115, 40079, 40080, 40090}), (Numbers{40115, 40079, 40080, 40090}));
     EXPECT_EQ(Among(states, {40003, 272, 40022, 40112, 40025, 40030, 40067, 40059, 40072, 40085}), Numbers{});
@@ -44,7 +45,8 @@ TEST(CommandStates, ALoadAfterALowRateKeepsTheGroupThatHasNoRuleForHighRates) {
   EXPECT_EQ(Among(states, kKeptAtHighRates), kKeptAtHighRates);
   EXPECT_EQ(Among(states, kByRate), Numbers{});
   EXPECT_TRUE(states.IsEnabled(40003)) << "the clip survives a load";
-  EXPECT_EQ(Among(states, {160, 40081, 40024, 40050, 40068, 274, 40001, 40040, 40002, 40006, 40007, 40036, 40074, 40004, 40029}),
+  EXPECT_EQ(Among(states, {160, 40081, 40024, 40050, 40068, 274, 40001, 40040, 40002, 40006, 40007, 40036,
+                           40074, 40004, 40029}),
             Numbers{});
   states.onRateChanged(16000);
   EXPECT_EQ(Among(states, kByRate), kByRate);
@@ -80,8 +82,17 @@ TEST(InputForm, ACountIsTheDigitsAFieldBeginsWith) {
   const struct {
     const char* text;
     int count;
-  } cases[] = {{"", 0},          {"  12", 12},       {"+7", 7},           {"-7", 0},         {"abc", 0},  {"3.9", 3},
-               {"2147483647", INT_MAX}, {"2147483648", INT_MAX}, {"99999999999999999999999999", INT_MAX}, {"１２", 0}, {"0x10", 0}};
+  } cases[] = {{"", 0},
+               {"  12", 12},
+               {"+7", 7},
+               {"-7", 0},
+               {"abc", 0},
+               {"3.9", 3},
+               {"2147483647", INT_MAX},
+               {"2147483648", INT_MAX},
+               {"99999999999999999999999999", INT_MAX},
+               {"１２", 0},
+               {"0x10", 0}};
   for (const auto& c : cases) EXPECT_EQ(OneFieldForm("", "", c.text).CountOf(1000), c.count) << c.text;
   EXPECT_EQ(OneFieldForm("", "", "5").CountOf(1001), 0) << "no such field";
 }

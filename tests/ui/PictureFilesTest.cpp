@@ -39,16 +39,20 @@ Bytes ScanLines(const Bytes& png, int columns, int rows, int channels) {
   std::size_t at = 8;
   while (at < png.size()) {
     const std::size_t length = BigEndian(png, at);
-    const std::string type(png.begin() + static_cast<std::ptrdiff_t>(at) + 4, png.begin() + static_cast<std::ptrdiff_t>(at) + 8);
+    const std::string type(png.begin() + static_cast<std::ptrdiff_t>(at) + 4,
+                           png.begin() + static_cast<std::ptrdiff_t>(at) + 8);
     types += type + " ";
     EXPECT_EQ(BigEndian(png, at + 8 + length), SlowCrc(png, at + 4, at + 8 + length)) << type;
     if (type == "IHDR") {
       EXPECT_EQ(BigEndian(png, at + 8), static_cast<std::uint32_t>(columns));
       EXPECT_EQ(BigEndian(png, at + 12), static_cast<std::uint32_t>(rows));
-      const Bytes rest(png.begin() + static_cast<std::ptrdiff_t>(at) + 16, png.begin() + static_cast<std::ptrdiff_t>(at) + 21);
+      const Bytes rest(png.begin() + static_cast<std::ptrdiff_t>(at) + 16,
+                       png.begin() + static_cast<std::ptrdiff_t>(at) + 21);
       EXPECT_EQ(rest, (Bytes{8, static_cast<std::uint8_t>(channels == 3 ? 2 : 0), 0, 0, 0}));
     }
-    if (type == "IDAT") stream.assign(png.begin() + static_cast<std::ptrdiff_t>(at) + 8, png.begin() + static_cast<std::ptrdiff_t>(at + 8 + length));
+    if (type == "IDAT")
+      stream.assign(png.begin() + static_cast<std::ptrdiff_t>(at) + 8,
+                    png.begin() + static_cast<std::ptrdiff_t>(at + 8 + length));
     at += 12 + length;
   }
   EXPECT_EQ(types, "IHDR IDAT IEND ");
@@ -88,14 +92,17 @@ TEST(Png, EveryImageDecodesToItsPixels) {
 }
 
 TEST(Png, Base64FollowsItsStandard) {
-  const std::array<const char*, 2> cases[] = {{"", ""}, {"f", "Zg=="}, {"fo", "Zm8="}, {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xFE", "+//+"}};
+  const std::array<const char*, 2> cases[] = {
+      {"", ""},        {"f", "Zg=="},          {"fo", "Zm8="},
+      {"foo", "Zm9v"}, {"foobar", "Zm9vYmFy"}, {"\xFB\xFF\xFE", "+//+"}};
   for (const auto& [plain, coded] : cases) {
     const std::string text = plain;
     EXPECT_EQ(ToBase64({reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}), coded);
   }
 }
 
-/// Well-formed as far as our writer goes: every tag closes in order, no stray "<" or "&", only characters of XML.
+/// Well-formed as far as our writer goes: every tag closes in order, no stray "<" or "&", only characters of
+/// XML.
 ::testing::AssertionResult IsWellFormed(const std::string& xml) {
   if (!IsUtf8(xml)) return ::testing::AssertionFailure() << "not UTF-8";
   for (std::size_t at = 0; at < xml.size();) {
@@ -121,13 +128,16 @@ TEST(Png, Base64FollowsItsStandard) {
   }
   rest.append(from, xml.cend());
   rest = std::regex_replace(rest, std::regex("&(amp|lt|gt|quot|apos);"), "");
-  if (!open.empty() || rest.find_first_of("<>&") != std::string::npos) return ::testing::AssertionFailure() << "left over: " << rest;
+  if (!open.empty() || rest.find_first_of("<>&") != std::string::npos)
+    return ::testing::AssertionFailure() << "left over: " << rest;
   return ::testing::AssertionSuccess();
 }
 
 TEST(Svg, NoTextCanBreakTheDocument) {
   Picture picture{10, 10, {}};
-  for (const char* text : {"]]>", "</text>", "\x01\x1F\n\r", "\xFF\xC0", "\xEF\xBF\xBE \xEF\xBF\xBF", "\x7F", "&amp;"}) picture.Add(TextMark{0, 0, text});
+  for (const char* text :
+       {"]]>", "</text>", "\x01\x1F\n\r", "\xFF\xC0", "\xEF\xBF\xBE \xEF\xBF\xBF", "\x7F", "&amp;"})
+    picture.Add(TextMark{0, 0, text});
   EXPECT_TRUE(IsWellFormed(ToSvg(picture))) << ToSvg(picture);
 }
 

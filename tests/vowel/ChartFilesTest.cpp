@@ -26,9 +26,11 @@ VowelChart ChartOf(int count, bool bark) {
 TEST(ChartFile, PointsAreTheseBytes) {
   // 283.0f = 438D8000, 2350.0f = 4512E000, 3000.0f = 453B8000; place 76, 240, 480.
   EXPECT_EQ(ChartBytes(ChartOf(1, false)).bytes(),
-            (Bytes{1, 0, 76, 0, 240, 0, 0xE0, 1, 0, 0, 0, 0, 0, 0x80, 0x8D, 0x43, 0, 0xE0, 0x12, 0x45, 0, 0x80, 0x3B, 0x45}));
+            (Bytes{1, 0,    76,   0,    240, 0,    0xE0, 1,    0, 0,    0,    0,
+                   0, 0x80, 0x8D, 0x43, 0,   0xE0, 0x12, 0x45, 0, 0x80, 0x3B, 0x45}));
   EXPECT_EQ(ChartBytes(ChartOf(1, true)).bytes(),
-            (Bytes{0xFF, 0xFF, 120, 0, 1, 0, 54, 0, 0x32, 1, 0, 0, 0, 0, 0, 0x80, 0x8D, 0x43, 0, 0xE0, 0x12, 0x45}));
+            (Bytes{0xFF, 0xFF, 120, 0, 1,    0,    54,   0, 0x32, 1,    0,
+                   0,    0,    0,   0, 0x80, 0x8D, 0x43, 0, 0xE0, 0x12, 0x45}));
 }
 
 TEST(ChartFile, SizesAndTheWayBack) {
@@ -66,7 +68,11 @@ TEST(ChartFile, PointsWithoutTheZeroWordAreReadToo) {
 
 TEST(ChartFile, DamagedFilesAreSeen) {
   const Bytes good = ChartBytes(ChartOf(3, false)).bytes();
-  const auto with = [&](std::size_t at, std::uint8_t value) { Bytes b = good; b[at] = value; return b; };
+  const auto with = [&](std::size_t at, std::uint8_t value) {
+    Bytes b = good;
+    b[at] = value;
+    return b;
+  };
   const struct {
     const char* why;
     Bytes bytes;
@@ -74,8 +80,18 @@ TEST(ChartFile, DamagedFilesAreSeen) {
       {"empty", {}},
       {"one byte", {0}},
       {"a point too few", with(0, 4)},
-      {"201 points", [] { Bytes b(2 + 201 * 22); b[0] = 201; return b; }()},
-      {"−2 points", [&] { Bytes b = with(0, 0xFE); b[1] = 0xFF; return b; }()},
+      {"201 points",
+       [] {
+         Bytes b(2 + 201 * 22);
+         b[0] = 201;
+         return b;
+       }()},
+      {"−2 points",
+       [&] {
+         Bytes b = with(0, 0xFE);
+         b[1] = 0xFF;
+         return b;
+       }()},
       {"cut in a point", Bytes(good.begin(), good.end() - 1)},
       {"a Bark chart without a count", {0xFF, 0xFF, 1, 0}},
       {"a Bark chart with −1 points", {0xFF, 0xFF, 1, 0, 0xFF, 0xFF}},
@@ -92,10 +108,12 @@ TEST(ChartFile, TheListingsAreTheseBytes) {
                                        "   1        283.0       2350.0       3000.0\r\n"
                                        "   2       1234.6       2350.0          0.0\r\n"));
   // B(120) = 1.285, B(283) = 2.958, B(2350) = 13.982
-  EXPECT_EQ(ChartListing(ChartOf(1, true)),
-            ToGbk("\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=120, B0=1.29\r\n "
-                  "\r\n 点序号      F1(Hz)       B1      F2(Hz)        B2\r\n"
-                  "   1        283.0       2.96     2350.0      13.98\r\n"));
+  EXPECT_EQ(
+      ChartListing(ChartOf(1, true)),
+      ToGbk(
+          "\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=120, B0=1.29\r\n "
+          "\r\n 点序号      F1(Hz)       B1      F2(Hz)        B2\r\n"
+          "   1        283.0       2.96     2350.0      13.98\r\n"));
 }
 
 VowelTrack TrackOf(int start, int frames) {
@@ -115,7 +133,8 @@ TEST(FormantFile, ABlockIsTheseBytes) {
   ByteWriter file;
   WriteFormantBlock(file, TrackOf(2400, 2));
   ASSERT_EQ(file.bytes().size(), 12u + 96);
-  EXPECT_EQ(Bytes(file.bytes().begin(), file.bytes().begin() + 12), (Bytes{'H', 'E', 'A', 'D', 104, 0, 0, 0, 0x60, 9, 0, 0}));
+  EXPECT_EQ(Bytes(file.bytes().begin(), file.bytes().begin() + 12),
+            (Bytes{'H', 'E', 'A', 'D', 104, 0, 0, 0, 0x60, 9, 0, 0}));
   double values[12];
   std::memcpy(values, file.bytes().data() + 12, sizeof values);
   const double expected[12] = {300.9, 50, 1000, 60, 2000, 70.99, 300.9, 50, 0, 0, 0, 0};
@@ -124,16 +143,17 @@ TEST(FormantFile, ABlockIsTheseBytes) {
 
 TEST(FormantFile, EveryBlockIsListed) {
   ByteWriter file;
-  WriteFormantBlock(file, TrackOf(2459, 2));   // 0.1536 s
+  WriteFormantBlock(file, TrackOf(2459, 2));  // 0.1536 s
   WriteFormantBlock(file, TrackOf(0, 0));
   const auto blocks = ReadFormantFile(file);
   ASSERT_TRUE(blocks);
   const std::string header = "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
-  EXPECT_EQ(FormantListing(*blocks, 16000), ToGbk("\r\n          第1段：T=0.15秒--0.17秒\r\n\r\n" + header +
-                                                  "0.15        300      50    1000      60    2000      70\r\n"
-                                                  "0.16        300      50       0       0       0       0\r\n"
-                                                  "\r\n          第2段：T=0.00秒--0.00秒\r\n\r\n" +
-                                                  header));
+  EXPECT_EQ(FormantListing(*blocks, 16000),
+            ToGbk("\r\n          第1段：T=0.15秒--0.17秒\r\n\r\n" + header +
+                  "0.15        300      50    1000      60    2000      70\r\n"
+                  "0.16        300      50       0       0       0       0\r\n"
+                  "\r\n          第2段：T=0.00秒--0.00秒\r\n\r\n" +
+                  header));
 }
 
 TEST(FormantFile, DamagedFilesAreSeen) {
@@ -141,7 +161,11 @@ TEST(FormantFile, DamagedFilesAreSeen) {
   WriteFormantBlock(file, TrackOf(0, 2));
   WriteFormantBlock(file, TrackOf(5, 1));
   const Bytes good = file.bytes();
-  const auto with = [&](std::size_t at, std::uint8_t value) { Bytes b = good; b[at] = value; return b; };
+  const auto with = [&](std::size_t at, std::uint8_t value) {
+    Bytes b = good;
+    b[at] = value;
+    return b;
+  };
   EXPECT_TRUE(ReadFormantFile(good));
   EXPECT_TRUE(ReadFormantFile({})) << "no block at all";
   EXPECT_FALSE(ReadFormantFile(with(0, 'h')));
@@ -157,7 +181,8 @@ TEST(FormantFile, DamagedFilesAreSeen) {
 TEST(VowelFiles, AnyByteMayLie) {
   ByteWriter formants;
   WriteFormantBlock(formants, TrackOf(0, 2));
-  for (const Bytes& good : {ChartBytes(ChartOf(3, false)).bytes(), ChartBytes(ChartOf(3, true)).bytes(), formants.bytes()})
+  for (const Bytes& good :
+       {ChartBytes(ChartOf(3, false)).bytes(), ChartBytes(ChartOf(3, true)).bytes(), formants.bytes()})
     for (std::size_t at = 0; at < good.size(); ++at)
       for (const int value : {0, 1, 0x7F, 0x80, 0xFF}) {
         Bytes bytes = good;
@@ -176,7 +201,8 @@ TEST(FormantFile, NonsenseIsListedWithoutHarm) {
   block.start = INT32_MIN;
   block.frames = {{std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -0.5, 5}};
   const std::string text = FormantListing({block}, 0);
-  EXPECT_NE(text.find("       02147483647-21474836482147483647       0       5\r\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("       02147483647-21474836482147483647       0       5\r\n"), std::string::npos)
+      << text;
 }
 
 }  // namespace

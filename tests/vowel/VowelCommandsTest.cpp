@@ -53,7 +53,9 @@ class VowelCommands : public ::testing::Test, protected testing::VowelStation {
     EXPECT_TRUE(window.answers.empty());
     return window.Log();
   }
-  const VowelPoint& Last() const { return vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)]; }
+  const VowelPoint& Last() const {
+    return vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)];
+  }
 
   TempFolder folder;
 };
@@ -77,8 +79,9 @@ TEST_F(VowelCommands, ClicksCollectVowels) {
   Open();
   for (int v = 0; v < 9; ++v) ClickAt(MiddleOf(v));
   ASSERT_EQ(vowels.chart.count, 9);
-  for (int v = 0; v < 9; ++v) EXPECT_NEAR(vowels.chart.points[static_cast<std::size_t>(v)].f2, kVowels[v].f2, 70) << kVowels[v].name;
-  ClickAt(6700);   // silence between two vowels
+  for (int v = 0; v < 9; ++v)
+    EXPECT_NEAR(vowels.chart.points[static_cast<std::size_t>(v)].f2, kVowels[v].f2, 70) << kVowels[v].name;
+  ClickAt(6700);  // silence between two vowels
   ClickAt(document.sampleCount);
   EXPECT_EQ(vowels.chart.count, 9);
 }
@@ -105,8 +108,9 @@ TEST_F(VowelCommands, TheLimitsOfATypedPoint) {
   const struct {
     int f1, f2;
     bool accepted;
-  } cases[] = {{150, 420, true},   {149, 420, false},  {150, 419, false},  {1500, 4000, true}, {1501, 4000, false},
-               {1500, 4001, false}, {1000, 1001, true}, {1000, 1000, false}, {1001, 1000, false}};
+  } cases[] = {{150, 420, true},   {149, 420, false},   {150, 419, false},
+               {1500, 4000, true}, {1501, 4000, false}, {1500, 4001, false},
+               {1000, 1001, true}, {1000, 1000, false}, {1001, 1000, false}};
   for (const auto& c : cases) EXPECT_EQ(MayBeTyped(c.f1, c.f2), c.accepted) << c.f1 << ' ' << c.f2;
 }
 
@@ -163,11 +167,15 @@ TEST_F(VowelCommands, AFailedSaveLeavesTheOldChartFile) {
   EXPECT_TRUE(vowels.unsaved);
   const std::string old = ReadFile(path);
   EXPECT_EQ(old.size(), 6u + 48);
-  EXPECT_EQ(testing::WithFileSizeLimit(20, [&] {
-    Answer({"file:" + path});
-    SaveChartCommand(window, vowels);
-    return window.log.back() == Notice("不能建立文件！", nullptr, "error") && vowels.unsaved ? 0 : 1;
-  }), 0);
+  EXPECT_EQ(
+      testing::WithFileSizeLimit(
+          20,
+          [&] {
+            Answer({"file:" + path});
+            SaveChartCommand(window, vowels);
+            return window.log.back() == Notice("不能建立文件！", nullptr, "error") && vowels.unsaved ? 0 : 1;
+          }),
+      0);
   EXPECT_EQ(ReadFile(path), old);
 }
 
@@ -177,7 +185,8 @@ TEST_F(VowelCommands, ARefusedChartFileLeavesTheChart) {
   const auto points = vowels.chart.points;
   const std::string refused = Notice("无此元音图数据文件！", nullptr, "error");
   document.activity = activities::kWaveform;
-  for (const std::string& path : {folder / "none.vch", WriteFile(folder / "bad.vch", std::string("\x05\x00xx", 4)), folder.path()}) {
+  for (const std::string& path :
+       {folder / "none.vch", WriteFile(folder / "bad.vch", std::string("\x05\x00xx", 4)), folder.path()}) {
     Answer({"file:" + path});
     OpenChartCommand(window, document, states, vowels);
     EXPECT_EQ(window.Log().back(), refused);

@@ -25,7 +25,9 @@ FormantFrame Frame(std::vector<double> f, std::vector<double> b) {
 using Four = std::array<double, 4>;
 
 TEST(VowelFormants, TheFirstFourNarrowOnesAreKept) {
-  EXPECT_EQ(ChooseFormants(Frame({300, 900, 2000, 3000, 4000, 5000}, {50, 1599.9, 1600, 70, 80, 90}), 16000).f, (Four{300, 900, 3000, 4000}));
+  EXPECT_EQ(
+      ChooseFormants(Frame({300, 900, 2000, 3000, 4000, 5000}, {50, 1599.9, 1600, 70, 80, 90}), 16000).f,
+      (Four{300, 900, 3000, 4000}));
   EXPECT_EQ(ChooseFormants(Frame({300, 900, 2000}, {50, 60, 70}), 16000).f, (Four{300, 900, 2000, 3000}));
   EXPECT_EQ(ChooseFormants(Frame({300, 900}, {50, 60}), 16000).f, (Four{300, 900, 0, 1000}));
   EXPECT_EQ(ChooseFormants(Frame({}, {}), 16000).f, (Four{0, 0, 0, 1000}));
@@ -51,7 +53,7 @@ TEST(VowelFormants, TheLimitsOfAClickedPoint) {
   const struct {
     double f1, f2;
     bool vowel;
-  } cases[] = {{150, 400, true},  {149.9, 400, false}, {1600, 4000, true}, {1601, 4000, false},
+  } cases[] = {{150, 400, true},    {149.9, 400, false},   {1600, 4000, true},         {1601, 4000, false},
                {150, 399.9, false}, {1600, 4000.1, false}, {std::nan(""), 1000, false}};
   for (const auto& c : cases) EXPECT_EQ(IsVowel({{c.f1, c.f2, 0, 0}, {}}), c.vowel) << c.f1 << ' ' << c.f2;
 }

@@ -16,10 +16,11 @@ TEST(VowelGroups, TheReportIsTheseBytes) {
   };
   auto summaries = SummariesOfVowels(groups);
   ASSERT_TRUE(PlaceGroups(summaries));
-  // Means 300 and 2300 with deviations √200 = 14.14 and √5000 = 70.71; 350 and 720 with 20 and 20.
-  // B(300) = 3.13, B(350) = 3.61, B(720) = 6.69, B(1000) = 8.51, B(1200) = 9.61, B(2300) = 13.83.
-  // V1 of u: 320 + 200·(3.607 − 3.126)/(8.511 − 3.126) = 337.9; V2 of a: 900 − 200·(9.608 − 6.689)/(13.834 − 6.689) = 818.3.
-  const std::string text = "\r\n          元音统计数据\r\n"
+  // Means 300 and 2300 with deviations √200 = 14.14 and √5000 = 70.71; 350 and 720 with 20 and 20. B(300) =
+  // 3.13, B(350) = 3.61, B(720) = 6.69, B(1000) = 8.51, B(1200) = 9.61, B(2300) = 13.83. V1 of u: 320 +
+  // 200·(3.607 − 3.126)/(8.511 − 3.126) = 337.9; V2 of a: 900 − 200·(9.608 − 6.689)/(13.834 − 6.689) = 818.3.
+  const std::string text =
+      "\r\n          元音统计数据\r\n"
       "\r\n          第1组：组名：前元音\r\n\r\n数据(Hz)："
       "     280    2300         300    2200         290    2250         310    2350    \r\n          "
       "     320    2400    "

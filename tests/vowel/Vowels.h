@@ -8,7 +8,8 @@
 
 namespace parlowen::testing {
 
-/// A FakeWindow that also keeps the open tool window and fills forms with several fields: "set:1000=283,1008=2350".
+/// A FakeWindow that also keeps the open tool window and fills forms with several fields:
+/// "set:1000=283,1008=2350".
 class ChartWindow : public FakeWindow {
  public:
   std::unique_ptr<ToolWindow> tool;
@@ -32,12 +33,13 @@ class ChartWindow : public FakeWindow {
   }
 };
 
-/// What a handler needs, with the nine synthetic vowels loaded: 0.45 s each, F0 near 110 Hz, formants as the sounds'
-/// manifest tells them.
+/// What a handler needs, with the nine synthetic vowels loaded: 0.45 s each, F0 near 110 Hz, formants as the
+/// sounds' manifest tells them.
 struct VowelStation {
   VowelStation() {
     InitSignalTables();
-    openByName(window, document, states, PARLOWEN_SOURCE_DIR "/sounds/synthetic_vowels_two_channels_16000.wav");
+    openByName(window, document, states,
+               PARLOWEN_SOURCE_DIR "/sounds/synthetic_vowels_two_channels_16000.wav");
     window.log.clear();
   }
   void Select(int start, int end) {
@@ -53,8 +55,9 @@ struct VowelStation {
 inline constexpr struct {
   const char* name;
   double f1, f2, f3;
-} kVowels[] = {{"a", 760, 1280, 2500}, {"o", 480, 850, 2450}, {"ɤ", 500, 1250, 2450}, {"i", 290, 2300, 3000}, {"u", 330, 720, 2350},
-               {"y", 290, 1950, 2350}, {"ɛ", 560, 1750, 2500}, {"ɚ", 520, 1350, 1750}, {"ɿ", 370, 1400, 2650}};
+} kVowels[] = {{"a", 760, 1280, 2500}, {"o", 480, 850, 2450},  {"ɤ", 500, 1250, 2450},
+               {"i", 290, 2300, 3000}, {"u", 330, 720, 2350},  {"y", 290, 1950, 2350},
+               {"ɛ", 560, 1750, 2500}, {"ɚ", 520, 1350, 1750}, {"ɿ", 370, 1400, 2650}};
 
 /// The middle of a vowel.
 inline int MiddleOf(int vowel) { return vowel * 7200 + 3200; }

@@ -23,11 +23,11 @@ class FileLoudspeaker : public SoundOutput {
   bool Write() override;
   int Position() const override { return static_cast<int>(position_); }
   bool Reset() override;
-  bool Close() override;   ///< false when the file could not be written
+  bool Close() override;  ///< false when the file could not be written
 
  private:
-  std::string path_;                    ///< "": nowhere
-  int sampleRate_ = 0;                  ///< of the file's first play
+  std::string path_;    ///< "": nowhere
+  int sampleRate_ = 0;  ///< of the file's first play
   std::vector<std::int16_t> written_;
   std::span<const std::int16_t> playing_;
   std::size_t position_ = 0;

@@ -9,7 +9,7 @@ namespace {
 
 constexpr const char* kNoDevice = "没有可用的放音设备";
 constexpr const char* kRateRefused = "放音设备不支持 %1 Hz 的采样频率";
-constexpr int kBufferMilliseconds = 100;    // of the sink: short, so that the cursor is where the sound is
+constexpr int kBufferMilliseconds = 100;  // of the sink: short, so that the cursor is where the sound is
 constexpr int kSilenceMilliseconds = 300;
 constexpr int kWatchMilliseconds = 20;
 constexpr int kPatienceMilliseconds = 3000;
@@ -73,8 +73,8 @@ bool QtLoudspeaker::Write() {
   return true;
 }
 
-/// What the device says that it has played; never back, and never ahead of the clock, where a device counts what it was
-/// given.
+/// What the device says that it has played; never back, and never ahead of the clock, where a device counts
+/// what it was given.
 int QtLoudspeaker::Position() const {
   if (!sink_) return 0;
   const qint64 processed = sink_->processedUSecs() * sampleRate_ / 1000000;
@@ -92,7 +92,7 @@ bool QtLoudspeaker::Close() {
   watch_.stop();
   if (sink_) {
     sink_->stop();
-    sink_.release()->deleteLater();   // it may be in the middle of a notice of its own
+    sink_.release()->deleteLater();  // it may be in the middle of a notice of its own
   }
   reader_.close();
   return true;

@@ -10,8 +10,8 @@
 
 namespace parlowen {
 
-/// The samples of a play as the sound library reads them, and behind them as much silence as its buffers hold, so that
-/// the last sample has sounded when it has read everything.
+/// The samples of a play as the sound library reads them, and behind them as much silence as its buffers
+/// hold, so that the last sample has sounded when it has read everything.
 class SampleReader : public QIODevice {
  public:
   void Read(std::span<const std::int16_t> samples, qint64 silenceBytes);
@@ -28,8 +28,8 @@ class SampleReader : public QIODevice {
   qint64 size_ = 0, silence_ = 0, at_ = 0;
 };
 
-/// The system's default loudspeaker. A timer on the window's thread looks after the play. A sound server may move it to
-/// another device; one that is gone, or plays nothing for three seconds, has ended it.
+/// The system's default loudspeaker. A timer on the window's thread looks after the play. A sound server may
+/// move it to another device; one that is gone, or plays nothing for three seconds, has ended it.
 class QtLoudspeaker : public QObject, public SoundOutput {
   Q_OBJECT
  public:
@@ -46,7 +46,7 @@ class QtLoudspeaker : public QObject, public SoundOutput {
  private:
   void Watch();
 
-  QMediaDevices devices_;   ///< keeps the list of devices alive between two plays
+  QMediaDevices devices_;  ///< keeps the list of devices alive between two plays
   std::unique_ptr<QAudioSink> sink_;
   SampleReader reader_;
   QTimer watch_;

@@ -59,7 +59,7 @@ void QtMicrophone::Close() {
   stream_ = nullptr;
   if (!source_) return;
   source_->stop();
-  source_.release()->deleteLater();   // it may be in the middle of a notice of its own
+  source_.release()->deleteLater();  // it may be in the middle of a notice of its own
 }
 
 void QtMicrophone::TakeSound() {

@@ -11,9 +11,9 @@
 
 namespace parlowen {
 
-/// The system's default microphone. The sound library keeps seconds of sound while the window is busy; what arrives is
-/// cut into the queued blocks. A sound server may move a recording to another device; one that is gone, or sends nothing
-/// for three seconds, is lost.
+/// The system's default microphone. The sound library keeps seconds of sound while the window is busy; what
+/// arrives is cut into the queued blocks. A sound server may move a recording to another device; one that is
+/// gone, or sends nothing for three seconds, is lost.
 class QtMicrophone : public QObject, public SoundInput {
   Q_OBJECT
  public:
@@ -37,9 +37,9 @@ class QtMicrophone : public QObject, public SoundInput {
 
   QMediaDevices devices_;
   std::unique_ptr<QAudioSource> source_;
-  QIODevice* stream_ = nullptr;   ///< the source's own
+  QIODevice* stream_ = nullptr;  ///< the source's own
   std::deque<std::span<std::int16_t>> queue_;
-  QByteArray taken_;              ///< sound that fills no block yet
+  QByteArray taken_;  ///< sound that fills no block yet
   QTimer watch_;
   QElapsedTimer sinceSound_;
 };

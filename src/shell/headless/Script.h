@@ -9,13 +9,13 @@ namespace parlowen {
 
 /// One step of a script: its words and where it stands.
 struct ScriptStep {
-  int line = 0;                     ///< from 1
-  std::vector<std::string> words;   ///< at least one
-  std::string error;                ///< what is wrong with the line itself; "" when it could be read
+  int line = 0;                    ///< from 1
+  std::vector<std::string> words;  ///< at least one
+  std::string error;               ///< what is wrong with the line itself; "" when it could be read
 };
 
-/// Splits a line into words: blanks separate, double quotes hold blanks together (with \" \\ \n \t inside), "#" at the
-/// start of a word begins a comment. False when a quote is not closed.
+/// Splits a line into words: blanks separate, double quotes hold blanks together (with \" \\ \n \t inside),
+/// "#" at the start of a word begins a comment. False when a quote is not closed.
 bool SplitWords(const std::string& line, std::vector<std::string>& words);
 
 /// Reads the steps of a script one by one, so that it can come through a pipe.

@@ -16,13 +16,16 @@ namespace {
 struct PaneName {
   const char* name;
   Pane pane;
-  int height;   ///< pixels
+  int height;  ///< pixels
 };
-constexpr PaneName kPanes[] = {
-    {"amplitude", Pane::Amplitude, 110}, {"pitch", Pane::Pitch, 165}, {"analysis", Pane::Analysis, 330}, {"waveform", Pane::Waveform, 165}};
+constexpr PaneName kPanes[] = {{"amplitude", Pane::Amplitude, 110},
+                               {"pitch", Pane::Pitch, 165},
+                               {"analysis", Pane::Analysis, 330},
+                               {"waveform", Pane::Waveform, 165}};
 
 const PaneName* FindPane(const std::string& name) {
-  const auto found = std::find_if(std::begin(kPanes), std::end(kPanes), [&](const PaneName& p) { return name == p.name; });
+  const auto found =
+      std::find_if(std::begin(kPanes), std::end(kPanes), [&](const PaneName& p) { return name == p.name; });
   return found == std::end(kPanes) ? nullptr : found;
 }
 
@@ -36,8 +39,9 @@ constexpr int kToolHeight = 640;
 constexpr int kSilenceAtMost = 100;
 
 bool IsKeyName(const std::string& key) {
-  constexpr const char* kNames[] = {"Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Space", "Escape",
-                                    "F1",   "F2",    "F3", "F4",   "F5",   "F6",  "F7",     "F8"};
+  constexpr const char* kNames[] = {"Left",   "Right",    "Up",    "Down",   "Home", "End",
+                                    "PageUp", "PageDown", "Space", "Escape", "F1",   "F2",
+                                    "F3",     "F4",       "F5",    "F6",     "F7",   "F8"};
   if (key.size() == 1) {
     const char c = key[0];
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -48,7 +52,10 @@ bool IsKeyName(const std::string& key) {
 }  // namespace
 
 ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
-    : reader_(script), errors_(errors), window_(events), workstation_(window_, DataFolder(), {&speaker_, &microphone_}) {
+    : reader_(script),
+      errors_(errors),
+      window_(events),
+      workstation_(window_, DataFolder(), {&speaker_, &microphone_}) {
   workstation_.document.paneWidth = paneWidth;
   workstation_.pitch.paneWidth = paneWidth;
   window_.runModalSteps = [this] { RunModalSteps(); };
@@ -75,11 +82,16 @@ ScriptResult ScriptRunner::Run() {
 std::string ScriptRunner::RunStep(const ScriptStep& step) {
   using Handler = std::string (ScriptRunner::*)(const ScriptStep&);
   static constexpr std::pair<const char*, Handler> kSteps[] = {
-      {"command", &ScriptRunner::Command},        {"answer", &ScriptRunner::Answer},
-      {"select", &ScriptRunner::Select},          {"click", &ScriptRunner::Click},
-      {"key", &ScriptRunner::Key},                {"button", &ScriptRunner::Button},
-      {"close", &ScriptRunner::Close},            {"sound-input", &ScriptRunner::SoundInput},
-      {"sound-output", &ScriptRunner::SoundOutput}, {"print", &ScriptRunner::Print},
+      {"command", &ScriptRunner::Command},
+      {"answer", &ScriptRunner::Answer},
+      {"select", &ScriptRunner::Select},
+      {"click", &ScriptRunner::Click},
+      {"key", &ScriptRunner::Key},
+      {"button", &ScriptRunner::Button},
+      {"close", &ScriptRunner::Close},
+      {"sound-input", &ScriptRunner::SoundInput},
+      {"sound-output", &ScriptRunner::SoundOutput},
+      {"print", &ScriptRunner::Print},
       {"picture", &ScriptRunner::WritePicture},
   };
   const std::string& name = step.words[0];
@@ -97,7 +109,9 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
   return "unknown step " + name;
 }
 
-std::optional<ScriptStep> ScriptRunner::NextStep() { return ahead_ ? std::exchange(ahead_, {}) : reader_.Next(); }
+std::optional<ScriptStep> ScriptRunner::NextStep() {
+  return ahead_ ? std::exchange(ahead_, {}) : reader_.Next();
+}
 
 /// Lets a play or a recording that the last step began run to its end, or to the stop that the next step is.
 void ScriptRunner::RunSound() {
@@ -195,7 +209,8 @@ std::string ScriptRunner::Button(const ScriptStep& step) {
   if (tool == nullptr) return "no tool window is open";
   const auto number = ParseInteger(step.words[1]);
   for (const ToolControl& control : tool->Controls()) {
-    const bool named = control.number == 0 ? control.text == step.words[1] : number && *number == control.number;
+    const bool named =
+        control.number == 0 ? control.text == step.words[1] : number && *number == control.number;
     if (!named) continue;
     if (control.enabled) tool->Press(window_, control);
     workstation_.DocumentChanged();
@@ -215,7 +230,8 @@ std::string ScriptRunner::Close(const ScriptStep& step) {
 std::string ScriptRunner::SoundInput(const ScriptStep& step) {
   const std::size_t count = step.words.size();
   const auto blocks = count == 3 ? ParseInteger(step.words[2]) : std::nullopt;
-  if (count < 2 || count > 3 || (count == 3 && (!blocks || *blocks < 0))) return "sound-input needs FILE.wav [BLOCKS]";
+  if (count < 2 || count > 3 || (count == 3 && (!blocks || *blocks < 0)))
+    return "sound-input needs FILE.wav [BLOCKS]";
   const std::string wrong = microphone_.Listen(AbsolutePath(step.words[1]));
   if (!wrong.empty()) return wrong + " " + step.words[1];
   blockLimit_ = blocks;
@@ -266,7 +282,8 @@ void ScriptRunner::RunModalSteps() {
     if (name == "close" && step->words.size() == 1) return;
     const std::string clicked = name == "click" && step->words.size() > 1 ? step->words[1] : "";
     const ToolWindow* other = window_.ToolNamed(clicked);
-    const bool elsewhere = FindPane(clicked) != nullptr || (other != nullptr && other != window_.CurrentTool());
+    const bool elsewhere =
+        FindPane(clicked) != nullptr || (other != nullptr && other != window_.CurrentTool());
     if (elsewhere || std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
       const auto number = step->words.size() > 1 ? ParseInteger(step->words[1]) : std::nullopt;
       window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", number.value_or(0)));

@@ -47,8 +47,8 @@ class ScriptRunner {
   ScriptWindow window_;
   FileLoudspeaker speaker_;
   FileMicrophone microphone_;
-  std::optional<int> blockLimit_;          ///< the stop of a recording is pressed when so many blocks are delivered
-  std::optional<ScriptStep> ahead_;        ///< a step that was looked at before its time
+  std::optional<int> blockLimit_;    ///< the stop of a recording is pressed when so many blocks are delivered
+  std::optional<ScriptStep> ahead_;  ///< a step that was looked at before its time
   Workstation workstation_;
   bool failed_ = false;
 };

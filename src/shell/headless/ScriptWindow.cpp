@@ -37,7 +37,9 @@ std::string FittedText(const std::string& text, const FormField& field) {
   return fitted;
 }
 
-bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || field.kind == FieldKind::Number; }
+bool IsEdit(const FormField& field) {
+  return field.kind == FieldKind::Text || field.kind == FieldKind::Number;
+}
 
 bool Choose(InputForm& form, const std::string& name) {
   const auto chosen = std::find_if(form.fields.begin(), form.fields.end(), [&](const FormField& field) {
@@ -61,16 +63,18 @@ bool Step(InputForm& form, int direction, int count) {
 
 std::string FieldsJson(const InputForm& form) {
   JsonObject fields;
-  std::vector<std::pair<int, std::string>> groups;   // group, chosen button
+  std::vector<std::pair<int, std::string>> groups;  // group, chosen button
   for (const FormField& field : form.fields) {
     if (IsEdit(field)) fields.Text(std::to_string(field.control), field.value);
     if (field.kind != FieldKind::Radio) continue;
-    auto group = std::find_if(groups.begin(), groups.end(), [&](const auto& g) { return g.first == field.group; });
+    auto group =
+        std::find_if(groups.begin(), groups.end(), [&](const auto& g) { return g.first == field.group; });
     if (group == groups.end()) group = groups.insert(groups.end(), {field.group, ""});
     if (field.checked) group->second = RadioName(field);
   }
   if (groups.size() == 1) fields.Text("choose", groups[0].second);
-  if (groups.size() > 1) fields.Raw("choose", JsonList(groups, [](const auto& g) { return JsonString(g.second); }));
+  if (groups.size() > 1)
+    fields.Raw("choose", JsonList(groups, [](const auto& g) { return JsonString(g.second); }));
   return fields.Done();
 }
 
@@ -156,7 +160,8 @@ std::optional<FileChoice> ScriptWindow::AskFile(const char* kind, const FileDial
                  .Text("title", dialog.title)
                  .Raw("filter", JsonList(dialog.filters,
                                          [](const auto& filter) {
-                                           return "[" + JsonString(filter.first) + "," + JsonString(filter.second) + "]";
+                                           return "[" + JsonString(filter.first) + "," +
+                                                  JsonString(filter.second) + "]";
                                          }))
                  .Text("answer", chosen ? answer->path : "cancel"));
   if (!chosen) return {};
@@ -199,7 +204,9 @@ void ScriptWindow::SetCaption(const std::string& text) {
   PrintEvent(Event("caption").Text("text", text));
 }
 
-void ScriptWindow::OpenInEditor(const std::string& path) { PrintEvent(Event("editor").Text("file", FileNameOf(path))); }
+void ScriptWindow::OpenInEditor(const std::string& path) {
+  PrintEvent(Event("editor").Text("file", FileNameOf(path)));
+}
 
 void ScriptWindow::CopyRegion(const PaneRegion&) { ShowStatus("区域已复制到剪贴板"); }
 

@@ -12,8 +12,8 @@
 
 namespace parlowen {
 
-/// The window of the headless program: questions are answered from a queue, everything that a user would see becomes a
-/// line of JSON.
+/// The window of the headless program: questions are answered from a queue, everything that a user would see
+/// becomes a line of JSON.
 class ScriptWindow : public Window {
  public:
   explicit ScriptWindow(std::ostream& events) : events_(events) {}
@@ -60,7 +60,7 @@ class ScriptWindow : public Window {
 
   std::ostream& events_;
   std::deque<ScriptAnswer> answers_;
-  std::vector<std::unique_ptr<ToolWindow>> tools_;   ///< the last one opened is the current one
+  std::vector<std::unique_ptr<ToolWindow>> tools_;  ///< the last one opened is the current one
   ToolWindow* modal_ = nullptr;
   std::string caption_ = "Parlowen(Tessiran)";
   std::string failure_;

@@ -45,7 +45,8 @@ void StateValue(const Workstation& w, JsonObject& event) {
 }
 
 /// The samples first .. last − 1 that exist, as a list.
-std::string SamplesJson(const std::int16_t* samples, std::int64_t first, std::int64_t last, std::int64_t count) {
+std::string SamplesJson(const std::int16_t* samples, std::int64_t first, std::int64_t last,
+                        std::int64_t count) {
   first = std::clamp<std::int64_t>(first, 0, count);
   last = std::clamp<std::int64_t>(last, first, count);
   return JsonList(std::span(samples + first, samples + last), IntegerText);
@@ -58,7 +59,8 @@ std::string SamplesValue(const Workstation& w, const Words& words, JsonObject& e
   if (!first || !count || words.size() > 4 || (words.size() == 4 && !second && words[3] != "1"))
     return "print samples needs FIRST COUNT [2]";
   const SampleBuffer& channel = second ? w.document.samples2 : w.document.samples;
-  event.Raw("samples", SamplesJson(channel.data(), *first, std::int64_t{*first} + *count, w.document.sampleCount));
+  event.Raw("samples",
+            SamplesJson(channel.data(), *first, std::int64_t{*first} + *count, w.document.sampleCount));
   return {};
 }
 
@@ -74,7 +76,8 @@ std::string PitchValue(const Workstation& w, const Words& words, JsonObject& eve
   first = std::clamp<std::int64_t>(first, 0, kContourFrames);
   last = std::clamp<std::int64_t>(last + 1, first, kContourFrames);
   const float* values = w.document.pitch.data();
-  event.Raw("values", JsonList(std::span(values + first, values + last), [](float v) { return ShortestNumber(v); }));
+  event.Raw("values",
+            JsonList(std::span(values + first, values + last), [](float v) { return ShortestNumber(v); }));
   return {};
 }
 
@@ -85,7 +88,8 @@ void SpectrogramValue(const Workstation& w, JsonObject& event) {
     if (column > 0) columns += ',';
     columns += JsonList(std::span(matrix.Column(column), kSpectrogramRows), IntegerText);
   }
-  event.Text("kind", w.spectrogram.shown ? SpectrogramKindName(w.spectrogram.kind) : "").Raw("columns", columns + "]");
+  event.Text("kind", w.spectrogram.shown ? SpectrogramKindName(w.spectrogram.kind) : "")
+      .Raw("columns", columns + "]");
 }
 
 void NasalanceValue(const Workstation& w, JsonObject& event) {
@@ -189,13 +193,14 @@ void MarkersValue(const Workstation& w, JsonObject& event) {
     bands += band == 0 ? "[" : ",";
     bands += JsonObject()
                  .Raw("markers", JsonList(state.set.Markers(band), IntegerText))
-                 .Raw("labels", JsonList(state.set.Labels(band), [](const MarkerLabel& label) {
-                        return JsonObject()
-                            .Integer("start", label.start)
-                            .Integer("end", label.end)
-                            .Text("text", label.text)
-                            .Done();
-                      }))
+                 .Raw("labels", JsonList(state.set.Labels(band),
+                                         [](const MarkerLabel& label) {
+                                           return JsonObject()
+                                               .Integer("start", label.start)
+                                               .Integer("end", label.end)
+                                               .Text("text", label.text)
+                                               .Done();
+                                         }))
                  .Done();
   }
   event.Raw("bands", bands + "]")
@@ -223,9 +228,10 @@ void FormantsValue(const SoundDocument& document, JsonObject& event) {
 }
 
 void AnnotationsValue(const Workstation& w, JsonObject& event) {
-  event.Raw("items", JsonList(AnnotationsOf(w.annotations, w.document), [](const Annotation& annotation) {
-              return JsonObject().Text("text", annotation.text).Integer("position", annotation.position).Done();
-            }));
+  event.Raw(
+      "items", JsonList(AnnotationsOf(w.annotations, w.document), [](const Annotation& annotation) {
+        return JsonObject().Text("text", annotation.text).Integer("position", annotation.position).Done();
+      }));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@ namespace parlowen {
 class Workstation;
 
 /// Makes the `value` event of a `print` step from the words behind `print`; "" or what is wrong with them.
-std::string PrintedValue(const Workstation& workstation, const std::vector<std::string>& words, JsonObject& event);
+std::string PrintedValue(const Workstation& workstation, const std::vector<std::string>& words,
+                         JsonObject& event);
 
 }  // namespace parlowen

@@ -42,7 +42,9 @@ int main(int argc, char** argv) {
     }
     const bool joined = argument.starts_with("--pane-width=");
     if (argument == "--pane-width" || joined) {
-      const std::string text = joined ? argument.substr(argument.find('=') + 1) : i + 1 < argc ? argv[++i] : "";
+      const std::string text = joined         ? argument.substr(argument.find('=') + 1)
+                               : i + 1 < argc ? argv[++i]
+                                              : "";
       const auto width = ParseInteger(text);
       if (!width || *width < kNarrowestPane || *width > kWidestPane)
         return UsageError("--pane-width needs a number from 21 to 32767");

@@ -3,8 +3,8 @@
 
 namespace parlowen {
 
-/// Lets one thing happen at a time: while a command, a question or a modal tool window is open, what the user does
-/// elsewhere is dropped. A modal tool window acts at the level at which it was opened.
+/// Lets one thing happen at a time: while a command, a question or a modal tool window is open, what the user
+/// does elsewhere is dropped. A modal tool window acts at the level at which it was opened.
 class ActionGate : public QObject {
   Q_OBJECT
  public:

@@ -12,7 +12,9 @@ void ElidedLabel::SetText(const QString& text) {
   Elide();
 }
 
-QSize ElidedLabel::minimumSizeHint() const { return {fontMetrics().averageCharWidth() * 6, QLabel::minimumSizeHint().height()}; }
+QSize ElidedLabel::minimumSizeHint() const {
+  return {fontMetrics().averageCharWidth() * 6, QLabel::minimumSizeHint().height()};
+}
 
 QSize ElidedLabel::sizeHint() const {
   return {fontMetrics().horizontalAdvance(text_) + 2 * margin() + 4, QLabel::sizeHint().height()};
@@ -24,7 +26,8 @@ void ElidedLabel::resizeEvent(QResizeEvent* event) {
 }
 
 void ElidedLabel::Elide() {
-  const QString shown = fontMetrics().elidedText(text_, Qt::ElideRight, contentsRect().width() - 2 * margin());
+  const QString shown =
+      fontMetrics().elidedText(text_, Qt::ElideRight, contentsRect().width() - 2 * margin());
   setText(shown);
   setToolTip(shown == text_ ? QString() : text_);
 }

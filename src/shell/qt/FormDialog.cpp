@@ -38,7 +38,9 @@ class SteppedEdit : public QLineEdit {
   }
 };
 
-bool IsEdit(const FormField& field) { return field.kind == FieldKind::Text || field.kind == FieldKind::Number; }
+bool IsEdit(const FormField& field) {
+  return field.kind == FieldKind::Text || field.kind == FieldKind::Number;
+}
 
 }  // namespace
 
@@ -157,7 +159,8 @@ QWidget* FormDialog::MakeEdit(FormField& field, std::size_t index) {
     button->setArrowType(arrow.type);
     button->setAutoRepeat(true);
     button->setAccessibleName(arrow.name);
-    connect(button, &QToolButton::clicked, this, [stepBy, direction = arrow.direction] { stepBy(direction); });
+    connect(button, &QToolButton::clicked, this,
+            [stepBy, direction = arrow.direction] { stepBy(direction); });
     row->addWidget(button);
   }
   return box;

@@ -10,8 +10,8 @@ class QLineEdit;
 
 namespace parlowen {
 
-/// An input dialog made from a form. OK fills the form; an entry that is too long or has characters without a GBK
-/// code keeps the dialog open with a line that says so.
+/// An input dialog made from a form. OK fills the form; an entry that is too long or has characters without a
+/// GBK code keeps the dialog open with a line that says so.
 class FormDialog : public QDialog {
   Q_OBJECT
  public:
@@ -29,8 +29,8 @@ class FormDialog : public QDialog {
   bool Check();
 
   InputForm& form_;
-  std::vector<QLineEdit*> edits_;           ///< by field, null for the others
-  std::vector<QAbstractButton*> radios_;    ///< by field, null for the others
+  std::vector<QLineEdit*> edits_;         ///< by field, null for the others
+  std::vector<QAbstractButton*> radios_;  ///< by field, null for the others
   QLabel* complaint_ = nullptr;
 };
 

@@ -30,7 +30,8 @@ std::string ToolTipOf(const IpaIndexRow& row) {
 }
 
 bool IsOnTheKeyboard(const std::string& symbol) {
-  return std::all_of(symbol.begin(), symbol.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+  return std::all_of(symbol.begin(), symbol.end(),
+                     [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
 std::string SymbolOf(int trail) {
@@ -54,7 +55,7 @@ IpaPalette::IpaPalette(QLineEdit& field, QWidget* parent) : QTabWidget(parent), 
 QListWidget* IpaPalette::AddPage(const QString& title) {
   auto* page = new QListWidget;
   page->setAccessibleName(title);
-  page->setFocusPolicy(Qt::TabFocus);   // a click leaves the cursor in the field
+  page->setFocusPolicy(Qt::TabFocus);  // a click leaves the cursor in the field
   page->setViewMode(QListView::IconMode);
   page->setMovement(QListView::Static);
   page->setResizeMode(QListView::Adjust);
@@ -66,7 +67,8 @@ QListWidget* IpaPalette::AddPage(const QString& title) {
   font.setPixelSize(kTypeHeight);
   page->setFont(font);
   page->installEventFilter(this);
-  connect(page, &QListWidget::itemClicked, this, [this](const QListWidgetItem* item) { Insert(item->text()); });
+  connect(page, &QListWidget::itemClicked, this,
+          [this](const QListWidgetItem* item) { Insert(item->text()); });
   addTab(page, title);
   return page;
 }

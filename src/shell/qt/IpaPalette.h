@@ -6,8 +6,8 @@ class QListWidget;
 
 namespace parlowen {
 
-/// Phonetic symbols to choose from: those of standard Chinese as the index lists them, and all that have a code. A click,
-/// or Space or Enter on the symbol that the arrow keys reached, inserts at the field's cursor.
+/// Phonetic symbols to choose from: those of standard Chinese as the index lists them, and all that have a
+/// code. A click, or Space or Enter on the symbol that the arrow keys reached, inserts at the field's cursor.
 class IpaPalette : public QTabWidget {
   Q_OBJECT
  public:

@@ -5,7 +5,8 @@
 
 namespace parlowen {
 
-/// The level of the last block of a recording, in dB below full scale, and a warning that stays a while after clipping.
+/// The level of the last block of a recording, in dB below full scale, and a warning that stays a while after
+/// clipping.
 class LevelMeter : public QWidget {
   Q_OBJECT
  public:
@@ -23,7 +24,7 @@ class LevelMeter : public QWidget {
 
  private:
   BlockLevels levels_;
-  int clippingLeft_ = 0;   ///< blocks for which the warning still stands
+  int clippingLeft_ = 0;  ///< blocks for which the warning still stands
 };
 
 }  // namespace parlowen

@@ -28,7 +28,9 @@ bool LossGuard::Replaces(int command) { return IsOneOf(kOpening, command) || IsO
 
 bool LossGuard::ReplacesChart(int command) { return IsOneOf(kOpeningChart, command); }
 
-bool LossGuard::ReplacesMarkers(int command) { return command == kImportTextGrid || command == kImportLabels; }
+bool LossGuard::ReplacesMarkers(int command) {
+  return command == kImportTextGrid || command == kImportLabels;
+}
 
 bool LossGuard::ReplacesAnnotations(int command) { return command == kImportTextGrid; }
 
@@ -60,7 +62,8 @@ void LossGuard::CommandEnded(int command, int setbacks) {
   const bool done = setbacks == setbacksBefore_;
   const bool opened = IsOneOf(kOpening, command) && document_.soundGeneration != generationBefore_;
   // An annotation file holds one channel.
-  const bool savedWhole = IsOneOf(kSaving, command) && !(command == kSavingAnnotations && document_.twoChannel);
+  const bool savedWhole =
+      IsOneOf(kSaving, command) && !(command == kSavingAnnotations && document_.twoChannel);
   if (opened || (savedWhole && done)) TakeSoundAsUnchanged();
   if ((IsOneOf(kOpeningChart, command) || IsOneOf(kSavingChart, command)) && done) TakeChartAsUnchanged();
 }

@@ -19,9 +19,9 @@ class LossGuard {
   bool ChartChanged() const;
   /// A set without markers cannot be saved: nothing is lost with it.
   bool MarkersChanged() const;
-  /// To be called before and after every command, with the failures and cancelled file dialogs so far. A command that
-  /// opens a sound leaves it unchanged when a new one is there; one that saves it, and those that open or save a chart,
-  /// when nothing failed or was cancelled.
+  /// To be called before and after every command, with the failures and cancelled file dialogs so far. A
+  /// command that opens a sound leaves it unchanged when a new one is there; one that saves it, and those
+  /// that open or save a chart, when nothing failed or was cancelled.
   void CommandBegins(int setbacks);
   void CommandEnded(int command, int setbacks);
   /// The same after a sound or chart that was dropped or named; true when it was opened.

@@ -37,15 +37,16 @@ namespace {
 
 constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
 constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗", "波形窗"};
-constexpr int kPaneParts[] = {2, 3, 6, 3};   // heights 1 : 1.5 : 3 : 1.5
+constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5
 
 constexpr const char* kExportsMoved = "文件夹不能写入，文本数据写到 %s";
-constexpr int kSoundMilliseconds = 30;   // between two positions of the cursor
+constexpr int kSoundMilliseconds = 30;  // between two positions of the cursor
 
 constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kMayLoseMarkers = "标志已经改动，还没有保存。放弃改动，继续吗？";
-constexpr const char* kReadMarkersAgain = "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
+constexpr const char* kReadMarkersAgain =
+    "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
 constexpr int kEditMarkers = 40105;
 constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
@@ -97,7 +98,9 @@ QString DroppedFile(const QMimeData* data) {
 }  // namespace
 
 MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
-    : preferences_(preferences), dialogs_(*this, gate_, preferences), station_(dialogs_, std::move(dataFolder), devices),
+    : preferences_(preferences),
+      dialogs_(*this, gate_, preferences),
+      station_(dialogs_, std::move(dataFolder), devices),
       guard_(station_.document, station_.vowels.chart, station_.markers) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
@@ -117,7 +120,7 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
 
 MainWindow::~MainWindow() { dialogs_.CloseAllToolWindows(); }
 
-// --- Making ---------------------------------------------------------------------------------------------------
+// --- Making
 
 void MainWindow::MakeMenus() {
   std::map<Menu, QMenu*> menus;
@@ -163,10 +166,10 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   add("选定...(&S)", "Ctrl+G", false, [this] { AskSelection(); });
   add("放大(&I)", "Ctrl++", false, [this] { station_.view.ZoomKey(false); });
   add("缩小(&O)", "Ctrl+-", false, [this] { station_.view.ZoomKey(true); });
-  add("显示选定的段(&E)", "Ctrl+E", true, [this] {
-    station_.view.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd);
-  });
-  add("显示整个声音(&W)", "Ctrl+0", false, [this] { station_.view.ZoomTo(0, station_.document.sampleCount); });
+  add("显示选定的段(&E)", "Ctrl+E", true,
+      [this] { station_.view.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
+  add("显示整个声音(&W)", "Ctrl+0", false,
+      [this] { station_.view.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
   add("复制读数(&C)", "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
 }
@@ -194,7 +197,8 @@ void MainWindow::MakeToolBar() {
   const auto addZoom = [&](ToolIcon icon, const char* name, const char* toolTip, bool out) {
     QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
     action->setToolTip(toolTip);
-    connect(action, &QAction::triggered, this, [this, out] { gate_.Run([&] { station_.view.ZoomKey(out); }); });
+    connect(action, &QAction::triggered, this,
+            [this, out] { gate_.Run([&] { station_.view.ZoomKey(out); }); });
     ownActions_.push_back({action, false});
   };
   add(ToolIcon::Open, "打开", {110});
@@ -236,7 +240,8 @@ void MainWindow::MakeCentre() {
   setCentralWidget(centre);
 }
 
-/// Two lines: the hint needs all the width of a small screen; under it what the pointer shows and what was reported.
+/// Two lines: the hint needs all the width of a small screen; under it what the pointer shows and what was
+/// reported.
 void MainWindow::MakeStatusBar() {
   auto* lines = new QWidget(this);
   auto* grid = new QGridLayout(lines);
@@ -298,7 +303,7 @@ void MainWindow::Connect() {
   }
 }
 
-// --- Doing ----------------------------------------------------------------------------------------------------
+// --- Doing
 
 PaneWidget& MainWindow::PaneOf(Pane pane) const {
   if (pane == Pane::Chart) return *chart_;
@@ -324,7 +329,7 @@ bool MainWindow::Dispatch(int command) {
     guard_.CommandBegins(setbacks);
     done = station_.dispatchCommand(command);
     guard_.CommandEnded(command, dialogs_.Setbacks());
-    if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;   // a file that was refused was not loaded
+    if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;  // a file that was refused was not loaded
     RenewExportFolder();
     SoundFileSeen();
   });
@@ -363,7 +368,8 @@ void MainWindow::ChooseExportFolder(const QString& file) {
   RenewExportFolder();
 }
 
-/// Exports stand beside the file that was loaded or saved last. A folder can vanish or lose its permission at any time.
+/// Exports stand beside the file that was loaded or saved last. A folder can vanish or lose its permission at
+/// any time.
 void MainWindow::RenewExportFolder() {
   const QFileInfo folder(fileFolder_);
   const bool moved = !fileFolder_.isEmpty() && !(folder.isDir() && folder.isWritable());
@@ -378,9 +384,13 @@ void MainWindow::ShowExportNotice() {
     dialogs_.ShowStatus(Format(kExportsMoved, station_.exportFolder.c_str()));
 }
 
-bool MainWindow::MayLoseChart() { return !guard_.ChartChanged() || dialogs_.AskYesNo(kMayLoseChart, kMayLoseCaption); }
+bool MainWindow::MayLoseChart() {
+  return !guard_.ChartChanged() || dialogs_.AskYesNo(kMayLoseChart, kMayLoseCaption);
+}
 
-bool MainWindow::MayLoseMarkers() { return !guard_.MarkersChanged() || dialogs_.AskYesNo(kMayLoseMarkers, kMayLoseCaption); }
+bool MainWindow::MayLoseMarkers() {
+  return !guard_.MarkersChanged() || dialogs_.AskYesNo(kMayLoseMarkers, kMayLoseCaption);
+}
 
 bool MainWindow::MayLoseAnnotations() {
   return !station_.annotations.changed || dialogs_.AskYesNo(kMayLoseAnnotations, kMayLoseCaption);
@@ -405,7 +415,9 @@ void MainWindow::InputDevicesChanged() {
   Renew();
 }
 
-bool MainWindow::MayLoseSound() { return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption); }
+bool MainWindow::MayLoseSound() {
+  return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption);
+}
 
 bool MainWindow::UseKey(const std::string& key) {
   bool used = false;
@@ -462,7 +474,8 @@ void MainWindow::AskSelection() {
   };
   InputForm form;
   form.title = "选定";
-  form.fields = {edge(1000, "起", start), edge(1001, "止", end), unitChoice("秒", true), unitChoice("样点", false)};
+  form.fields = {edge(1000, "起", start), edge(1001, "止", end), unitChoice("秒", true),
+                 unitChoice("样点", false)};
   if (!dialogs_.AskInput(form)) return;
   const double unit = form.CheckedIndex() == 0 ? rate : 1.0;
   const auto sample = [&](int control) {
@@ -482,7 +495,8 @@ void MainWindow::CopyRegionOf(const PaneRegion& region) {
   if (area.isEmpty()) return;
   const QImage whole = RenderPicture(pane.Shown(), scale);
   QApplication::clipboard()->setImage(
-      whole.copy(QRectF(area.x() * scale, area.y() * scale, area.width() * scale, area.height() * scale).toAlignedRect()));
+      whole.copy(QRectF(area.x() * scale, area.y() * scale, area.width() * scale, area.height() * scale)
+                     .toAlignedRect()));
 }
 
 void MainWindow::CopyHoverLine() {
@@ -492,7 +506,7 @@ void MainWindow::CopyHoverLine() {
   if (!line.empty()) QApplication::clipboard()->setText(QString::fromStdString(line));
 }
 
-// --- Showing --------------------------------------------------------------------------------------------------
+// --- Showing
 
 void MainWindow::RepaintPanes(std::optional<Pane> pane) {
   for (PaneWidget* widget : panes_)
@@ -530,10 +544,11 @@ void MainWindow::FollowSound() {
 
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
-  if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running())) soundTimer_->start();
+  if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
+    soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   hint_->SetText(QString::fromStdString(station_.view.Hint()));
-  if (status_->Text() == hint_->Text()) status_->SetText({});   // a tool that announces itself
+  if (status_->Text() == hint_->Text()) status_->SetText({});  // a tool that announces itself
   axis_->update();
   overview_->update();
   RenewActions();
@@ -561,7 +576,8 @@ void MainWindow::RenewActions() {
     button.action->setToolTip(toolTip);
   }
   const bool sound = document.sampleCount > 0;
-  for (const OwnAction& own : ownActions_) own.action->setEnabled(sound && (!own.needsSelection || document.selectionDefined()));
+  for (const OwnAction& own : ownActions_)
+    own.action->setEnabled(sound && (!own.needsSelection || document.selectionDefined()));
 }
 
 void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
@@ -576,7 +592,8 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
     if (sound && overTime) column = other == pane ? at.x() : view.ColumnOf(other->pane(), sample);
     other->ShowHover(column);
   }
-  hover_->SetText(QString::fromStdString(view.HoverLine(pane->pane(), {at.x(), at.y()}, pane->RowsToBottom(), "  ")));
+  hover_->SetText(
+      QString::fromStdString(view.HoverLine(pane->pane(), {at.x(), at.y()}, pane->RowsToBottom(), "  ")));
 }
 
 void MainWindow::ClearHover() {

@@ -27,16 +27,16 @@ class PaneWidget;
 class Preferences;
 class TimeAxisStrip;
 
-/// The window of the desktop program: menus, tool bar, panes, strips. It shows a workstation and hands on to it what
-/// the user does.
+/// The window of the desktop program: menus, tool bar, panes, strips. It shows a workstation and hands on to
+/// it what the user does.
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
   MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices = {});
   ~MainWindow() override;
 
-  /// Runs a command of the table, after asking about what it would lose; false when it is greyed or something else is
-  /// open.
+  /// Runs a command of the table, after asking about what it would lose; false when it is greyed or something
+  /// else is open.
   bool Dispatch(int command);
   /// Opens a file that was dropped, chosen among the recent ones or named at the start.
   void OpenFile(const QString& path);
@@ -46,7 +46,7 @@ class MainWindow : public QMainWindow {
   Workstation& Station() { return station_; }
   QtWindow& Dialogs() { return dialogs_; }
   PaneWidget& PaneOf(Pane pane) const;
-  QAction* ActionOf(int command) const;   ///< the entry of the menu, or null
+  QAction* ActionOf(int command) const;  ///< the entry of the menu, or null
   QString HintShown() const;
   QString HoverShown() const;
   QString SelectionShown() const;
@@ -61,7 +61,7 @@ class MainWindow : public QMainWindow {
 
  private:
   struct ToolButton {
-    std::vector<int> commands;   ///< the first that is enabled is run
+    std::vector<int> commands;  ///< the first that is enabled is run
     QAction* action;
     QString name;
   };
@@ -123,18 +123,18 @@ class MainWindow : public QMainWindow {
   LevelMeter* meter_ = nullptr;
   PaneSplitter* splitter_ = nullptr;
   std::array<PaneWidget*, 4> panes_{};
-  PaneWidget* chart_ = nullptr;    ///< stands over the three lower panes at times
+  PaneWidget* chart_ = nullptr;  ///< stands over the three lower panes at times
   TimeAxisStrip* axis_ = nullptr;
   OverviewStrip* overview_ = nullptr;
-  QTimer* renewal_ = nullptr;      ///< gathers repaints asked for outside of an action
-  QTimer* soundTimer_ = nullptr;   ///< runs while something is played or recorded
-  int metered_ = 0;                ///< blocks of the recording that the meter has seen
+  QTimer* renewal_ = nullptr;     ///< gathers repaints asked for outside of an action
+  QTimer* soundTimer_ = nullptr;  ///< runs while something is played or recorded
+  int metered_ = 0;               ///< blocks of the recording that the meter has seen
   PaneWidget* hoverPane_ = nullptr;
   QPoint hoverAt_;
   std::string seenPath_;
-  QString fileFolder_;             ///< of the last loaded or saved file; "" before the first
-  bool exportsMoved_ = false;      ///< text exports go elsewhere, for that folder cannot be written to
-  bool exportNotice_ = false;      ///< the status line has yet to say so
+  QString fileFolder_;         ///< of the last loaded or saved file; "" before the first
+  bool exportsMoved_ = false;  ///< text exports go elsewhere, for that folder cannot be written to
+  bool exportNotice_ = false;  ///< the status line has yet to say so
 };
 
 }  // namespace parlowen

@@ -32,7 +32,7 @@ class OverviewStrip : public QWidget {
   ActionGate& gate_;
   bool pressed_ = false, dragged_ = false;
   int pressedX_ = 0;
-  int heldOffset_ = 0;   ///< samples from the view's start to the place that was taken hold of
+  int heldOffset_ = 0;  ///< samples from the view's start to the place that was taken hold of
   WheelSteps wheel_;
 };
 

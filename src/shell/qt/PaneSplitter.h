@@ -4,17 +4,18 @@
 
 namespace parlowen {
 
-/// The panes above each other. Until the user moves a boundary, their heights keep their parts of the whole, whatever
-/// the window's size; none gets lower than its smallest height.
+/// The panes above each other. Until the user moves a boundary, their heights keep their parts of the whole,
+/// whatever the window's size; none gets lower than its smallest height.
 class PaneSplitter : public QSplitter {
   Q_OBJECT
  public:
   explicit PaneSplitter(QWidget* parent);
   void AddPane(QWidget* pane, int part);
-  /// A drawing that can stand in the place of all panes but the first; to be added behind the panes, hidden at first.
+  /// A drawing that can stand in the place of all panes but the first; to be added behind the panes, hidden
+  /// at first.
   void AddChart(QWidget* chart);
-  /// Shows the chart or the panes. The chart gets its proposed height before the first pane keeps more than its
-  /// smallest; the panes come back as they were.
+  /// Shows the chart or the panes. The chart gets its proposed height before the first pane keeps more than
+  /// its smallest; the panes come back as they were.
   void ShowChart(bool shown);
 
   /// The heights as the user left them; empty while none were chosen.
@@ -29,7 +30,7 @@ class PaneSplitter : public QSplitter {
   std::vector<int> parts_;
   QWidget* chart_ = nullptr;
   bool chartShown_ = false;
-  QByteArray paneHeights_;   ///< while the chart is shown
+  QByteArray paneHeights_;  ///< while the chart is shown
   bool chosen_ = false;
 };
 

@@ -16,10 +16,10 @@
 namespace parlowen {
 namespace {
 
-constexpr int kEdgeReach = 4;     // pixels on either side of an edge that take hold of it
-constexpr int kTickHeight = 11;   // type size of the tick labels
+constexpr int kEdgeReach = 4;    // pixels on either side of an edge that take hold of it
+constexpr int kTickHeight = 11;  // type size of the tick labels
 constexpr QRgb kHoverLine = 0xFF707070;
-constexpr int kSmallestChart = 330;   // no more than the panes it stands over
+constexpr int kSmallestChart = 330;  // no more than the panes it stands over
 
 struct PaneTexts {
   const char* name;
@@ -37,11 +37,12 @@ PaneTexts TextsOf(Pane pane) {
 
 }  // namespace
 
-PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent)
+PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate,
+                       QWidget* parent)
     : QWidget(parent), pane_(pane), view_(view), document_(document), gate_(gate) {
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
-  setAttribute(Qt::WA_InputMethodEnabled, false);   // letters are keys here, also while an input method is on
+  setAttribute(Qt::WA_InputMethodEnabled, false);  // letters are keys here, also while an input method is on
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setCursor(pane == Pane::Chart ? Qt::ArrowCursor : Qt::CrossCursor);
@@ -95,7 +96,7 @@ void PaneWidget::FollowCursor() {
   cursorColumn_ = column;
 }
 
-// --- Painting -------------------------------------------------------------------------------------------------
+// --- Painting
 
 void PaneWidget::RenderBase() {
   const QSize size = PaneSize();
@@ -120,9 +121,12 @@ void PaneWidget::PaintGutter(QPainter& painter) const {
     painter.fillRect(kGutter - 4, tick.y, 4, 1, palette().color(QPalette::WindowText));
     const int top = std::clamp(tick.y - 8, 0, height() - 16);
     // A label that another one leaves no room for is left out; its tick stays.
-    if (std::any_of(tops.begin(), tops.end(), [top](int other) { return std::abs(other - top) < kTickHeight + 1; })) continue;
+    if (std::any_of(tops.begin(), tops.end(),
+                    [top](int other) { return std::abs(other - top) < kTickHeight + 1; }))
+      continue;
     tops.push_back(top);
-    painter.drawText(QRect(0, top, kGutter - 6, 16), Qt::AlignRight | Qt::AlignVCenter, QString::fromStdString(tick.text));
+    painter.drawText(QRect(0, top, kGutter - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
+                     QString::fromStdString(tick.text));
   }
 }
 
@@ -152,7 +156,7 @@ void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
 
 void PaneWidget::focusOutEvent(QFocusEvent*) { update(); }
 
-// --- Mouse ----------------------------------------------------------------------------------------------------
+// --- Mouse
 
 Point PaneWidget::PointAt(QPoint position) const {
   return {std::clamp(position.x() - kGutter, 0, std::max(0, PaneSize().width() - 1)),
@@ -178,7 +182,7 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
   const bool control = (event->modifiers() & Qt::ControlModifier) != 0;
   if (event->button() == Qt::RightButton && !control && RepairsPitch()) {
     pressedAt_ = at;
-    drag_ = Drag::RepairPressed;   // until the button comes up it may become a drag over frames
+    drag_ = Drag::RepairPressed;  // until the button comes up it may become a drag over frames
     return;
   }
   if (event->button() == Qt::RightButton && !control) {
@@ -221,15 +225,17 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   Q_EMIT Hovered(this, {at.x, at.y});
   if (RepairsPitch() && gate_.Depth() == 0) {
     view_.PointAtRepair(at);
-    update();   // the comb follows
+    update();  // the comb follows
   }
   if (drag_ == Drag::None && pane_ == Pane::Chart) return;
   if (drag_ == Drag::None) {
-    setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor : Qt::CrossCursor);
+    setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor
+                                                                             : Qt::CrossCursor);
     return;
   }
   if (drag_ == Drag::Region) {
-    band_->setGeometry(QRect(QPoint(pressedAt_.x + kGutter, pressedAt_.y), QPoint(at.x + kGutter, at.y)).normalized());
+    band_->setGeometry(
+        QRect(QPoint(pressedAt_.x + kGutter, pressedAt_.y), QPoint(at.x + kGutter, at.y)).normalized());
     return;
   }
   const bool far = std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance();
@@ -283,7 +289,7 @@ void PaneWidget::keyPressEvent(QKeyEvent* event) {
 void PaneWidget::contextMenuEvent(QContextMenuEvent* event) {
   event->accept();
   const bool mouse = event->reason() == QContextMenuEvent::Mouse;
-  if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;   // right clicks mark
+  if (mouse && (event->modifiers() & Qt::ControlModifier) == 0) return;  // right clicks mark
   Q_EMIT MenuAsked(this, mouse ? event->globalPos() : mapToGlobal(rect().center()));
 }
 

@@ -12,15 +12,16 @@ namespace parlowen {
 
 class ActionGate;
 
-/// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates begin
-/// there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The chart over the lower
-/// panes is one too; its rows begin with the first that is not empty.
+/// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates
+/// begin there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The
+/// chart over the lower panes is one too; its rows begin with the first that is not empty.
 class PaneWidget : public QWidget {
   Q_OBJECT
  public:
-  static constexpr int kGutter = 60;         ///< logical pixels left of the pane's column 0
+  static constexpr int kGutter = 60;  ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
-  static constexpr int kChartStripBottom = 172;   ///< rows of the chart above it lie under the amplitude pane's time
+  static constexpr int kChartStripBottom =
+      172;  ///< rows of the chart above it lie under the amplitude pane's time
 
   PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent);
 
@@ -78,7 +79,7 @@ class PaneWidget : public QWidget {
   bool baseValid_ = false;
   std::optional<int> hoverColumn_, cursorColumn_;
   Drag drag_ = Drag::None;
-  Drag pressedOn_ = Drag::None;   ///< the edge under the press, if any
+  Drag pressedOn_ = Drag::None;  ///< the edge under the press, if any
   Point pressedAt_;
   QRubberBand* band_ = nullptr;
   WheelSteps wheelScroll_, wheelZoom_;

@@ -29,8 +29,8 @@ QByteArray PdfBytes(const Picture& picture) {
   buffer.open(QIODevice::WriteOnly);
   QPdfWriter writer(&buffer);
   const double points = 72.0 / kPixelsPerInch;
-  writer.setPageSize(QPageSize(QSizeF(picture.width * points, picture.height * points), QPageSize::Point, QString(),
-                               QPageSize::ExactMatch));
+  writer.setPageSize(QPageSize(QSizeF(picture.width * points, picture.height * points), QPageSize::Point,
+                               QString(), QPageSize::ExactMatch));
   writer.setPageMargins(QMarginsF());
   writer.setResolution(kPrintDotsPerInch);
   QPainter painter(&writer);
@@ -69,7 +69,8 @@ constexpr FormatRow kFormats[] = {
 
 void AskAndSave(QtWindow& window, const Picture& picture, const FormatRow& row) {
   const auto choice = window.AskSaveFile({"图形存为", {{row.filter, row.pattern}}, row.extension, ""});
-  if (choice && SavePicture(picture, choice->path, row.format) < 0) window.ShowError(kCannotWrite, kCannotWriteCaption);
+  if (choice && SavePicture(picture, choice->path, row.format) < 0)
+    window.ShowError(kCannotWrite, kCannotWriteCaption);
 }
 
 }  // namespace
@@ -87,7 +88,8 @@ void CopyPicture(const Picture& picture, double scale) {
   QGuiApplication::clipboard()->setImage(RenderPicture(picture, scale));
 }
 
-void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int level, std::function<Picture()> picture) {
+void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int level,
+                       std::function<Picture()> picture) {
   menu.addAction("复制为图片(&C)", &menu, [&window, &gate, level, picture] {
     gate.Run([&] { CopyPicture(picture(), window.DevicePixelRatio()); }, level);
   });

@@ -42,7 +42,7 @@ QPen PenOf(Colour colour, int width) {
 
 // Lines and outlines run through the middle of their pixels.
 constexpr QPointF kMiddle(0.5, 0.5);
-constexpr int kDash = 4, kGap = 3;   // pixels
+constexpr int kDash = 4, kGap = 3;  // pixels
 
 class MarkPainter {
  public:
@@ -52,7 +52,8 @@ class MarkPainter {
     if (mark.from.x == mark.to.x || mark.from.y == mark.to.y) return Bar(mark);
     Antialias(true);
     QPen pen = PenOf(mark.colour, mark.width);
-    if (mark.style == LineStyle::Dashed) pen.setDashPattern({double(kDash) / mark.width, double(kGap) / mark.width});
+    if (mark.style == LineStyle::Dashed)
+      pen.setDashPattern({double(kDash) / mark.width, double(kGap) / mark.width});
     painter_.setPen(pen);
     painter_.drawLine(QPointF(mark.from.x, mark.from.y) + kMiddle, QPointF(mark.to.x, mark.to.y) + kMiddle);
   }
@@ -71,7 +72,8 @@ class MarkPainter {
   }
   void operator()(const BoxMark& mark) const {
     Antialias(false);
-    if (mark.opacity > 0) painter_.fillRect(QRectF(mark.x, mark.y, mark.width, mark.height), ColourOf(mark.fill, mark.opacity));
+    if (mark.opacity > 0)
+      painter_.fillRect(QRectF(mark.x, mark.y, mark.width, mark.height), ColourOf(mark.fill, mark.opacity));
     if (!mark.outlined || mark.width < 1 || mark.height < 1) return;
     const QColor colour = ColourOf(mark.outline);
     const double x = mark.x, y = mark.y, width = mark.width, height = mark.height;
@@ -99,12 +101,8 @@ class MarkPainter {
     painter_.setPen(ColourOf(mark.colour));
     painter_.drawText(QPointF(x, mark.y), text);
   }
-  void operator()(const GreyImageMark& mark) const {
-    Image(mark, QImage::Format_Grayscale8, 1);
-  }
-  void operator()(const ColourImageMark& mark) const {
-    Image(mark, QImage::Format_RGB888, 3);
-  }
+  void operator()(const GreyImageMark& mark) const { Image(mark, QImage::Format_Grayscale8, 1); }
+  void operator()(const ColourImageMark& mark) const { Image(mark, QImage::Format_RGB888, 3); }
 
  private:
   void Antialias(bool on) const { painter_.setRenderHint(QPainter::Antialiasing, on); }
@@ -120,7 +118,8 @@ class MarkPainter {
     const QColor colour = ColourOf(mark.colour);
     for (int at = first; at <= last; at += piece + kGap) {
       const double length = std::min(piece, last - at + 1);
-      FillSnapped(column ? QRectF(across, at, mark.width, length) : QRectF(at, across, length, mark.width), colour);
+      FillSnapped(column ? QRectF(across, at, mark.width, length) : QRectF(at, across, length, mark.width),
+                  colour);
     }
   }
 
@@ -129,14 +128,15 @@ class MarkPainter {
     const QTransform transform = painter_.deviceTransform();
     if (transform.type() > QTransform::TxScale) return painter_.fillRect(area, colour);
     const QRectF device = transform.mapRect(area);
-    const QRectF whole(std::round(device.x()), std::round(device.y()), std::max(1.0, std::round(device.width())),
-                       std::max(1.0, std::round(device.height())));
+    const QRectF whole(std::round(device.x()), std::round(device.y()),
+                       std::max(1.0, std::round(device.width())), std::max(1.0, std::round(device.height())));
     painter_.fillRect(transform.inverted().mapRect(whole), colour);
   }
 
   template <typename M>
   void Image(const M& mark, QImage::Format format, int bytes) const {
-    const auto size = static_cast<std::size_t>(std::max(0, mark.columns)) * static_cast<std::size_t>(std::max(0, mark.rows));
+    const auto size = static_cast<std::size_t>(std::max(0, mark.columns)) *
+                      static_cast<std::size_t>(std::max(0, mark.rows));
     if (size == 0 || mark.pixels.size() < size * static_cast<std::size_t>(bytes)) return;
     const QImage image(mark.pixels.data(), mark.columns, mark.rows, mark.columns * bytes, format);
     painter_.setRenderHint(QPainter::SmoothPixmapTransform, false);

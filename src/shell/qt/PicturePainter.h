@@ -7,8 +7,8 @@ class QPainter;
 
 namespace parlowen {
 
-/// Draws the picture with its upper left corner at the painter's origin, clipped to its size. One picture pixel is one
-/// logical pixel; a scaled painter or a device of higher resolution only sharpens.
+/// Draws the picture with its upper left corner at the painter's origin, clipped to its size. One picture
+/// pixel is one logical pixel; a scaled painter or a device of higher resolution only sharpens.
 void PaintPicture(QPainter& painter, const Picture& picture);
 
 /// The picture on white paper, `scale` image pixels a picture pixel.

@@ -11,12 +11,12 @@ class Preferences {
   /// Kept in `file`, or in the user's settings when it is empty.
   explicit Preferences(const QString& file = {});
 
-  static QString DocumentsFolder();    ///< the user's; without one the home folder
-  QString Folder() const;              ///< of the last file dialog; at first the user's documents
+  static QString DocumentsFolder();  ///< the user's; without one the home folder
+  QString Folder() const;            ///< of the last file dialog; at first the user's documents
   void SetFolder(const QString& folder);
-  QStringList RecentFiles() const;     ///< newest first, at most kMostRecentFiles
+  QStringList RecentFiles() const;  ///< newest first, at most kMostRecentFiles
   void AddRecentFile(const QString& path);
-  QByteArray Layout() const;           ///< the heights of the panes
+  QByteArray Layout() const;  ///< the heights of the panes
   void SetLayout(const QByteArray& state);
 
   static constexpr int kMostRecentFiles = 9;

@@ -42,8 +42,8 @@ QMessageBox::Icon IconOf(Icon icon) {
 /// The carriage returns of the texts would show as gaps.
 QString BoxText(const std::string& text) { return QString::fromStdString(text).remove('\r'); }
 
-/// A filter as the file dialog wants it: what is shown, then the patterns in brackets, which it hides. A pattern that
-/// wants a dot in every name means all files.
+/// A filter as the file dialog wants it: what is shown, then the patterns in brackets, which it hides. A
+/// pattern that wants a dot in every name means all files.
 QString NameFilter(const std::pair<std::string, std::string>& filter) {
   const QString pattern = QString::fromStdString(filter.second);
   QStringList patterns;
@@ -88,7 +88,9 @@ std::string WithExtension(const std::string& path, const std::string& extension)
 
 QtWindow::QtWindow(QWidget& host, ActionGate& gate, Preferences& preferences)
     : openExternally([](const QUrl& url) { return QDesktopServices::openUrl(url); }),
-      host_(host), gate_(gate), preferences_(preferences) {
+      host_(host),
+      gate_(gate),
+      preferences_(preferences) {
   connect(&gate_, &ActionGate::Began, this, [this] { sinceAction_.start(); });
   connect(&gate_, &ActionGate::Finished, this, &QtWindow::ActionEnded);
 }
@@ -102,7 +104,8 @@ void QtWindow::BeforeModal() const {
 QWidget* QtWindow::DialogParent() const {
   if (!modalTools_.empty()) return modalTools_.back();
   QWidget* active = QApplication::activeWindow();
-  const bool ours = std::any_of(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == active; });
+  const bool ours =
+      std::any_of(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == active; });
   return ours ? active : &host_;
 }
 
@@ -156,9 +159,11 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
   bool replaces = false;
   for (const auto& filter : dialog.filters) {
     filters += NameFilter(filter);
-    for (const char* whole : {"*.wav", "*.ipa", "*.svg", "*.pdf", "*.png"}) replaces = replaces || filter.second == whole;
+    for (const char* whole : {"*.wav", "*.ipa", "*.svg", "*.pdf", "*.png"})
+      replaces = replaces || filter.second == whole;
   }
-  // Files that can be added to are asked about by their handlers; only what is always replaced is asked about here.
+  // Files that can be added to are asked about by their handlers; only what is always replaced is asked about
+  // here.
   box.setOption(QFileDialog::DontConfirmOverwrite, !(save && replaces));
   if (!filters.isEmpty()) box.setNameFilters(filters);
   if (save && replaces) box.setDefaultSuffix(QString::fromStdString(dialog.filters.front().second).mid(2));
@@ -259,7 +264,8 @@ void QtWindow::CloseAllToolWindows() {
 }
 
 void QtWindow::ToolClosed(ToolWidget* widget) {
-  const auto at = std::find_if(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == widget; });
+  const auto at =
+      std::find_if(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == widget; });
   if (at == tools_.end()) return;
   std::unique_ptr<ToolWindow> tool = std::move(at->tool);
   tools_.erase(at);

@@ -19,8 +19,8 @@ namespace parlowen {
 class Preferences;
 class ToolWidget;
 
-/// The window that the handlers ask, made of dialogs over a host widget. What concerns the main window itself (its
-/// caption, its panes, its end) goes out as signals.
+/// The window that the handlers ask, made of dialogs over a host widget. What concerns the main window itself
+/// (its caption, its panes, its end) goes out as signals.
 class QtWindow : public QObject, public Window {
   Q_OBJECT
  public:
@@ -62,10 +62,10 @@ class QtWindow : public QObject, public Window {
   void CaptionChanged(const QString& caption);
   void StatusShown(const QString& text);
   void RepaintAsked(std::optional<parlowen::Pane> pane);
-  void FileChosen(const QString& path);     ///< in a file dialog
+  void FileChosen(const QString& path);  ///< in a file dialog
   void EditorAsked();
   void RegionCopied(const parlowen::PaneRegion& region);
-  void KeyUnused(const std::string& key);   ///< a key that a tool window had no use for
+  void KeyUnused(const std::string& key);  ///< a key that a tool window had no use for
   void QuitAsked();
 
  private:
@@ -84,7 +84,8 @@ class QtWindow : public QObject, public Window {
   Preferences& preferences_;
   std::string caption_;
   std::vector<OpenTool> tools_;
-  std::vector<std::unique_ptr<ToolWindow>> closedTools_;   ///< they may still be on the stack until the action ends
+  std::vector<std::unique_ptr<ToolWindow>>
+      closedTools_;  ///< they may still be on the stack until the action ends
   std::vector<ToolWidget*> modalTools_;
   QPointer<QProgressDialog> progress_;
   QElapsedTimer sinceAction_;

@@ -17,7 +17,8 @@ QPainterPath Vibration() {
   QPainterPath path({0, 150});
   for (int x = 1; x < kWidth; ++x) {
     const double t = x / double(kWidth);
-    const double swell = std::exp(-std::pow((t - 0.35) / 0.16, 2)) + 0.7 * std::exp(-std::pow((t - 0.75) / 0.10, 2));
+    const double swell =
+        std::exp(-std::pow((t - 0.35) / 0.16, 2)) + 0.7 * std::exp(-std::pow((t - 0.75) / 0.10, 2));
     path.lineTo(x, 150 - 48 * swell * std::sin(x * 0.75) * (0.75 + 0.25 * std::sin(x * 0.11)));
   }
   return path;

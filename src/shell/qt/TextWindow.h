@@ -5,8 +5,8 @@ class QWidget;
 
 namespace parlowen {
 
-/// A read-only window over a text file in GBK or, when its bytes are well-formed UTF-8, in that. It deletes itself
-/// when it is closed. Null when the file cannot be read.
+/// A read-only window over a text file in GBK or, when its bytes are well-formed UTF-8, in that. It deletes
+/// itself when it is closed. Null when the file cannot be read.
 QWidget* ShowTextFile(const QString& path, QWidget* parent);
 
 /// The same for an HTML page whose links stay in the window; `fragment` names a section.

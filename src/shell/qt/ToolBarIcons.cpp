@@ -20,7 +20,8 @@ void DrawIcon(QPainter& painter, ToolIcon icon, const QColor& ink) {
   painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   switch (icon) {
     case ToolIcon::Open:
-      painter.drawPolyline(QPolygonF({{2.5, 16}, {2.5, 4.5}, {7.5, 4.5}, {9.5, 6.5}, {15.5, 6.5}, {15.5, 9}}));
+      painter.drawPolyline(
+          QPolygonF({{2.5, 16}, {2.5, 4.5}, {7.5, 4.5}, {9.5, 6.5}, {15.5, 6.5}, {15.5, 9}}));
       painter.drawPolygon(QPolygonF({{2.5, 16}, {5.5, 9}, {18, 9}, {15, 16}}));
       break;
     case ToolIcon::Save:
@@ -51,7 +52,8 @@ void DrawIcon(QPainter& painter, ToolIcon icon, const QColor& ink) {
       break;
     }
     case ToolIcon::WideBand:
-      for (const double x : {4.0, 7.0, 10.0, 13.0, 16.0}) painter.drawLine(QPointF(x, x == 10.0 ? 3 : 5), QPointF(x, 17));
+      for (const double x : {4.0, 7.0, 10.0, 13.0, 16.0})
+        painter.drawLine(QPointF(x, x == 10.0 ? 3 : 5), QPointF(x, 17));
       break;
     case ToolIcon::NarrowBand:
       for (const double y : {4.0, 7.0, 10.0, 13.0, 16.0}) painter.drawLine(QPointF(3, y), QPointF(17, y));

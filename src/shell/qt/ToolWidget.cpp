@@ -9,8 +9,8 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
-#include <QScreen>
 #include <QPushButton>
+#include <QScreen>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
@@ -52,7 +52,8 @@ class ToolCanvas : public QWidget {
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
   }
   void mousePressEvent(QMouseEvent* event) override {
-    const bool menuClick = event->button() == Qt::RightButton && (event->modifiers() & Qt::ControlModifier) != 0;
+    const bool menuClick =
+        event->button() == Qt::RightButton && (event->modifiers() & Qt::ControlModifier) != 0;
     if (menuClick || (event->button() != Qt::LeftButton && event->button() != Qt::RightButton)) return;
     const Point at{event->pos().x(), event->pos().y()};
     const MouseButton button = event->button() == Qt::LeftButton ? MouseButton::Left : MouseButton::Right;
@@ -61,11 +62,13 @@ class ToolCanvas : public QWidget {
   }
   void mouseMoveEvent(QMouseEvent* event) override {
     if (owner_.tool_ == nullptr) return;
-    owner_.readout_->setText(QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
+    owner_.readout_->setText(
+        QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
   }
   void contextMenuEvent(QContextMenuEvent* event) override {
     // Right clicks belong to the tool.
-    const bool asked = event->reason() != QContextMenuEvent::Mouse || (event->modifiers() & Qt::ControlModifier) != 0;
+    const bool asked =
+        event->reason() != QContextMenuEvent::Mouse || (event->modifiers() & Qt::ControlModifier) != 0;
     if (asked) owner_.ShowMenu(event->globalPos());
   }
 
@@ -91,8 +94,14 @@ bool ToolWidget::Act(F&& action) {
 
 ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
-      tool_(&tool), window_(window), gate_(gate), level_(level), canvas_(new ToolCanvas(*this)),
-      scrollBar_(new QScrollBar(Qt::Horizontal)), readout_(new QLabel), buttonColumn_(new QVBoxLayout) {
+      tool_(&tool),
+      window_(window),
+      gate_(gate),
+      level_(level),
+      canvas_(new ToolCanvas(*this)),
+      scrollBar_(new QScrollBar(Qt::Horizontal)),
+      readout_(new QLabel),
+      buttonColumn_(new QVBoxLayout) {
   readout_->setTextFormat(Qt::PlainText);
   readout_->setMinimumHeight(readout_->fontMetrics().height());
   auto* layout = new QVBoxLayout(this);
@@ -117,7 +126,8 @@ ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int
           [this](int value) { Act([&](ToolWindow& shown) { shown.ScrollTo(window_, value); }); });
   Renew();
   canvas_->setFocus();
-  // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small one.
+  // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small
+  // one.
   resize(sizeHint().boundedTo(screen()->availableSize() - QSize(20, 60)));
 }
 
@@ -131,15 +141,14 @@ void ToolWidget::Renew() {
   if (tool_ == nullptr) return;
   setWindowTitle(QString::fromStdString(tool_->Title()));
   const std::vector<ToolControl> controls = tool_->Controls();
-  const bool same = std::equal(controls.begin(), controls.end(), controls_.begin(), controls_.end(),
-                               [](const ToolControl& a, const ToolControl& b) {
-                                 return a.number == b.number && a.text == b.text;
-                               });
+  const bool same = std::equal(
+      controls.begin(), controls.end(), controls_.begin(), controls_.end(),
+      [](const ToolControl& a, const ToolControl& b) { return a.number == b.number && a.text == b.text; });
   controls_ = controls;
   if (!same) MakeButtons(controls);
   for (std::size_t i = 0; i < controls.size(); ++i) {
     buttons_[i]->setEnabled(controls[i].enabled);
-    if (!controls[i].chosen) buttons_[i]->setChecked(false);   // or it goes on looking pressed
+    if (!controls[i].chosen) buttons_[i]->setChecked(false);  // or it goes on looking pressed
     buttons_[i]->setCheckable(controls[i].chosen);
     buttons_[i]->setChecked(controls[i].chosen);
     buttons_[i]->setToolTip(QString::fromStdString(controls[i].help));
@@ -163,7 +172,7 @@ void ToolWidget::RenewScrollBar() {
 
 void ToolWidget::MakeButtons(const std::vector<ToolControl>& controls) {
   while (QLayoutItem* item = buttonColumn_->takeAt(0)) {
-    if (item->widget() != nullptr) item->widget()->deleteLater();   // it may be the one being clicked
+    if (item->widget() != nullptr) item->widget()->deleteLater();  // it may be the one being clicked
     delete item;
   }
   buttons_.clear();
@@ -191,7 +200,8 @@ void ToolWidget::PressButton(int number, const std::string& text) {
 void ToolWidget::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0)
     return ShowMenu(canvas_->mapToGlobal(canvas_->rect().center()));
-  if (event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier)) return CopyText();
+  if (event->key() == Qt::Key_C && event->modifiers() == (Qt::ControlModifier | Qt::ShiftModifier))
+    return CopyText();
   const std::string key = KeyName(*event);
   if (key.empty()) return QDialog::keyPressEvent(event);
   bool used = false;
@@ -221,7 +231,8 @@ void ToolWidget::ShowMenu(QPoint global) {
   if (gate_.Depth() != level_) return;
   QMenu menu(this);
   AddPictureActions(menu, window_, gate_, level_, [this] { return Shown(); });
-  if (tool_ != nullptr && !tool_->Text().empty()) menu.addAction("复制数据(&T)\tCtrl+Shift+C", this, &ToolWidget::CopyText);
+  if (tool_ != nullptr && !tool_->Text().empty())
+    menu.addAction("复制数据(&T)\tCtrl+Shift+C", this, &ToolWidget::CopyText);
   menu.exec(global);
 }
 

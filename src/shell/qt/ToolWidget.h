@@ -17,7 +17,8 @@ class ActionGate;
 class QtWindow;
 class ToolCanvas;
 
-/// The window over a room's tool: its drawing, its buttons, the readout of the pointer. Modeless, or modal by exec().
+/// The window over a room's tool: its drawing, its buttons, the readout of the pointer. Modeless, or modal by
+/// exec().
 class ToolWidget : public QDialog {
   Q_OBJECT
  public:
@@ -53,7 +54,8 @@ class ToolWidget : public QDialog {
   void CopyText();
   void MakeButtons(const std::vector<ToolControl>& controls);
   void RenewScrollBar();
-  /// Does one thing in the tool, shows what became of it, and closes when the tool wants to; false when it was dropped.
+  /// Does one thing in the tool, shows what became of it, and closes when the tool wants to; false when it
+  /// was dropped.
   template <typename F>
   bool Act(F&& action);
 

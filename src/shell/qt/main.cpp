@@ -20,7 +20,7 @@ constexpr QSize kSmallestScreen(1024, 720);
 
 int main(int argc, char** argv) {
   QApplication application(argc, argv);
-  std::setlocale(LC_NUMERIC, "C");   // numbers in files and reports have a point in every country
+  std::setlocale(LC_NUMERIC, "C");  // numbers in files and reports have a point in every country
   QApplication::setApplicationName("parlowen");
   parlowen::InstallInterfaceTexts(application);
 
