@@ -2,7 +2,7 @@
 
 #include "prosody/DurationChart.h"
 #include "prosody/Durations.h"
-#include "prosody/TextExport.h"
+#include "ui/TextExport.h"
 
 namespace parlowen {
 namespace {

@@ -9,7 +9,8 @@ namespace parlowen {
 class UiText {
  public:
   constexpr UiText() = default;
-  constexpr UiText(const char* chinese) : chinese_(chinese) {}  // NOLINT: tables of texts are written as literals
+  constexpr UiText(const char* chinese)
+      : chinese_(chinese) {}  // NOLINT: tables of texts are written as literals
 
   const char* Get() const { return chinese_; }
   operator std::string() const { return Get(); }  // NOLINT: a text is shown wherever a string is

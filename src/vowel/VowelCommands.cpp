@@ -4,7 +4,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Files.h"
-#include "prosody/TextExport.h"
+#include "ui/TextExport.h"
 #include "vowel/AverageVowels.h"
 #include "vowel/FormantFile.h"
 #include "vowel/SegmentChart.h"

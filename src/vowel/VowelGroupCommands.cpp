@@ -1,7 +1,7 @@
 #include "vowel/VowelGroupCommands.h"
 
 #include "base/Arithmetic.h"
-#include "prosody/TextExport.h"
+#include "ui/TextExport.h"
 #include "vowel/VowelCommands.h"
 
 namespace parlowen {

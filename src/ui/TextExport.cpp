@@ -1,4 +1,4 @@
-#include "prosody/TextExport.h"
+#include "ui/TextExport.h"
 
 #include "base/Files.h"
 #include "ui/Window.h"
