@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "base/Utf8.h"
-
 namespace parlowen {
 namespace {
 
@@ -21,19 +19,6 @@ void AddText(Picture& picture, int x, int middle, const std::string& text, int h
 }
 
 }  // namespace
-
-/// Hanzi are as wide as they are high, letters two thirds of that, raised and tone letters one third,
-/// combining marks stand on the letter before.
-int TextWidth(const std::string& text, int height) {
-  const auto thirdsOf = [](char32_t character) {
-    if (character >= 0x2E80) return 3;
-    if (character >= 0x300 && character < 0x370) return 0;
-    return character >= 0x2B0 && character < 0x300 ? 1 : 2;
-  };
-  int thirds = 0;
-  for (std::size_t at = 0; at < text.size();) thirds += thirdsOf(TakeUtf8(text, at));
-  return thirds * height / 3;
-}
 
 void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, int left, int top,
                     const std::function<int(int)>& columnOf) {

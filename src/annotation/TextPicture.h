@@ -9,9 +9,6 @@
 
 namespace parlowen {
 
-/// About how wide a text of that height is, in pixels.
-int TextWidth(const std::string& text, int height);
-
 /// Adds the annotations to the picture of a pane: a thin line at each position and its text beside it, in
 /// rows from `top` on so that neighbours do not cover each other. Only columns from `left` on are used;
 /// `columnOf` tells that of a sample.

@@ -1,5 +1,7 @@
 #include "ui/Picture.h"
 
+#include "base/Utf8.h"
+
 namespace parlowen {
 namespace {
 
@@ -33,6 +35,17 @@ void Picture::AddAt(const Picture& other, int dx, int dy) {
   const std::size_t first = marks.size();
   Add(other);
   for (std::size_t i = first; i < marks.size(); ++i) std::visit(Mover{dx, dy}, marks[i]);
+}
+
+int TextWidth(const std::string& text, int height) {
+  const auto thirdsOf = [](char32_t character) {
+    if (character >= 0x2E80) return 3;
+    if (character >= 0x300 && character < 0x370) return 0;
+    return character >= 0x2B0 && character < 0x300 ? 1 : 2;
+  };
+  int thirds = 0;
+  for (std::size_t at = 0; at < text.size();) thirds += thirdsOf(TakeUtf8(text, at));
+  return thirds * height / 3;
 }
 
 }  // namespace parlowen

@@ -53,6 +53,7 @@ const char* FamilyOf(Face face) {
 
 // Lines and outlines run through the middle of their pixels, as they do on the screen.
 constexpr const char* kMiddle = " transform=\"translate(0.5 0.5)\"";
+constexpr const char* kDashes = " stroke-dasharray=\"4 3\"";
 
 std::string Image(int x, int y, int width, int height, int columns, int rows, int channels,
                   std::span<const std::uint8_t> pixels) {
@@ -66,16 +67,14 @@ std::string Image(int x, int y, int width, int height, int columns, int rows, in
 
 struct SvgMark {
   std::string operator()(const LineMark& mark) const {
-    return Format(
-        "<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n",
-        mark.from.x, mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
-        mark.style == LineStyle::Dashed ? " stroke-dasharray=\"4 3\"" : " stroke-linecap=\"square\"",
-        kMiddle);
+    return Format("<line x1=\"%d\" y1=\"%d\" x2=\"%d\" y2=\"%d\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n",
+                  mark.from.x, mark.from.y, mark.to.x, mark.to.y, Hex(mark.colour).c_str(), mark.width,
+                  mark.style == LineStyle::Dashed ? kDashes : " stroke-linecap=\"square\"", kMiddle);
   }
   std::string operator()(const PolylineMark& mark) const {
     return "<polyline points=\"" + PointList(mark.points) +
-           Format("\" fill=\"none\" stroke=\"%s\" stroke-width=\"%d\"%s/>\n", Hex(mark.colour).c_str(),
-                  mark.width, kMiddle);
+           Format("\" fill=\"none\" stroke=\"%s\" stroke-width=\"%d\"%s%s/>\n", Hex(mark.colour).c_str(),
+                  mark.width, mark.style == LineStyle::Dashed ? kDashes : "", kMiddle);
   }
   std::string operator()(const PolygonMark& mark) const {
     return "<polygon points=\"" + PointList(mark.points) +

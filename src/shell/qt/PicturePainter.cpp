@@ -33,16 +33,18 @@ QPolygonF PointsOf(const std::vector<Point>& points) {
   return polygon;
 }
 
-QPen PenOf(Colour colour, int width) {
-  QPen pen(ColourOf(colour), width);
-  pen.setCapStyle(Qt::FlatCap);
-  pen.setJoinStyle(Qt::MiterJoin);
-  return pen;
-}
-
 // Lines and outlines run through the middle of their pixels.
 constexpr QPointF kMiddle(0.5, 0.5);
 constexpr int kDash = 4, kGap = 3;  // pixels
+
+QPen PenOf(Colour colour, int width, LineStyle style = LineStyle::Solid) {
+  QPen pen(ColourOf(colour), width);
+  pen.setCapStyle(Qt::FlatCap);
+  pen.setJoinStyle(Qt::MiterJoin);
+  if (style == LineStyle::Dashed)
+    pen.setDashPattern({double(kDash) / std::max(1, width), double(kGap) / std::max(1, width)});
+  return pen;
+}
 
 class MarkPainter {
  public:
@@ -51,16 +53,13 @@ class MarkPainter {
   void operator()(const LineMark& mark) const {
     if (mark.from.x == mark.to.x || mark.from.y == mark.to.y) return Bar(mark);
     Antialias(true);
-    QPen pen = PenOf(mark.colour, mark.width);
-    if (mark.style == LineStyle::Dashed)
-      pen.setDashPattern({double(kDash) / mark.width, double(kGap) / mark.width});
-    painter_.setPen(pen);
+    painter_.setPen(PenOf(mark.colour, mark.width, mark.style));
     painter_.drawLine(QPointF(mark.from.x, mark.from.y) + kMiddle, QPointF(mark.to.x, mark.to.y) + kMiddle);
   }
   void operator()(const PolylineMark& mark) const {
     if (mark.points.size() < 2) return;
     Antialias(true);
-    painter_.setPen(PenOf(mark.colour, mark.width));
+    painter_.setPen(PenOf(mark.colour, mark.width, mark.style));
     painter_.setBrush(Qt::NoBrush);
     painter_.drawPolyline(PointsOf(mark.points).translated(kMiddle));
   }

@@ -1,0 +1,43 @@
+#pragma once
+#include <cstdint>
+
+namespace parlowen {
+
+/// 0xRRGGBB.
+using Colour = std::uint32_t;
+
+/// Every colour of every picture has its name here.
+namespace colours {
+
+inline constexpr Colour kBlack = 0x000000, kWhite = 0xFFFFFF, kGrid = 0xC8C8C8, kText = 0x303030;
+inline constexpr Colour kSelection = 0xCFE4FF, kStart = 0x007A33, kEnd = 0xC00000, kCursor = 0xD06000;
+
+// What is laid over data.
+inline constexpr Colour kTint = 0x3080FF, kViewEdge = 0x3060B0, kMarked = 0xE0A000;
+inline constexpr double kTintOpacity = 0.18;
+
+// Waveforms, levels, pitch.
+inline constexpr Colour kWave = 0x1F3F77, kSecondWave = 0xB03000, kLevelLine = 0xB03000;
+inline constexpr Colour kLevelBars = 0x9DB8D9, kPitch = 0x0050A0, kRatio = 0x00664D;
+
+// Spectra.
+inline constexpr Colour kSpectrumRed = 0xC80000, kSpectrumBlue = 0x0030C0, kSpectrumBars = 0x00DC00;
+inline constexpr Colour kBandBar = 0x4070B0, kSpectrogramGrid = 0xA04040, kFormant = 0xE00000;
+inline constexpr Colour kRidge = 0x203060, kFormantStrip = 0x2050A0;
+
+// Resynthesis and durations.
+inline constexpr Colour kPresentPitch = 0x008000, kTargetPitch = 0xD00000, kInvalid = 0xF0F0F0;
+inline constexpr Colour kHatch = 0x00A000;
+
+// Texts, markers, charts.
+inline constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060, kPalateMarker = 0x7030A0;
+inline constexpr Colour kBandFill = 0xF2F2F2, kStretchLine = 0x606060;
+inline constexpr Colour kMarkerBand[] = {0xC00000, 0x00662E, 0x6A1B9A, 0x8A5000};
+inline constexpr Colour kChartPoint = 0xC80000;
+
+/// Curves of one plot, in order; a grey print tells the first ones apart by their lightness.
+inline constexpr Colour kCurve[] = {0xC00000, 0x0060D0, 0x008040, 0xA000A0,
+                                    0xD07000, 0x008090, 0x606060, 0x804000};
+
+}  // namespace colours
+}  // namespace parlowen
