@@ -16,7 +16,6 @@ constexpr const char* kResetFailed = " Error Reseting wave output device";
 constexpr const char* kCloseFailed = " Error closing wave output device";
 constexpr const char* kPlaying = "T 键停止放音";
 constexpr const char* kEnded = "放音结束";
-constexpr int kStopCommand = 40025;
 constexpr int kLongestError = 99;  // characters of a device's own text that are shown
 
 std::string FirstCharacters(const std::string& text, int count) {
@@ -61,7 +60,7 @@ int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t*
     return -1;
   }
   closed_ = false;
-  states_.enableCommand(kStopCommand);
+  states_.Tell(Need::Playing);
   window_.ShowStatus(kPlaying);
   Changed();
   return 0;
@@ -95,7 +94,7 @@ void Player::stopPlayback() {
   const bool silenced = output_->Reset();
   const bool released = output_->Close();
   reversed_.reset();
-  states_.enableCommand(kStopCommand, false);
+  states_.Tell(Need::Playing, false);
   window_.ShowStatus(kEnded);
   // A tool that is in use stays in use.
   if (document_.activity < activities::kSpectrum) document_.activity = activities::kWaveform;

@@ -13,7 +13,7 @@ namespace parlowen {
 enum class PlayMode { Forward = 1, Reverse = 2 };
 
 /// Plays one stretch of samples at a time at the document's rate. It shows the status lines of a play and
-/// keeps 40025 enabled while one runs; the document's samples are never changed.
+/// tells the command states while one runs; the document's samples are never changed.
 class Player {
  public:
   /// `output` may be null: then every start says that there is no device.

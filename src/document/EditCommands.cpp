@@ -59,7 +59,7 @@ void PasteCommand(Window& window, SoundDocument& document, CommandStates& states
   document.setView(states);
   DropContour(document, states);
   states.onPaste();
-  if (document.sampleCount > 6LL * document.sampleRate) states.Enable({40013, 40027, 40014});
+  if (document.sampleCount > 6LL * document.sampleRate) states.onViewChanged(true);
   window.Repaint();
 }
 

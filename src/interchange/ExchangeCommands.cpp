@@ -206,16 +206,6 @@ void ExportGroups(Window& window, const GroupKind& kind, const char* title, cons
 
 }  // namespace
 
-void UpdateExchangeCommands(const SoundDocument& document, CommandStates& states, const LtaState& lta,
-                            const VowelChart& chart) {
-  const bool sound = HasSound(document);
-  for (const int command : {41020, 41021, 41022, 41023, 41028, 41032, 41033, 41034})
-    states.enableCommand(command, sound);
-  states.enableCommand(41030, lta.frames > 0 && IsFinite(lta.levels));
-  states.enableCommand(41031, chart.count > 0);
-  states.enableCommand(41035, sound && document.twoChannel);
-}
-
 void ImportTextGridCommand(Window& window, const MarkerDesk& desk) {
   if (!RequireSound(window, desk.document)) return;
   if (const auto path = AskOpen(window, "导入TextGrid文件", kTextGrid))

@@ -25,11 +25,6 @@ struct MarkerDesk {
   std::function<void()> show = [] {};
 };
 
-/// Enables what there is something for and greys the rest; those that need a contour or a selection follow
-/// them in CommandStates.
-void UpdateExchangeCommands(const SoundDocument& document, CommandStates& states, const LtaState& lta,
-                            const VowelChart& chart);
-
 // Markers. An import takes the place of the whole marker set, of the annotations only where the file has a
 // tier for them; a refused file changes nothing. What did not fit is said.
 

@@ -93,7 +93,7 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
   recording.samples = {};
   FinishLoad(window, document, states, path, recording.sampleCount, recording.sampleRate, false);
   palate = {true, std::move(recording), document.soundGeneration};
-  if (palate.IsComplete()) states.Enable({40061, 40049, 40087, 40088});
+  states.Tell(Need::PalateFile, palate.IsComplete());
   return 1;
 }
 

@@ -1,6 +1,5 @@
 #include "shell/Workstation.h"
 
-#include <algorithm>
 #include <string_view>
 
 #include "annotation/AnnotationCommands.h"
@@ -19,30 +18,6 @@ namespace {
 constexpr int kLeastForAnalysis =
     2000;  // samples that a cut or pasted sound needs for its picture to be made anew
 
-constexpr std::pair<const char*, int> kFunctionKeys[] = {
-    {"F1", 270}, {"F5", 220}, {"F6", 170}, {"F7", 180}, {"F8", 210}};
-
-/// Commands that take another sound in or change this one: a play of it ends before they begin.
-constexpr int kReplacing[] = {110, 40093, 40078, 40060, 40110, 40116, 272,   40022, 40112, 40104,
-                              215, 40001, 40003, 40006, 40007, 40036, 40114, 40115, 40102};
-constexpr int kRecordings[] = {272, 40022, 40112};
-constexpr int kStopPlay = 40025, kPlaySelection = 160, kPlayWhole = 40023;
-
-/// Menus whose commands are tools: choosing one ends the tool before it. Only the saving of a sound with its
-/// annotations stands among them and is none.
-bool IsTool(const CommandRow& row) {
-  constexpr int kSaveIpa = 40079;
-  const Menu menu = row.menu;
-  return row.number != kSaveIpa && (menu == Menu::Pitch || menu == Menu::Tone || menu == Menu::Spectrum ||
-                                    menu == Menu::Vowel || menu == Menu::Palate);
-}
-
-/// Commands that draw into the three lower panes: a chart over them gives way.
-bool DrawsInPanes(int command) {
-  constexpr int kCommands[] = {170, 180, 190, 200, 205, 210, 220, 40005, 40042, 40066, 40103, 40108};
-  return std::find(std::begin(kCommands), std::end(kCommands), command) != std::end(kCommands);
-}
-
 /// Palate recordings and two-channel speech share their name's ending; the header chunk tells them apart.
 bool IsPalateRecording(const std::string& path) {
   char id[4] = {};
@@ -53,6 +28,7 @@ bool IsPalateRecording(const std::string& path) {
 
 Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices devices)
     : window(ownWindow),
+      states(CommandRules()),
       view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
       dataFolder(std::move(folder)),
       player(devices.output, ownWindow, document, states),
@@ -89,17 +65,12 @@ MarkerDesk Workstation::MarkersToExchange() {
 bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
-  StopPlayFor(number);
-  if (IsTool(*row)) view.EndTool();
-  if (DrawsInPanes(number) && view.ChartShown()) document.activity = activities::kWaveform;
+  if (row->does.Has(Does::StopPlay)) player.stopPlayback();
+  if (row->does.Has(Does::EndTool)) view.EndTool();
+  if (row->does.Has(Does::DrawInPanes) && view.ChartShown()) document.activity = activities::kWaveform;
   RunCommand(*this, *row);
   DocumentChanged();
   return true;
-}
-
-void Workstation::StopPlayFor(int command) {
-  if (std::find(std::begin(kReplacing), std::end(kReplacing), command) != std::end(kReplacing))
-    player.stopPlayback();
 }
 
 void Workstation::OpenFile(const std::string& path) {
@@ -141,19 +112,17 @@ bool Workstation::Key(const std::string& key) {
     return true;
   }
   if (key == "Space")
-    return dispatchCommand(player.playing()              ? kStopPlay
-                           : document.selectionDefined() ? kPlaySelection
-                                                         : kPlayWhole);
-  for (const auto& [name, command] : kFunctionKeys)
-    if (key == name) return dispatchCommand(command);
+    return dispatchCommand(player.playing()              ? commands::kStopPlaying
+                           : document.selectionDefined() ? commands::kPlaySelection
+                                                         : commands::kPlayWhole);
+  if (const CommandRow* row = CommandOfKey(key)) return dispatchCommand(row->number);
   const bool used = view.Key(key);
   DocumentChanged();
   return used;
 }
 
 void Workstation::InputDevicesChanged() {
-  const bool present = input_ != nullptr && input_->IsPresent();
-  for (const int command : kRecordings) states.enableCommand(command, present);
+  states.Tell(Need::Microphone, input_ != nullptr && input_->IsPresent());
 }
 
 bool Workstation::MoveCursor() {
@@ -172,13 +141,20 @@ void Workstation::SelectionMoved() {
 
 void Workstation::DocumentChanged() {
   UpdateDerived();
-  UpdateExchangeCommands(document, states, lta, vowels.chart);
-  for (const int command : {41010, 41011}) states.enableCommand(command, spectrogram.shown);
+  TellStates();
+}
+
+void Workstation::TellStates() {
+  states.Tell(Need::Region, document.activity == activities::kRegionChosen);
+  UpdateVowelCommands(document, states, vowels);
+  states.Tell(Need::Points, vowels.chart.count > 0);
+  states.Tell(Need::Picture, spectrogram.shown);
+  states.Tell(Need::Samples, document.sampleCount > 0 && document.sampleRate > 0);
+  states.Tell(Need::TwoChannels, document.twoChannel);
+  states.Tell(Need::LongTermSpectrum, lta.frames > 0 && IsFinite(lta.levels));
 }
 
 void Workstation::UpdateDerived() {
-  states.enableCommand(40015, document.activity == activities::kRegionChosen);
-  UpdateVowelCommands(document, states, vowels);
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;

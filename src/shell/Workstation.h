@@ -93,10 +93,11 @@ class Workstation {
   Recorder recording;
 
  private:
-  void StopPlayFor(int command);
   /// Windows that speak of the marked frames follow the selection.
   void SelectionMoved();
   void UpdateDerived();
+  /// Tells the command states what no room tells them as it happens.
+  void TellStates();
 
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;

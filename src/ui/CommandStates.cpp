@@ -1,94 +1,104 @@
 #include "ui/CommandStates.h"
 
-namespace parlowen {
+#include <algorithm>
 
-CommandStates::CommandStates() {
-  Enable({110, 140, 270, 40008});
-  // Offered by the annotation, palatography and two-channel services without a sound.
-  Enable({40078, 40060, 40083, 40084, 40110, 40116});
+namespace parlowen {
+namespace {
+
+constexpr UiText kRecordingRuns = "正在录音";
+
+}  // namespace
+
+CommandStates::CommandStates(std::vector<CommandRule> rules) {
+  facts_.Set(Need::NoStatistics, true);
+  std::sort(rules.begin(), rules.end(),
+            [](const CommandRule& a, const CommandRule& b) { return a.number < b.number; });
+  for (const CommandRule& rule : rules) rows_.push_back({rule, facts_.Has(rule.need)});
 }
 
-void CommandStates::enableCommand(int command, bool enable) {
-  if (enable) {
-    enabled_.insert(command);
-  } else {
-    enabled_.erase(command);
-  }
+const CommandStates::Row* CommandStates::Find(int command) const {
+  const auto at = std::lower_bound(rows_.begin(), rows_.end(), command,
+                                   [](const Row& row, int number) { return row.rule.number < number; });
+  return at != rows_.end() && at->rule.number == command ? &*at : nullptr;
+}
+
+bool CommandStates::IsEnabled(int command) const {
+  const Row* row = Find(command);
+  return row != nullptr && row->enabled && (!Holds(Need::Recording) || row->rule.need.Has(Need::Recording));
 }
 
 std::vector<int> CommandStates::Enabled() const {
-  if (recording_) return {kStopRecording};
-  return {enabled_.begin(), enabled_.end()};
+  std::vector<int> enabled;
+  for (const Row& row : rows_)
+    if (IsEnabled(row.rule.number)) enabled.push_back(row.rule.number);
+  return enabled;
 }
 
-void CommandStates::onSoundLoaded(int sampleRate, bool pitchStatisticsOpen) {
-  Enable({220, 170, 180, 190, 200, 205, 40066, 210, 120, 130, 40093, 40023, 40077, 40042, 40108, 40005, 40109,
-          40102});
-  EnableByRate(sampleRate);
-  Enable({40053, 40055, 40054, 215, 40104, 40041, 40021, 40010});
-  Grey({160, 40081, 40024, 40050, 40068, 274, 40001, 40040, 40002, 40006, 40007, 40036, 40074});
-  Enable({40076, 40026, 40105, 40117, 40106, 40115});
-  enableCommand(40029, !pitchStatisticsOpen && sampleRate < kHighRate);
-  Grey({40004, 40061, 40049, 40087, 40088});
-  Enable({40090});
-  // The annotation service's own rows.
-  Enable({40079, 40080});
-  Grey({40015});
+UiText CommandStates::MissingFor(int command) const {
+  const Row* row = Find(command);
+  if (row == nullptr || IsEnabled(command)) return {};
+  for (int i = 0; i < static_cast<int>(Need::kCount); ++i)
+    if (const Need need{i}; row->rule.need.Has(need) && !Holds(need)) return ReasonOf(need);
+  return kRecordingRuns;
 }
 
-void CommandStates::onRateChanged(int sampleRate, bool pitchStatisticsOpen) {
-  EnableByRate(sampleRate);
-  enableCommand(40029, !pitchStatisticsOpen && sampleRate < kHighRate);
+void CommandStates::Tell(Need need, bool holds) {
+  facts_.Set(need, holds);
+  for (const Row& row : rows_)
+    if (row.rule.need.Has(need)) enableCommand(row.rule.number, facts_.Has(row.rule.need));
+  if (need == Need::Statistics) Tell(Need::NoStatistics, !holds);
 }
 
-void CommandStates::EnableByRate(int sampleRate) {
-  if (sampleRate >= kHighRate) {
-    // 40095, 40096, 40062, 40063 and 40064 keep their state.
-    Grey({212, 40089, 40057, 40051, 40069, 40073, 40082, 40070, 40058, 40033});
-  } else {
-    Enable({212, 40089, 40057, 40051, 40069, 40073, 40082, 40070, 40058, 40033, 40095, 40096, 40062, 40063,
-            40064});
-  }
+void CommandStates::enableCommand(int command, bool enable) {
+  for (Row& row : rows_)
+    if (row.rule.number == command) row.enabled = enable;
+}
+
+void CommandStates::onSoundLoaded(int sampleRate) {
+  Tell(Need::Sound);
+  onRateChanged(sampleRate);
+  for (const Need need : {Need::Selection, Need::EditableSelection, Need::ClearableSelection,
+                          Need::PlayableSelection, Need::Undo, Need::PalateFile, Need::Region})
+    Tell(need, false);
+}
+
+void CommandStates::onRateChanged(int sampleRate) {
+  const bool low = sampleRate < kHighRate;
+  Tell(Need::LowRate, low);
+  if (low) Tell(Need::LowRateOnce);
 }
 
 void CommandStates::onSelectionChanged(const SelectionFacts& facts) {
-  for (const int command : {40001, 40002, 40040, 40004, 40006, 40007, 40074})
-    enableCommand(command, facts.defined);
-  const bool playable = facts.defined && facts.length >= 51;
-  const bool lowRate = facts.sampleRate < kHighRate;
-  enableCommand(160, playable);
-  enableCommand(40024, playable);
-  enableCommand(40081, playable && lowRate);
-  for (const int command : {40056, 40067, 40068, 41026, 41029})
-    enableCommand(command, facts.defined && lowRate);
+  for (const Need need : {Need::Selection, Need::EditableSelection, Need::ClearableSelection})
+    Tell(need, facts.defined);
+  Tell(Need::PlayableSelection, facts.defined && facts.length >= kLeastPlayed);
+  Tell(Need::MarkedAtLowRate, facts.sampleRate < kHighRate);
   onContourChanged(facts);
 }
 
-void CommandStates::onContourChanged(const SelectionFacts& facts) {
-  for (const int command : {40050, 40052}) enableCommand(command, facts.defined && facts.pitchPresent);
-  for (const int command : {40103, 41024, 41025, 41027}) enableCommand(command, facts.pitchPresent);
-}
+void CommandStates::onContourChanged(const SelectionFacts& facts) { Tell(Need::Contour, facts.pitchPresent); }
 
-void CommandStates::onViewChanged(bool soundIsLonger) {
-  for (const int command : {40013, 40027, 40014}) enableCommand(command, soundIsLonger);
-}
+void CommandStates::onViewChanged(bool soundIsLonger) { Tell(Need::LongSound, soundIsLonger); }
 
-void CommandStates::onTwoChannelChanged(bool twoChannel) {
-  for (const int command : {40111, 40113, 40114}) enableCommand(command, twoChannel);
-}
+void CommandStates::onTwoChannelChanged(bool twoChannel) { Tell(Need::TwoChannelFile, twoChannel); }
 
 void CommandStates::onCut() {
-  Enable({40003, 40036});
-  Grey({40001, 40040, 40002, 40004, 40006, 40007, 40074});
+  Tell(Need::Clip);
+  Tell(Need::Undo);
+  Tell(Need::EditableSelection, false);
+  Tell(Need::ClearableSelection, false);
 }
 
-void CommandStates::onCopy() { Enable({40003}); }
+void CommandStates::onCopy() { Tell(Need::Clip); }
 
 void CommandStates::onPaste() {
-  Grey({40001, 40002, 40040, 40006, 40007, 40074});
-  Enable({40004, 40036});
+  Tell(Need::EditableSelection, false);
+  Tell(Need::ClearableSelection);
+  Tell(Need::Undo);
 }
 
-void CommandStates::onUndo() { Grey({40036}); }
+void CommandStates::onUndo() { Tell(Need::Undo, false); }
+
+void CommandStates::onRecording(bool running) { Tell(Need::Recording, running); }
 
 }  // namespace parlowen

@@ -133,10 +133,8 @@ bool MayBeTyped(int f1, int f2) { return f1 >= 150 && f1 <= 1500 && f2 >= 420 &&
 
 void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels) {
   const int activity = document.activity;
-  const bool hasPoints = activity == activities::kPointChart && vowels.chart.count > 0;
-  states.enableCommand(40059, hasPoints);
-  states.enableCommand(40072, hasPoints);
-  states.enableCommand(40085, activity == activities::kSegmentChart || activity == activities::kPointChart);
+  states.Tell(Need::ChartedPoints, activity == activities::kPointChart && vowels.chart.count > 0);
+  states.Tell(Need::VowelChart, activity == activities::kSegmentChart || activity == activities::kPointChart);
 }
 
 // --- The charts

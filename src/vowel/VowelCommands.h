@@ -7,7 +7,7 @@
 
 namespace parlowen {
 
-/// Enables what depends on the chart's points and on `activity`: 40059, 40072 and 40085.
+/// Tells the states what depends on the chart's points and on `activity`.
 void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels);
 
 // The charts.

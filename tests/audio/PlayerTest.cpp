@@ -34,7 +34,7 @@ TEST(Player, PlaysAStretchAndTellsWhereItIs) {
   EXPECT_EQ(stage.window.Log(), Texts{"status|T 键停止放音"});
   EXPECT_EQ(stage.speaker.rate, 22050);
   EXPECT_EQ(stage.speaker.heard, testing::Ramp(51, 101));
-  EXPECT_TRUE(stage.states.IsEnabled(40025));
+  EXPECT_TRUE(stage.states.Holds(Need::Playing));
   stage.speaker.position = 20;
   EXPECT_EQ(stage.player.playbackPosition(), 20);
   EXPECT_EQ(stage.player.CursorSample(), 120);
@@ -44,7 +44,7 @@ TEST(Player, PlaysAStretchAndTellsWhereItIs) {
   stage.speaker.onDone();
   EXPECT_EQ(stage.window.Log(), Texts{"status|放音结束"});
   EXPECT_FALSE(stage.player.playing());
-  EXPECT_FALSE(stage.states.IsEnabled(40025));
+  EXPECT_FALSE(stage.states.Holds(Need::Playing));
   EXPECT_FALSE(stage.player.CursorSample());
   EXPECT_EQ(stage.speaker.calls, (Texts{"open", "prepare", "write", "reset", "close"}));
 }
@@ -82,7 +82,7 @@ TEST(Player, EveryFailureHasItsText) {
     EXPECT_EQ(stage.window.Log(), Texts{std::string("none|Parlowen(Tessiran)|") + c.text});
     EXPECT_EQ(stage.speaker.calls.back(), "close");
     EXPECT_FALSE(stage.player.playing());
-    EXPECT_FALSE(stage.states.IsEnabled(40025));
+    EXPECT_FALSE(stage.states.Holds(Need::Playing));
   }
   const struct {
     const char *failAt, *text;

@@ -137,7 +137,7 @@ TEST(Recorder, EveryFailureHasItsTextAndLeavesTheDocument) {
     EXPECT_FALSE(booth.microphone.open);
     EXPECT_EQ(booth.document.sampleRate, 44100);
     EXPECT_EQ(booth.document.samples[0], 77);
-    EXPECT_TRUE(booth.states.IsEnabled(110));
+    EXPECT_FALSE(booth.states.Holds(Need::Recording));
     EXPECT_EQ(booth.recorder.runGainTest(booth.folder / "Thrsh.dat"), -1);
     EXPECT_EQ(booth.window.Log(), Texts{c.shown});
   }
@@ -162,7 +162,7 @@ TEST(Recorder, ADeviceThatVanishesLosesNothing) {
     EXPECT_FALSE(booth.recorder.running());
     EXPECT_EQ(booth.document.sampleCount, (atQueue ? 5 : 4) * kBlockSamples);
     EXPECT_EQ(booth.window.Log().back(), "none|Parlowen(Tessiran)| Error in waveIn Add Buffer");
-    EXPECT_TRUE(booth.states.IsEnabled(120)) << "it can be saved";
+    EXPECT_TRUE(booth.states.Holds(Need::Sound)) << "it can be saved";
   }
 }
 
@@ -202,7 +202,7 @@ TEST(GainTestRun, AdaptsToTheRoomAndLeavesTheDocument) {
     EXPECT_EQ(booth.settings.recordGain, c.file.empty() ? 1.0f : booth.settings.recordGain);
     EXPECT_EQ(booth.document.samples[0], 77);
     EXPECT_EQ(booth.document.sampleRate, 44100);
-    EXPECT_TRUE(booth.states.IsEnabled(110));
+    EXPECT_FALSE(booth.states.Holds(Need::Recording));
   }
 }
 

@@ -75,7 +75,7 @@ TEST(ChannelsWindow, ClicksMarkTheDocumentsSelection) {
   tool.Click(desk.window, {20 + 502, 5}, MouseButton::Right, false);
   EXPECT_EQ(desk.document.selectionStart, 4000);
   EXPECT_EQ(desk.document.selectionEnd, 8000);
-  EXPECT_TRUE(desk.states.IsEnabled(40001)) << "with the rules of a selection";
+  EXPECT_TRUE(desk.states.Holds(Need::EditableSelection)) << "with the rules of a selection";
   EXPECT_EQ(desk.state.Curve(desk.document).start, 4000);
 }
 

@@ -148,15 +148,15 @@ TEST(RateConversion, MakesANewSoundOfIt) {
   CopyCommand(desk.document, desk.states);
   PasteCommand(desk.window, desk.document, desk.states);
   desk.document.pitchPresent = true;
-  EXPECT_FALSE(desk.states.IsEnabled(212));
+  EXPECT_FALSE(desk.states.Holds(Need::LowRate));
   desk.window.answers = {"yes"};
   ConvertRateCommand(desk.window, desk.document, desk.states);
   EXPECT_FALSE(desk.document.pitchPresent);
   EXPECT_EQ(desk.document.undoKind, 0);
   EXPECT_FALSE(desk.document.selectionDefined());
-  EXPECT_TRUE(desk.states.IsEnabled(212));
-  EXPECT_FALSE(desk.states.IsEnabled(40036));
-  EXPECT_TRUE(desk.states.IsEnabled(40003)) << "the clip stays";
+  EXPECT_TRUE(desk.states.Holds(Need::LowRate));
+  EXPECT_FALSE(desk.states.Holds(Need::Undo));
+  EXPECT_TRUE(desk.states.Holds(Need::Clip)) << "the clip stays";
   EXPECT_TRUE(desk.document.AtStartScale());
 }
 

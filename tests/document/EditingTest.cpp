@@ -63,7 +63,7 @@ TEST(Editing, TheWholeSoundCanBeCutAndBroughtBack) {
   EXPECT_EQ(desk.document.sampleCount, 0);
   EXPECT_EQ(desk.document.viewLength, 0);
   SelectAllCommand(desk.window, desk.document, desk.states);
-  EXPECT_FALSE(desk.states.IsEnabled(40001)) << "nothing of nothing is selected";
+  EXPECT_FALSE(desk.states.Holds(Need::EditableSelection)) << "nothing of nothing is selected";
   desk.document.insertPoint = 1000000;
   PasteCommand(desk.window, desk.document, desk.states);
   EXPECT_EQ(desk.document.insertPoint, 0) << "clamped to the sound";
@@ -117,10 +117,10 @@ TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
   EXPECT_EQ(paste("no"), Texts{"ask|Parlowen(Tessiran) -- " + desk.document.filePath +
                                "|此操作将破坏双声道数据的同步，继续吗？"});
   EXPECT_EQ(desk.document.sampleCount, 3);
-  EXPECT_TRUE(desk.document.twoChannel && desk.states.IsEnabled(40114));
+  EXPECT_TRUE(desk.document.twoChannel && desk.states.Holds(Need::TwoChannelFile));
   paste("yes");
   EXPECT_EQ(desk.document.sampleCount, 4);
-  EXPECT_FALSE(desk.document.twoChannel || desk.states.IsEnabled(40114));
+  EXPECT_FALSE(desk.document.twoChannel || desk.states.Holds(Need::TwoChannelFile));
   EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
 }
 
@@ -161,10 +161,10 @@ TEST(Editing, OnlyAnEditThatMovesSamplesDropsTheContour) {
     Desk desk;
     desk.Open(wav.Bytes());
     desk.Mark(100, 200);
-    EXPECT_TRUE(desk.states.IsEnabled(40050));
+    EXPECT_TRUE(desk.states.Holds(Need::Selection) && desk.states.Holds(Need::Contour));
     c.edit(desk);
     EXPECT_EQ(desk.document.pitchPresent, c.kept);
-    EXPECT_EQ(desk.states.IsEnabled(40103), c.kept);
+    EXPECT_EQ(desk.states.Holds(Need::Contour), c.kept);
     EXPECT_EQ(desk.document.pitch[1], c.kept ? 5.0f : kNoValue);
   }
 }
@@ -179,7 +179,7 @@ TEST(Editing, AnUndoneSoundHoldsItsSelection) {
   UndoCommand(desk.window, desk.document, desk.states);
   EXPECT_EQ(desk.document.sampleCount, 1000);
   EXPECT_LE(desk.document.selectionEnd, 1000);
-  EXPECT_FALSE(desk.states.IsEnabled(40001)) << "nothing of it is left";
+  EXPECT_FALSE(desk.states.Holds(Need::EditableSelection)) << "nothing of it is left";
 }
 
 }  // namespace

@@ -109,7 +109,7 @@ TEST(Reading, EveryFieldMayLie) {
     desk.Load(Ramp(500), kOldRate);
     desk.Mark(10, 400);
     const std::string oldPath = desk.document.filePath, oldCaption = desk.window.Caption();
-    const auto oldStates = desk.states.Enabled();
+    const auto oldStates = desk.states.Facts();
     EXPECT_EQ(desk.Open(c.bytes, ChannelMode::One, "hostile.wav"),
               c.message.empty() ? Texts{} : Texts{c.message});
     EXPECT_EQ(desk.document.sampleRate, c.rate);
@@ -124,7 +124,7 @@ TEST(Reading, EveryFieldMayLie) {
     EXPECT_EQ(desk.document.filePath, oldPath);
     EXPECT_EQ(desk.window.Caption(), oldCaption);
     EXPECT_EQ(desk.document.selectionEnd, 400);
-    EXPECT_EQ(desk.states.Enabled(), oldStates);
+    EXPECT_EQ(desk.states.Facts(), oldStates);
   }
 }
 
@@ -255,7 +255,7 @@ TEST(Reading, APitchTailIsMadeHarmless) {
   wav.behind = PitchTail(values);
   Desk desk;
   EXPECT_EQ(desk.Open(wav.Bytes()), Texts{});
-  EXPECT_TRUE(desk.document.pitchPresent && desk.states.IsEnabled(40103));
+  EXPECT_TRUE(desk.document.pitchPresent && desk.states.Holds(Need::Contour));
   EXPECT_EQ(std::vector<float>(desk.document.pitch.begin(), desk.document.pitch.begin() + 12), expected);
   EXPECT_EQ(std::vector<float>(desk.document.pitchBackup.begin(), desk.document.pitchBackup.begin() + 12),
             expected);
@@ -281,7 +281,7 @@ TEST(Reading, APitchTailIsMadeHarmless) {
     wav.behind = c.tail;
     desk.Open(wav.Bytes());
     EXPECT_EQ(desk.document.pitchPresent, c.present);
-    EXPECT_EQ(desk.states.IsEnabled(40103), c.present);
+    EXPECT_EQ(desk.states.Holds(Need::Contour), c.present);
     EXPECT_EQ(desk.document.pitch[12499], c.last);
     EXPECT_EQ(desk.document.pitchBackup[12499], c.last);
   }

@@ -24,7 +24,7 @@ TEST(View, TheStartScaleIsTenMillisecondsAColumn) {
     EXPECT_EQ(desk.document.samplesPerPixel, c.samplesPerPixel);
     EXPECT_EQ(desk.document.FullViewLength(), c.full) << "1004 columns";
     EXPECT_EQ(desk.document.viewLength, std::min(300000, c.full));
-    EXPECT_EQ(desk.states.IsEnabled(40027), c.full < 300000);
+    EXPECT_EQ(desk.states.Holds(Need::LongSound), c.full < 300000);
     desk.document.samplesPerPixel *= 2;
     desk.document.setView(desk.states);
     EXPECT_EQ(desk.document.viewLength, std::min(300000, 1004 * 2 * c.samplesPerPixel));
@@ -48,7 +48,7 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   CutCommand(desk.window, d, desk.states);
   EXPECT_EQ(d.viewStart, 99);
   EXPECT_EQ(d.viewLength, 1);
-  EXPECT_FALSE(desk.states.IsEnabled(40013)) << "a pane holds all that is left";
+  EXPECT_FALSE(desk.states.Holds(Need::LongSound)) << "a pane holds all that is left";
 }
 
 TEST(View, FramesAreCountedInIntegers) {
@@ -96,7 +96,7 @@ TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
   EXPECT_EQ(d.selectionEnd, 900) << "a smaller one follows";
   MarkEnd(d, desk.states, 850);
   EXPECT_FALSE(d.selectionDefined()) << "no swap";
-  EXPECT_FALSE(desk.states.IsEnabled(40001));
+  EXPECT_FALSE(desk.states.Holds(Need::EditableSelection));
   desk.Mark(-5, 99999);
   EXPECT_EQ(d.selectionStart, 0);
   EXPECT_EQ(d.selectionEnd, 30000);

@@ -1,4 +1,4 @@
-// The rooms of src/ and what they may include; Qt in its two folders.
+// The rooms of src/ and what they may include; Qt in its two folders; command numbers in one file.
 
 #include <gtest/gtest.h>
 
@@ -119,6 +119,19 @@ TEST(House, EveryRoomLinksOnlyWhatItMayInclude) {
     }
   }
   EXPECT_GE(rooms, 5);
+}
+
+/// Comments may name a command by its number; code uses the names of ui/CommandNumbers.h.
+TEST(House, ACommandNumberStandsInOnePlace) {
+  static const std::regex kNumber(R"(\b4[01]\d{3}\b)"), kComment(R"(//[^\n]*)");
+  const fs::path root = fs::path(PARLOWEN_SOURCE_DIR) / "src";
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    const std::string kind = entry.path().extension();
+    if (kind != ".h" && kind != ".cpp") continue;
+    const std::string code = std::regex_replace(testing::ReadFile(entry.path()), kComment, "");
+    EXPECT_EQ(std::regex_search(code, kNumber), entry.path().filename() == "CommandNumbers.h")
+        << entry.path();
+  }
 }
 
 TEST(House, TheCheckSeesWhatItIsFor) {

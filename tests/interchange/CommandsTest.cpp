@@ -117,37 +117,6 @@ TEST(ExchangeCommands, AFailedWriteIsSaidAndLeavesTheOldFile) {
   EXPECT_TRUE(std::filesystem::is_directory(e.folder / "a.TextGrid"));
 }
 
-TEST(ExchangeCommands, AreEnabledWhileThereIsSomethingForThem) {
-  CommandStates states;
-  SoundDocument document;
-  LtaState lta;
-  VowelChart chart;
-  const auto enabled = [&] {
-    states.onSelectionChanged(document.SelectionFacts());
-    UpdateExchangeCommands(document, states, lta, chart);
-    std::vector<int> numbers;
-    for (const int number : states.Enabled())
-      if (number > 41000) numbers.push_back(number - 41000);
-    return numbers;
-  };
-  using Numbers = std::vector<int>;
-  EXPECT_EQ(enabled(), Numbers{});
-  document.sampleCount = 1000;
-  document.sampleRate = 22100;
-  const Numbers withSound = {20, 21, 22, 23, 28, 32, 33, 34};
-  EXPECT_EQ(enabled(), withSound);
-  document.selectionStart = 0;
-  document.selectionEnd = 500;
-  EXPECT_EQ(enabled(), withSound);
-  document.sampleRate = 22099;
-  EXPECT_EQ(enabled(), (Numbers{20, 21, 22, 23, 26, 28, 29, 32, 33, 34}));
-  document.pitchPresent = document.twoChannel = true;
-  chart.count = lta.frames = 1;
-  EXPECT_EQ(enabled(), (Numbers{20, 21, 22, 23, 24, 25, 26, 27, 28, 29, 30, 31, 32, 33, 34, 35}));
-  lta.levels[5] = HUGE_VAL;
-  EXPECT_EQ(enabled().size(), 15u) << "one frame: the spectrum has no numbers";
-}
-
 TEST(ExchangeCommands, ASelectionShorterThanAFrameHasNoFormants) {
   Exchange e;
   ExportFormantCommand(e.window, e.document);

@@ -14,8 +14,6 @@ namespace {
 using namespace testing;
 using Samples = std::vector<std::int16_t>;
 
-constexpr int kPalateCommands[] = {40061, 40049, 40087, 40088};
-
 struct Desk {
   FakeWindow window;
   CommandStates states;
@@ -30,11 +28,6 @@ struct Desk {
     return ReadEpgNsp(window, document, states, palate, WriteFile(folder / name, bytes));
   }
   Samples First(int count) const { return {document.samples.data(), document.samples.data() + count}; }
-  int PalateCommandsEnabled() const {
-    int enabled = 0;
-    for (const int command : kPalateCommands) enabled += states.IsEnabled(command);
-    return enabled;
-  }
 };
 
 std::string SpeechFile(const std::string& chunks, std::uint32_t rate = 16000) {
@@ -50,8 +43,8 @@ TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
   Desk desk;
   ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
   EXPECT_EQ(desk.First(5), (Samples{5, 6, 7, 8, 0}));
-  EXPECT_EQ(desk.PalateCommandsEnabled(), 4);
-  EXPECT_TRUE(desk.states.IsEnabled(220)) << "the states of a loaded sound come first";
+  EXPECT_TRUE(desk.states.Holds(Need::PalateFile));
+  EXPECT_TRUE(desk.states.Holds(Need::Sound)) << "the states of a loaded sound come first";
   EXPECT_TRUE(desk.palate.IsComplete());
   // Without palate frames, or with two preference records, the sound is loaded and the commands stay grey.
   const std::string speech = Speech("SDA_", {1, 2, 3, 4});
@@ -60,11 +53,11 @@ TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
     ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
     ASSERT_EQ(desk.OpenEpg(EpgFile(chunks)), 1);
     EXPECT_EQ(desk.document.sampleCount, 4);
-    EXPECT_EQ(desk.PalateCommandsEnabled(), 0);
+    EXPECT_FALSE(desk.states.Holds(Need::PalateFile));
   }
   ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
   ASSERT_EQ(desk.OpenSpeech(SpeechFile(speech)), 1);
-  EXPECT_EQ(desk.PalateCommandsEnabled(), 0);
+  EXPECT_FALSE(desk.states.Holds(Need::PalateFile));
 }
 
 TEST(NspCommands, ARefusalLeavesEverything) {
@@ -75,7 +68,7 @@ TEST(NspCommands, ARefusalLeavesEverything) {
     return desk.document.sampleCount == 4 && desk.document.samples[0] == 5 &&
            desk.document.sampleRate == 16000 && desk.document.filePath == desk.folder / "good3.nsp" &&
            desk.window.Caption() == caption && desk.palate.recording.palate.size() == 6 &&
-           desk.PalateCommandsEnabled() == 4;
+           desk.states.Holds(Need::PalateFile);
   };
   const std::string speech = Speech("SDA_", {1});
   const auto with = [&](auto change, bool epg) {

@@ -70,7 +70,7 @@ TEST(PitchCommands, AStopLeavesContourStatesAndSettingAsTheyWere) {
     Desk desk(Word());
     desk.window.stopAt = stopAt;
     PitchCommand(desk.window, *desk.document, desk.states, desk.state);
-    EXPECT_FALSE(desk.document->pitchPresent || desk.states.IsEnabled(40103));
+    EXPECT_FALSE(desk.document->pitchPresent || desk.states.Holds(Need::Contour));
     EXPECT_EQ(desk.document->pitch[60], kNoValue);
     desk.window.answers = {"ok:3"};
     PitchAgainCommand(desk.window, *desk.document, desk.states, desk.state);

@@ -16,7 +16,7 @@ TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
   for (const CommandRow& row : CommandTable()) {
     const QAction* action = window->ActionOf(row.number);
     ASSERT_NE(action, nullptr) << row.number;
-    EXPECT_EQ(action->text(), row.label);
+    EXPECT_EQ(action->text(), row.label.Get());
     EXPECT_EQ(action->isEnabled(), Station().states.IsEnabled(row.number)) << row.number;
   }
   Open(WriteRamp("ramp.wav", 22050, 30000));

@@ -134,7 +134,9 @@ void ScriptRunner::TakeStopStep() {
   const std::string& what = ahead_->words[1];
   const bool keyStop = name == "key" && (what == "T" || what == "t");
   const auto number = name == "command" ? ParseInteger(what) : std::nullopt;
-  const bool commandStop = number && (*number == 274 || *number == 40025) && !window_.InModal();
+  const bool commandStop = number &&
+                           (*number == commands::kStopRecording || *number == commands::kStopPlaying) &&
+                           !window_.InModal();
   if (keyStop) Key(*ahead_);
   if (commandStop) workstation_.dispatchCommand(*number);
   if (keyStop || commandStop) ahead_.reset();

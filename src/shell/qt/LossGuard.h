@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "shell/CommandTable.h"
 #include "vowel/VowelChart.h"
 
 namespace parlowen {
@@ -23,16 +24,9 @@ class LossGuard {
   /// command that opens a sound leaves it unchanged when a new one is there; one that saves it, and those
   /// that open or save a chart, when nothing failed or was cancelled.
   void CommandBegins(int setbacks);
-  void CommandEnded(int command, int setbacks);
+  void CommandEnded(const CommandRow& command, int setbacks);
   /// The same after a sound or chart that was dropped or named; true when it was opened.
   bool FileOpened(bool chart, int setbacks);
-
-  /// Commands that put another sound, or another chart, in the place of this one.
-  static bool Replaces(int command);
-  static bool ReplacesChart(int command);
-  /// Imports that take the place of the markers, of the annotations too.
-  static bool ReplacesMarkers(int command);
-  static bool ReplacesAnnotations(int command);
 
  private:
   void TakeSoundAsUnchanged();

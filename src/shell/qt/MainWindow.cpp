@@ -47,20 +47,8 @@ constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存�
 constexpr const char* kMayLoseMarkers = "标志已经改动，还没有保存。放弃改动，继续吗？";
 constexpr const char* kReadMarkersAgain =
     "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
-constexpr int kEditMarkers = 40105;
 constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
-
-struct Shortcut {
-  int command;
-  const char* keys;
-};
-constexpr Shortcut kShortcuts[] = {
-    {110, "Ctrl+O"},   {120, "Ctrl+S"},   {130, "Ctrl+Shift+S"}, {40093, "Ctrl+N"}, {40001, "Ctrl+X"},
-    {40002, "Ctrl+C"}, {40003, "Ctrl+V"}, {40036, "Ctrl+Z"},     {40026, "Ctrl+A"}, {40004, "Ctrl+D"},
-    {272, "Ctrl+R"},   {220, "F5"},       {170, "F6"},           {180, "F7"},       {210, "F8"},
-    {270, "F1"},       {40080, "Ctrl+I"},
-};
 
 /// The keyboard's way to a menu; the names of the menus have none of their own.
 constexpr char kMenuLetters[] = {'F', 'R', 'P', 'T', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X', 'D'};
@@ -72,9 +60,9 @@ QString MenuTitle(Menu menu) {
 /// Entries of the panes' own menus that save what is seen there.
 std::vector<int> ExportCommands(Pane pane) {
   switch (pane) {
-    case Pane::Pitch: return {40050};
-    case Pane::Analysis: return {40068};
-    case Pane::Waveform: return {40040};
+    case Pane::Pitch: return {commands::kSaveSegmentPitch};
+    case Pane::Analysis: return {commands::kSaveFormants};
+    case Pane::Waveform: return {commands::kSaveSelection};
     default: return {};
   }
 }
@@ -136,12 +124,11 @@ void MainWindow::MakeMenus() {
       menus[row.menu] = menus[parent]->addMenu(MenuTitle(row.menu));
       menus[row.menu]->setToolTipsVisible(true);
     }
-    QAction* action = menus[row.menu]->addAction(QString::fromUtf8(row.label));
+    QAction* action = menus[row.menu]->addAction(QString::fromUtf8(row.label.Get()));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
+    action->setShortcut(QKeySequence(row.keys));
     actions_[row.number] = action;
   }
-  for (const Shortcut& shortcut : kShortcuts)
-    if (QAction* action = ActionOf(shortcut.command)) action->setShortcut(QKeySequence(shortcut.keys));
   MakeExtensionMenu(*menus[Menu::Extension]);
 }
 
@@ -201,19 +188,19 @@ void MainWindow::MakeToolBar() {
             [this, out] { gate_.Run([&] { station_.view.ZoomKey(out); }); });
     ownActions_.push_back({action, false});
   };
-  add(ToolIcon::Open, "打开", {110});
-  add(ToolIcon::Save, "保存", {120});
+  add(ToolIcon::Open, "打开", {commands::kOpenSound});
+  add(ToolIcon::Save, "保存", {commands::kSaveSound});
   bar->addSeparator();
-  add(ToolIcon::Record, "录音", {272});
-  add(ToolIcon::Play, "放音", {160, 40023});
-  add(ToolIcon::Stop, "停止", {274, 40025});
+  add(ToolIcon::Record, "录音", {commands::kRecordUntilSilence});
+  add(ToolIcon::Play, "放音", {commands::kPlaySelection, commands::kPlayWhole});
+  add(ToolIcon::Stop, "停止", {commands::kStopRecording, commands::kStopPlaying});
   bar->addSeparator();
   addZoom(ToolIcon::ZoomOut, "缩小", "缩小 (S)", true);
   addZoom(ToolIcon::ZoomIn, "放大", "放大 (X)", false);
   bar->addSeparator();
-  add(ToolIcon::Pitch, "基频", {220});
-  add(ToolIcon::WideBand, "宽带", {170});
-  add(ToolIcon::NarrowBand, "窄带", {180});
+  add(ToolIcon::Pitch, "基频", {commands::kFastPitch});
+  add(ToolIcon::WideBand, "宽带", {commands::kWideBand});
+  add(ToolIcon::NarrowBand, "窄带", {commands::kNarrowBand});
 }
 
 void MainWindow::MakeCentre() {
@@ -318,17 +305,18 @@ QAction* MainWindow::ActionOf(int command) const {
 }
 
 bool MainWindow::Dispatch(int command) {
-  if (!station_.states.IsEnabled(command)) return false;
+  const CommandRow* row = FindCommand(command);
+  if (row == nullptr || !station_.states.IsEnabled(command)) return false;
   bool done = false;
   gate_.Run([&] {
-    if (!MayLoseFor(command)) return;
-    if (command == kEditMarkers && KeepMarkers()) return;
+    if (!MayLoseFor(*row)) return;
+    if (command == commands::kEditMarkers && KeepMarkers()) return;
     status_->SetText({});
     const int setbacks = dialogs_.Setbacks();
     const QString folder = fileFolder_;
     guard_.CommandBegins(setbacks);
     done = station_.dispatchCommand(command);
-    guard_.CommandEnded(command, dialogs_.Setbacks());
+    guard_.CommandEnded(*row, dialogs_.Setbacks());
     if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;  // a file that was refused was not loaded
     RenewExportFolder();
     SoundFileSeen();
@@ -403,11 +391,13 @@ bool MainWindow::KeepMarkers() {
   return true;
 }
 
-bool MainWindow::MayLoseFor(int command) {
-  return (!LossGuard::Replaces(command) || (MayLoseSound() && MayLoseLabels())) &&
-         (!LossGuard::ReplacesMarkers(command) || MayLoseMarkers()) &&
-         (!LossGuard::ReplacesAnnotations(command) || MayLoseAnnotations()) &&
-         (!LossGuard::ReplacesChart(command) || MayLoseChart());
+bool MainWindow::MayLoseFor(const CommandRow& command) {
+  const DoesSet does = command.does;
+  const bool sound = does.Has(Does::OpenSound) || does.Has(Does::RecordSound);
+  return (!sound || (MayLoseSound() && MayLoseLabels())) &&
+         (!does.Has(Does::ReplaceMarkers) || MayLoseMarkers()) &&
+         (!does.Has(Does::ReplaceAnnotations) || MayLoseAnnotations()) &&
+         (!does.Has(Does::ReplaceChart) || MayLoseChart());
 }
 
 void MainWindow::InputDevicesChanged() {
@@ -560,8 +550,9 @@ void MainWindow::RenewActions() {
   const SoundDocument& document = station_.document;
   for (const auto& [number, action] : actions_) {
     action->setEnabled(states.IsEnabled(number));
-    action->setToolTip(number == 40036 && action->isEnabled() ? UndoToolTip(document)
-                                                              : MissingFor(number, document, states));
+    action->setToolTip(number == commands::kUndo && action->isEnabled()
+                           ? UndoToolTip(document)
+                           : QString::fromUtf8(states.MissingFor(number).Get()));
   }
   for (const ToolButton& button : toolButtons_) {
     const auto enabled = std::find_if(button.commands.begin(), button.commands.end(),

@@ -99,7 +99,7 @@ class MainWindow : public QMainWindow {
   /// Both: what is written on the sound.
   bool MayLoseLabels() { return MayLoseMarkers() && MayLoseAnnotations(); }
   bool KeepMarkers();
-  bool MayLoseFor(int command);
+  bool MayLoseFor(const CommandRow& command);
   void ChooseExportFolder(const QString& file);
   void RenewExportFolder();
   void ShowExportNotice();

@@ -1,0 +1,151 @@
+#pragma once
+
+namespace parlowen {
+
+/// The commands by name, in the order of the menus. A number stands here and nowhere else; menus, keys and scripts
+/// mean the same command by it. What a command needs and does stands in its row of the table (shell/CommandTable).
+namespace commands {
+
+enum Number : int {
+  // File
+  kOpenSound = 110,
+  kSaveSound = 120,
+  kSaveSoundAs = 130,
+  kOpenNextDigit = 40093,
+  kGoToPlace = 40027,
+  kNextScreen = 40013,
+  kPreviousScreen = 40014,
+  kOpenIpa = 40078,
+  kShowIpaSymbols = 40077,
+  kQuit = 140,
+  // Sound: recording and playing
+  kRecordUntilSilence = 272,
+  kRecordUntilStopped = 40022,
+  kStopRecording = 274,
+  kPlayWhole = 40023,
+  kPlaySelection = 160,
+  kPlayReversed = 40024,
+  kStopPlaying = 40025,
+  kResynthesize = 40081,
+  // Pitch
+  kFastPitch = 220,
+  kTrackedPitch = 40005,
+  kPitchAgain = 40103,
+  kRepairPitch = 40042,
+  kRepairPitchOverCepstrum = 40108,
+  kSaveSegmentPitch = 40050,
+  kListSavedPitch = 40051,
+  kFiveDegreePlot = 40052,
+  kAnalyseIntonation = 40106,
+  kAddDuration = 40074,
+  kShowDurations = 40076,
+  // Tone statistics
+  kEnterToneGroup = 40029,
+  kChooseToneItem = 40030,
+  kWithdrawToneItem = 40035,
+  kEndToneStatistics = 40031,
+  kShowToneData = 40032,
+  kDrawTonePattern = 40034,
+  kChangeToneAxes = 40033,
+  kDrawToneMean = 40037,
+  // Spectrum
+  kWideBand = 170,
+  kNarrowBand = 180,
+  kLpcSpectrum = 190,
+  kCepstrum = 205,
+  kHomomorphicSpectrum = 200,
+  kFormants = 210,
+  kFilterBank = 40066,
+  kShowFrame = 212,
+  kCompareTwoFrames = 40089,
+  kLongTermSpectrum = 40090,
+  kGlottalWave = 40067,
+  kConsonantOneFrame = 40095,
+  kConsonantSegment = 40096,
+  kListConsonants = 40109,
+  // Vowels
+  kSegmentVowels = 40056,
+  kSaveFormants = 40068,
+  kListFormants = 40069,
+  kPointChart = 40057,
+  kUndoPoint = 40059,
+  kChoosePointShape = 40070,
+  kClearChart = 40058,
+  kShowAverageVowels = 40085,
+  kSaveChart = 40072,
+  kOpenChart = 40073,
+  kListChart = 40082,
+  kAddPointByHand = 40062,
+  kAddPointToGroup = 40063,
+  kShowVowelGroups = 40064,
+  // Palate and annotations
+  kOpenEpg = 40060,
+  kPalateWithSpectrogram = 40061,
+  kPalateWithWaveform = 40049,
+  kPalateIndex = 40083,
+  kPalateIntroduction = 40084,
+  kPalateStatistics = 40087,
+  kShowPalateStatistics = 40088,
+  kSaveIpa = 40079,
+  kAnnotate = 40080,
+  // Two channels
+  kRecordTwoChannels = 40112,
+  kOpenTwoChannels = 40110,
+  kOpenTwoChannelNsp = 40116,
+  kSaveTwoChannels = 40113,
+  kSwapChannels = 40114,
+  kShowTwoChannels = 40111,
+  // Editing
+  kCut = 40001,
+  kCopy = 40002,
+  kPaste = 40003,
+  kAmplify = 40006,
+  kAttenuate = 40007,
+  kSaveSelection = 40040,
+  kUndo = 40036,
+  kFilterSegment = 40115,
+  kConvertRate = 40102,
+  // Selecting and marking
+  kSelectAll = 40026,
+  kClearSelection = 40004,
+  kInsertCharacters = 40053,
+  kShowCharacters = 40055,
+  kForgetCharacters = 40054,
+  kEditMarkers = 40105,
+  kArticulation = 40117,
+  // Settings
+  kSettings = 215,
+  kShowHint = 40021,
+  kChangeAmplitudeScale = 40041,
+  kTestGain = 40104,
+  // Region
+  kSelectRegion = 40010,
+  kCopyRegion = 40015,
+  // Help
+  kShowHelp = 270,
+  kShowAbout = 40008,
+  // Our own windows
+  kSpectrumWithWaveform = 41010,
+  kSpectrumAlone = 41011,
+  // Exchange with other programs
+  kImportTextGrid = 41020,
+  kExportTextGrid = 41021,
+  kImportLabelTrack = 41022,
+  kExportLabelTrack = 41023,
+  kExportPitchTier = 41024,
+  kExportPitch = 41025,
+  kExportFormant = 41026,
+  kExportPitchCsv = 41027,
+  kExportLevelsCsv = 41028,
+  kExportFormantsCsv = 41029,
+  kExportLtaCsv = 41030,
+  kExportVowelChartCsv = 41031,
+  kExportDurationsCsv = 41032,
+  kExportVowelGroupsCsv = 41033,
+  kExportMarkersCsv = 41034,
+  kExportStereoWav = 41035,
+};
+
+}  // namespace commands
+
+}  // namespace parlowen
