@@ -60,12 +60,12 @@ std::span<const Annotation> AnnotationsOf(const AnnotationState& annotations, co
 }
 
 void BeginAnnotation(Window& window, SoundDocument& document) {
-  document.activity = activities::kAnnotation;
+  document.activity = Activity::Annotation;
   window.Repaint();
 }
 
 void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& annotations, int sample) {
-  document.activity = activities::kWaveform;
+  document.activity = Activity::Waveform;
   if (annotations.generation != document.soundGeneration) {
     annotations = {};
     annotations.generation = document.soundGeneration;

@@ -21,13 +21,13 @@ void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters
   if (!text) return;
   characters.next.text = text->text;
   characters.next.height = text->height;
-  document.activity = activities::kCharacters;
+  document.activity = Activity::Characters;
   window.Repaint();
 }
 
 void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane,
                      int sample, int row) {
-  document.activity = activities::kWaveform;
+  document.activity = Activity::Waveform;
   characters.items.push_back({pane, sample, row, characters.next.text, characters.next.height});
   characters.shown = true;
   window.Repaint();

@@ -97,7 +97,7 @@ void Player::stopPlayback() {
   states_.Tell(Need::Playing, false);
   window_.ShowStatus(kEnded);
   // A tool that is in use stays in use.
-  if (document_.activity < activities::kSpectrum) document_.activity = activities::kWaveform;
+  if (document_.activity < Activity::Spectrum) document_.activity = Activity::Waveform;
   Changed();
   window_.Repaint();
   if (!silenced) window_.Notify(kResetFailed);

@@ -8,9 +8,6 @@
 
 namespace parlowen {
 
-/// `activity` while the window of the two channels is open.
-inline constexpr int kTwoChannelActivity = 13;
-
 /// What the two-channel service knows. The settings last as long as the program: a calibration belongs to the
 /// microphones, not to a sound. The curve is measured when it is asked for.
 class ChannelsState {

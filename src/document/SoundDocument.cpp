@@ -20,7 +20,7 @@ void SoundDocument::resetForNewSound(int count, int rate, CommandStates& states)
   ++soundGeneration;
   SamplesChanged();
   setView(states);
-  activity = activities::kWaveform;
+  activity = Activity::Waveform;
   states.onSoundLoaded(sampleRate);
   states.onSelectionChanged(SelectionFacts());
   states.onTwoChannelChanged(twoChannel);

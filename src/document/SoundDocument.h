@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "document/Activity.h"
 #include "document/PitchContour.h"
 #include "dsp/LevelCurve.h"
 #include "dsp/SampleSpan.h"
@@ -23,15 +24,6 @@ inline constexpr int kPaneMargin = 20;
 inline constexpr int kLargestSamplesPerPixel = 16384;
 /// Sampling rates that a file may have, in Hz.
 inline constexpr int kSmallestRate = 1000, kLargestRate = 384000;
-
-/// The codes of `activity`: what a click in the main window means now.
-namespace activities {
-inline constexpr int kStart = 0, kWaveform = 1, kSpectrum = 2, kFrame = 3, kCompare = 4, kConsonant = 5,
-                     kLta = 6;
-inline constexpr int kRegionDrag = 7, kRegionChosen = 8, kPitchRepair = 9;
-inline constexpr int kSegmentChart = 25, kPointChart = 26, kGroupPlot = 27;
-inline constexpr int kAnnotation = 30, kCharacters = 31;
-}  // namespace activities
 
 /// kMaxSamples + kSampleHeadroom samples, all zero at first; pages that are never written cost no memory.
 class SampleBuffer {
@@ -80,7 +72,7 @@ class SoundDocument {
   bool pitchPresent = false;
   int longFileSeconds = 0;  ///< whole seconds of a file too long to load whole, at most 32767
   int longFileStart = 0;    ///< its first loaded sample
-  int activity = activities::kStart;
+  Activity activity = Activity::Start;
   int insertPoint = 0;
   bool pasteReady = false;
 

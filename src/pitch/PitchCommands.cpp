@@ -176,7 +176,7 @@ void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramStat
   state.repair = {};
   if (kind == SpectrogramKind::Cepstrum) state.repair.rows = RepairRows::Quefrencies;
   SpectrogramCommand(window, document, spectrogram, kind);
-  document.activity = activities::kPitchRepair;
+  document.activity = Activity::PitchRepair;
   window.ShowStatus(kRepairHint);
   window.Repaint();
 }

@@ -8,19 +8,19 @@ namespace {
 
 constexpr const char* kNoHelp = "不能调入帮助";
 
-const char* PageOf(int activity) {
+const char* PageOf(Activity activity) {
   switch (activity) {
-    case activities::kRegionDrag:
-    case activities::kRegionChosen: return "region.html";
-    case activities::kAnnotation: return "palate.html";
-    case activities::kCharacters: return "marking.html";
+    case Activity::RegionDrag:
+    case Activity::RegionChosen: return "region.html";
+    case Activity::Annotation: return "palate.html";
+    case Activity::Characters: return "marking.html";
     default: return "index.html";
   }
 }
 
 }  // namespace
 
-void OpenHelp(Window& window, const std::string& dataFolder, int activity) {
+void OpenHelp(Window& window, const std::string& dataFolder, Activity activity) {
   const std::string page = dataFolder + "/help/zh/" + PageOf(activity);
   if (!InputFile(page).isOpen()) return window.Notify(kNoHelp, Icon::Error);
   window.OpenInEditor(page);

@@ -52,11 +52,11 @@ bool MainView::AnalysisShowsOwnStretch() const {
   return spectrogram_.shown && !spectrogram_.stretch.followsView;
 }
 
-int MainView::ShownChart() const {
+Activity MainView::ShownChart() const {
   const bool choosing =
-      document_.activity == activities::kRegionDrag || document_.activity == activities::kRegionChosen;
-  const int activity = choosing ? activityBeforeRegion_ : document_.activity;
-  return activity == activities::kPointChart || activity == activities::kGroupPlot ? activity : 0;
+      document_.activity == Activity::RegionDrag || document_.activity == Activity::RegionChosen;
+  const Activity activity = choosing ? activityBeforeRegion_ : document_.activity;
+  return activity == Activity::PointChart || activity == Activity::GroupPlot ? activity : Activity::Start;
 }
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
@@ -90,7 +90,7 @@ int MainView::ColumnOf(Pane pane, int sample) const {
 // --- What the user does
 
 void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
-  if (document_.activity == activities::kRegionDrag) {
+  if (document_.activity == Activity::RegionDrag) {
     if (!regionStarted_) {
       region = {pane, at, at};
       regionStarted_ = true;
@@ -98,18 +98,18 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     }
     region.to = at;
     regionStarted_ = false;
-    document_.activity = activities::kRegionChosen;
+    document_.activity = Activity::RegionChosen;
     window_.Repaint();
     return;
   }
-  if (document_.activity == activities::kStart || recording || pane == Pane::Chart) return;
-  if (button == MouseButton::Left && document_.activity == activities::kAnnotation &&
-      pane == Pane::Analysis && annotations != nullptr)
+  if (document_.activity == Activity::Start || recording || pane == Pane::Chart) return;
+  if (button == MouseButton::Left && document_.activity == Activity::Annotation && pane == Pane::Analysis &&
+      annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
-  if (button == MouseButton::Left && document_.activity == activities::kCharacters && characters != nullptr)
+  if (button == MouseButton::Left && document_.activity == Activity::Characters && characters != nullptr)
     return PlaceCharacters(window_, document_, *characters, pane, SampleAt(pane, at.x), at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
-  if (document_.activity == activities::kPointChart && pane == Pane::Amplitude && button == MouseButton::Left)
+  if (document_.activity == Activity::PointChart && pane == Pane::Amplitude && button == MouseButton::Left)
     return ClickVowel(window_, document_, states_, vowels_, SampleAt(pane, at.x));
   if (button == MouseButton::Right) {
     MarkEnd(document_, states_, SampleAt(pane, at.x));
@@ -126,7 +126,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
 }
 
 bool MainView::RepairsPitch(Pane pane) const {
-  return document_.activity == activities::kPitchRepair && pane == Pane::Analysis && spectrogram_.shown;
+  return document_.activity == Activity::PitchRepair && pane == Pane::Analysis && spectrogram_.shown;
 }
 
 RepairPoint MainView::RepairPointAt(Point at) const {
@@ -149,14 +149,14 @@ void MainView::MarkStretch(Pane pane, int x0, int x1) {
 }
 
 void MainView::Select(int start, int end) {
-  if (document_.activity == activities::kStart || recording) return;
+  if (document_.activity == Activity::Start || recording) return;
   MarkStart(document_, states_, start);
   MarkEnd(document_, states_, end);
   window_.Repaint();
 }
 
 bool MainView::Key(const std::string& key) {
-  const bool waveformMode = document_.activity <= activities::kWaveform;
+  const bool waveformMode = document_.activity <= Activity::Waveform;
   const std::string name =
       key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0]))))
                       : key;
@@ -175,7 +175,7 @@ bool MainView::Key(const std::string& key) {
     return true;
   }
   if (name == "Escape") {
-    const bool inTool = document_.activity > activities::kWaveform;
+    const bool inTool = document_.activity > Activity::Waveform;
     if (inTool && ShownChart() == document_.activity) {
       LeaveChart(window_, document_, states_, vowels_);
     } else {
@@ -202,11 +202,11 @@ bool MainView::Key(const std::string& key) {
 }
 
 void MainView::EndTool() {
-  const int activity = document_.activity;
-  const bool tool = activity >= activities::kRegionDrag && activity <= activities::kPitchRepair;
-  if (!tool && activity != activities::kAnnotation && activity != activities::kCharacters) return;
+  const Activity activity = document_.activity;
+  const bool tool = activity >= Activity::RegionDrag && activity <= Activity::PitchRepair;
+  if (!tool && activity != Activity::Annotation && activity != Activity::Characters) return;
   // A chart that the region was chosen from is shown again.
-  document_.activity = ChartShown() ? ShownChart() : activities::kWaveform;
+  document_.activity = ChartShown() ? ShownChart() : Activity::Waveform;
   regionStarted_ = false;
   window_.Repaint();
 }
@@ -214,7 +214,7 @@ void MainView::EndTool() {
 void MainView::BeginRegion() {
   EndTool();  // a second choice begins where the first one did
   activityBeforeRegion_ = document_.activity;
-  document_.activity = activities::kRegionDrag;
+  document_.activity = Activity::RegionDrag;
   regionStarted_ = false;
   window_.Repaint();
 }
@@ -288,7 +288,7 @@ Picture MainView::Chart(int width, int height) const {
   picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
   picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
-  if (ShownChart() == activities::kGroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
+  if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
 }
 
@@ -358,7 +358,7 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
     picture.Add(PitchRepairPicture(
         document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); }, width,
         height));
-  if (document_.activity == activities::kRegionChosen && region.pane == pane) {
+  if (document_.activity == Activity::RegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
     box.opacity = 0;
@@ -420,7 +420,7 @@ std::string MainView::SelectionLine() const {
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
   if (pane == Pane::Chart && ChartShown()) {
-    const std::string group = ShownChart() == activities::kGroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
+    const std::string group = ShownChart() == Activity::GroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
     return group.empty() ? PointChartHover(vowels_.chart, at) : group;
   }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
@@ -450,16 +450,16 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
 std::string MainView::Hint() const {
   if (recording) return "正在录音：听到语音后开始保存；T 键：停止录音";
   switch (document_.activity) {
-    case activities::kStart: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
-    case activities::kRegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
-    case activities::kRegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
-    case activities::kPitchRepair: return kRepairHint;
-    case activities::kSegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
-    case activities::kPointChart:
+    case Activity::Start: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
+    case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
+    case Activity::RegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+    case Activity::PitchRepair: return kRepairHint;
+    case Activity::SegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
+    case Activity::PointChart:
       return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
-    case activities::kGroupPlot: return "元音组位置图；M：组名；B：返回元音图";
-    case activities::kAnnotation: return kAnnotationHint;
-    case activities::kCharacters: return kCharactersHint;
+    case Activity::GroupPlot: return "元音组位置图；M：组名；B：返回元音图";
+    case Activity::Annotation: return kAnnotationHint;
+    case Activity::Characters: return kCharactersHint;
     default: break;
   }
   if (spectrogram_.shown)

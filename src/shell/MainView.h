@@ -49,7 +49,7 @@ class MainView {
   /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows
   /// count from the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from
   /// there on.
-  bool ChartShown() const { return ShownChart() != 0; }
+  bool ChartShown() const { return ShownChart() != Activity::Start; }
 
   // What the user does.
 
@@ -123,8 +123,8 @@ class MainView {
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
   void AddTexts(Picture& picture, Pane pane) const;
-  /// The activity of the chart that is shown, 0 for none. It stays while a region of it is chosen.
-  int ShownChart() const;
+  /// The activity of the chart that is shown, Start for none. It stays while a region of it is chosen.
+  Activity ShownChart() const;
 
   Window& window_;
   SoundDocument& document_;
@@ -133,7 +133,7 @@ class MainView {
   PitchRepair& pitchRepair_;
   VowelState& vowels_;
   bool regionStarted_ = false;
-  int activityBeforeRegion_ = activities::kWaveform;
+  Activity activityBeforeRegion_ = Activity::Waveform;
   mutable WavePyramid pyramid_;
   mutable FormantStrip formantStrip_;
 };

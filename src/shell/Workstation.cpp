@@ -67,7 +67,7 @@ bool Workstation::dispatchCommand(int number) {
   if (row == nullptr || !states.IsEnabled(number)) return false;
   if (row->does.Has(Does::StopPlay)) player.stopPlayback();
   if (row->does.Has(Does::EndTool)) view.EndTool();
-  if (row->does.Has(Does::DrawInPanes) && view.ChartShown()) document.activity = activities::kWaveform;
+  if (row->does.Has(Does::DrawInPanes) && view.ChartShown()) document.activity = Activity::Waveform;
   RunCommand(*this, *row);
   DocumentChanged();
   return true;
@@ -145,7 +145,7 @@ void Workstation::DocumentChanged() {
 }
 
 void Workstation::TellStates() {
-  states.Tell(Need::Region, document.activity == activities::kRegionChosen);
+  states.Tell(Need::Region, document.activity == Activity::RegionChosen);
   UpdateVowelCommands(document, states, vowels);
   states.Tell(Need::Points, vowels.chart.count > 0);
   states.Tell(Need::Picture, spectrogram.shown);

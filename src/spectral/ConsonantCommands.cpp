@@ -84,7 +84,7 @@ class ConsonantWindow : public ToolWindow {
   }
   void Closed(Window& window) override {
     state_.frameOpen = false;
-    EndActivity(window, document_, activities::kConsonant);
+    EndActivity(window, document_, Activity::Consonant);
   }
 
  private:
@@ -95,7 +95,7 @@ class ConsonantWindow : public ToolWindow {
 void Open(Window& window, SoundDocument& document, ConsonantState& state, bool oneFrame) {
   window.OpenToolWindow(std::make_unique<ConsonantWindow>(document, state));
   state.frameOpen = oneFrame;
-  document.activity = activities::kConsonant;
+  document.activity = Activity::Consonant;
   window.Repaint();
 }
 

@@ -35,7 +35,7 @@ class FrameWindow : public ToolWindow {
   std::string Text() const override { return state_.hasFrame ? JoinLines(FrameLines(state_.frame)) : ""; }
   void Closed(Window& window) override {
     state_.frameOpen = false;
-    EndActivity(window, document_, activities::kFrame);
+    EndActivity(window, document_, Activity::Frame);
   }
 
  private:
@@ -65,7 +65,7 @@ class ComparisonWindow : public ToolWindow {
   }
   void Closed(Window& window) override {
     state_.comparisonOpen = false;
-    EndActivity(window, document_, activities::kCompare);
+    EndActivity(window, document_, Activity::Compare);
   }
 
  private:
@@ -99,7 +99,7 @@ void ShowFrameCommand(Window& window, SoundDocument& document, FrameState& state
   state.shownEnd = document.selectionEnd;
   window.OpenToolWindow(std::make_unique<FrameWindow>(document, state));
   state.frameOpen = true;
-  document.activity = activities::kFrame;
+  document.activity = Activity::Frame;
   window.Repaint();
 }
 
@@ -111,7 +111,7 @@ void CompareFramesCommand(Window& window, SoundDocument& document, FrameState& s
   state.shownEnd = document.selectionEnd;
   window.OpenToolWindow(std::make_unique<ComparisonWindow>(document, state));
   state.comparisonOpen = true;
-  document.activity = activities::kCompare;
+  document.activity = Activity::Compare;
   window.Repaint();
 }
 

@@ -133,7 +133,7 @@ class LtaWindow : public ToolWindow {
           Format("%.1f\t%.2f\n", static_cast<double>(k) * state_.sampleRate / 512.0, state_.levels[k] / 2);
     return text;
   }
-  void Closed(Window& window) override { EndActivity(window, document_, activities::kLta); }
+  void Closed(Window& window) override { EndActivity(window, document_, Activity::Lta); }
 
  private:
   SoundDocument& document_;
@@ -154,7 +154,7 @@ int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMo
 
 void LongTermSpectrumCommand(Window& window, SoundDocument& document, LtaState& state) {
   window.OpenToolWindow(std::make_unique<LtaWindow>(document, state));
-  document.activity = activities::kLta;
+  document.activity = Activity::Lta;
   RunLta(window, document, state, LtaMode::Compute);
 }
 

@@ -70,7 +70,7 @@ class SpectrumWindow : public ToolWindow {
     }
     return true;
   }
-  void Closed(Window& window) override { EndActivity(window, document_, activities::kSpectrum); }
+  void Closed(Window& window) override { EndActivity(window, document_, Activity::Spectrum); }
 
  private:
   SoundDocument& document_;
@@ -102,7 +102,7 @@ Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramSt
 void ShowSpectrumCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                          bool withWaveform) {
   window.OpenToolWindow(std::make_unique<SpectrumWindow>(document, spectrogram, withWaveform));
-  document.activity = activities::kSpectrum;
+  document.activity = Activity::Spectrum;
   window.Repaint();
 }
 

@@ -67,8 +67,8 @@ std::string SegmentChart::Hover(Point at) const {
 }
 
 void SegmentChart::Closed(Window& window) {
-  if (document_.activity != activities::kSegmentChart) return;
-  document_.activity = activities::kWaveform;
+  if (document_.activity != Activity::SegmentChart) return;
+  document_.activity = Activity::Waveform;
   window.Repaint();
 }
 

@@ -88,7 +88,7 @@ void AskReferencePitch(Window& window, VowelChart& chart) {
 void ShowPointChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
                     bool askCoordinates) {
   VowelChart& chart = vowels.chart;
-  document.activity = activities::kPointChart;
+  document.activity = Activity::PointChart;
   const bool loaded = std::exchange(chart.loadedFromFile, false);
   const bool oldMode = chart.barkMode;
   const int oldReference = chart.referenceF0;
@@ -132,9 +132,9 @@ std::optional<VowelChart> LoadChart(Window& window, const VowelChart& present, c
 bool MayBeTyped(int f1, int f2) { return f1 >= 150 && f1 <= 1500 && f2 >= 420 && f2 <= 4000 && f1 < f2; }
 
 void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels) {
-  const int activity = document.activity;
-  states.Tell(Need::ChartedPoints, activity == activities::kPointChart && vowels.chart.count > 0);
-  states.Tell(Need::VowelChart, activity == activities::kSegmentChart || activity == activities::kPointChart);
+  const Activity activity = document.activity;
+  states.Tell(Need::ChartedPoints, activity == Activity::PointChart && vowels.chart.count > 0);
+  states.Tell(Need::VowelChart, activity == Activity::SegmentChart || activity == Activity::PointChart);
 }
 
 // --- The charts
@@ -145,7 +145,7 @@ void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates&
   vowels.segmentAverages.clear();
   window.OpenToolWindow(std::make_unique<SegmentChart>(document, vowels, SegmentTrack(document)));
   // Not before: a chart that was open ends its activity when it is closed.
-  document.activity = activities::kSegmentChart;
+  document.activity = Activity::SegmentChart;
   UpdateVowelCommands(document, states, vowels);
   window.Repaint();
 }
@@ -199,8 +199,8 @@ void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& s
 }
 
 void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
-  const bool pointChart = document.activity == activities::kPointChart;
-  if (!pointChart && document.activity != activities::kSegmentChart) return window.Notify(kNoChartShown);
+  const bool pointChart = document.activity == Activity::PointChart;
+  if (!pointChart && document.activity != Activity::SegmentChart) return window.Notify(kNoChartShown);
   InputForm form;
   form.title = kAveragesTitle;
   for (int i = 0; i < kSpeakerClasses; ++i)
@@ -214,7 +214,7 @@ void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelSt
 
 void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
                       VowelState& vowels) {
-  if (document.activity != activities::kPointChart && document.activity != activities::kGroupPlot)
+  if (document.activity != Activity::PointChart && document.activity != Activity::GroupPlot)
     return window.Notify(kOnlyPointChart);
   if (vowels.chart.count >= VowelChart::kCapacity) return window.Notify(kChartFull, Icon::Error);
   InputForm form;
@@ -235,8 +235,8 @@ void TypePointCommand(Window& window, const SoundDocument& document, CommandStat
 
 bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
               const std::string& key) {
-  const bool plot = document.activity == activities::kGroupPlot;
-  if (!plot && document.activity != activities::kPointChart) return false;
+  const bool plot = document.activity == Activity::GroupPlot;
+  if (!plot && document.activity != Activity::PointChart) return false;
   if (key == "M") {
     bool& flag = plot ? vowels.plot.showNames : vowels.showNumbers;
     flag = !flag;
@@ -252,8 +252,7 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
 }
 
 void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  document.activity =
-      document.activity == activities::kGroupPlot ? activities::kPointChart : activities::kWaveform;
+  document.activity = document.activity == Activity::GroupPlot ? Activity::PointChart : Activity::Waveform;
   UpdateVowelCommands(document, states, vowels);
   window.Repaint();
 }

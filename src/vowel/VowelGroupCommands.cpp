@@ -32,7 +32,7 @@ const GroupKind& VowelGroupKind() {
 }
 
 void AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
-  if (vowels.chart.count < 1 || document.activity != activities::kPointChart)
+  if (vowels.chart.count < 1 || document.activity != Activity::PointChart)
     return window.ShowMessage(kNoPoint, kNoPointCaption, Icon::None);
   const VowelPoint& last = vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)];
   const std::uint16_t pair[] = {Low16(last.f1), Low16(last.f2)};
@@ -41,7 +41,7 @@ void AddPointToGroupCommand(Window& window, const SoundDocument& document, Vowel
 
 void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
                             VowelState& vowels, const std::string& exportFolder) {
-  if (document.activity != activities::kPointChart)
+  if (document.activity != Activity::PointChart)
     return window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
   const auto groups = AskForGroups(window, VowelGroupKind());
   if (!groups) return;
@@ -51,7 +51,7 @@ void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStat
   const bool showNames = window.AskYesNo(kShowNames, kShowNamesCaption);
   if (placed) {
     vowels.plot = {std::move(summaries), showNames};
-    document.activity = activities::kGroupPlot;
+    document.activity = Activity::GroupPlot;
     UpdateVowelCommands(document, states, vowels);
     window.Repaint(Pane::Chart);
   } else {

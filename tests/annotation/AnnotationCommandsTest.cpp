@@ -61,20 +61,20 @@ TEST(InsertingAnnotations, OnlyALeftClickIntoTheAnalysisPaneInserts) {
   AnnotationDesk s;
   s.Load(Ramp(16000));
   s.Do(kInsert);
-  EXPECT_EQ(s.document.activity, activities::kAnnotation);
+  EXPECT_EQ(s.document.activity, Activity::Annotation);
   EXPECT_EQ(s.w.view.Hint(), kAnnotationHint);
   s.Click(Pane::Waveform, 30);
   s.Click(Pane::Analysis, 40, kRight);
   EXPECT_EQ(s.document.selectionStart, 1600);
   EXPECT_EQ(s.document.selectionEnd, 3200);
-  EXPECT_EQ(s.document.activity, activities::kAnnotation) << "marking goes on meanwhile";
+  EXPECT_EQ(s.document.activity, Activity::Annotation) << "marking goes on meanwhile";
   EXPECT_TRUE(s.w.Key("Escape"));
-  EXPECT_EQ(s.document.activity, activities::kWaveform);
+  EXPECT_EQ(s.document.activity, Activity::Waveform);
   s.Do(kInsert);
   s.Do(kSave, {"cancel"});
-  EXPECT_EQ(s.document.activity, activities::kAnnotation) << "saving is no tool";
+  EXPECT_EQ(s.document.activity, Activity::Annotation) << "saving is no tool";
   s.Do(170);
-  EXPECT_EQ(s.document.activity, activities::kWaveform) << "another tool ends it";
+  EXPECT_EQ(s.document.activity, Activity::Waveform) << "another tool ends it";
   s.Click(Pane::Analysis, 50);
   EXPECT_TRUE(s.window.Log().empty());
   EXPECT_TRUE(s.Items().empty());
@@ -231,7 +231,7 @@ TEST(OpeningIpaFiles, ARefusedFileLeavesTheSoundAsItWasAndAtMostItsRate) {
   const auto unchanged = [&] {
     return s.document.sampleCount == 5000 && s.document.filePath == s.folder / "sound1.wav" &&
            s.document.samples[4999] == 5000 && s.Items().size() == 3 && s.document.selectionEnd == 200 &&
-           s.document.activity == activities::kWaveform;
+           s.document.activity == Activity::Waveform;
   };
   for (const auto& c : cases) {
     const std::string path = WriteFile(s.folder / "broken.ipa", c.bytes);

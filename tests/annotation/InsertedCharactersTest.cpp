@@ -35,10 +35,10 @@ struct CharacterDesk : testing::Station {
 TEST(InsertedCharacters, KeepTheirTimeAndTheirRowInTheirPane) {
   CharacterDesk s;
   EXPECT_EQ(s.Type("元音"), Texts{"input|插入字符|输入插入的内容（最长9字符）："});
-  EXPECT_EQ(s.w.document.activity, activities::kCharacters);
+  EXPECT_EQ(s.w.document.activity, Activity::Characters);
   EXPECT_EQ(s.w.view.Hint(), kCharactersHint);
   s.w.Click(Pane::Pitch, {120, 80}, MouseButton::Left, false);
-  EXPECT_EQ(s.w.document.activity, activities::kWaveform);
+  EXPECT_EQ(s.w.document.activity, Activity::Waveform);
   EXPECT_EQ(s.w.document.selectionStart, -1000) << "the click marks nothing";
   s.Place("ə", Pane::Waveform, {220, 400});
   // 16 px high: the baseline 6 rows under the middle.
@@ -62,7 +62,7 @@ TEST(InsertedCharacters, The101stIsRefusedAndAnotherSoundHasNone) {
   for (int i = 0; i < 100; ++i) s.Place("a", Pane::Pitch, {100 + i, 50});
   EXPECT_EQ(s.w.characters.items.size(), 100u);
   EXPECT_EQ(s.Type("b"), Texts{"none|" + s.window.Caption() + "|字符数已满，不能再加！"});
-  EXPECT_EQ(s.w.document.activity, activities::kWaveform);
+  EXPECT_EQ(s.w.document.activity, Activity::Waveform);
   s.Load(Ramp(100));
   EXPECT_TRUE(s.w.characters.items.empty());
   s.Place("c", Pane::Pitch, {20, 50});

@@ -53,7 +53,7 @@ TEST(MainView, TheScaleDoublesAndHalvesWithinItsBounds) {
   EXPECT_EQ(d.viewLength, 400000);
   EXPECT_FALSE(s.w.states.IsEnabled(40013));
   EXPECT_EQ(d.pixelsPerSecond, 100);
-  d.activity = activities::kSegmentChart;
+  d.activity = Activity::SegmentChart;
   EXPECT_FALSE(s.w.Key("S"));
   EXPECT_EQ(d.samplesPerPixel, 16384) << "only in the waveform mode";
 }
@@ -93,10 +93,10 @@ TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Analysis, {300, 200}, kLeft, false);
   s.w.dispatchCommand(180);  // another tool
-  EXPECT_EQ(s.w.document.activity, 1);
+  EXPECT_EQ(s.w.document.activity, Activity::Waveform);
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Waveform, {1, 2}, kLeft, false);
-  EXPECT_EQ(s.w.document.activity, 7);
+  EXPECT_EQ(s.w.document.activity, Activity::RegionDrag);
 }
 
 TEST(MainView, ThePictureFollowsViewShadesAndEdits) {
@@ -131,7 +131,7 @@ TEST(MainView, MarksBeforeAnySoundDoNoHarm) {
   s.Click(Pane::Waveform, 500);
   EXPECT_EQ(s.w.document.selectionStart, -1000);
   EXPECT_FALSE(s.w.Key("Escape"));
-  EXPECT_EQ(s.w.document.activity, activities::kStart) << "there is no tool to leave";
+  EXPECT_EQ(s.w.document.activity, Activity::Start) << "there is no tool to leave";
   s.w.OpenFile(s.folder / "missing.wav");
   s.Click(Pane::Waveform, 500);
   s.Click(Pane::Waveform, 900, kRight);

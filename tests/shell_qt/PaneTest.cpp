@@ -63,7 +63,7 @@ TEST_F(PaneTest, AShakyClickIsNoDrag) {
 }
 
 TEST_F(PaneTest, InAToolADragDoesNotMarkAStretch) {
-  Document().activity = activities::kPointChart;
+  Document().activity = Activity::PointChart;
   DragBetween(Waveform(), 120, 320);
   EXPECT_FALSE(Document().selectionDefined());
 }
@@ -164,7 +164,7 @@ TEST_F(PaneTest, ADraggedRegionIsCopiedAsABitmap) {
   QTest::mousePress(&Waveform(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 100, 10));
   QTest::mouseMove(&Waveform(), QPoint(PaneWidget::kGutter + 180, 40));
   QTest::mouseRelease(&Waveform(), Qt::LeftButton, {}, QPoint(PaneWidget::kGutter + 180, 40));
-  EXPECT_EQ(Document().activity, activities::kRegionChosen);
+  EXPECT_EQ(Document().activity, Activity::RegionChosen);
   EXPECT_FALSE(Document().selectionDefined());
   ASSERT_TRUE(window->Dispatch(40015));
   // 81 by 31 pixels less the frame around them.

@@ -32,7 +32,7 @@ class RepairTest : public WindowTest {
     ASSERT_TRUE(window->Dispatch(220));
     Station().Select(kRate / 2, 2 * kRate);
     ASSERT_TRUE(window->Dispatch(40042));
-    ASSERT_EQ(Document().activity, activities::kPitchRepair);
+    ASSERT_EQ(Document().activity, Activity::PitchRepair);
   }
   PaneWidget& Analysis() { return window->PaneOf(Pane::Analysis); }
   PitchRepair& Repair() { return Station().pitch.repair; }

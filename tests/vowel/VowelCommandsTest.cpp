@@ -64,14 +64,14 @@ TEST_F(VowelCommands, ChartsAreRefusedAbove16000Hz) {
   Select(0, 5000);
   for (const int rate : {16000, 16001}) {
     document.sampleRate = rate;
-    document.activity = activities::kWaveform;
+    document.activity = Activity::Waveform;
     Answer({"yes"});
     PointChartCommand(window, document, states, vowels);
-    EXPECT_EQ(document.activity == activities::kPointChart, rate == 16000);
+    EXPECT_EQ(document.activity == Activity::PointChart, rate == 16000);
     Answer({"yes"});
-    document.activity = activities::kWaveform;
+    document.activity = Activity::Waveform;
     SegmentChartCommand(window, document, states, vowels);
-    EXPECT_EQ(document.activity == activities::kSegmentChart, rate == 16000);
+    EXPECT_EQ(document.activity == Activity::SegmentChart, rate == 16000);
   }
 }
 
@@ -184,7 +184,7 @@ TEST_F(VowelCommands, ARefusedChartFileLeavesTheChart) {
   ClickAt(MiddleOf(0));
   const auto points = vowels.chart.points;
   const std::string refused = Notice("无此元音图数据文件！", nullptr, "error");
-  document.activity = activities::kWaveform;
+  document.activity = Activity::Waveform;
   for (const std::string& path :
        {folder / "none.vch", WriteFile(folder / "bad.vch", std::string("\x05\x00xx", 4)), folder.path()}) {
     Answer({"file:" + path});
@@ -196,7 +196,7 @@ TEST_F(VowelCommands, ARefusedChartFileLeavesTheChart) {
   }
   EXPECT_EQ(vowels.chart.count, 1);
   EXPECT_EQ(vowels.chart.points, points);
-  EXPECT_EQ(document.activity, activities::kWaveform);
+  EXPECT_EQ(document.activity, Activity::Waveform);
 }
 
 TEST_F(VowelCommands, FormantsAreSavedInBlocks) {

@@ -34,7 +34,7 @@ void StateValue(const Workstation& w, JsonObject& event) {
       .Integer("pitchPresent", d.pitchPresent)
       .Integer("longFileSeconds", d.longFileSeconds)
       .Integer("longFileStart", d.longFileStart)
-      .Integer("activity", d.activity)
+      .Integer("activity", static_cast<int>(d.activity))
       .Text("caption", w.window.Caption())
       .Integer("insertPoint", d.insertPoint)
       .Integer("pasteReady", d.pasteReady)

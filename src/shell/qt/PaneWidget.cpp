@@ -164,11 +164,11 @@ Point PaneWidget::PointAt(QPoint position) const {
 }
 
 bool PaneWidget::RepairsPitch() const {
-  return pane_ == Pane::Analysis && document_.activity == activities::kPitchRepair;
+  return pane_ == Pane::Analysis && document_.activity == Activity::PitchRepair;
 }
 
 PaneWidget::Drag PaneWidget::EdgeAt(int x) const {
-  if (!document_.selectionDefined() || document_.activity > activities::kWaveform) return Drag::None;
+  if (!document_.selectionDefined() || document_.activity > Activity::Waveform) return Drag::None;
   const int toStart = std::abs(x - view_.ColumnOf(pane_, document_.selectionStart));
   const int toEnd = std::abs(x - view_.ColumnOf(pane_, document_.selectionEnd));
   if (std::min(toStart, toEnd) > kEdgeReach) return Drag::None;
@@ -191,13 +191,13 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
   }
   if (event->button() != Qt::LeftButton) return;
   pressedAt_ = at;
-  if (document_.activity == activities::kRegionDrag) {
+  if (document_.activity == Activity::RegionDrag) {
     gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, false); });
     drag_ = Drag::Region;
     if (band_ == nullptr) band_ = new QRubberBand(QRubberBand::Rectangle, this);
     band_->setGeometry(QRect(event->pos(), QSize(1, 1)));
     band_->show();
-  } else if (document_.activity <= activities::kWaveform && !shift) {
+  } else if (document_.activity <= Activity::Waveform && !shift) {
     // A click takes effect when the button comes up, for until then it may become a drag.
     drag_ = Drag::Pressed;
     pressedOn_ = EdgeAt(at.x);
