@@ -9,8 +9,6 @@
 namespace parlowen {
 namespace {
 
-constexpr int kCut = 1;  // of the document's undo kinds
-
 /// Where samples of the old sound stand in the new one.
 struct Move {
   int at = 0, removed = 0, inserted = 0;  ///< samples
@@ -114,12 +112,12 @@ void FollowEdit(const PlacedThings& things, const EditPlace& before, const Sound
   const EditPlace after = EditPlaceOf(document);
   if (after == before || after.generation != before.generation) return;
   Move move;
-  move.undone = after.kind == 0;
+  move.undone = after.kind == UndoKind::None;
   const EditPlace& edit = move.undone ? before : after;
-  if (edit.kind == 0) return;
+  if (edit.kind == UndoKind::None) return;
   move.at = edit.position;
   // A cut takes out, and so does the undo of a paste.
-  ((edit.kind == kCut) != move.undone ? move.removed : move.inserted) = edit.length;
+  ((edit.kind == UndoKind::Cut) != move.undone ? move.removed : move.inserted) = edit.length;
   move.oldCount = before.sampleCount;
   move.newCount = after.sampleCount;
   MoveThings(things, before.generation, move, document);

@@ -14,7 +14,8 @@ namespace parlowen {
 struct EditPlace {
   std::uint64_t generation = 0;
   int sampleCount = 0, sampleRate = 0;
-  int kind = 0, position = 0, length = 0;  ///< the document's undo fields
+  UndoKind kind = UndoKind::None;
+  int position = 0, length = 0;  ///< the document's undo fields
   bool operator==(const EditPlace&) const = default;
 };
 EditPlace EditPlaceOf(const SoundDocument& document);

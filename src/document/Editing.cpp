@@ -31,7 +31,7 @@ bool CopySelection(SoundDocument& document) {
 bool CutSelection(SoundDocument& document) {
   if (!CopySelection(document)) return false;
   const auto length = static_cast<int>(document.clipSamples.size());
-  document.undoKind = 1;
+  document.undoKind = UndoKind::Cut;
   document.undoPosition = document.selectionStart;
   document.undoLength = length;
   document.undoSamples = document.clipSamples;
@@ -57,7 +57,7 @@ void PasteClip(SoundDocument& document) {
   // the insert point is lost, and no more.
   const int lostOfSound = std::min(lost, oldCount - at);
   document.undoSamples.assign(data + oldCount - lostOfSound, data + oldCount);
-  document.undoKind = 2;
+  document.undoKind = UndoKind::Paste;
   document.undoPosition = at;
   document.undoLength = clipLength;
 
@@ -71,18 +71,18 @@ void PasteClip(SoundDocument& document) {
 void UndoEdit(SoundDocument& document) {
   std::int16_t* data = document.samples.data();
   const int at = document.undoPosition;
-  if (document.undoKind == 1) {
+  if (document.undoKind == UndoKind::Cut) {
     const int newCount = document.sampleCount + document.undoLength;
     OpenGap(document, at, document.undoLength, newCount);
     std::copy(document.undoSamples.begin(), document.undoSamples.end(), data + at);
     document.sampleCount = newCount;
-  } else if (document.undoKind == 2) {
+  } else if (document.undoKind == UndoKind::Paste) {
     const int inserted = std::min(document.undoLength, document.sampleCount - at);
     std::int16_t* const end = std::copy(data + at + inserted, data + document.sampleCount, data + at);
     document.sampleCount =
         static_cast<int>(std::copy(document.undoSamples.begin(), document.undoSamples.end(), end) - data);
   }
-  document.undoKind = 0;
+  document.undoKind = UndoKind::None;
   document.undoSamples.clear();
   document.SamplesChanged();
 }

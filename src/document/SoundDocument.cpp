@@ -14,7 +14,8 @@ void SoundDocument::resetForNewSound(int count, int rate, CommandStates& states)
   pixelsPerSecond = 100;
   samplesPerPixel = StartSamplesPerPixel();
   ClearSelection();
-  undoKind = undoPosition = undoLength = 0;
+  undoKind = UndoKind::None;
+  undoPosition = undoLength = 0;
   undoSamples.clear();
   viewStart = insertPoint = 0;
   ++soundGeneration;

@@ -25,6 +25,9 @@ inline constexpr int kLargestSamplesPerPixel = 16384;
 /// Sampling rates that a file may have, in Hz.
 inline constexpr int kSmallestRate = 1000, kLargestRate = 384000;
 
+/// The edit that can be taken back. The numbers are told to scripts.
+enum class UndoKind : std::int16_t { None = 0, Cut = 1, Paste = 2 };
+
 /// kMaxSamples + kSampleHeadroom samples, all zero at first; pages that are never written cost no memory.
 class SampleBuffer {
  public:
@@ -65,7 +68,7 @@ class SoundDocument {
   int paneWidth = 1024;      ///< pixels, the margin included
   SampleBuffer viewSamples;  ///< copy of `samples` from viewStart for viewLength: what drawing reads
   std::vector<std::int16_t> clipSamples;
-  int undoKind = 0;  ///< 0 nothing, 1 a cut, 2 a paste
+  UndoKind undoKind = UndoKind::None;
   int undoPosition = 0, undoLength = 0;
   std::vector<std::int16_t> undoSamples;  ///< removed by the cut, or pushed over the capacity by the paste
   PitchContour pitch{}, pitchBackup{};

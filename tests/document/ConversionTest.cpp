@@ -152,7 +152,7 @@ TEST(RateConversion, MakesANewSoundOfIt) {
   desk.window.answers = {"yes"};
   ConvertRateCommand(desk.window, desk.document, desk.states);
   EXPECT_FALSE(desk.document.pitchPresent);
-  EXPECT_EQ(desk.document.undoKind, 0);
+  EXPECT_EQ(desk.document.undoKind, UndoKind::None);
   EXPECT_FALSE(desk.document.selectionDefined());
   EXPECT_TRUE(desk.states.Holds(Need::LowRate));
   EXPECT_FALSE(desk.states.Holds(Need::Undo));

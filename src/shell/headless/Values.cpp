@@ -28,7 +28,7 @@ void StateValue(const Workstation& w, JsonObject& event) {
       .Integer("samplesPerPixel", d.samplesPerPixel)
       .Integer("paneWidth", d.paneWidth)
       .Integer("clipLength", static_cast<long long>(d.clipSamples.size()))
-      .Integer("undoKind", d.undoKind)
+      .Integer("undoKind", static_cast<int>(d.undoKind))
       .Integer("undoPosition", d.undoPosition)
       .Integer("undoLength", d.undoLength)
       .Integer("pitchPresent", d.pitchPresent)
