@@ -16,9 +16,9 @@ namespace {
 constexpr const char* kShapeNames[] = {"circle", "square", "diamond", "triangle", "inverted triangle",
                                        "cross"};
 
-std::string ShapeName(int shape) {
-  return shape >= 0 && shape < static_cast<int>(std::size(kShapeNames)) ? kShapeNames[shape]
-                                                                        : std::to_string(shape);
+std::string ShapeName(PointShape shape) {
+  const int number = static_cast<int>(shape);
+  return number >= 0 && number < std::ssize(kShapeNames) ? kShapeNames[number] : std::to_string(number);
 }
 
 std::string Number(std::size_t number) { return std::to_string(number); }

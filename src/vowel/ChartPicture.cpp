@@ -53,22 +53,22 @@ void AddPoint(Picture& picture, const VowelPoint& point, bool barkMode) {
 
 }  // namespace
 
-void AddShape(Picture& picture, int shape, int x, int y, Colour colour) {
+void AddShape(Picture& picture, PointShape shape, int x, int y, Colour colour) {
   switch (shape) {
-    case shapes::kSquare:
+    case PointShape::Square:
       picture.Add(PolylineMark{
           {{x - 2, y - 2}, {x + 2, y - 2}, {x + 2, y + 2}, {x - 2, y + 2}, {x - 2, y - 2}}, colour});
       break;
-    case shapes::kDiamond:
+    case PointShape::Diamond:
       picture.Add(PolylineMark{{{x, y - 3}, {x + 3, y}, {x, y + 3}, {x - 3, y}, {x, y - 3}}, colour});
       break;
-    case shapes::kTriangle:
+    case PointShape::Triangle:
       picture.Add(PolylineMark{{{x, y - 3}, {x + 2, y + 2}, {x - 2, y + 2}, {x, y - 3}}, colour});
       break;
-    case shapes::kInvertedTriangle:
+    case PointShape::InvertedTriangle:
       picture.Add(PolylineMark{{{x, y + 3}, {x + 2, y - 2}, {x - 2, y - 2}, {x, y + 3}}, colour});
       break;
-    case shapes::kCross:
+    case PointShape::Cross:
       picture.Add(LineMark{{x, y + 4}, {x, y - 4}, colour});
       picture.Add(LineMark{{x - 4, y}, {x + 4, y}, colour});
       break;
@@ -85,7 +85,7 @@ void AddAverages(Picture& picture, const std::vector<int>& speakerClasses, const
     for (const AverageVowel& vowel : AverageVowels(speakerClass)) {
       if (vowel.f1 < 100 || vowel.f1 > 3500 || vowel.f2 < 100 || vowel.f2 > 3500) continue;
       const ChartPlace place = FrequencyPlace(vowel.f1, vowel.f2, 0, axes);
-      AddShape(picture, shapes::kCross, place.x, place.y, colours::kStart);
+      AddShape(picture, PointShape::Cross, place.x, place.y, colours::kStart);
       picture.Add(TextMark{place.x - 3, place.y + 3 + kAscent, vowel.label, colours::kStart, 12, Anchor::Left,
                            Face::Ipa});
     }

@@ -10,7 +10,7 @@ namespace parlowen {
 inline constexpr Colour kChartRed = 0xC80000;
 
 /// The outline of a point shape around x, y, one pixel wide.
-void AddShape(Picture& picture, int shape, int x, int y, Colour colour);
+void AddShape(Picture& picture, PointShape shape, int x, int y, Colour colour);
 
 /// The table averages of these speaker classes, always in frequency coordinates: crosses with their phonetic
 /// labels.

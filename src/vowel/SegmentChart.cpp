@@ -33,8 +33,8 @@ Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected,
   const SegmentPoint* previous = nullptr;
   for (const SegmentPoint& point : points) {
     const auto [x, y, x3] = point.place;
-    AddShape(picture, shapes::kCircle, x, y, point.colour);
-    if (point.f3 > point.f2) AddShape(picture, shapes::kCircle, x3, y, point.colour);
+    AddShape(picture, PointShape::Circle, x, y, point.colour);
+    if (point.f3 > point.f2) AddShape(picture, PointShape::Circle, x3, y, point.colour);
     if (connected && previous != nullptr)
       picture.Add(LineMark{{previous->place.x, previous->place.y}, {x, y}, point.colour});
     previous = &point;

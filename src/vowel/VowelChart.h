@@ -32,13 +32,13 @@ ChartPlace FrequencyPlace(double f1, double f2, double f3, const FrequencyAxes& 
 /// reference pitch.
 ChartPlace BarkPlace(double f1, double f2, int referenceF0);
 
-/// Point shapes as they are stored; the cross is for table averages.
-namespace shapes {
-inline constexpr int kCircle = 0, kSquare = 1, kDiamond = 2, kTriangle = 3, kInvertedTriangle = 4, kCross = 5;
-}  // namespace shapes
+/// Point shapes as they are stored; the cross is for table averages. A file may hold any other number: it is
+/// drawn as a circle and written back as it was.
+enum class PointShape : std::int16_t { Circle, Square, Diamond, Triangle, InvertedTriangle, Cross };
 
 struct VowelPoint {
-  std::int16_t x = 0, y = 0, x3 = 0, shape = 0;
+  std::int16_t x = 0, y = 0, x3 = 0;
+  PointShape shape = PointShape::Circle;
   float f1 = 0, f2 = 0, f3 = 0;  ///< Hz; F3 is 0 where there is none
   bool operator==(const VowelPoint&) const = default;
 };
@@ -49,9 +49,9 @@ struct VowelChart {
   static constexpr int kMostClicked = 199;  ///< clicks stop here; a typed point may be the last
 
   int count = 0;
-  std::int16_t shape = shapes::kCircle;  ///< of every new point
-  std::int16_t referenceF0 = 0;          ///< Hz; 0 = not yet entered
-  bool loadedFromFile = false;           ///< the next drawing does not ask for the coordinates
+  PointShape shape = PointShape::Circle;  ///< of every new point
+  std::int16_t referenceF0 = 0;           ///< Hz; 0 = not yet entered
+  bool loadedFromFile = false;            ///< the next drawing does not ask for the coordinates
   bool barkMode = false;
   bool connectPoints = false;  ///< in segment charts
   std::array<VowelPoint, kCapacity> points{};

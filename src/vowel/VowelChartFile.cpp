@@ -23,7 +23,7 @@ ByteWriter ChartBytes(const VowelChart& chart) {
     file.PutInt16LE(point.x);
     file.PutInt16LE(point.y);
     if (!chart.barkMode) file.PutInt16LE(point.x3);
-    file.PutInt16LE(point.shape);
+    file.PutInt16LE(static_cast<std::int16_t>(point.shape));
     file.PutInt16LE(0);
     file.PutFloat32LE(point.f1);
     file.PutFloat32LE(point.f2);
@@ -51,7 +51,7 @@ std::optional<VowelChart> ReadChart(ByteSpan bytes, VowelChart chart) {
     point.x = file.TakeInt16LE();
     point.y = file.TakeInt16LE();
     point.x3 = chart.barkMode ? std::int16_t{0} : file.TakeInt16LE();
-    point.shape = file.TakeInt16LE();
+    point.shape = static_cast<PointShape>(file.TakeInt16LE());
     if (!unpadded) file.Skip(kPadding);
     point.f1 = file.TakeFloat32LE();
     point.f2 = file.TakeFloat32LE();

@@ -184,11 +184,11 @@ void ChoosePointShapeCommand(Window& window, VowelState& vowels) {
   constexpr const char* kLabels[] = {"圆形", "方形", "菱形", "三角形", "倒三角形"};
   InputForm form;
   form.title = kShapeTitle;
-  for (int shape = shapes::kCircle; shape <= shapes::kInvertedTriangle; ++shape)
-    form.fields.push_back(RadioButton(shape, kLabels[shape], shape == vowels.chart.shape));
+  for (int i = 0; i < std::ssize(kLabels); ++i)
+    form.fields.push_back(RadioButton(i, kLabels[i], static_cast<PointShape>(i) == vowels.chart.shape));
   if (!window.AskInput(form)) return;
   if (const int chosen = form.CheckedIndex(); chosen >= 0)
-    vowels.chart.shape = static_cast<std::int16_t>(chosen);
+    vowels.chart.shape = static_cast<PointShape>(chosen);
 }
 
 void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {

@@ -74,7 +74,7 @@ TEST(CsvTables, ChartsAndGroupsHaveTheirFigures) {
   CommandStates states;
   const auto document = Document(states);
   VowelChart chart;
-  chart.shape = shapes::kDiamond;
+  chart.shape = PointShape::Diamond;
   chart.Add(650, 1300, 0);
   // 7·asinh(1) and 7·asinh(2)
   const Texts points = Rows(VowelChartCsv(chart, *document));

@@ -17,7 +17,7 @@ VowelChart ChartOf(int count, bool bark) {
   chart.barkMode = bark;
   chart.referenceF0 = 120;
   for (int i = 0; i < count; ++i) {
-    chart.shape = static_cast<std::int16_t>(i % 5);
+    chart.shape = static_cast<PointShape>(i % 5);
     chart.Add(283 + i, 2350, 3000);
   }
   return chart;

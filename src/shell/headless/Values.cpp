@@ -177,7 +177,7 @@ void VowelsValue(const VowelChart& chart, JsonObject& event) {
                  .Integer("x", point.x)
                  .Integer("y", point.y)
                  .Integer("x3", point.x3)
-                 .Integer("shape", point.shape)
+                 .Integer("shape", static_cast<int>(point.shape))
                  .Number("f1", point.f1)
                  .Number("f2", point.f2)
                  .Number("f3", point.f3)
