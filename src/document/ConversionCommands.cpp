@@ -1,6 +1,7 @@
 #include "document/ConversionCommands.h"
 
 #include "base/Format.h"
+#include "document/Frames.h"
 #include "document/NextDigit.h"
 #include "document/RateConversion.h"
 #include "document/SegmentFilter.h"
@@ -35,7 +36,7 @@ constexpr int kTargetOnYes = 16000, kTargetOnNo = 11025;
 void FilterSegmentCommand(Window& window, SoundDocument& document) {
   if (document.sampleRate > kHighestFilterRate) return window.Notify(kRateTooHigh);
   const int start = document.selectionStart, end = document.selectionEnd;
-  const std::int64_t frames = std::int64_t{document.SelectionLength()} * 100 / document.sampleRate;
+  const int frames = FrameOfSample(document.SelectionLength(), document.sampleRate);
   if (frames < 1) return window.Notify(kNoSegment);
   if (frames < kFewestFrames || frames > kMostFrames) return window.Notify(kWrongLength);
   InputForm form = OneFieldForm(kFilterTitle, kAskCutoff, kFirstCutoff);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/Arithmetic.h"
+#include "document/Frames.h"
 
 namespace parlowen {
 
@@ -42,9 +43,7 @@ CommandStates::SelectionFacts SoundDocument::SelectionFacts() const {
   return {selectionDefined(), SelectionLength(), sampleRate, pitchPresent};
 }
 
-int SoundDocument::frameCount() const {
-  return sampleRate > 0 ? static_cast<int>(std::int64_t{sampleCount} * 100 / sampleRate) : 0;
-}
+int SoundDocument::frameCount() const { return FrameOfSample(sampleCount, sampleRate); }
 
 int SoundDocument::ContourLength() const { return std::min(frameCount(), kUsableContourFrames); }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "base/Arithmetic.h"
+#include "document/Frames.h"
 
 namespace parlowen {
 
@@ -10,15 +11,6 @@ namespace parlowen {
 struct FrameSpan {
   int first = 0, last = 0;
 };
-
-/// Frame of a sample: sample·100/sampleRate.
-inline int FrameOfSample(std::int64_t sample, int sampleRate) {
-  return sampleRate > 0 ? SaturateInt32(sample * 100 / sampleRate) : 0;
-}
-/// First sample of a frame: frame·sampleRate/100. No inverse of the above where 100 does not divide the rate.
-inline int SampleOfFrame(std::int64_t frame, int sampleRate) {
-  return SaturateInt32(frame * sampleRate / 100);
-}
 
 /// Whole hertz of a contour value, as listings show it: trunc(sampleRate/period) in double, 0 for a value
 /// that is no period and for frequencies beyond 32767.

@@ -8,6 +8,7 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "document/EditCommands.h"
+#include "document/Frames.h"
 #include "document/LevelMeasures.h"
 #include "palatography/MarkerPicture.h"
 #include "pitch/PitchCommands.h"
@@ -70,8 +71,8 @@ int MainView::SampleAt(Pane pane, int x, bool shift) const {
     const std::int64_t column = x - kPaneMargin;
     const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
     const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
-    sample =
-        origin + (tenMilliseconds ? column * document_.sampleRate / 100 : column * document_.samplesPerPixel);
+    sample = origin + (tenMilliseconds ? SampleOfFrame(column, document_.sampleRate)
+                                       : column * document_.samplesPerPixel);
   }
   return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
 }
@@ -425,7 +426,7 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
-  const std::int64_t frame = std::int64_t{sample} * 100 / document_.sampleRate;
+  const int frame = FrameOfSample(sample, document_.sampleRate);
   std::string line =
       Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
              separator, document_.samples[sample], separator, LevelAt(document_, sample));

@@ -5,6 +5,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
+#include "document/Frames.h"
 #include "document/LevelMeasures.h"
 #include "dsp/Decibel.h"
 #include "spectral/SpectrogramPicture.h"
@@ -129,9 +130,9 @@ Picture PitchPicture(const SoundDocument& document, int width, int height) {
     }
     piece.points.clear();
   };
-  const int first = static_cast<int>(std::int64_t{document.viewStart} * 100 / document.sampleRate);
+  const int first = FrameOfSample(document.viewStart, document.sampleRate);
   for (int frame = first; frame < document.ContourLength(); ++frame) {
-    const std::int64_t sample = std::int64_t{frame} * document.sampleRate / 100;
+    const int sample = SampleOfFrame(frame, document.sampleRate);
     const int x = kPaneMargin +
                   TruncateToInt32(std::floor(static_cast<double>(sample - document.viewStart) / perColumn));
     if (x >= width) break;

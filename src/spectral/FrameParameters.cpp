@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "document/Frames.h"
 #include "document/LevelMeasures.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/Decibel.h"
@@ -32,7 +33,7 @@ double LevelOfFrame(const SoundDocument& document, int position, int length) {
 }
 
 double ContourF0(const SoundDocument& document, int position) {
-  const std::int64_t frame = std::int64_t{position} * 100 / document.sampleRate;
+  const int frame = FrameOfSample(position, document.sampleRate);
   if (frame < 0 || frame >= document.ContourLength()) return 0.0;
   const double period = document.pitch[static_cast<std::size_t>(frame)];
   return period > 0 ? document.sampleRate / period : 0.0;
@@ -96,9 +97,7 @@ ComparedFrame AnalyseCompared(const SoundDocument& document, int position, bool 
 
 }  // namespace
 
-double FrameTime(int position, int sampleRate) {
-  return static_cast<double>(std::int64_t{position} * 100 / std::max(1, sampleRate)) * 0.01;
-}
+double FrameTime(int position, int sampleRate) { return FrameOfSample(position, sampleRate) * 0.01; }
 
 int FrameDisplayLength(int sampleRate) { return std::min(sampleRate / 39, kLongestFrame); }
 

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "base/Arithmetic.h"
+#include "document/Frames.h"
 #include "document/LevelMeasures.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/FrameSpectrum.h"
@@ -22,7 +23,7 @@ constexpr int kRidges = 100;           // frames of a three-dimensional view
 
 /// One pitch period at a sample, or 0 where the contour has no voice.
 int PitchPeriodAt(const SoundDocument& document, int sample) {
-  const std::int64_t frame = std::int64_t{sample} * 100 / document.sampleRate;
+  const int frame = FrameOfSample(sample, document.sampleRate);
   if (frame >= document.ContourLength()) return 0;
   const double period = document.pitch[static_cast<std::size_t>(frame)];
   if (!(period > 0)) return 0;
@@ -83,7 +84,7 @@ class ColumnAnalysis {
 
   void PredictLoudest(const SpectrogramStretch& stretch) {
     const LoudestFrame loudest = FindLoudestFrame(document_, stretch.levelStart, stretch.levelEnd);
-    const std::int64_t frames = std::int64_t{stretch.levelEnd - stretch.levelStart} * 100 / rate_;
+    const int frames = FrameOfSample(stretch.levelEnd - stretch.levelStart, rate_);
     const int index = loudest.index <= 10 || loudest.index >= frames ? 50 : loudest.index;
     const std::int64_t start = stretch.levelStart + std::int64_t{index} * rate_ / 100;
     double levels[kEnvelopePoints];
@@ -158,7 +159,7 @@ LoudestFrame FindLoudestFrame(const SoundDocument& document, int start, int end)
   LoudestFrame loudest;
   const int rate = document.sampleRate;
   if (rate <= 0) return loudest;
-  const int frames = static_cast<int>(std::max<std::int64_t>(1, std::int64_t{end - start} * 100 / rate));
+  const int frames = std::max(1, FrameOfSample(end - start, rate));
   const LevelCurve levels = MakeLevelCurve(document.Samples(), rate, 100, start, frames);
   for (int i = 0; i < frames; ++i) {
     const auto level = static_cast<float>(levels.values[static_cast<std::size_t>(i)]);

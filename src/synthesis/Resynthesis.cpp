@@ -5,6 +5,7 @@
 #include <cstdlib>
 
 #include "base/Arithmetic.h"
+#include "document/Frames.h"
 #include "dsp/Clones.h"
 
 namespace parlowen {
@@ -95,12 +96,8 @@ class MarkFinder {
   /// In whole samples.
   int Period(int frame) const { return TruncateToInt32(static_cast<double>(Value(frame))); }
 
-  std::int64_t SampleOf(int frame) const {
-    return std::int64_t{frame - job_.firstFrame} * job_.sampleRate / 100;
-  }
-  int FrameOf(std::int64_t mark) const {
-    return job_.firstFrame + static_cast<int>(mark * 100 / job_.sampleRate);
-  }
+  std::int64_t SampleOf(int frame) const { return SampleOfFrame(frame - job_.firstFrame, job_.sampleRate); }
+  int FrameOf(std::int64_t mark) const { return job_.firstFrame + FrameOfSample(mark, job_.sampleRate); }
 
   struct Peak {
     std::int64_t at = 0;
@@ -252,7 +249,7 @@ class OverlapAdd {
 
  private:
   int NewPeriod(std::int64_t t) const {
-    const std::int64_t frame = t * 100 / job_.sampleRate;
+    const int frame = FrameOfSample(t, job_.sampleRate);
     return frame < std::ssize(target_)
                ? TruncateToInt32(static_cast<double>(target_[static_cast<std::size_t>(frame)]))
                : 0;
@@ -282,8 +279,8 @@ SynthesisJob MakeSynthesisJob(SampleSpan sound, int sampleRate, int start, int e
   job.start = start;
   job.length = std::max(0, end - start);
   if (sampleRate <= 0) return job;
-  job.firstFrame = static_cast<int>(std::int64_t{start} * 100 / sampleRate);
-  job.frames = static_cast<int>(std::int64_t{end} * 100 / sampleRate) - job.firstFrame + 1;
+  job.firstFrame = FrameOfSample(start, sampleRate);
+  job.frames = FrameOfSample(end, sampleRate) - job.firstFrame + 1;
   job.samples.resize(static_cast<std::size_t>(job.length + ReadBehind(sampleRate)));
   for (std::size_t i = 0; i < job.samples.size(); ++i)
     job.samples[i] = sound.At(start + static_cast<std::int64_t>(i));

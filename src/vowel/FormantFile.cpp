@@ -5,6 +5,7 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "document/Frames.h"
 
 namespace parlowen {
 namespace {
@@ -49,8 +50,7 @@ std::string FormantListing(const std::vector<FormantBlock>& blocks, int sampleRa
   std::string text;
   int number = 0;
   for (const FormantBlock& block : blocks) {
-    const double start =
-        static_cast<double>(std::int64_t{block.start} * 100 / std::max(1, sampleRate)) * 0.01;
+    const double start = FrameOfSample(block.start, sampleRate) * 0.01;
     const double length = static_cast<double>(block.frames.size()) * 0.01;
     text +=
         Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", ++number, start, start + length) + header;
