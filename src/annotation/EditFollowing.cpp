@@ -11,16 +11,15 @@ namespace {
 
 /// Where samples of the old sound stand in the new one.
 struct Move {
-  int at = 0, removed = 0, inserted = 0;  ///< samples
-  int oldRate = 1, newRate = 1;
-  int oldCount = 0, newCount = 0;
-  bool undone = false;  ///< it takes an edit back
+  explicit Move(const Edit& told) : edit(told) {}
+  const Edit& edit;
 
-  bool Removes(int sample) const { return sample > at && sample < at + removed; }
+  bool Removes(int sample) const { return sample > edit.at && sample < edit.at + edit.removed; }
   int operator()(int sample) const {
-    sample = sample >= at + removed ? sample + inserted - removed : std::min(sample, at);
-    const std::int64_t moved = std::int64_t{sample} * newRate / oldRate;
-    return static_cast<int>(std::clamp<std::int64_t>(moved, 0, newCount));
+    sample =
+        sample >= edit.at + edit.removed ? sample + edit.inserted - edit.removed : std::min(sample, edit.at);
+    const std::int64_t moved = std::int64_t{sample} * edit.newRate / std::max(1, edit.oldRate);
+    return static_cast<int>(std::clamp<std::int64_t>(moved, 0, edit.newCount));
   }
 };
 
@@ -34,7 +33,7 @@ void MoveBand(MarkerSet& set, int band, const Move& move) {
     // The ends of the sound are no markers: a label that has none there keeps to them.
     const bool fromStart = old.start == 0 && !std::binary_search(oldMarkers.begin(), oldMarkers.end(), 0);
     label.start = fromStart && !old.IsPoint() ? 0 : move(old.start);
-    label.end = old.end == move.oldCount && !old.IsPoint() ? move.newCount : move(old.end);
+    label.end = old.end == move.edit.oldCount && !old.IsPoint() ? move.edit.newCount : move(old.end);
     if (!old.IsPoint() && label.start >= label.end) continue;
     if (!old.IsPoint()) edges.insert(edges.end(), {old.start, old.end});
     labels.push_back(std::move(label));
@@ -73,69 +72,37 @@ void MoveAll(std::vector<PlacedText>& items, const Move& move) {
 /// the next undo.
 template <typename State, typename Items>
 void MoveWithUndo(State& state, Items& items, const Move& move) {
+  const EditKind kind = move.edit.kind;
   Items old = items;
-  if (move.undone && items == state.afterEdit) {
+  if (kind == EditKind::Undo && items == state.afterEdit) {
     items = state.beforeEdit;
   } else {
     MoveAll(items, move);
   }
   state.changed = state.changed || !(items == old);
-  state.beforeEdit = move.undone ? Items{} : std::move(old);
-  state.afterEdit = move.undone ? Items{} : items;
-}
-
-void MoveThings(const PlacedThings& things, std::uint64_t generation, const Move& move,
-                const SoundDocument& document) {
-  if (things.markers.generation == generation) {
-    MoveWithUndo(things.markers, things.markers.set, move);
-    ScrollMarkersTo(things.markers.view, things.markers.view.start, document.sampleCount);
-    things.markers.generation = document.soundGeneration;
-  }
-  if (things.annotations.generation == generation) {
-    MoveWithUndo(things.annotations, things.annotations.items, move);
-    things.annotations.generation = document.soundGeneration;
-  }
-  if (things.characters.generation == generation) {
-    MoveAll(things.characters.items, move);
-    things.characters.generation = document.soundGeneration;
-  }
+  const bool canBeUndone = kind == EditKind::Cut || kind == EditKind::Paste;
+  state.beforeEdit = canBeUndone ? std::move(old) : Items{};
+  state.afterEdit = canBeUndone ? items : Items{};
 }
 
 }  // namespace
 
-EditPlace EditPlaceOf(const SoundDocument& document) {
-  return {document.soundGeneration, document.sampleCount,  document.sampleRate,
-          document.undoKind,        document.undoPosition, document.undoLength};
-}
-
-void FollowEdit(const PlacedThings& things, const EditPlace& before, const SoundDocument& document) {
-  const EditPlace after = EditPlaceOf(document);
-  if (after == before || after.generation != before.generation) return;
-  Move move;
-  move.undone = after.kind == UndoKind::None;
-  const EditPlace& edit = move.undone ? before : after;
-  if (edit.kind == UndoKind::None) return;
-  move.at = edit.position;
-  // A cut takes out, and so does the undo of a paste.
-  ((edit.kind == UndoKind::Cut) != move.undone ? move.removed : move.inserted) = edit.length;
-  move.oldCount = before.sampleCount;
-  move.newCount = after.sampleCount;
-  MoveThings(things, before.generation, move, document);
-}
-
-void FollowConversion(const PlacedThings& things, const EditPlace& before, const SoundDocument& document) {
-  if (document.soundGeneration == before.generation) return;
-  Move move;
-  move.undone = true;  // nothing can be undone behind it
-  move.oldRate = std::max(1, before.sampleRate);
-  move.newRate = document.sampleRate;
-  move.oldCount = before.sampleCount;
-  move.newCount = document.sampleCount;
-  things.markers.afterEdit = {};
-  things.markers.beforeEdit = {};
-  things.annotations.afterEdit.clear();
-  things.annotations.beforeEdit.clear();
-  MoveThings(things, before.generation, move, document);
+void FollowEdit(const PlacedThings& things, const Edit& edit, const SoundDocument& document) {
+  if (!edit) return;
+  const Move move(edit);
+  if (things.markers.generation == edit.soundBefore) {
+    MoveWithUndo(things.markers, things.markers.set, move);
+    ScrollMarkersTo(things.markers.view, things.markers.view.start, document.sampleCount);
+    things.markers.generation = document.soundGeneration;
+  }
+  if (things.annotations.generation == edit.soundBefore) {
+    MoveWithUndo(things.annotations, things.annotations.items, move);
+    things.annotations.generation = document.soundGeneration;
+  }
+  if (things.characters.generation == edit.soundBefore) {
+    MoveAll(things.characters.items, move);
+    things.characters.generation = document.soundGeneration;
+  }
 }
 
 }  // namespace parlowen

@@ -50,13 +50,16 @@ void FilterSegmentCommand(Window& window, SoundDocument& document) {
   window.Repaint();
 }
 
-void ConvertRateCommand(Window& window, SoundDocument& document, CommandStates& states) {
+Edit ConvertRateCommand(Window& window, SoundDocument& document, CommandStates& states) {
   const int target = window.AskYesNo(kAskTarget, kAskTargetCaption) ? kTargetOnYes : kTargetOnNo;
-  if (document.sampleRate <= target) return window.Notify(kNothingToConvert);
-  ConvertDocument(document, target);
-  document.resetPitch();
+  if (document.sampleRate <= target) {
+    window.Notify(kNothingToConvert);
+    return {};
+  }
+  const Edit edit = ConvertDocument(document, target);
   document.resetForNewSound(document.sampleCount, target, states);
   window.Repaint();
+  return edit;
 }
 
 void SaveSelectionCommand(Window& window, SoundDocument& document) {

@@ -21,12 +21,6 @@ bool MayBreakChannels(Window& window, SoundDocument& document, CommandStates& st
   return true;
 }
 
-/// A shifted contour would be saved as if it were right.
-void DropContour(SoundDocument& document, CommandStates& states) {
-  document.resetPitch();
-  states.onContourChanged(document.SelectionFacts());
-}
-
 void ApplySelectionRules(SoundDocument& document, CommandStates& states) {
   if (document.selectionStart >= 0) document.insertPoint = document.selectionStart;
   states.onSelectionChanged(document.SelectionFacts());
@@ -39,41 +33,42 @@ bool RequireTwoChannels(Window& window, const SoundDocument& document) {
   return document.twoChannel;
 }
 
-void CutCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  if (!MayBreakChannels(window, document, states)) return;
-  if (!CutSelection(document)) return;
+Edit CutCommand(Window& window, SoundDocument& document, CommandStates& states) {
+  if (!MayBreakChannels(window, document, states)) return {};
+  const Edit edit = CutSelection(document);
+  if (!edit) return {};
   states.onSelectionChanged(document.SelectionFacts());
   states.onCut();
   document.setView(states);
-  DropContour(document, states);
   window.Repaint();
+  return edit;
 }
 
 void CopyCommand(SoundDocument& document, CommandStates& states) {
   if (CopySelection(document)) states.onCopy();
 }
 
-void PasteCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  if (!MayBreakChannels(window, document, states)) return;
-  PasteClip(document);
+Edit PasteCommand(Window& window, SoundDocument& document, CommandStates& states) {
+  if (!MayBreakChannels(window, document, states)) return {};
+  const Edit edit = PasteClip(document);
   document.setView(states);
-  DropContour(document, states);
   states.onPaste();
   if (document.sampleCount > 6LL * document.sampleRate) states.onViewChanged(true);
   window.Repaint();
+  return edit;
 }
 
-void UndoCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  UndoEdit(document);
+Edit UndoCommand(Window& window, SoundDocument& document, CommandStates& states) {
+  const Edit edit = UndoEdit(document);
   if (document.selectionEnd > document.sampleCount) {
     document.selectionEnd = document.sampleCount;
     document.selectionStart = std::min(document.selectionStart, document.sampleCount);
     states.onSelectionChanged(document.SelectionFacts());
   }
   document.setView(states);
-  DropContour(document, states);
   states.onUndo();
   window.Repaint();
+  return edit;
 }
 
 void AmplifyCommand(Window& window, SoundDocument& document) {
@@ -104,7 +99,8 @@ void SwapChannelsCommand(Window& window, SoundDocument& document, CommandStates&
   if (!RequireTwoChannels(window, document)) return;
   std::swap(document.samples, document.samples2);
   document.SamplesChanged();
-  DropContour(document, states);  // it was the other channel's
+  document.resetPitch();  // it was the other channel's
+  states.onContourChanged(document.SelectionFacts());
   window.Repaint();
 }
 

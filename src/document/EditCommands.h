@@ -4,12 +4,13 @@
 
 namespace parlowen {
 
-// The handlers of cut, copy, paste, undo, amplify and attenuate, and of the two selection commands.
+// The handlers of cut, copy, paste, undo, amplify and attenuate, and of the two selection commands. Those that
+// edit return the edit, for whatever follows it; no edit where the user refused or nothing was selected.
 
-void CutCommand(Window& window, SoundDocument& document, CommandStates& states);
+Edit CutCommand(Window& window, SoundDocument& document, CommandStates& states);
 void CopyCommand(SoundDocument& document, CommandStates& states);
-void PasteCommand(Window& window, SoundDocument& document, CommandStates& states);
-void UndoCommand(Window& window, SoundDocument& document, CommandStates& states);
+Edit PasteCommand(Window& window, SoundDocument& document, CommandStates& states);
+Edit UndoCommand(Window& window, SoundDocument& document, CommandStates& states);
 void AmplifyCommand(Window& window, SoundDocument& document);
 void AttenuateCommand(Window& window, SoundDocument& document);
 void SelectAllCommand(Window& window, SoundDocument& document, CommandStates& states);

@@ -28,8 +28,9 @@ bool CopySelection(SoundDocument& document) {
   return true;
 }
 
-bool CutSelection(SoundDocument& document) {
-  if (!CopySelection(document)) return false;
+Edit CutSelection(SoundDocument& document) {
+  if (!CopySelection(document)) return {};
+  Edit edit = document.BeginEdit(EditKind::Cut, document.selectionStart);
   const auto length = static_cast<int>(document.clipSamples.size());
   document.undoKind = UndoKind::Cut;
   document.undoPosition = document.selectionStart;
@@ -40,11 +41,12 @@ bool CutSelection(SoundDocument& document) {
             data + document.selectionStart);
   document.sampleCount -= length;
   document.ClearSelection();
-  document.SamplesChanged();
-  return true;
+  edit.removed = length;
+  document.EndEdit(edit);
+  return edit;
 }
 
-void PasteClip(SoundDocument& document) {
+Edit PasteClip(SoundDocument& document) {
   const auto clipLength = static_cast<int>(document.clipSamples.size());
   const int oldCount = document.sampleCount;
   const int newCount = std::min(oldCount + clipLength, kMaxSamples);
@@ -52,6 +54,7 @@ void PasteClip(SoundDocument& document) {
   std::int16_t* data = document.samples.data();
   document.insertPoint = std::clamp(document.insertPoint, 0, oldCount);
   const int at = document.insertPoint;
+  Edit edit = document.BeginEdit(EditKind::Paste, at);
 
   // The end of the old sound that no longer fits. Where the clip itself reaches over the capacity, all behind
   // the insert point is lost, and no more.
@@ -65,26 +68,33 @@ void PasteClip(SoundDocument& document) {
   OpenGap(document, at, inserted, newCount);
   std::copy_n(document.clipSamples.begin(), inserted, data + at);
   document.sampleCount = newCount;
-  document.SamplesChanged();
+  edit.inserted = inserted;
+  document.EndEdit(edit);
+  return edit;
 }
 
-void UndoEdit(SoundDocument& document) {
+Edit UndoEdit(SoundDocument& document) {
+  if (document.undoKind == UndoKind::None) return {};
   std::int16_t* data = document.samples.data();
   const int at = document.undoPosition;
+  Edit edit = document.BeginEdit(EditKind::Undo, at);
   if (document.undoKind == UndoKind::Cut) {
     const int newCount = document.sampleCount + document.undoLength;
     OpenGap(document, at, document.undoLength, newCount);
     std::copy(document.undoSamples.begin(), document.undoSamples.end(), data + at);
     document.sampleCount = newCount;
-  } else if (document.undoKind == UndoKind::Paste) {
+    edit.inserted = document.undoLength;
+  } else {
     const int inserted = std::min(document.undoLength, document.sampleCount - at);
     std::int16_t* const end = std::copy(data + at + inserted, data + document.sampleCount, data + at);
     document.sampleCount =
         static_cast<int>(std::copy(document.undoSamples.begin(), document.undoSamples.end(), end) - data);
+    edit.removed = inserted;
   }
   document.undoKind = UndoKind::None;
   document.undoSamples.clear();
-  document.SamplesChanged();
+  document.EndEdit(edit);
+  return edit;
 }
 
 bool AmplifySelection(SoundDocument& document) {

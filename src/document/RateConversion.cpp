@@ -67,12 +67,14 @@ int ConvertSamples(std::int16_t* samples, int count, int rate, int target) {
   return std::max(0, outputs - 1);
 }
 
-void ConvertDocument(SoundDocument& document, int target) {
+Edit ConvertDocument(SoundDocument& document, int target) {
+  Edit edit = document.BeginEdit(EditKind::RateConversion, 0);
   const int count = document.sampleCount;
   document.sampleCount = ConvertSamples(document.samples.data(), count, document.sampleRate, target);
   if (document.twoChannel) ConvertSamples(document.samples2.data(), count, document.sampleRate, target);
   document.sampleRate = target;
-  document.SamplesChanged();
+  document.EndEdit(edit);
+  return edit;
 }
 
 }  // namespace parlowen

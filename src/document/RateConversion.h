@@ -16,7 +16,7 @@ namespace parlowen {
 ///   y0)/2)·d) + y1.
 int ConvertSamples(std::int16_t* samples, int count, int rate, int target);
 
-/// The same for every channel of the document, whose length and rate follow; `samplesVersion` moves.
-void ConvertDocument(SoundDocument& document, int target);
+/// The same for every channel of the document, whose length, rate and contour follow; `samplesVersion` moves.
+Edit ConvertDocument(SoundDocument& document, int target);
 
 }  // namespace parlowen

@@ -45,12 +45,44 @@ CommandStates::SelectionFacts SoundDocument::SelectionFacts() const {
 
 int SoundDocument::frameCount() const { return FrameOfSample(sampleCount, sampleRate); }
 
-int SoundDocument::ContourLength() const { return std::min(frameCount(), kUsableContourFrames); }
+int SoundDocument::ContourLength() const { return ContourLengthOf(sampleCount, sampleRate); }
 
 void SoundDocument::resetPitch() {
   pitch.fill(kNoValue);
   pitchBackup.fill(kNoValue);
   pitchPresent = false;
+  contourKeeper.Restart();
+}
+
+void SoundDocument::TakePeriods(int firstFrame, std::span<const float> periods) {
+  std::copy(periods.begin(), periods.end(), pitch.begin() + firstFrame);
+  std::copy(periods.begin(), periods.end(), pitchBackup.begin() + firstFrame);
+  pitchPresent = true;
+  contourKeeper.Computed(firstFrame, static_cast<int>(periods.size()));
+}
+
+Edit SoundDocument::BeginEdit(EditKind kind, int at) const {
+  Edit edit;
+  edit.kind = kind;
+  edit.at = at;
+  edit.oldCount = edit.newCount = sampleCount;
+  edit.oldRate = edit.newRate = sampleRate;
+  edit.soundBefore = soundGeneration;
+  return edit;
+}
+
+void SoundDocument::EndEdit(Edit& edit) {
+  edit.newCount = sampleCount;
+  edit.newRate = sampleRate;
+  SamplesChanged();
+  if (!pitchPresent) return;
+  switch (edit.kind) {
+    case EditKind::None: break;
+    case EditKind::Cut:
+    case EditKind::Paste: contourKeeper.Follow(edit, pitch, pitchBackup); break;
+    case EditKind::Undo: contourKeeper.Undo(edit, pitch, pitchBackup); break;
+    case EditKind::RateConversion: contourKeeper.Convert(edit, pitch, pitchBackup); break;
+  }
 }
 
 int SoundDocument::StartSamplesPerPixel() const {

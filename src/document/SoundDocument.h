@@ -2,10 +2,13 @@
 #include <cstdint>
 #include <cstdlib>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "document/Activity.h"
+#include "document/ContourKeeper.h"
+#include "document/Edit.h"
 #include "document/PitchContour.h"
 #include "dsp/LevelCurve.h"
 #include "dsp/SampleSpan.h"
@@ -73,6 +76,7 @@ class SoundDocument {
   std::vector<std::int16_t> undoSamples;  ///< removed by the cut, or pushed over the capacity by the paste
   PitchContour pitch{}, pitchBackup{};
   bool pitchPresent = false;
+  ContourKeeper contourKeeper;
   int longFileSeconds = 0;  ///< whole seconds of a file too long to load whole, at most 32767
   int longFileStart = 0;    ///< its first loaded sample
   Activity activity = Activity::Start;
@@ -103,6 +107,8 @@ class SoundDocument {
   int ContourLength() const;
   /// All values −1.0, no contour present; the backup too.
   void resetPitch();
+  /// Takes periods computed for these frames into the contour and its backup.
+  void TakePeriods(int firstFrame, std::span<const float> periods);
 
   /// True while a column of the time panes is 10 ms.
   bool AtStartScale() const { return samplesPerPixel == StartSamplesPerPixel(); }
@@ -116,6 +122,12 @@ class SoundDocument {
   /// The amplitude curve: 300 levels in dB a second from sample 0 on. Made when it is asked for, dropped when
   /// the samples change. Needs InitSignalTables().
   const LevelCurve& Levels() const;
+
+  /// An edit that begins at a sample: the sound as it is now.
+  Edit BeginEdit(EditKind kind, int at) const;
+  /// To be called when its samples are in place and the rest of it is filled in: adds the sound as it has
+  /// become and lets the contour follow.
+  void EndEdit(Edit& edit);
 
   /// To be called by whoever changed samples: zeroes what lies behind the end, renews the drawn copy.
   void SamplesChanged();

@@ -61,14 +61,15 @@ bool HasUsableRate(const WavLayout& layout) {
   return layout.sampleRate >= kSmallestRate && layout.sampleRate <= kLargestRate;
 }
 
-/// Loads what the layout describes, checks first.
-void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
-             const std::string& path, const WavLayout& layout, ChannelMode mode, const TailReader& readTail) {
-  if (!HasUsableRate(layout)) return window.ShowError(kNot16Bits);
-  // The rate is taken before the format is known: a rejected file leaves it behind.
-  document.sampleRate = static_cast<int>(layout.sampleRate);
-  if (layout.bitsPerSample != 16) return window.ShowError(kNot16Bits);
-
+/// Loads what the layout describes, once its rate has been taken; false when that was refused or given up.
+bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+                 const std::string& path, const WavLayout& layout, ChannelMode mode,
+                 const TailReader& readTail) {
+  const auto refuse = [&window](const char* text) {
+    window.ShowError(text);
+    return false;
+  };
+  if (layout.bitsPerSample != 16) return refuse(kNot16Bits);
   LoadedSound loaded;
   if (layout.blockAlign == 4) {
     if (mode == ChannelMode::One) window.ShowError(kOneChannelOnly);
@@ -79,9 +80,9 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
                          loaded.twoChannel ? document.samples2.data() : nullptr);
     loaded.tailOffset = layout.dataOffset + bytes;
   } else if (layout.blockAlign != 2) {
-    return window.ShowError(kNot16Bits);
+    return refuse(kNot16Bits);
   } else if (mode == ChannelMode::Two) {
-    return window.ShowError(kNotStereo);
+    return refuse(kNotStereo);
   } else if (layout.dataBytes <= std::int64_t{kMaxSamples} * 2) {
     loaded.count = ReadMonoSamples(file, layout.dataOffset, static_cast<int>(layout.dataBytes / 2),
                                    document.samples.data());
@@ -90,7 +91,7 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
     window.ShowError(kLongFile);
     const int seconds = SaturateInt32(layout.dataBytes / 2 / document.sampleRate);
     const auto second = AskStartSecond(window, seconds);
-    if (!second) return;
+    if (!second) return false;
     const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, *second);
     loaded.longFileSeconds = std::min(seconds, SHRT_MAX);
     loaded.longFileStart = stretch.startSample;
@@ -98,6 +99,20 @@ void LoadWav(Window& window, SoundDocument& document, CommandStates& states, con
                                    static_cast<int>(stretch.bytes / 2), document.samples.data());
   }
   FinishLoad(window, document, states, path, loaded, readTail);
+  return true;
+}
+
+/// The rate is taken before the format is known: a rejected file leaves it behind, and a contour of the sound
+/// that stays would be out of tune with it.
+void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
+             const std::string& path, const WavLayout& layout, ChannelMode mode, const TailReader& readTail) {
+  if (!HasUsableRate(layout)) return window.ShowError(kNot16Bits);
+  const int rateBefore = document.sampleRate;
+  document.sampleRate = static_cast<int>(layout.sampleRate);
+  if (LoadWavData(window, document, states, file, path, layout, mode, readTail)) return;
+  if (document.sampleRate == rateBefore) return;
+  document.resetPitch();
+  states.onContourChanged(document.SelectionFacts());
 }
 
 /// Headerless 16-bit mono: a 44-byte lead-in and the last 24 samples are dropped.

@@ -43,7 +43,6 @@ PitchProgress ProgressOf(Window& window) {
 
 void ContourIsThere(Window& window, SoundDocument& document, CommandStates& states) {
   window.Progress(1.0);
-  document.pitchPresent = true;
   states.onContourChanged(document.SelectionFacts());
   window.Repaint();
 }
@@ -57,9 +56,8 @@ bool AnalyseAll(Window& window, SoundDocument& document, CommandStates& states,
   if (!RunPitchAnalysis(document, 0, document.sampleCount, request, {0, frames - 1}, periods,
                         ProgressOf(window)))
     return false;
-  document.pitch.fill(kUnvoiced);
-  std::copy(periods.begin(), periods.end(), document.pitch.begin());
-  document.pitchBackup = document.pitch;
+  periods.resize(kContourFrames, kUnvoiced);
+  document.TakePeriods(0, periods);
   ContourIsThere(window, document, states);
   return true;
 }
@@ -73,8 +71,7 @@ bool AnalyseSelection(Window& window, SoundDocument& document, CommandStates& st
   if (frames.last < frames.first) return false;
   std::vector<float> periods;
   if (!RunPitchAnalysis(document, start, length, request, frames, periods, ProgressOf(window))) return false;
-  std::copy(periods.begin(), periods.end(), document.pitch.begin() + frames.first);
-  std::copy(periods.begin(), periods.end(), document.pitchBackup.begin() + frames.first);
+  document.TakePeriods(frames.first, periods);
   ContourIsThere(window, document, states);
   return true;
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "annotation/AnnotationCommands.h"
-#include "annotation/EditFollowing.h"
 #include "annotation/InsertedCharacters.h"
 #include "annotation/IpaIndex.h"
 #include "audio/SettingsCommand.h"
@@ -131,20 +130,16 @@ void ShowVowelGroups(Workstation& w) {
 
 // --- Editing and marking
 
-void Cut(Workstation& w) { CutCommand(w.window, w.document, w.states); }
+void Cut(Workstation& w) { w.Follow(CutCommand(w.window, w.document, w.states)); }
 void Copy(Workstation& w) { CopyCommand(w.document, w.states); }
-void Paste(Workstation& w) { PasteCommand(w.window, w.document, w.states); }
-void Undo(Workstation& w) { UndoCommand(w.window, w.document, w.states); }
+void Paste(Workstation& w) { w.Follow(PasteCommand(w.window, w.document, w.states)); }
+void Undo(Workstation& w) { w.Follow(UndoCommand(w.window, w.document, w.states)); }
 void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
 void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
 void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
 void EditMarkers(Workstation& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
 void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
-void ConvertRate(Workstation& w) {
-  const EditPlace before = EditPlaceOf(w.document);
-  ConvertRateCommand(w.window, w.document, w.states);
-  FollowConversion({w.markers, w.annotations, w.characters}, before, w.document);
-}
+void ConvertRate(Workstation& w) { w.Follow(ConvertRateCommand(w.window, w.document, w.states)); }
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
 void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
 

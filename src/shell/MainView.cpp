@@ -116,10 +116,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     MarkEnd(document_, states_, SampleAt(pane, at.x));
   } else if (shift && pane == Pane::Waveform) {
     document_.insertPoint = SampleAt(pane, at.x, true);
-    if (document_.pasteReady) {
-      if (beforeEdit) beforeEdit();
-      PasteCommand(window_, document_, states_);
-    }
+    if (document_.pasteReady && paste) paste();
   } else {
     MarkStart(document_, states_, SampleAt(pane, at.x));
   }

@@ -104,8 +104,8 @@ class MainView {
   std::optional<int> cursor;
   /// While a recording runs nothing is marked or edited.
   bool recording = false;
-  /// Called before a click changes the samples.
-  std::function<void()> beforeEdit;
+  /// Pastes the clip at the insert point: what a click with SHIFT asks for.
+  std::function<void()> paste;
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;

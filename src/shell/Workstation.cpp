@@ -4,6 +4,7 @@
 
 #include "annotation/AnnotationCommands.h"
 #include "base/Files.h"
+#include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "dsp/SignalTables.h"
 #include "palatography/NspCommands.h"
@@ -15,8 +16,8 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLeastForAnalysis =
-    2000;  // samples that a cut or pasted sound needs for its picture to be made anew
+// Samples that an edited sound needs for its picture to be made anew.
+constexpr int kLeastForAnalysis = 2000;
 
 /// Palate recordings and two-channel speech share their name's ending; the header chunk tells them apart.
 bool IsPalateRecording(const std::string& path) {
@@ -43,7 +44,10 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
     view.recording = recording.running();
     DocumentChanged();
   };
-  view.beforeEdit = [this] { player.stopPlayback(); };
+  view.paste = [this] {
+    player.stopPlayback();
+    Follow(PasteCommand(window, document, states));
+  };
   playChannel = [this](Window&, int channel, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward,
                          (channel == 2 ? document.samples2 : document.samples).data());
@@ -154,12 +158,18 @@ void Workstation::TellStates() {
   states.Tell(Need::LongTermSpectrum, lta.frames > 0 && IsFinite(lta.levels));
 }
 
+void Workstation::Follow(const Edit& edit) {
+  if (!edit) return;
+  FollowEdit({markers, annotations, characters}, edit, document);
+  if (!spectrogram.shown || document.sampleCount >= kLeastForAnalysis) return;
+  spectrogram = {};
+  window.Repaint(Pane::Analysis);
+}
+
 void Workstation::UpdateDerived() {
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;
-    seenCount_ = document.sampleCount;
-    seenEdit_ = EditPlaceOf(document);
     spectrogram = {};
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
@@ -174,17 +184,9 @@ void Workstation::UpdateDerived() {
   }
   if (seenSamples_ == document.samplesVersion) return;
   seenSamples_ = document.samplesVersion;
-  FollowEdit({markers, annotations, characters}, seenEdit_, document);
-  seenEdit_ = EditPlaceOf(document);
   if (markers.windowOpen) window.Repaint();
-  const bool resized = seenCount_ != document.sampleCount;
-  seenCount_ = document.sampleCount;
   if (!spectrogram.shown) return;
-  if (resized && document.sampleCount < kLeastForAnalysis) {
-    spectrogram = {};
-  } else {
-    RedrawSpectrogram(document, spectrogram);
-  }
+  RedrawSpectrogram(document, spectrogram);
   window.Repaint(Pane::Analysis);
 }
 

@@ -53,6 +53,9 @@ class Workstation {
   /// what is derived from the samples and the view.
   void DocumentChanged();
 
+  /// To be told every edit: moves what keeps to the sound.
+  void Follow(const Edit& edit);
+
   /// To be called when a microphone has come or gone: enables or greys the recordings.
   void InputDevicesChanged();
   /// Puts the cursor where the play is; false when nothing plays.
@@ -101,8 +104,6 @@ class Workstation {
 
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
-  int seenCount_ = 0;
-  EditPlace seenEdit_;
 };
 
 }  // namespace parlowen

@@ -29,21 +29,19 @@ struct Edited {
   }
   template <typename Act>
   void Do(Act act) {
-    const EditPlace before = EditPlaceOf(document);
-    act();
-    FollowEdit({state, annotations, characters}, before, document);
+    FollowEdit({state, annotations, characters}, act(), document);
   }
   void Cut(int start, int end) {
     document.selectionStart = start;
     document.selectionEnd = end;
-    Do([&] { CutSelection(document); });
+    Do([&] { return CutSelection(document); });
   }
   void Paste(int at) {
     document.insertPoint = at;
-    Do([&] { PasteClip(document); });
+    Do([&] { return PasteClip(document); });
   }
   void Undo() {
-    Do([&] { UndoEdit(document); });
+    Do([&] { return UndoEdit(document); });
   }
   std::vector<int> Markers(int band) const {
     return {state.set.Markers(band).begin(), state.set.Markers(band).end()};
@@ -92,10 +90,9 @@ TEST(MarkersFollow, APasteOpensAGapAndItsUndoClosesIt) {
 TEST(MarkersFollow, ARateConversionScalesPositions) {
   Edited sound;
   sound.Mark(3, {1001, 9999}, {{9999, 10000, "last"}});
-  const EditPlace before = EditPlaceOf(sound.document);
-  ConvertDocument(sound.document, 11025);
+  const Edit conversion = ConvertDocument(sound.document, 11025);
   sound.document.resetForNewSound(sound.document.sampleCount, 11025, sound.states);
-  FollowConversion({sound.state, sound.annotations, sound.characters}, before, sound.document);
+  FollowEdit({sound.state, sound.annotations, sound.characters}, conversion, sound.document);
   // 1001·11025/16000 = 689.75; the end is trunc(10000·11025/16000) − 1 = 6889, and 6889.9 is behind it.
   EXPECT_EQ(sound.Markers(3), Ints({689, 6889}));
   EXPECT_EQ(sound.state.generation, sound.document.soundGeneration);
@@ -104,7 +101,7 @@ TEST(MarkersFollow, ARateConversionScalesPositions) {
 TEST(MarkersFollow, MarkersOfAnotherSoundAndEditsThatDidNothingLeaveThem) {
   Edited sound;
   sound.Mark(0, {5000});
-  sound.Do([] {});
+  sound.Undo();  // there is none
   EXPECT_FALSE(sound.state.changed);
   sound.state.generation += 7;
   sound.Cut(0, 1000);

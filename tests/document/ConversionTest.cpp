@@ -147,11 +147,14 @@ TEST(RateConversion, MakesANewSoundOfIt) {
   desk.Mark(1000, 2000);
   CopyCommand(desk.document, desk.states);
   PasteCommand(desk.window, desk.document, desk.states);
-  desk.document.pitchPresent = true;
+  desk.document.TakePeriods(0, std::vector<float>{0, 441, -1});
   EXPECT_FALSE(desk.states.Holds(Need::LowRate));
   desk.window.answers = {"yes"};
   ConvertRateCommand(desk.window, desk.document, desk.states);
-  EXPECT_FALSE(desk.document.pitchPresent);
+  EXPECT_TRUE(desk.document.pitchPresent && desk.states.Holds(Need::Contour)) << "10 ms are 10 ms";
+  EXPECT_EQ(desk.document.pitch[1], 160.0f);
+  EXPECT_EQ(desk.document.pitchBackup[1], 160.0f);
+  EXPECT_EQ(desk.document.pitch[2], kNoValue);
   EXPECT_EQ(desk.document.undoKind, UndoKind::None);
   EXPECT_FALSE(desk.document.selectionDefined());
   EXPECT_TRUE(desk.states.Holds(Need::LowRate));
