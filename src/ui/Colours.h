@@ -29,6 +29,9 @@ inline constexpr Colour kRidge = 0x203060, kFormantStrip = 0x2050A0;
 inline constexpr Colour kPresentPitch = 0x008000, kTargetPitch = 0xD00000, kInvalid = 0xF0F0F0;
 inline constexpr Colour kHatch = 0x00A000;
 
+// The glottal wave: the period in hand, and a second channel behind the derivative.
+inline constexpr Colour kChosenPeriod = 0xFFF0C8, kBehind = 0xA0A0A0, kBehindName = 0x767676;
+
 // Texts, markers, charts.
 inline constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060, kPalateMarker = 0x7030A0;
 inline constexpr Colour kBandFill = 0xF2F2F2, kStretchLine = 0x606060;
