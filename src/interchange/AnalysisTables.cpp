@@ -79,4 +79,19 @@ std::string LtaCsv(const LtaState& lta) {
   return table.text();
 }
 
+std::string GlottalCsv(const GlottalWave& wave, const std::string& soundPath) {
+  CsvTable table =
+      MakeCsvTable({soundPath, wave.sampleRate, wave.start, wave.end,
+                    Format("closed-phase weighted prediction, polarity %s, jitter %s %%, shimmer %s %%",
+                           wave.inverted ? "turned over" : "as recorded", CsvNumber(wave.jitter).c_str(),
+                           CsvNumber(wave.shimmer).c_str())});
+  table.AddRow({"start", "n", "f0", "oq", "qoq", "sq", "naq", "h1h2", "hrf"});
+  for (const GlottalPeriod& period : wave.periods) {
+    std::vector<std::string> cells = {std::to_string(period.start), std::to_string(period.length)};
+    for (const auto measure : kGlottalMeasures) cells.push_back(CsvNumber(period.measures.*measure));
+    table.AddRow(cells);
+  }
+  return table.text();
+}
+
 }  // namespace parlowen

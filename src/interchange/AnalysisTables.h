@@ -4,6 +4,7 @@
 #include "document/SoundDocument.h"
 #include "pitch/FastPitch.h"
 #include "spectral/LtaCommands.h"
+#include "voice/GlottalAnalysis.h"
 #include "vowel/VowelFormants.h"
 
 namespace parlowen {
@@ -24,5 +25,9 @@ std::string FormantsCsv(const SoundDocument& document, const VowelTrack& track);
 /// The last long-term spectrum: frequency_Hz, level_dB; previous_dB where there is an earlier one;
 /// difference_dB after a comparison.
 std::string LtaCsv(const LtaState& lta);
+
+/// The periods of a glottal wave, with the fields of `print glottal`: start and n in samples, f0, oq, qoq, sq, naq, h1h2,
+/// hrf. `soundPath` is that of its sound.
+std::string GlottalCsv(const GlottalWave& wave, const std::string& soundPath);
 
 }  // namespace parlowen

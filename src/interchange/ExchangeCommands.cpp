@@ -319,6 +319,12 @@ void ExportVowelChartCsvCommand(Window& window, const SoundDocument& document, c
   if (path) Write(window, *path, VowelChartCsv(chart, document));
 }
 
+void ExportGlottalCsvCommand(Window& window, const SoundDocument& document, const GlottalState& glottal) {
+  if (!glottal.shown) return;
+  const auto path = AskSave(window, "导出声门波数据", kCsv, document.filePath, "_glottal");
+  if (path) Write(window, *path, GlottalCsv(glottal.wave, document.filePath));
+}
+
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document) {
   ExportGroups(
       window, DurationKind(), "音长统计数据转为CSV",

@@ -10,6 +10,7 @@
 #include "spectral/LtaCommands.h"
 #include "synthesis/TargetCurve.h"
 #include "ui/Window.h"
+#include "voice/GlottalCommands.h"
 #include "vowel/VowelChart.h"
 
 namespace parlowen {
@@ -47,6 +48,8 @@ void ExportFormantsCsvCommand(Window& window, const SoundDocument& document);   
 void ExportLtaCsvCommand(Window& window, const LtaState& lta);                                ///< 41030
 void ExportVowelChartCsvCommand(Window& window, const SoundDocument& document,
                                 const VowelChart& chart);  ///< 41031
+void ExportGlottalCsvCommand(Window& window, const SoundDocument& document,
+                             const GlottalState& glottal);  ///< 41038
 /// 41032 and 41033: ask for a statistics file and for the table's name.
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document);
 void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document);

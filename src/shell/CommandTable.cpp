@@ -20,6 +20,7 @@
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrumWindow.h"
 #include "synthesis/SynthesisCommands.h"
+#include "voice/GlottalCommands.h"
 #include "vowel/VowelCommands.h"
 #include "vowel/VowelGroupCommands.h"
 
@@ -109,6 +110,12 @@ void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.expor
 void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
 void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
+// --- Voice
+
+void EstimateGlottal(Workstation& w) {
+  GlottalWaveCommand(w.window, {w.document, w.glottal, w.exportFolder, w.playStretch});
+}
+
 // --- Vowels
 
 void SegmentVowels(Workstation& w) { SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
@@ -172,6 +179,7 @@ void ExportLtaCsv(Workstation& w) { ExportLtaCsvCommand(w.window, w.lta); }
 void ExportVowelChartCsv(Workstation& w) { ExportVowelChartCsvCommand(w.window, w.document, w.vowels.chart); }
 void ExportDurationsCsv(Workstation& w) { ExportDurationsCsvCommand(w.window, w.document); }
 void ExportVowelGroupsCsv(Workstation& w) { ExportVowelGroupsCsvCommand(w.window, w.document); }
+void ExportGlottalCsv(Workstation& w) { ExportGlottalCsvCommand(w.window, w.document, w.glottal); }
 void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.document); }
 
 // --- Palate
@@ -291,7 +299,7 @@ constexpr CommandRow kRows[] = {
     {kShowFrame, Menu::Spectrum, "帧参数[&P]", "", kTool, kLowRate, ShowFrame},
     {kCompareTwoFrames, Menu::Spectrum, "两帧的参数比较[&J]", "", kTool, kLowRate, CompareTwoFrames},
     {kLongTermSpectrum, Menu::Spectrum, "长时平均功率谱(LTA)[&A]", "", kTool, kSound, LongTermSpectrum},
-    {kGlottalWave, Menu::Spectrum, "声门波(嗓音)估计[&G]", "", kTool, kSelectedAtLowRate, nullptr},
+    {kGlottalWave, Menu::Spectrum, "声门波(嗓音)估计[&G]", "", kTool, kSelectedAtLowRate, EstimateGlottal},
     {kConsonantOneFrame, Menu::Spectrum, "辅音的帧参数[&S]", "", kTool, kLowRateOnce, ConsonantOneFrame},
     {kConsonantSegment, Menu::Spectrum, "一段辅音的参数图[&D]", "", kTool, kLowRateOnce, ConsonantSegment},
     {kListConsonants, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", "", kTool, kSound, ListConsonants},
@@ -387,6 +395,8 @@ constexpr CommandRow kRows[] = {
      ExportMarkersCsv},
     {kExportStereoWav, Menu::Exchange, "导出立体声WAV[&W]", "", kPlain, Need::Samples | Need::TwoChannels,
      ExportStereoWav},
+    {kExportGlottalCsv, Menu::Exchange, "导出声门波数据(CSV)[&K]", "", kPlain, Need::GlottalWave,
+     ExportGlottalCsv},
 };
 
 constexpr const char* kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",

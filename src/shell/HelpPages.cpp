@@ -12,6 +12,7 @@ const char* PageOf(Activity activity) {
   switch (activity) {
     case Activity::RegionDrag:
     case Activity::RegionChosen: return "region.html";
+    case Activity::GlottalWave: return "spectrum.html";
     case Activity::Annotation: return "palate.html";
     case Activity::Characters: return "marking.html";
     default: return "index.html";

@@ -16,6 +16,7 @@
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
+#include "voice/GlottalCommands.h"
 #include "vowel/ChartPicture.h"
 #include "vowel/VowelCommands.h"
 
@@ -456,6 +457,7 @@ std::string MainView::Hint() const {
     case Activity::PointChart:
       return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
     case Activity::GroupPlot: return "元音组位置图；M：组名；B：返回元音图";
+    case Activity::GlottalWave: return kGlottalHint;
     case Activity::Annotation: return kAnnotationHint;
     case Activity::Characters: return kCharactersHint;
     default: break;

@@ -155,6 +155,7 @@ void Workstation::TellStates() {
   states.Tell(Need::Picture, spectrogram.shown);
   states.Tell(Need::Samples, document.sampleCount > 0 && document.sampleRate > 0);
   states.Tell(Need::TwoChannels, document.twoChannel);
+  states.Tell(Need::GlottalWave, glottal.shown);
   states.Tell(Need::LongTermSpectrum, lta.frames > 0 && IsFinite(lta.levels));
 }
 
@@ -173,6 +174,7 @@ void Workstation::UpdateDerived() {
     spectrogram = {};
     frames.hasFrame = frames.hasComparison = false;
     consonant.shown = false;
+    glottal = {};
     synthesis = {};
     if (palate.generation != document.soundGeneration) palate = {};
     DropOldMarkers(window, document, markers);

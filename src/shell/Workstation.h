@@ -26,6 +26,7 @@
 #include "synthesis/SynthesisState.h"
 #include "ui/CommandStates.h"
 #include "ui/Window.h"
+#include "voice/GlottalCommands.h"
 #include "vowel/VowelState.h"
 
 namespace parlowen {
@@ -79,6 +80,7 @@ class Workstation {
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
+  GlottalState glottal;
   SynthesisState synthesis;
   /// Reads a melody of another program's file; empty where there is no reader.
   TargetReader readTarget;

@@ -144,6 +144,7 @@ enum Number : int {
   kExportVowelGroupsCsv = 41033,
   kExportMarkersCsv = 41034,
   kExportStereoWav = 41035,
+  kExportGlottalCsv = 41038,
 };
 
 }  // namespace commands

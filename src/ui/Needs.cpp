@@ -38,6 +38,7 @@ constexpr UiText kReasons[] = {
     "先进入某基频统计",
     "先画语谱图",
     "先求长时平均功率谱",
+    "先估计声门波",
 };
 static_assert(std::size(kReasons) == static_cast<std::size_t>(Need::kCount));
 

@@ -35,6 +35,7 @@ enum class Need {
   Statistics,          ///< tone statistics are open
   Picture,             ///< the analysis pane shows a picture
   LongTermSpectrum,    ///< there is a long-term spectrum, with finite levels
+  GlottalWave,         ///< the glottal wave of a stretch was estimated
   kCount
 };
 

@@ -18,7 +18,6 @@ constexpr UiText kPitchFirst = "请先求出基频！";
 constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
 constexpr UiText kNoVoice = "所选段没有基频！";
 constexpr UiText kTitle = "声门波(嗓音)估计（估计值）";
-constexpr UiText kInstructions = "左键、←→：选周期";
 constexpr UiText kShow = "显示数据", kTurn = "反相", kPlay = "放音";
 constexpr UiText kPeriodLine =
     "第%d个周期 %.4f秒  F0=%sHz  OQ=%s  QOQ=%s  SQ=%s  NAQ=%s  H1-H2=%sdB  HRF=%sdB";
@@ -53,7 +52,7 @@ class GlottalWindow : public ToolWindow {
 
   std::string Name() const override { return "glottal"; }
   std::string Title() const override { return kTitle; }
-  std::string Instructions() const override { return kInstructions; }
+  std::string Instructions() const override { return kGlottalHint; }
   Point PreferredSize() const override { return {1024, 640}; }
   std::vector<ToolControl> Controls() const override {
     const bool shown = desk_.state.shown;
@@ -95,7 +94,7 @@ class GlottalWindow : public ToolWindow {
     return desk_.state.shown ? FromGbk(GlottalWaveText(desk_.state.wave)) : "";
   }
   void Closed(Window& window) override {
-    if (desk_.document.activity == activities::kGlottal) desk_.document.activity = activities::kWaveform;
+    if (desk_.document.activity == Activity::GlottalWave) desk_.document.activity = Activity::Waveform;
     window.Repaint();
   }
 
@@ -158,7 +157,7 @@ bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
     return refuse(kNoVoice);
   desk.state = {true, *stretch, false, std::move(wave), -1};
   window.OpenToolWindow(std::make_unique<GlottalWindow>(desk));
-  document.activity = activities::kGlottal;
+  document.activity = Activity::GlottalWave;
   return true;
 }
 

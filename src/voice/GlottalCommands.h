@@ -4,6 +4,7 @@
 #include <string>
 
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 #include "voice/GlottalAnalysis.h"
 
@@ -28,6 +29,9 @@ struct GlottalDesk {
   const std::string& exportFolder;  ///< where GlotWave.txt goes; "" is the current directory
   const PlayGlottalStretch& play;   ///< empty while there is no player
 };
+
+/// What to do while the window is open.
+inline constexpr UiText kGlottalHint = "左键、←→：选周期";
 
 /// 40067: estimates the glottal wave of the selection's longest voiced stretch and opens the window `glottal`. True
 /// when it did.

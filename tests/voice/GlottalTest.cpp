@@ -149,7 +149,7 @@ TEST_F(Glottal, TheCommandRefusesInItsOrderAndTheWindowSpeaksOfItsPeriods) {
 
   std::fill_n(document.pitch.begin(), 60, 16000 / 120.0f);
   ASSERT_TRUE(run(1000, 9000));
-  EXPECT_EQ(document.activity, activities::kGlottal);
+  EXPECT_EQ(document.activity, Activity::GlottalWave);
   const std::size_t periods = state.wave.periods.size();
   EXPECT_TRUE(window.tool->Key(window, "Right"));
   const GlottalPeriod& third = state.wave.periods[2];
@@ -171,7 +171,7 @@ TEST_F(Glottal, TheCommandRefusesInItsOrderAndTheWindowSpeaksOfItsPeriods) {
   EXPECT_NE(text.find("      --"), std::string::npos);
   EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), static_cast<std::ptrdiff_t>(periods + 9));
   window.tool->Closed(window);
-  EXPECT_EQ(document.activity, activities::kWaveform);
+  EXPECT_EQ(document.activity, Activity::Waveform);
 }
 
 }  // namespace

@@ -160,6 +160,37 @@ void ConsonantValue(const Workstation& w, JsonObject& event) {
             }));
 }
 
+/// The measures' names, in the order of kGlottalMeasures.
+constexpr const char* kGlottalNames[] = {"f0", "oq", "qoq", "sq", "naq", "h1h2", "hrf"};
+
+JsonObject& AddGlottalMeasures(JsonObject& object, const GlottalMeasures& measures) {
+  int index = 0;
+  for (const auto measure : kGlottalMeasures) object.Number(kGlottalNames[index++], measures.*measure);
+  return object;
+}
+
+void GlottalValue(const GlottalWave& wave, bool withWave, JsonObject& event) {
+  const auto means = [](const GlottalMeasures& measures) {
+    JsonObject object;
+    return AddGlottalMeasures(object, measures).Done();
+  };
+  event.Integer("start", wave.start)
+      .Integer("end", wave.end)
+      .Integer("inverted", wave.inverted)
+      .Raw("marks", JsonList(wave.marks, IntegerText))
+      .Raw("periods", JsonList(wave.periods,
+                               [](const GlottalPeriod& period) {
+                                 JsonObject object;
+                                 object.Integer("start", period.start).Integer("n", period.length);
+                                 return AddGlottalMeasures(object, period.measures).Done();
+                               }))
+      .Raw("mean", means(wave.mean))
+      .Raw("sd", means(wave.sd))
+      .Number("jitter", wave.jitter)
+      .Number("shimmer", wave.shimmer);
+  if (withWave) event.Raw("derivative", NumbersJson(wave.derivative)).Raw("flow", NumbersJson(wave.flow));
+}
+
 void ResynthesisValue(const SynthesisState& state, JsonObject& event) {
   const SynthesisJob& job = state.job;
   const std::span made(job.output.data(), job.ready ? static_cast<std::size_t>(job.length) : 0);
@@ -242,6 +273,10 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
   event.Text("event", "value").Text("what", what);
   if (what == "samples") return SamplesValue(workstation, words, event);
   if (what == "pitch") return PitchValue(workstation, words, event);
+  if (what == "glottal" && (words.size() == 1 || (words.size() == 2 && words[1] == "wave"))) {
+    GlottalValue(workstation.glottal.wave, words.size() == 2, event);
+    return {};
+  }
   if (words.size() > 1) return "print " + what + " takes nothing more";
   if (what == "state") {
     StateValue(workstation, event);
