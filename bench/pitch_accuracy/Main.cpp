@@ -20,6 +20,8 @@
 //                                        centre of the 20 ms behind the start of each 10 ms frame; 0 is
 //                                        unvoiced, below 0 not known and not counted. diphone_voices.py
 //                                        makes such pairs of natural speech sounds
+//   pitch_accuracy --net NET [A.wav ...]  the same with another voicing decision than the trained one
+//   pitch_accuracy --inputs A.wav A.in ...  what the voicing decision sees of recordings, for train_voicing.py
 
 namespace {
 
@@ -108,7 +110,8 @@ void Print(const std::string& name, const char* stage, Score score) {
               percent(score.octave, score.compared), median, percent(voicing + score.gross, frames));
 }
 
-Score Analyse(const KnownVoice& voice, SoundDocument& document, const Stages& stages) {
+Score Analyse(const KnownVoice& voice, SoundDocument& document, const Stages& stages,
+              VoicingStudy study = {}) {
   document.sampleRate = voice.sampleRate;
   document.sampleCount = static_cast<int>(std::min<std::size_t>(voice.samples.size(), kMaxSamples));
   std::copy_n(voice.samples.begin(), document.sampleCount, document.samples.data());
@@ -116,12 +119,13 @@ Score Analyse(const KnownVoice& voice, SoundDocument& document, const Stages& st
   PitchAnalysisRequest request;
   request.timeDomain = stages.timeDomain;
   request.tracking = stages.tracking;
+  request.study = study;
   std::vector<float> periods;
   RunPitchAnalysis(document, 0, document.sampleCount, request, {0, document.ContourLength() - 1}, periods);
   return Compare(voice, periods);
 }
 
-void SyntheticTable(SoundDocument& document) {
+void SyntheticTable(SoundDocument& document, const VoicingStudy& study) {
   const std::vector<std::string> names = VoiceNames();
   for (const Stages& stages : {kFirst, kSecond, kBoth}) {
     const char* stage = stages.name;
@@ -133,7 +137,7 @@ void SyntheticTable(SoundDocument& document) {
         for (std::size_t r = 0; r < std::size(kRates); ++r) {
           KnownVoice voice = MakeVoice(names[v], kRates[r]);
           AddNoise(voice, condition.noise, condition.ratio);
-          const Score score = Analyse(voice, document, stages);
+          const Score score = Analyse(voice, document, stages, study);
           all.Add(score);
           byVoice[v].Add(score);
           byRate[r].Add(score);
@@ -148,7 +152,7 @@ void SyntheticTable(SoundDocument& document) {
   }
 }
 
-bool LoadKnownVoice(const char* wavPath, const char* truthPath, KnownVoice& voice) {
+bool LoadSamples(const char* wavPath, KnownVoice& voice) {
   const InputFile wav(wavPath);
   if (!wav.isOpen()) return false;
   const auto layout = ReadWavLayout(wav, WavHeaderRule::OneChunkSkipped);
@@ -157,9 +161,45 @@ bool LoadKnownVoice(const char* wavPath, const char* truthPath, KnownVoice& voic
   voice.sampleRate = static_cast<int>(layout->sampleRate);
   voice.samples.resize(static_cast<std::size_t>(layout->dataBytes / 2));
   ReadMonoSamples(wav, layout->dataOffset, static_cast<int>(voice.samples.size()), voice.samples.data());
+  return true;
+}
+
+bool LoadKnownVoice(const char* wavPath, const char* truthPath, KnownVoice& voice) {
+  if (!LoadSamples(wavPath, voice)) return false;
   std::ifstream truth(truthPath);
   voice.frequency.assign(std::istream_iterator<float>(truth), {});
   return !voice.frequency.empty();
+}
+
+/// Reads the numbers of a net in the order of its fields, as train_voicing.py writes them.
+bool LoadNet(const char* path, VoicingNet& net) {
+  std::ifstream file(path);
+  const auto take = [&file](auto& values) {
+    for (float& value : values) file >> value;
+  };
+  take(net.mean);
+  take(net.deviation);
+  for (auto& row : net.weights) take(row);
+  take(net.bias);
+  take(net.output);
+  return static_cast<bool>(file >> net.outputBias);
+}
+
+/// Writes what the voicing decision saw of a recording: float32, a frame after the other.
+bool WriteInputs(const char* wavPath, const char* path, SoundDocument& document) {
+  KnownVoice voice;
+  if (!LoadSamples(wavPath, voice)) return false;
+  std::vector<VoicingInputs> inputs;
+  Analyse(voice, document, kBoth, {&kTrainedVoicing, &inputs});
+  std::ofstream file(path, std::ios::binary);
+  file.write(reinterpret_cast<const char*>(inputs.data()),
+             static_cast<std::streamsize>(inputs.size() * sizeof(VoicingInputs)));
+  return static_cast<bool>(file);
+}
+
+int Refuse(const char* one, const char* other) {
+  std::fprintf(stderr, "cannot read or write %s %s\n", one, other);
+  return 1;
 }
 
 }  // namespace
@@ -167,19 +207,31 @@ bool LoadKnownVoice(const char* wavPath, const char* truthPath, KnownVoice& voic
 int main(int count, char** arguments) {
   InitSignalTables();
   const auto document = std::make_unique<SoundDocument>();
-  if (count == 1) {
-    SyntheticTable(*document);
+  int from = 1;
+  VoicingNet net = kTrainedVoicing;
+  VoicingStudy study;
+  const std::string option = count > 1 ? arguments[1] : "";
+  if (option == "--inputs") {
+    for (int i = 2; i + 1 < count; i += 2)
+      if (!WriteInputs(arguments[i], arguments[i + 1], *document))
+        return Refuse(arguments[i], arguments[i + 1]);
+    return 0;
+  }
+  if (option == "--net" && count > 2) {
+    if (!LoadNet(arguments[2], net)) return Refuse(arguments[2], "");
+    study.net = &net;
+    from = 3;
+  }
+  if (from == count) {
+    SyntheticTable(*document, study);
     return 0;
   }
   Score first, both;
   PrintHead();
-  for (int i = 1; i + 1 < count; i += 2) {
+  for (int i = from; i + 1 < count; i += 2) {
     KnownVoice voice;
-    if (!LoadKnownVoice(arguments[i], arguments[i + 1], voice)) {
-      std::fprintf(stderr, "cannot read %s and %s\n", arguments[i], arguments[i + 1]);
-      return 1;
-    }
-    const Score score = Analyse(voice, *document, kBoth);
+    if (!LoadKnownVoice(arguments[i], arguments[i + 1], voice)) return Refuse(arguments[i], arguments[i + 1]);
+    const Score score = Analyse(voice, *document, kBoth, study);
     Print(voice.name, "both", score);
     both.Add(score);
     first.Add(Analyse(voice, *document, kFirst));

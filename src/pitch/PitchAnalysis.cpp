@@ -4,7 +4,6 @@
 #include <cmath>
 
 #include "dsp/AnalysisWindow.h"
-#include "pitch/PitchTracking.h"
 
 namespace parlowen {
 namespace {
@@ -70,8 +69,8 @@ bool RunPitchAnalysis(const SoundDocument& document, int start, int count,
     for (std::size_t i = 0; i < length; ++i) periods[i] = hints[i] > kVoicedByLevel ? hints[i] : kUnvoiced;
     return true;
   }
-  const PitchTrackingRequest tracking{document.Samples(), document.sampleRate, request.range, frames.first,
-                                      hints};
+  const PitchTrackingRequest tracking{
+      document.Samples(), document.sampleRate, request.range, frames.first, hints, request.study};
   const auto rest = [&progress](double share) {
     return !progress || progress(kFirstStageShare + (1 - kFirstStageShare) * share);
   };

@@ -4,6 +4,7 @@
 
 #include "document/SoundDocument.h"
 #include "pitch/FastPitch.h"
+#include "pitch/PitchTracking.h"
 #include "pitch/SemitoneScale.h"
 
 namespace parlowen {
@@ -13,6 +14,7 @@ struct PitchAnalysisRequest {
   bool timeDomain = true;  ///< false: of the time-domain stage only its level and noise test
   bool tracking = true;    ///< false: the time-domain stage alone, for measurements
   int paneWidth = 1024;    ///< a stretch of the time-domain stage has at most this width less 20 in frames
+  VoicingStudy study{};
 };
 
 /// The share done, 0..1; false stops the work.

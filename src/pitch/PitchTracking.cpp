@@ -4,45 +4,33 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <numbers>
 #include <vector>
 
 #include "base/Arithmetic.h"
-#include "dsp/Clones.h"
+#include "pitch/PitchBands.h"
+#include "pitch/VoicingInputs.h"
 
 // The stages, in order:
 //
-//   MakeBands        the samples up to 900 Hz and up to 2 kHz, one of `decimation` (the first stage's factor)
+//   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at the first stage's working rate
 //   MeasureLevels    the level of every frame, that of the loud frames, the noise between them
-//   FindCandidates   a frame's correlation over all lags, its maxima, what each of them and silence costs
+//   FindCandidates   a frame's correlation over all lags, its maxima and what each of them costs
+//   DecideVoicing    what silence costs, by the trained net
 //   Search           the cheapest way through the frames
 //   PreferRegister   the speaker's pitch of these seconds, and what it costs to be an octave away from it;
-//                    then Search again; short runs of voice are dropped
+//                    then Search again
+//   MendRims         the first and last frames of a stretch beyond a jump are found again or dropped, then
+//                    short stretches are
 //   Refine           every period once more, in the wider band and a short window
 //   FitGlides        a straight line through each period and its neighbours, read at the frame's centre
 //
-// The numbers below were found together, on synthetic voices (clean, white and pink noise, mains hum), on
-// diphones of two men joined at known periods (also as women, with creak, hum, alternating periods and a
-// microphone's high-pass) and on recordings of some thirty speakers; bench/pitch_accuracy prints what they
-// reach.
+// docs/pitch.md tells how the numbers below were found and what they reach.
 
 namespace parlowen {
 namespace {
 
-// Bands
-constexpr double kLowPass = 900, kHighPass = 50;  // Hz
-constexpr double kWideLowPass = 2000;
-constexpr double kHighestCutoff = 0.45;  // of the document's rate
-constexpr double kMargin = 0.1;          // seconds on either side, more than a window and a lag
-
 // Correlation
-constexpr double kWindow = 0.020;      // seconds
-constexpr double kWindowPerLag = 0.5;  // long periods get a longer window
-constexpr int kBlock = 16;             // windows are whole blocks of samples
-// 0: √(E₁E₂) under the product; 1: (E₁ + E₂)/2, which falls where the voice dies away and only the tract
-// rings on.
-constexpr double kArithmeticShare = 0.5;
-constexpr int kMostCandidates = 8;
+constexpr double kWindow = 0.020;  // seconds
 constexpr float kLeastPeak = 0.1f;
 // A creak slower than the lowest bound of all is heard and told as that bound; mains hum lies there too, so
 // a quiet one must be clearer.
@@ -51,28 +39,22 @@ constexpr double kCreak = 55;                            // Hz
 constexpr double kCreakCost = 0.15, kQuietCreak = 0.04;  // a dB, from kQuietBelow on
 
 // Levels, of 30 ms
-constexpr double kLevelHalfWindow = 0.015;
 constexpr double kLoudShare = 0.95, kNoiseShare = 0.20;  // quantiles of the frames' powers
 constexpr double kLoudestToLoud =
     0.03;  // a recording that is nearly all silence: loud is −15 dB of its loudest
 constexpr double kNoiseToLoud = 3.2e-4;  // the noise is at most −35 dB: a sound may be voiced all through
 constexpr double kNoiseWeight = 2.0;     // times the noise is added to every energy
-constexpr double kLeastNoise = 4.0;      // of 16-bit samples, squared
 
 // Costs
 constexpr double kLagWeight =
     0.36;  // a period of the longest lag scores that much less than half of it could
-constexpr double kHintWeight = 0.03;   // an octave away from the time-domain stage's period
-constexpr double kVoicingBias = 0.14;  // of voice over silence
-constexpr double kHintBonus = 0.12;    // for voice where the time-domain stage found it, against it elsewhere
-constexpr double kQuietBelow = 15, kQuietSlope = 0.013;  // dB below the loud frames; a dB
-// Where the level changes fast a window reaches into a voice that is not there yet, or no longer.
-constexpr double kChangeFrom = 3, kChangeMost = 0.4;      // dB in 20 ms
-constexpr double kFallSlope = 0.05, kRiseSlope = 0.025;   // a dB
-constexpr double kSwitch = 0.75;                          // between voice and silence
+constexpr double kHintWeight = 0.03;  // an octave away from the time-domain stage's period
+constexpr double kOddsWeight = 0.25;  // of the natural logarithm of the odds for voice, with their bias
+constexpr double kOddsBias = -0.3, kMostOdds = 12;
+constexpr double kQuietBelow = 15;                        // dB below the loud frames
+constexpr double kSwitch = 0.4;                           // between voice and silence
 constexpr double kOctaveWeight = 1.0, kOctaveMost = 1.0;  // of successive periods
 constexpr float kLeastCorrelation = 0.2f;
-constexpr int kShortestRun = 4;  // frames
 
 // Register
 constexpr int kRegisterReach = 200;  // frames on either side
@@ -83,6 +65,22 @@ constexpr float kRegisterClear = 0.8f;   // correlation
 constexpr double kRegisterFree = 0.5;    // octaves about the median that cost nothing
 constexpr double kRegisterWeight = 0.4;  // an octave
 constexpr double kRegisterMost = 0.3;
+// It begins to yield where what it prefers is worse by so much in r, and has yielded a tenth further on: down
+// only to single pulses.
+constexpr double kYieldBelow = 0.1, kYieldAbove = 0.3, kYieldSpan = 0.1;
+// Single pulses: the least repetition of the power after a period, the most after half of one.
+constexpr int kPulseParts = 8;
+constexpr double kPulseRepeats = 0.3, kPulseHalf = 0.0;
+
+// Rims
+constexpr std::ptrdiff_t kRimReach = 5, kOctaveReach = 10;  // frames
+constexpr std::ptrdiff_t kRimEdge = 3;                      // the outermost of them
+constexpr double kRimJump = 0.3, kEdgeJump = 0.18;          // octaves between successive periods
+constexpr double kRimNear = 1.05;                           // times the inner period, or under it, is near
+constexpr float kRimLeast = 0.2f;                           // r of a period found again
+constexpr double kNoOctave = 0.15;                          // octaves that a true jump is off a whole one
+constexpr float kClearBeyond = 0.9f;                        // best r beyond a true jump
+constexpr std::size_t kShortestRun = 3;                     // frames
 
 // Fine periods
 constexpr double kFineWindow = 0.015;     // seconds
@@ -91,117 +89,29 @@ constexpr double kMostOffCentre = 0.006;  // seconds
 constexpr double kFitReach = 0.013;       // seconds on either side
 constexpr double kFitApart = 0.08;        // a neighbour's period differs by less than this share
 
-/// Σ a[i]·b[i]; `count` is a multiple of kBlock. The sums are kept apart so that they add in vectors.
-PARLOWEN_INLINE float Product(const float* a, const float* b, int count) {
-  std::array<float, kBlock> sums{};
-  for (int i = 0; i < count; i += kBlock)
-    for (int j = 0; j < kBlock; ++j) sums[static_cast<std::size_t>(j)] += a[i + j] * b[i + j];
-  float total = 0;
-  for (const float sum : sums) total += sum;
-  return total;
-}
-
-/// The length of both windows at a lag: whole blocks.
-PARLOWEN_INLINE int WindowOf(int window, int lag) {
-  return std::max(1, (window + static_cast<int>(kWindowPerLag * lag)) / kBlock) * kBlock;
-}
-
-/// Where the parabola through the three values about a maximum has its own, −0.5..0.5 from the middle one.
-float PeakShift(const float* r) {
-  const float curve = r[-1] - 2 * r[0] + r[1];
-  return curve < 0 ? 0.5f * (r[-1] - r[1]) / curve : 0.0f;
-}
-
-/// r of the lags lowest..highest at a frame: two windows lie symmetrically about `centre`, one lag apart.
-/// energy[i] − energy[j] is Σx² from j to i − 1; `floor` is added to the energy of every sample.
-PARLOWEN_CLONES void Correlate(const float* centre, const double* energy, double floor, int window,
-                               int lowest, int highest, float* r) {
-  for (int lag = lowest; lag <= highest; ++lag) {
-    const int width = WindowOf(window, lag);
-    const int first = -(width + lag) / 2, second = first + lag;
-    const double e1 = energy[first + width] - energy[first] + floor * width;
-    const double e2 = energy[second + width] - energy[second] + floor * width;
-    const double geometric = std::sqrt(e1 * e2), arithmetic = (e1 + e2) / 2;
-    const double product = Product(centre + first, centre + second, width);
-    r[lag - lowest] = static_cast<float>(product / (geometric + kArithmeticShare * (arithmetic - geometric)));
-  }
-}
-
-/// Half of a symmetric low-pass (windowed sinc, Hamming), unit gain at 0 Hz.
-std::vector<float> LowPassTaps(int half, double cutoff) {
-  std::vector<double> taps(static_cast<std::size_t>(half) + 1);
-  double sum = 0;
-  for (int k = 0; k <= half; ++k) {
-    const double angle = 2 * std::numbers::pi * cutoff * k;
-    const double sinc = k == 0 ? 2 * cutoff : std::sin(angle) / (std::numbers::pi * k);
-    taps[static_cast<std::size_t>(k)] = sinc * (0.54 + 0.46 * std::cos(std::numbers::pi * k / (half + 1)));
-    sum += (k == 0 ? 1 : 2) * taps[static_cast<std::size_t>(k)];
-  }
-  std::vector<float> result;
-  for (const double tap : taps) result.push_back(static_cast<float>(tap / sum));
-  return result;
-}
-
-/// Butterworth high-pass of second order.
-class HighPass {
- public:
-  HighPass(double cutoff, double rate) {
-    const double w = std::tan(std::numbers::pi * std::min(cutoff / rate, 0.4)), q = std::numbers::sqrt2 * w;
-    gain_ = 1 / (1 + q + w * w);
-    a1_ = 2 * (w * w - 1) * gain_;
-    a2_ = (1 - q + w * w) * gain_;
-  }
-  double Next(double x) {
-    const double y = gain_ * (x - 2 * x1_ + x2_) - a1_ * y1_ - a2_ * y2_;
-    x2_ = x1_;
-    x1_ = x;
-    y2_ = y1_;
-    y1_ = y;
-    return y;
-  }
-
- private:
-  double gain_ = 1, a1_ = 0, a2_ = 0, x1_ = 0, x2_ = 0, y1_ = 0, y2_ = 0;
-};
-
-/// The document's samples at the working rate, between kHighPass and a frequency of its own.
-struct Band {
-  double lowPass = 0;  // Hz
-  std::vector<float> taps{}, samples{};
-  std::vector<double> energy{};  // Σ of the squares before a sample
-};
-
-struct Candidate {
-  float lag = 0;      // working samples, with a fraction
-  float octaves = 0;  // log2 of the lag
-  float r = 0;
-  float cost = 0;
-};
-
-struct FrameCandidates {
-  int count = 0;
-  float level = 0;                                  // dB
-  float best = 0;                                   // correlation
-  float silence = 0;                                // cost of being unvoiced
-  std::array<Candidate, kMostCandidates> voices{};  // the cheapest
-};
-
 class Tracking {
  public:
   Tracking(const PitchTrackingRequest& request, std::span<float> periods);
   bool Run(const std::function<bool(double)>& progress);
 
  private:
-  void MakeBands();
   void MeasureLevels();
   void FindCandidates(std::size_t frame);
-  void AddCandidate(FrameCandidates& frame, float hint, int lag) const;
-  double SilenceCost(std::size_t frame, float best, float hint) const;
+  void AddCandidate(CandidateFrame& frame, float hint, int lag) const;
+  void DecideVoicing();
   void Balance();
   void PreferRegister();
+  std::vector<int> RegisterBins(double base) const;
+  void ChargeRegister(std::size_t frame, double middle);
+  bool HasSinglePulses(std::size_t frame, float lag) const;
   void Search();
-  double StepCost(const FrameCandidates& before, int from, const FrameCandidates& now, int to) const;
+  double StepCost(const CandidateFrame& before, int from, const CandidateFrame& now, int to) const;
   void FollowBack(int state);
+  float PeriodNear(std::size_t frame, float period) const;
+  double OctavesBetween(std::size_t one, std::size_t other) const;
+  bool IsTrueJump(std::ptrdiff_t rim, std::ptrdiff_t inner) const;
+  std::ptrdiff_t BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const;
+  void MendRims();
   void DropShortRuns();
   void Refine();
   double OffCentre(std::size_t frame) const;
@@ -209,19 +119,12 @@ class Tracking {
 
   int FineWindow() const { return TruncateToInt32(rate_ * kFineWindow); }
   double BelowLoud(float level) const {
-    return std::max(0.0, loudLevel_ - static_cast<double>(level) - kQuietBelow);
+    return std::max(0.0, levels_.loud - static_cast<double>(level) - kQuietBelow);
   }
   float CreakCost(float lag, float level) const {
     return static_cast<double>(lag) > rate_ / bounds_.lowest
                ? static_cast<float>(kCreakCost + kQuietCreak * BelowLoud(level))
                : 0.0f;
-  }
-  std::int64_t CentreOf(std::size_t frame) const {
-    const std::int64_t rate = request_.sampleRate;
-    return (request_.firstFrame + static_cast<std::int64_t>(frame)) * rate / 100 + rate / 100;
-  }
-  std::size_t BandIndex(std::size_t frame) const {
-    return static_cast<std::size_t>((CentreOf(frame) - origin_) / decimation_);
   }
 
   const PitchTrackingRequest& request_;
@@ -229,14 +132,14 @@ class Tracking {
   const int decimation_;
   const double rate_;
   const PitchBounds bounds_;
-  int lowest_ = 0, highest_ = 0;  // lags
-  double slowest_ = 0;            // the longest period that is looked for
-  std::int64_t origin_ = 0;       // document sample of the bands' first
-  Band band_{kLowPass}, wide_{kWideLowPass};
+  const PitchBands bands_;
+  int lowest_ = 0, highest_ = 0;    // lags of the coarse band
+  const double slowest_;            // the longest period that is looked for
+  const float perCoarse_;           // working samples
   std::vector<float> correlation_;  // from lowest_ − 1 to highest_ + 1
-  std::vector<FrameCandidates> frames_;
-  std::vector<std::array<std::int8_t, kMostCandidates + 1>> cameFrom_;
-  double noise_ = 0, loudLevel_ = 0;
+  std::vector<CandidateFrame> frames_;
+  std::vector<std::array<std::int8_t, CandidateFrame::kMostVoices + 1>> cameFrom_;
+  SpeechLevels levels_;
 };
 
 Tracking::Tracking(const PitchTrackingRequest& request, std::span<float> periods)
@@ -244,10 +147,12 @@ Tracking::Tracking(const PitchTrackingRequest& request, std::span<float> periods
       periods_(periods),
       decimation_(PitchDecimation(request.sampleRate)),
       rate_(static_cast<double>(request.sampleRate) / decimation_),
-      bounds_(BoundsOf(request.range)) {
-  lowest_ = std::max(2, TruncateToInt32(rate_ / bounds_.highest));
-  slowest_ = rate_ / (bounds_.lowest > kLowestBound ? bounds_.lowest : kCreak);
-  highest_ = std::max(lowest_, TruncateToInt32(std::ceil(slowest_)));
+      bounds_(BoundsOf(request.range)),
+      bands_(request.samples, request.sampleRate, request.firstFrame, periods.size()),
+      slowest_(rate_ / (bounds_.lowest > kLowestBound ? bounds_.lowest : kCreak)),
+      perCoarse_(static_cast<float>(rate_ / bands_.coarseRate())) {
+  lowest_ = std::max(2, TruncateToInt32(bands_.coarseRate() / bounds_.highest));
+  highest_ = std::max(lowest_, TruncateToInt32(std::ceil(slowest_ / static_cast<double>(perCoarse_))));
 }
 
 bool Tracking::Run(const std::function<bool(double)>& progress) {
@@ -255,186 +160,139 @@ bool Tracking::Run(const std::function<bool(double)>& progress) {
   frames_.resize(periods_.size());
   cameFrom_.resize(periods_.size());
   correlation_.resize(static_cast<std::size_t>(highest_ - lowest_ + 3));
-  MakeBands();
   MeasureLevels();
   for (std::size_t f = 0; f < frames_.size(); ++f) {
     if (progress && f % 512 == 0 && !progress(static_cast<double>(f) / static_cast<double>(frames_.size())))
       return false;
     FindCandidates(f);
   }
+  DecideVoicing();
   Balance();
   Search();
   PreferRegister();
   Balance();
   Search();
+  MendRims();
   DropShortRuns();
   Refine();
   FitGlides();
   return true;
 }
 
-/// The samples from half before the first output to half behind the last one, sorted by their place among
-/// `decimation` ones, so that what neighbouring outputs need lies side by side.
-struct Phases {
-  int decimation = 1, half = 0, stride = 0;
-  std::vector<float> samples{};
-
-  void Put(int i, std::int16_t sample) {
-    samples[static_cast<std::size_t>(i % decimation * stride + i / decimation)] = sample;
-  }
-  const float* At(int i) const { return samples.data() + i % decimation * stride + i / decimation; }
-};
-
-PARLOWEN_CLONES void AddTap(float tap, const float* a, const float* b, int count, float* output) {
-  for (int n = 0; n < count; ++n) output[n] += tap * (a[n] + b[n]);
-}
-
-/// The low-pass, one output for `decimation` samples.
-void LowPassDecimated(const Phases& phases, std::span<const float> taps, int count, float* output) {
-  const float* middle = phases.At(phases.half);
-  for (int n = 0; n < count; ++n) output[n] = taps[0] * middle[n];
-  for (int k = 1; k <= phases.half; ++k)
-    AddTap(taps[static_cast<std::size_t>(k)], phases.At(phases.half - k), phases.At(phases.half + k), count,
-           output);
-}
-
-void Tracking::MakeBands() {
-  const int half = std::max(4, request_.sampleRate / 500);
-  const int margin = TruncateToInt32(rate_ * kMargin);
-  origin_ = CentreOf(0) - std::int64_t{margin} * decimation_;
-  const std::size_t count = BandIndex(frames_.size() - 1) + static_cast<std::size_t>(margin);
-  for (Band* band : {&band_, &wide_}) {
-    band->taps = LowPassTaps(half, std::min(kHighestCutoff, band->lowPass / request_.sampleRate));
-    band->samples.resize(count);
-    band->energy.resize(count + 1);
-  }
-
-  // In pieces, each copied with its neighbours, so that what lies outside the document is silence.
-  constexpr int kPiece = 1024;
-  Phases phases{decimation_, half, kPiece + 2 * half / decimation_ + 1};
-  phases.samples.resize(static_cast<std::size_t>(decimation_ * phases.stride));
-  for (std::size_t first = 0; first < count; first += kPiece) {
-    const int length = static_cast<int>(std::min<std::size_t>(kPiece, count - first));
-    const std::int64_t from = origin_ + static_cast<std::int64_t>(first) * decimation_ - half;
-    for (int i = 0; i < length * decimation_ + 2 * half; ++i) phases.Put(i, request_.samples.At(from + i));
-    for (Band* band : {&band_, &wide_})
-      LowPassDecimated(phases, band->taps, length, band->samples.data() + first);
-  }
-  for (Band* band : {&band_, &wide_}) {
-    HighPass highPass(kHighPass, rate_);
-    for (std::size_t n = 0; n < count; ++n) {
-      float& x = band->samples[n];
-      x = static_cast<float>(highPass.Next(static_cast<double>(x)));
-      band->energy[n + 1] = band->energy[n] + static_cast<double>(x) * static_cast<double>(x);
-    }
-  }
-}
-
 void Tracking::MeasureLevels() {
-  const auto half = static_cast<std::size_t>(rate_ * kLevelHalfWindow);
+  const auto samples = [this](double seconds) { return std::max(1, TruncateToInt32(rate_ * seconds)); };
+  const int half30 = samples(0.015), half10 = samples(0.005);
   std::vector<double> powers(frames_.size());
   for (std::size_t f = 0; f < frames_.size(); ++f) {
-    const std::size_t centre = BandIndex(f);
-    powers[f] = (band_.energy[centre + half] - band_.energy[centre - half]) / static_cast<double>(2 * half);
-    frames_[f].level = static_cast<float>(10 * std::log10(powers[f] + kLeastNoise));
+    const std::size_t centre = bands_.Centre(f);
+    powers[f] = bands_.low.Power(centre, half30);
+    frames_[f].level30 = static_cast<float>(Decibels(powers[f] + kLeastPower));
+    frames_[f].level10 = static_cast<float>(Decibels(bands_.low.Power(centre, half10) + kLeastPower));
   }
   std::sort(powers.begin(), powers.end());
   const auto quantile = [&powers](double share) {
     return powers[static_cast<std::size_t>(share * static_cast<double>(powers.size() - 1))];
   };
   const double loud = std::max(quantile(kLoudShare), kLoudestToLoud * powers.back());
-  loudLevel_ = 10 * std::log10(loud + kLeastNoise);
-  noise_ = kNoiseWeight * std::min(quantile(kNoiseShare), kNoiseToLoud * loud) + kLeastNoise;
+  const double noise = std::min(quantile(kNoiseShare), kNoiseToLoud * loud);
+  levels_.loud = Decibels(loud + kLeastPower);
+  levels_.noise = Decibels(noise + kLeastPower);
+  levels_.floor = kNoiseWeight * noise + kLeastPower;
 }
 
 void Tracking::FindCandidates(std::size_t f) {
-  FrameCandidates& frame = frames_[f];
-  const std::size_t centre = BandIndex(f);
-  Correlate(band_.samples.data() + centre, band_.energy.data() + centre, noise_,
-            TruncateToInt32(rate_ * kWindow), lowest_ - 1, highest_ + 1, correlation_.data());
+  CandidateFrame& frame = frames_[f];
+  CorrelateCoarse(bands_, bands_.CoarseCentre(f), levels_.floor,
+                  TruncateToInt32(bands_.coarseRate() * kWindow), lowest_ - 1, highest_ + 1,
+                  correlation_.data());
   const float hint = request_.hints[f];
   frame.count = 0;
   float best = 0;
   for (int lag = lowest_; lag <= highest_; ++lag) {
     const float* r = correlation_.data() + (lag - lowest_ + 1);
     if (r[0] < kLeastPeak || r[0] < r[-1] || r[0] <= r[1]) continue;
-    best = std::max(best, r[0] - CreakCost(static_cast<float>(lag), frame.level));
+    best = std::max(best, r[0] - CreakCost(static_cast<float>(lag) * perCoarse_, frame.level30));
     AddCandidate(frame, hint, lag);
   }
   frame.best = best;
-  frame.silence = static_cast<float>(SilenceCost(f, best, hint));
 }
 
 /// A maximum of the correlation, refined by the parabola through its neighbours.
-void Tracking::AddCandidate(FrameCandidates& frame, float hint, int lag) const {
+void Tracking::AddCandidate(CandidateFrame& frame, float hint, int lag) const {
   const float* r = correlation_.data() + (lag - lowest_ + 1);
   const float shift = PeakShift(r);
-  Candidate found;
-  found.lag = std::clamp(static_cast<float>(lag) + shift, static_cast<float>(rate_ / bounds_.highest),
-                         static_cast<float>(slowest_));
-  found.octaves = std::log2(found.lag);
+  PitchCandidate found;
+  found.lag = std::clamp((static_cast<float>(lag) + shift) * perCoarse_,
+                         static_cast<float>(rate_ / bounds_.highest), static_cast<float>(slowest_));
+  found.octaves = static_cast<float>(Log2(static_cast<double>(found.lag)));
   found.r = r[0] - 0.25f * (r[-1] - r[1]) * shift;
   const double longest = rate_ / bounds_.lowest;
   double cost =
       1 - static_cast<double>(found.r) * (1 - kLagWeight * static_cast<double>(found.lag) / longest);
-  cost += static_cast<double>(CreakCost(found.lag, frame.level));
+  cost += static_cast<double>(CreakCost(found.lag, frame.level30));
   if (hint > 1) {
-    const double apart =
-        static_cast<double>(found.octaves) - std::log2(static_cast<double>(hint) / decimation_);
+    const double apart = static_cast<double>(found.octaves) - Log2(static_cast<double>(hint) / decimation_);
     cost += kHintWeight * std::min(1.0, std::fabs(apart));
   }
   found.cost = static_cast<float>(cost);
 
   auto& voices = frame.voices;
-  if (frame.count == kMostCandidates && found.cost >= voices.back().cost) return;
-  if (frame.count < kMostCandidates) ++frame.count;
+  if (frame.count == CandidateFrame::kMostVoices && found.cost >= voices.back().cost) return;
+  if (frame.count < CandidateFrame::kMostVoices) ++frame.count;
   auto place = static_cast<std::size_t>(frame.count - 1);
   for (; place > 0 && voices[place - 1].cost > found.cost; --place) voices[place] = voices[place - 1];
   voices[place] = found;
 }
 
-double Tracking::SilenceCost(std::size_t f, float best, float hint) const {
-  double cost = static_cast<double>(best) + kVoicingBias + (hint >= 1 ? kHintBonus : -kHintBonus);
-  const auto level = static_cast<double>(frames_[f].level);
-  cost -= kQuietSlope * BelowLoud(frames_[f].level);
-  const auto change = [&](std::size_t other, double slope) {
-    const double above = static_cast<double>(frames_[other].level) - level - kChangeFrom;
-    return std::min(kChangeMost, slope * std::max(0.0, above));
-  };
-  if (f >= 2) cost -= change(f - 2, kFallSlope);
-  if (f + 2 < frames_.size()) cost -= change(f + 2, kRiseSlope);
-  return cost;
+/// Silence costs as much more than the cheapest voice as the odds for voice are.
+void Tracking::DecideVoicing() {
+  if (request_.study.inputs) request_.study.inputs->resize(frames_.size());
+  for (std::size_t f = 0; f < frames_.size(); ++f) {
+    const VoicingInputs inputs = MeasureVoicing(bands_, levels_, frames_, f);
+    if (request_.study.inputs) (*request_.study.inputs)[f] = inputs;
+    const auto odds = static_cast<double>(VoicingLogOdds(*request_.study.net, inputs));
+    const double against = 1 - static_cast<double>(frames_[f].best);
+    frames_[f].silence =
+        static_cast<float>(against + kOddsWeight * (std::clamp(odds, -kMostOdds, kMostOdds) + kOddsBias));
+  }
 }
 
 /// Whether there is a voice is decided by the correlation alone, whatever its lag: the cheapest candidate
 /// costs 1 − r of the best, the others as much more as their scores are apart.
 void Tracking::Balance() {
-  for (FrameCandidates& frame : frames_) {
-    const std::span<Candidate> voices(frame.voices.data(), static_cast<std::size_t>(frame.count));
+  for (CandidateFrame& frame : frames_) {
+    const std::span<PitchCandidate> voices(frame.voices.data(), static_cast<std::size_t>(frame.count));
     float cheapest = 0;
     for (std::size_t i = 0; i < voices.size(); ++i)
       cheapest = i == 0 ? voices[i].cost : std::min(cheapest, voices[i].cost);
-    for (Candidate& voice : voices) voice.cost += 1 - frame.best - cheapest;
+    for (PitchCandidate& voice : voices) voice.cost += 1 - frame.best - cheapest;
   }
 }
 
-/// A voice whose periods alternate correlates better over two of them, and a woman's over two as well as over
-/// one; what she speaks in before and after tells them apart. A creak is too far from any other candidate to
-/// be drawn up.
-void Tracking::PreferRegister() {
-  std::array<int, kBins> histogram{};  // of the clear frames within reach, by log2 of the lag
-  int total = 0;
-  const double base = std::log2(rate_ / bounds_.highest);
-  const auto count = static_cast<std::ptrdiff_t>(frames_.size());
-  const auto add = [&](std::ptrdiff_t at, int sign) {
-    if (at < 0 || at >= count) return;
-    const auto f = static_cast<std::size_t>(at);
+/// The bins of the clear frames' periods, by log2 of the lag; −1 for the other frames.
+std::vector<int> Tracking::RegisterBins(double base) const {
+  std::vector<int> bins(frames_.size(), -1);
+  for (std::size_t f = 0; f < frames_.size(); ++f) {
     if (periods_[f] <= 0 || frames_[f].best < kRegisterClear ||
-        static_cast<double>(frames_[f].level) < loudLevel_ - kRegisterLevel)
-      return;
-    const double octaves = std::log2(static_cast<double>(periods_[f]) / decimation_) - base;
-    const int bin = std::clamp(TruncateToInt32(octaves * kBinsPerOctave), 0, kBins - 1);
-    histogram[static_cast<std::size_t>(bin)] += sign;
+        static_cast<double>(frames_[f].level30) < levels_.loud - kRegisterLevel)
+      continue;
+    const double octaves = Log2(static_cast<double>(periods_[f]) / decimation_) - base;
+    bins[f] = std::clamp(TruncateToInt32(octaves * kBinsPerOctave), 0, kBins - 1);
+  }
+  return bins;
+}
+
+/// A voice whose periods alternate correlates better over two of them, and a woman's over two as well as over
+/// one; what she speaks in before and after tells them apart.
+void Tracking::PreferRegister() {
+  const double base = Log2(rate_ / bounds_.highest);
+  const std::vector<int> bins = RegisterBins(base);
+  std::array<int, kBins> histogram{};  // of the frames within reach
+  int total = 0;
+  const auto count = static_cast<std::ptrdiff_t>(frames_.size());
+  const auto add = [&](std::ptrdiff_t f, int sign) {
+    if (f < 0 || f >= count || bins[static_cast<std::size_t>(f)] < 0) return;
+    histogram[static_cast<std::size_t>(bins[static_cast<std::size_t>(f)])] += sign;
     total += sign;
   };
   for (std::ptrdiff_t f = 0; f < kRegisterReach; ++f) add(f, 1);
@@ -444,18 +302,59 @@ void Tracking::PreferRegister() {
     if (total < kLeastRegister) continue;
     std::size_t median = 0;
     for (int below = histogram[0]; 2 * below < total; below += histogram[median]) ++median;
-    const double middle = base + (static_cast<double>(median) + 0.5) / kBinsPerOctave;
-    FrameCandidates& frame = frames_[static_cast<std::size_t>(f)];
-    for (std::size_t i = 0; i < static_cast<std::size_t>(frame.count); ++i) {
-      const double apart = std::fabs(static_cast<double>(frame.voices[i].octaves) - middle) - kRegisterFree;
-      frame.voices[i].cost +=
-          static_cast<float>(std::min(kRegisterMost, kRegisterWeight * std::max(0.0, apart)));
-    }
+    ChargeRegister(static_cast<std::size_t>(f), base + (static_cast<double>(median) + 0.5) / kBinsPerOctave);
   }
 }
 
+/// Adds to a frame's candidates what their distance from the register costs, less where all that it prefers is
+/// clearly worse.
+void Tracking::ChargeRegister(std::size_t f, double middle) {
+  const std::span<PitchCandidate> voices = frames_[f].Voices();
+  std::array<double, CandidateFrame::kMostVoices> charges{};
+  for (std::size_t i = 0; i < voices.size(); ++i) {
+    const double apart = std::fabs(static_cast<double>(voices[i].octaves) - middle) - kRegisterFree;
+    charges[i] = std::min(kRegisterMost, kRegisterWeight * std::max(0.0, apart));
+  }
+  for (std::size_t i = 0; i < voices.size(); ++i) {
+    if (charges[i] <= 0) continue;
+    float preferred = 0;
+    for (std::size_t j = 0; j < voices.size(); ++j)
+      if (charges[j] < charges[i]) preferred = std::max(preferred, voices[j].r);
+    const bool below = static_cast<double>(voices[i].octaves) > middle;
+    const double worse = static_cast<double>(voices[i].r - preferred) - (below ? kYieldBelow : kYieldAbove);
+    const bool yields = worse > 0 && (!below || HasSinglePulses(f, voices[i].lag));
+    const double share = yields ? std::max(0.0, 1 - worse / kYieldSpan) : 1.0;
+    voices[i].cost += static_cast<float>(charges[i] * share);
+  }
+}
+
+/// Whether one pulse stands in a period, as in creak, and not two, as where a voice's periods alternate: the
+/// power of eighths of two periods repeats after eight of them, but not after four.
+bool Tracking::HasSinglePulses(std::size_t f, float lag) const {
+  constexpr std::size_t kHalf = kPulseParts / 2;
+  const int part = std::max(2, TruncateToInt32(static_cast<double>(lag) / kPulseParts + 0.5)) / 2 * 2;
+  std::array<double, 2 * kPulseParts> power{};
+  double mean = 0;
+  std::size_t middle = bands_.Centre(f) - static_cast<std::size_t>(kPulseParts * part - part / 2);
+  for (double& own : power) {
+    own = bands_.full.Power(middle, part / 2);
+    middle += static_cast<std::size_t>(part);
+    mean += own / (2 * kPulseParts);
+  }
+  double spread = 0, whole = 0, half = 0;
+  for (double& own : power) {
+    own -= mean;
+    spread += own * own / 2;
+  }
+  for (std::size_t i = 0; i < kPulseParts; ++i) {
+    whole += power[i] * power[i + kPulseParts];
+    half += power[i + kHalf / 2] * power[i + kHalf / 2 + kHalf];
+  }
+  return whole > kPulseRepeats * spread && half < kPulseHalf * spread;
+}
+
 /// What it costs to go from a state of the frame before to one of this frame; state 0 is silence.
-double Tracking::StepCost(const FrameCandidates& before, int from, const FrameCandidates& now, int to) const {
+double Tracking::StepCost(const CandidateFrame& before, int from, const CandidateFrame& now, int to) const {
   if ((from == 0) != (to == 0)) return kSwitch;
   if (to == 0) return 0;
   const float octaves = now.voices[static_cast<std::size_t>(to - 1)].octaves -
@@ -464,11 +363,11 @@ double Tracking::StepCost(const FrameCandidates& before, int from, const FrameCa
 }
 
 void Tracking::Search() {
-  std::array<double, kMostCandidates + 1> cost{}, next{};
+  std::array<double, CandidateFrame::kMostVoices + 1> cost{}, next{};
   for (std::size_t f = 0; f < frames_.size(); ++f) {
-    const FrameCandidates& now = frames_[f];
-    const FrameCandidates& before =
-        f > 0 ? frames_[f - 1] : FrameCandidates();  // silence lies before the first frame
+    const CandidateFrame& now = frames_[f];
+    const CandidateFrame& before =
+        f > 0 ? frames_[f - 1] : CandidateFrame();  // silence lies before the first frame
     for (int to = 0; to <= now.count; ++to) {
       double least = 1e300;
       int best = 0;
@@ -492,10 +391,91 @@ void Tracking::FollowBack(int state) {
   for (std::size_t f = frames_.size(); f-- > 0;) {
     periods_[f] = 0;
     if (state > 0) {
-      const Candidate& voice = frames_[f].voices[static_cast<std::size_t>(state - 1)];
+      const PitchCandidate& voice = frames_[f].voices[static_cast<std::size_t>(state - 1)];
       if (voice.r >= kLeastCorrelation) periods_[f] = voice.lag * static_cast<float>(decimation_);
     }
     state = cameFrom_[f][static_cast<std::size_t>(state)];
+  }
+}
+
+/// The period of the largest r near another period; 0 when r is small there.
+float Tracking::PeriodNear(std::size_t f, float period) const {
+  const double lag = static_cast<double>(period) / decimation_;
+  const int from = std::max(2, TruncateToInt32(std::ceil(lag / kRimNear)));
+  const int to = std::min(TruncateToInt32(lag * kRimNear), TruncateToInt32(slowest_));
+  float best = kRimLeast;
+  int found = 0;
+  for (int i = from; i <= to; ++i) {
+    const int width = CorrelationWidth(TruncateToInt32(rate_ * kWindow), i);
+    const float r = CentredCorrelation(bands_.low, bands_.Centre(f), i, width, levels_.floor);
+    if (r <= best) continue;
+    best = r;
+    found = i;
+  }
+  return static_cast<float>(found * decimation_);
+}
+
+/// How far apart two successive periods are.
+double Tracking::OctavesBetween(std::size_t one, std::size_t other) const {
+  return std::fabs(Log2(static_cast<double>(periods_[one]) / static_cast<double>(periods_[other])));
+}
+
+/// Whether what lies beyond a jump is a voice of its own: single pulses below the others, or by no octave away
+/// and clear. `rim` is its outermost frame, `inner` the first on this side of the jump.
+bool Tracking::IsTrueJump(std::ptrdiff_t rim, std::ptrdiff_t inner) const {
+  const std::ptrdiff_t inward = rim < inner ? 1 : -1;
+  const auto at = [](std::ptrdiff_t f) { return static_cast<std::size_t>(f); };
+  const double octaves = OctavesBetween(at(inner - inward), at(inner));
+  const bool below = periods_[at(inner - inward)] > periods_[at(inner)];
+  float best = 0;
+  int single = 0, count = 0;
+  for (std::ptrdiff_t f = rim; f != inner; f += inward, ++count) {
+    best = std::max(best, frames_[at(f)].best);
+    single += below && HasSinglePulses(at(f), periods_[at(f)] / static_cast<float>(decimation_));
+  }
+  if (2 * single > count) return true;
+  return std::fabs(octaves - std::round(octaves)) >= kNoOctave && best >= kClearBeyond;
+}
+
+/// The frames from `rim` inwards that lie beyond a jump: none where it is a true one. More of them may be wrong
+/// an octave below, where they end slower than the lowest bound.
+std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const {
+  const double slowest = static_cast<double>(request_.sampleRate) / bounds_.lowest;
+  const bool tooSlow = static_cast<double>(periods_[static_cast<std::size_t>(rim)]) > slowest;
+  for (std::ptrdiff_t count = std::min(tooSlow ? kOctaveReach : kRimReach, length / 2); count > 0; --count) {
+    const std::ptrdiff_t inner = rim + count * inward;
+    const double octaves =
+        OctavesBetween(static_cast<std::size_t>(inner - inward), static_cast<std::size_t>(inner));
+    const bool jump = count <= kRimEdge    ? octaves > kEdgeJump
+                      : count <= kRimReach ? octaves > kRimJump
+                                           : std::fabs(octaves - 1) < kNoOctave;
+    if (jump) return !tooSlow && IsTrueJump(rim, inner) ? 0 : count;
+  }
+  return 0;
+}
+
+/// Where a stretch begins or ends with a few frames beyond a jump, these are found again next to the others or
+/// dropped.
+void Tracking::MendRims() {
+  const auto count = static_cast<std::ptrdiff_t>(periods_.size());
+  const auto voiced = [&](std::ptrdiff_t f) {
+    return f < count && periods_[static_cast<std::size_t>(f)] > 0;
+  };
+  for (std::ptrdiff_t first = 0; first < count; ++first) {
+    if (!voiced(first)) continue;
+    std::ptrdiff_t last = first;
+    while (voiced(last + 1)) ++last;
+    for (const std::ptrdiff_t inward : {1, -1}) {
+      const std::ptrdiff_t rim = inward > 0 ? first : last;
+      bool found = true;
+      for (std::ptrdiff_t k = BeyondJump(rim, inward, last - first + 1); k-- > 0;) {
+        const auto f = static_cast<std::size_t>(rim + k * inward);
+        const float inner = periods_[f + static_cast<std::size_t>(inward)];
+        periods_[f] = found ? PeriodNear(f, inner) : 0;
+        found = periods_[f] > 0;
+      }
+    }
+    first = last;
   }
 }
 
@@ -517,8 +497,9 @@ void Tracking::Refine() {
     if (periods_[f] <= 0) continue;
     const int lag = TruncateToInt32(static_cast<double>(periods_[f]) / decimation_ + 0.5);
     const int from = std::max(1, lag - kFineReach), to = lag + kFineReach;
-    Correlate(wide_.samples.data() + BandIndex(f), wide_.energy.data() + BandIndex(f), kLeastNoise,
-              FineWindow(), from, to, r.data());
+    for (int i = from; i <= to; ++i)
+      r[static_cast<std::size_t>(i - from)] = CentredCorrelation(
+          bands_.wide, bands_.Centre(f), i, CorrelationWidth(FineWindow(), i), kLeastPower);
     const auto top = std::max_element(r.begin() + 1, r.begin() + (to - from));
     if (top[0] < top[-1] || top[0] <= top[1]) continue;
     const float lagFound = static_cast<float>(from + (top - r.begin())) + PeakShift(&*top);
@@ -530,16 +511,9 @@ void Tracking::Refine() {
 /// windows have their centre. At the beginning and the end of a voice that is several milliseconds away.
 double Tracking::OffCentre(std::size_t f) const {
   const int lag = TruncateToInt32(static_cast<double>(periods_[f]) / decimation_ + 0.5);
-  const int width = WindowOf(FineWindow(), lag), first = -(width + lag) / 2;
-  const float* x = wide_.samples.data() + BandIndex(f) + first;
-  double moment = 0, total = 0;
-  for (int i = 0; i < width; ++i) {
-    const auto product = static_cast<double>(x[i] * x[i + lag]);
-    moment += i * product;
-    total += product;
-  }
-  if (total <= 0) return 0;
-  return std::clamp((first + moment / total + lag / 2.0) / rate_, -kMostOffCentre, kMostOffCentre);
+  const int width = CorrelationWidth(FineWindow(), lag);
+  const double seconds = CentreOfProducts(bands_.wide, bands_.Centre(f), lag, width) / rate_;
+  return std::clamp(seconds, -kMostOffCentre, kMostOffCentre);
 }
 
 /// Least squares with triangular weights: no glide is bent, and noise and jitter are averaged out.

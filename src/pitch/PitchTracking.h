@@ -1,11 +1,19 @@
 #pragma once
 #include <functional>
 #include <span>
+#include <vector>
 
 #include "dsp/SampleSpan.h"
 #include "pitch/FastPitch.h"
+#include "pitch/VoicingNet.h"
 
 namespace parlowen {
+
+/// For training and measurements: another net, and a list that becomes what it saw, one element a frame.
+struct VoicingStudy {
+  const VoicingNet* net = &kTrainedVoicing;
+  std::vector<VoicingInputs>* inputs = nullptr;
+};
 
 struct PitchTrackingRequest {
   SampleSpan samples;  ///< the document's; only read
@@ -15,6 +23,7 @@ struct PitchTrackingRequest {
   /// What the time-domain stage found, one value a frame: a period in document samples, 1.0 voiced without a
   /// period, 0 unvoiced. It shifts the voicing threshold and decides between octaves that are equally good.
   std::span<const float> hints;
+  VoicingStudy study{};
 };
 
 /// Pitch of the document frames firstFrame .. firstFrame + periods.size() − 1, each looked at about its
