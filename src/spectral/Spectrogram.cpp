@@ -31,6 +31,13 @@ int PitchPeriodAt(const SoundDocument& document, int sample) {
   return frequency > kSlowestVoice ? TruncateToInt32(document.sampleRate / frequency) : 0;
 }
 
+/// Values a second of the level curve that goes along with the columns.
+int LevelsPerSecond(const SpectrogramStretch& stretch, int sampleRate) {
+  if (stretch.columnsPerSecond > 0) return stretch.columnsPerSecond;
+  const int length = std::max(1, stretch.end - stretch.start);
+  return std::max(1, SaturateInt32(std::int64_t{stretch.maxColumns} * sampleRate / length));
+}
+
 /// One column after another of a picture: what the columns share is prepared once.
 class ColumnAnalysis {
  public:
@@ -45,7 +52,7 @@ class ColumnAnalysis {
         windowLength_(settings.frameLength) {
     PredictLoudest(stretch);
     if (UsesFrameSpectrum())
-      levels_ = MakeLevelCurve(document.Samples(), rate_, stretch.columnsPerSecond, stretch.start,
+      levels_ = MakeLevelCurve(document.Samples(), rate_, LevelsPerSecond(stretch, rate_), stretch.start,
                                stretch.maxColumns);
     MakeAnalysisWindow(windowLength_, settings.windowShape);
   }
@@ -127,6 +134,16 @@ void PaintFormants(const double* levels, int sampleRate, double contrast, std::u
     const auto grey = static_cast<std::uint16_t>(std::max(0, 255 - TruncateToInt32(contrast * levels[row])));
     std::fill(greys + first, greys + last + 1, grey);
   });
+}
+
+/// The greys of one column from its levels.
+void ShadeKind(SpectrogramKind kind, const double* levels, double contrast, int sampleRate,
+               std::uint16_t* greys) {
+  if (kind == SpectrogramKind::Formants) {
+    PaintFormants(levels, sampleRate, contrast, greys);
+  } else {
+    ShadeColumn(levels, contrast, greys);
+  }
 }
 
 /// True when a column belongs to the picture; the margin at the end of the sound grows with the column, so
@@ -236,12 +253,28 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
   for (int column = 0; HasColumn(document, stretch, column); ++column) {
     analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);
     matrix.greys.resize(matrix.greys.size() + kSpectrogramRows);
-    std::uint16_t* greys = matrix.Column(matrix.columns++);
-    if (kind == SpectrogramKind::Formants) {
-      PaintFormants(levels, rate, settings.contrast, greys);
-    } else {
-      ShadeColumn(levels, settings.contrast, greys);
-    }
+    ShadeKind(kind, levels, settings.contrast, rate, matrix.Column(matrix.columns++));
+  }
+  return matrix;
+}
+
+SpectrogramMatrix ComputeSpreadSpectrogram(const SoundDocument& document, SpectrogramKind kind,
+                                           const SpectrogramSettings& settings, int start, int end,
+                                           int columns) {
+  SpectrogramMatrix matrix;
+  const int rate = document.sampleRate;
+  if (rate <= 0 || end <= start || columns < 1) return matrix;
+  SpectrogramStretch stretch;
+  stretch.start = stretch.levelStart = start;
+  stretch.end = stretch.levelEnd = end;
+  stretch.columnsPerSecond = 0;
+  stretch.maxColumns = columns;
+  ColumnAnalysis analysis(document, kind, settings, stretch, nullptr);
+  matrix.greys.resize(static_cast<std::size_t>(columns) * kSpectrogramRows);
+  double levels[kSpectrogramRows];
+  for (; matrix.columns < columns; ++matrix.columns) {
+    analysis.Levels(matrix.columns, static_cast<int>(stretch.ColumnStart(matrix.columns, rate)), levels);
+    ShadeKind(kind, levels, settings.contrast, rate, matrix.Column(matrix.columns));
   }
   return matrix;
 }

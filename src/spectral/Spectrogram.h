@@ -57,6 +57,13 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
                                      const SpectrogramSettings& settings, const SpectrogramStretch& stretch,
                                      LpcAnalyser* analyser = nullptr);
 
+/// The same for a picture of its own over start .. end: `columns` columns, column j from
+/// start + trunc(j·(end − start)/columns) on, up to the end of the stretch also where they read silence behind the
+/// sound. Not for the filter bank.
+SpectrogramMatrix ComputeSpreadSpectrogram(const SoundDocument& document, SpectrogramKind kind,
+                                           const SpectrogramSettings& settings, int start, int end,
+                                           int columns);
+
 /// The levels of the 100 frames of a three-dimensional view, spread evenly over `stretch`. Formant frames are
 /// 0 but for the rows of their formants.
 std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocument& document,
