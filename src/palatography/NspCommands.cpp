@@ -92,7 +92,9 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
   FillChannel(document.samples, recording.samples, recording.sampleCount);
   recording.samples = {};
   FinishLoad(window, document, states, path, recording.sampleCount, recording.sampleRate, false);
-  palate = {true, std::move(recording), document.soundGeneration};
+  const std::size_t slash = path.rfind('/');
+  palate = {true, std::move(recording), document.soundGeneration, 0,
+            slash == std::string::npos ? std::string(".") : path.substr(0, slash)};
   states.Tell(Need::PalateFile, palate.IsComplete());
   return 1;
 }

@@ -32,6 +32,18 @@ inline constexpr Colour kHatch = 0x00A000;
 // The glottal wave: the period in hand, and a second channel behind the derivative.
 inline constexpr Colour kChosenPeriod = 0xFFF0C8, kBehind = 0xA0A0A0, kBehindName = 0x767676;
 
+// Palates.
+inline constexpr Colour kPalateLeft = 0x0030C0, kPalateRight = 0xC80000, kPalateFrame = 0x008090;
+inline constexpr Colour kTotalContact = 0x000000, kGravityCentre = 0xC80000, kAnteriority = 0x0030C0,
+                        kCentrality = 0x007A33;
+
+// The section through the head.
+inline constexpr Colour kHead = 0xFBEBDD, kHeadLine = 0x7A5848, kAir = 0xFFFFFF, kAirflow = 0x2078B0;
+inline constexpr Colour kTongue = 0xEE9C98, kTongueLine = 0x8E2430, kPalateTissue = 0xF4C4B0;
+inline constexpr Colour kBone = 0xFAF3DC, kBoneLine = 0x8C7A58, kTooth = 0xFFFFFF;
+inline constexpr Colour kLips = 0xDB7478, kLipLine = 0x8E2430, kMouthInside = 0x5A1A20;
+inline constexpr Colour kPartName = 0x604838, kEstimate = 0x0040D0, kTube = 0xDCE8FF;
+
 // Texts, markers, charts.
 inline constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060, kPalateMarker = 0x7030A0;
 inline constexpr Colour kBandFill = 0xF2F2F2, kStretchLine = 0x606060;

@@ -1,0 +1,229 @@
+#include "palatography/PalateCommands.h"
+
+#include <algorithm>
+#include <memory>
+
+#include "base/Arithmetic.h"
+#include "base/Files.h"
+#include "base/Format.h"
+#include "palatography/PalateWindow.h"
+#include "ui/Text.h"
+#include "ui/TextExport.h"
+
+namespace parlowen {
+namespace {
+
+constexpr UiText kDamaged = "数据错误！";
+constexpr UiText kEdited = "波形已改变，腭位数据不再对应！";
+constexpr UiText kNoStretch = "请用鼠标左、右键定义要进行统计的段";
+constexpr UiText kNoStretchCaption = "语音段未正确定义";
+constexpr UiText kSaveQuestion = "保存此图的数据吗（Yes/No）？";
+constexpr UiText kSaveCaption = "保存数据？";
+constexpr UiText kSaveTitle = "保存腭位统计数据文件";
+constexpr UiText kOpenTitle = "打开腭位统计数据文件";
+constexpr UiText kStatisticsFilter = "腭位统计数据文件(*.pal)";
+constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No）？";
+constexpr UiText kRestartOrAppendCaption = "从头更新数据？";
+constexpr UiText kNotThere = "文件不存在！";
+constexpr UiText kCannotCreate = "不能建立文件！";
+constexpr UiText kNoStatistics = "无此腭位统计数据文件！";
+constexpr UiText kFull = "数据太多，不能再加入！";
+constexpr UiText kCannotOpen = "文件打开错误！";
+constexpr UiText kImport = "导入腭位帧";
+constexpr UiText kImportFilter = "腭位帧(*.epg)";
+constexpr UiText kFramesASecond = "每秒帧数";
+constexpr UiText kEightBytes = "每帧8字节";
+constexpr UiText kTwelveBytes = "每帧12字节（前4字节不用）";
+constexpr UiText kWrongRate = "输入的帧数错误！";
+
+constexpr const char* kTextName = "PalaStat.txt";
+constexpr const char* kIndexName = "PalaIndx.txt";
+constexpr const char* kIntroduction = "/help/zh/epg.html";
+
+constexpr std::size_t kLargestFile = std::size_t{64} << 20;
+constexpr int kRateField = 1000, kEightButton = 1010, kTwelveButton = 1011;
+constexpr int kUsualRate = 200, kLowestRate = 10, kHighestRate = 1000;
+
+FileDialog StatisticsDialog(UiText title) { return {title, {{kStatisticsFilter, "*.pal"}}, "pal", ""}; }
+
+/// True when the frames can be shown; else says why not.
+bool RequireFrames(Window& window, const PalateDesk& desk) {
+  switch (FaultOf(desk.palate, desk.document)) {
+    case ContactFault::Damaged: window.Notify(kDamaged, Icon::Error); return false;
+    case ContactFault::Edited: window.Notify(kEdited); return false;
+    case ContactFault::None: break;
+  }
+  return true;
+}
+
+PalateRecord MeasureSelection(const PalateDesk& desk) {
+  const SoundDocument& document = desk.document;
+  const ContactTiming timing = TimingOf(desk.palate, document);
+  const ContactSpan span = timing.FramesOf(document.selectionStart, document.selectionEnd);
+  const auto frames =
+      FramesOf(desk.palate, document)
+          .subspan(static_cast<std::size_t>(span.first), static_cast<std::size_t>(span.Count()));
+  return {document.selectionStart,  document.selectionEnd, document.sampleRate, span.Count(), timing.rate,
+          MeasureStatistics(frames)};
+}
+
+/// A file that is not there yet, or an empty one, takes a first record.
+void AppendRecord(Window& window, const std::string& path, const ByteWriter& record) {
+  const auto present = ReadWholeFile(path, kLargestFile);
+  if (present && !present->empty()) {
+    const auto records = ReadPalateFile(*present);
+    if (!records) return window.Notify(kNoStatistics, Icon::Error);
+    if (records->size() >= kMostPalateRecords) return window.Notify(kFull);
+  }
+  if (AppendToFile(path, record) < 0) window.Notify(kNotThere, Icon::Error);
+}
+
+void SaveStatistics(Window& window, const PalateRecord& record) {
+  const auto choice = window.AskSaveFile(StatisticsDialog(kSaveTitle));
+  if (!choice) return window.Repaint();
+  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  ByteWriter bytes;
+  WritePalateRecord(bytes, record);
+  if (!restart) return AppendRecord(window, choice->path, bytes);
+  if (ReplaceFile(choice->path, bytes) < 0) window.Notify(kCannotCreate, Icon::Error);
+}
+
+struct StatisticsFile {
+  std::string name;
+  std::vector<PalateRecord> records;
+};
+
+std::optional<StatisticsFile> AskStatistics(Window& window) {
+  const auto choice = window.AskOpenFile(StatisticsDialog(kOpenTitle));
+  if (!choice) return {};
+  const auto bytes = ReadWholeFile(choice->path, kLargestFile);
+  auto records = bytes ? ReadPalateFile(*bytes) : std::nullopt;
+  if (!records) {
+    window.Notify(kNoStatistics, Icon::Error);
+    return {};
+  }
+  return StatisticsFile{FileNameOf(choice->path), std::move(*records)};
+}
+
+void ShowStatistics(Window& window, const PalateDesk& desk, PalateStatistics statistics) {
+  desk.view.statistics = std::move(statistics);
+  window.OpenToolWindow(std::make_unique<PalateStatisticsWindow>(desk));
+  desk.document.activity = kPalateActivity;  // a window open before has ended its own
+  window.Repaint();
+}
+
+void OpenOr(Window& window, const std::string& path) {
+  if (!InputFile(path).isOpen()) return window.Notify(kCannotOpen, Icon::Error);
+  window.OpenInEditor(path);
+}
+
+FormField FrameSizeButton(int control, UiText label, bool checked) {
+  FormField button;
+  button.control = control;
+  button.kind = FieldKind::Radio;
+  button.label = label;
+  button.checked = checked;
+  return button;
+}
+
+struct FrameKind {
+  int rate = 0;
+  std::size_t bytes = 0;
+};
+std::optional<FrameKind> AskFrameKind(Window& window) {
+  InputForm form = OneFieldForm(kImport, kFramesASecond, Format("%d", kUsualRate));
+  form.fields.push_back(FrameSizeButton(kEightButton, kEightBytes, true));
+  form.fields.push_back(FrameSizeButton(kTwelveButton, kTwelveBytes, false));
+  while (window.AskInput(form)) {
+    const int rate = form.CountOf(kRateField);
+    if (rate >= kLowestRate && rate <= kHighestRate)
+      return FrameKind{rate, form.CheckedIndex() == 1 ? std::size_t{12} : kContactFrameBytes};
+    window.Notify(kWrongRate);
+  }
+  return {};
+}
+
+}  // namespace
+
+void ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum) {
+  if (!RequireFrames(window, desk)) return;
+  window.OpenToolWindow(std::make_unique<PalateWindow>(desk, withSpectrum));
+  desk.view.framesOpen = true;
+  desk.view.current = ShownFramesOf(TimingOf(desk.palate, desk.document), desk.document).first;
+  desk.document.activity = kPalateActivity;
+  window.Repaint();
+}
+
+void PalateStatisticsCommand(Window& window, const PalateDesk& desk) {
+  if (!RequireFrames(window, desk)) return;
+  if (!desk.document.selectionDefined()) return window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
+  const PalateRecord record = MeasureSelection(desk);
+  PalateStatistics statistics;
+  statistics.records = {record};
+  ShowStatistics(window, desk, std::move(statistics));
+  if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStatistics(window, record);
+}
+
+void OpenPalateStatisticsCommand(Window& window, const PalateDesk& desk) {
+  auto file = AskStatistics(window);
+  if (!file) return;
+  if (WriteTextExport(window, desk.exportFolder, kTextName, PalateText(file->records)) < 0) return;
+  ShowTextExport(window, desk.exportFolder, kTextName);
+  PalateStatistics statistics;
+  statistics.records = std::move(file->records);
+  statistics.ofFile = true;
+  statistics.name = std::move(file->name);
+  ShowStatistics(window, desk, std::move(statistics));
+}
+
+void ComparePalateStatistics(Window& window, PalateStatistics& statistics) {
+  auto file = AskStatistics(window);
+  if (!file) return;
+  statistics.other = MeanOf(file->records);
+  statistics.otherName = std::move(file->name);
+  window.Repaint();
+}
+
+void ShowPalateIndexCommand(Window& window, const PalateState& palate, const std::string& dataFolder) {
+  const std::string beside = palate.libraryFolder + "/" + kIndexName;
+  const bool own = !palate.libraryFolder.empty() && InputFile(beside).isOpen();
+  OpenOr(window, own ? beside : dataFolder + "/" + kIndexName);
+}
+
+void ShowPalateIntroductionCommand(Window& window, const std::string& dataFolder) {
+  OpenOr(window, dataFolder + kIntroduction);
+}
+
+void ImportContactFramesCommand(Window& window, const SoundDocument& document, CommandStates& states,
+                                PalateState& palate) {
+  if (document.sampleCount < 1 || document.sampleRate < 1) return;
+  const auto choice = window.AskOpenFile({kImport, {{kImportFilter, "*.epg"}}, "", ""});
+  if (!choice) return;
+  const auto bytes = ReadWholeFile(choice->path, kLargestFile);
+  if (!bytes) return window.Notify(kCannotOpen, Icon::Error);
+  const auto kind = AskFrameKind(window);
+  if (!kind) return;
+  auto frames = ParseContactFrames(*bytes, kind->bytes);
+  if (!frames) return window.Notify(kDamaged, Icon::Error);
+  // Those that begin in the sound.
+  const ContactTiming timing{SaturateInt32(static_cast<std::int64_t>(frames->size())),
+                             static_cast<double>(kind->rate), document.sampleRate};
+  frames->resize(static_cast<std::size_t>(timing.FramesOf(0, document.sampleCount).Count()));
+
+  EpgRecording recording;
+  if (palate.FitsSamples(document)) recording = std::move(palate.recording);
+  recording.sampleRate = document.sampleRate;
+  recording.sampleCount = document.sampleCount;
+  recording.hasPalate = true;
+  recording.palate.clear();
+  for (const ContactFrame& frame : *frames)
+    recording.palate.insert(recording.palate.end(), frame.begin(), frame.end());
+  palate.recording = std::move(recording);
+  palate.loaded = true;
+  palate.generation = document.soundGeneration;
+  palate.toldRate = kind->rate;
+  states.Tell(Need::PalateFile);
+  window.Repaint();
+}
+
+}  // namespace parlowen
