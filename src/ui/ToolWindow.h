@@ -58,6 +58,10 @@ class ToolWindow {
   virtual std::string Instructions() const {
     return {};
   }  ///< what to do here, under the drawing; "" for none
+  /// Milliseconds until the window wants its next `Tick`; 0 while nothing moves by itself. A script does not wait:
+  /// there all of them come at once.
+  virtual int TickMilliseconds() const { return 0; }
+  virtual void Tick(Window&) {}
   /// Asked after each thing done in the window: true closes it.
   virtual bool WantsToClose() const { return false; }
   virtual void Closed(Window&) {}
