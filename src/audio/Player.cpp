@@ -37,10 +37,11 @@ Player::~Player() {
   if (!closed_) output_->Close();
 }
 
-int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base) {
+int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate) {
   stopPlayback();
   if (start < 0 || end <= start || base == nullptr) return -1;
-  const std::string refusal = output_ != nullptr ? output_->Open(document_.sampleRate) : kNoDevice;
+  const std::string refusal =
+      output_ != nullptr ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate) : kNoDevice;
   if (!refusal.empty()) {
     window_.Notify(FirstCharacters(refusal, kLongestError));
     return -1;

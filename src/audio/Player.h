@@ -24,8 +24,9 @@ class Player {
 
   /// Plays base[start] .. base[end − 1]; a running play is stopped first. In reverse the stretch begins with
   /// base[end], which must exist, and ends with base[start + 1]. 0, or −1 after a failure, which is shown; a
-  /// stretch without a sample is −1 and shows nothing. The samples stay where they are until the play ends.
-  int startPlayback(int start, int end, PlayMode mode, const std::int16_t* base);
+  /// stretch without a sample is −1 and shows nothing. The samples stay where they are until the play ends. They
+  /// have `sampleRate`, or with 0 the document's.
+  int startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate = 0);
 
   /// Samples played so far.
   int playbackPosition() const;

@@ -94,4 +94,25 @@ std::string GlottalCsv(const GlottalWave& wave, const std::string& soundPath) {
   return table.text();
 }
 
+std::string PalateCsv(const PalateState& palate, const SoundDocument& document) {
+  const ContactTiming timing = TimingOf(palate, document);
+  CsvTable table = MakeCsvTable(
+      OriginOf(document, ShortestNumber(timing.rate) + " frames a second; total, front, middle, back in %"));
+  std::vector<std::string> cells = {"frame", "time_s"};
+  for (int row = 1; row <= kPalateRows; ++row) cells.push_back(Format("row%d", row));
+  for (const char* name : {"total", "front", "middle", "back", "ca", "cc", "cog", "asymmetry"})
+    cells.push_back(name);
+  table.AddRow(cells);
+  const std::span<const ContactFrame> frames = FramesOf(palate, document);
+  const ContactSpan shown = ShownFramesOf(timing, document);
+  for (int i = shown.first; i <= shown.last; ++i) {
+    const ContactFrame& frame = frames[static_cast<std::size_t>(i)];
+    cells = {std::to_string(i), CsvNumber(timing.Start(i) / timing.sampleRate)};
+    for (const std::uint8_t row : frame) cells.push_back(std::to_string(row));
+    for (const double index : MeasureContact(frame)) cells.push_back(CsvNumber(index));
+    table.AddRow(cells);
+  }
+  return table.text();
+}
+
 }  // namespace parlowen

@@ -2,6 +2,7 @@
 #include <string>
 
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
 #include "pitch/FastPitch.h"
 #include "spectral/LtaCommands.h"
 #include "voice/GlottalAnalysis.h"
@@ -29,5 +30,9 @@ std::string LtaCsv(const LtaState& lta);
 /// The periods of a glottal wave, with the fields of `print glottal`: start and n in samples, f0, oq, qoq, sq, naq, h1h2,
 /// hrf. `soundPath` is that of its sound.
 std::string GlottalCsv(const GlottalWave& wave, const std::string& soundPath);
+
+/// The contact frames of the selection, without one all of them: frame, time_s (where it begins), row1 .. row8 (bit
+/// c is column c + 1 from the left), total, front, middle, back (%), ca, cc, cog, asymmetry.
+std::string PalateCsv(const PalateState& palate, const SoundDocument& document);
 
 }  // namespace parlowen

@@ -343,6 +343,12 @@ void ExportStereoWavCommand(Window& window, const SoundDocument& document) {
   if (path) Write(window, *path, StereoWavBytesOf(document));
 }
 
+void ExportPalateCsvCommand(Window& window, const SoundDocument& document, const PalateState& palate) {
+  if (TimingOf(palate, document).frames < 1) return;
+  const auto path = AskSave(window, "导出腭位数据", kCsv, document.filePath, "_palate");
+  if (path) Write(window, *path, PalateCsv(palate, document));
+}
+
 std::optional<TargetCurve> ReadPitchTierTarget(Window& window, int sampleRate, int firstFrame,
                                                int frameCount) {
   const auto path = AskOpen(window, "打开PitchTier文件", kPitchTier);

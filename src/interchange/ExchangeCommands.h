@@ -6,6 +6,7 @@
 #include "annotation/Annotations.h"
 #include "annotation/MarkerSet.h"
 #include "document/SoundDocument.h"
+#include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
 #include "spectral/LtaCommands.h"
 #include "synthesis/TargetCurve.h"
@@ -54,6 +55,8 @@ void ExportGlottalCsvCommand(Window& window, const SoundDocument& document,
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document);
 void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document);
 void ExportStereoWavCommand(Window& window, const SoundDocument& document);  ///< 41035
+void ExportPalateCsvCommand(Window& window, const SoundDocument& document,
+                            const PalateState& palate);  ///< 41039
 
 /// Asks for a PitchTier file and gives its melody on the document's frames firstFrame .. firstFrame +
 /// frameCount − 1; nothing when it was cancelled or refused, with its message.

@@ -14,8 +14,7 @@
 
 namespace parlowen {
 
-/// `activity` while the window of the palates is open.
-inline constexpr int kPalateActivity = 12;
+/// What to do in the window of the palates.
 inline constexpr UiText kPalateHint = "左键：选帧；←→：逐帧；D：总接触；Z：重心";
 
 /// Why the contact frames of the loaded sound cannot be shown.

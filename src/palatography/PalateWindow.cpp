@@ -111,7 +111,7 @@ std::string PalateWindow::Instructions() const { return kPalateHint; }
 
 void PalateWindow::Closed(Window& window) {
   desk_.view.framesOpen = false;
-  EndActivity(window, desk_.document, kPalateActivity);
+  EndActivity(window, desk_.document, Activity::Palate);
 }
 
 // --- Statistics
@@ -173,6 +173,6 @@ std::string PalateStatisticsWindow::Instructions() const {
   return desk_.view.statistics.ofFile ? std::string(kRecordsHint) : std::string();
 }
 
-void PalateStatisticsWindow::Closed(Window& window) { EndActivity(window, desk_.document, kPalateActivity); }
+void PalateStatisticsWindow::Closed(Window& window) { EndActivity(window, desk_.document, Activity::Palate); }
 
 }  // namespace parlowen

@@ -5,6 +5,7 @@
 #include "annotation/AnnotationCommands.h"
 #include "annotation/InsertedCharacters.h"
 #include "annotation/IpaIndex.h"
+#include "articulation/ArticulationWindow.h"
 #include "audio/SettingsCommand.h"
 #include "channels/ChannelsWindow.h"
 #include "document/ConversionCommands.h"
@@ -12,6 +13,7 @@
 #include "document/SoundFileCommands.h"
 #include "interchange/ExchangeCommands.h"
 #include "palatography/NspCommands.h"
+#include "palatography/PalateCommands.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/DurationCommands.h"
 #include "shell/HelpPages.h"
@@ -146,6 +148,9 @@ void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
 void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
 void EditMarkers(Workstation& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
 void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
+void ShowArticulation(Workstation& w) {
+  ShowArticulationCommand(w.window, {w.document, w.articulation, w.dataFolder, w.playSoundFile});
+}
 void ConvertRate(Workstation& w) { w.Follow(ConvertRateCommand(w.window, w.document, w.states)); }
 void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
 void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
@@ -185,6 +190,16 @@ void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.docume
 // --- Palate
 
 void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
+void ShowPalate(Workstation& w) { ShowPalateCommand(w.window, w.PalatesToShow(), false); }
+void ShowPalateAndSpectrum(Workstation& w) { ShowPalateCommand(w.window, w.PalatesToShow(), true); }
+void CountSelectedFrames(Workstation& w) { PalateStatisticsCommand(w.window, w.PalatesToShow()); }
+void OpenPalateStatistics(Workstation& w) { OpenPalateStatisticsCommand(w.window, w.PalatesToShow()); }
+void ShowPalateIndex(Workstation& w) { ShowPalateIndexCommand(w.window, w.palate, w.dataFolder); }
+void ShowPalateIntroduction(Workstation& w) { ShowPalateIntroductionCommand(w.window, w.dataFolder); }
+void ImportContactFrames(Workstation& w) {
+  ImportContactFramesCommand(w.window, w.document, w.states, w.palate);
+}
+void ExportPalateCsv(Workstation& w) { ExportPalateCsvCommand(w.window, w.document, w.palate); }
 
 // --- Annotations
 
@@ -203,12 +218,6 @@ void AnalyseIntonation(Workstation& w) {
     return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
   NotFinished(w);
 }
-void PalateStatistics(Workstation& w) {
-  if (!w.document.selectionDefined())
-    return w.window.ShowMessage("请用鼠标左、右键定义要进行统计的段", "语音段未正确定义", Icon::None);
-  NotFinished(w);
-}
-
 // --- View, region, help
 
 void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint()); }
@@ -323,13 +332,16 @@ constexpr CommandRow kRows[] = {
     {kShowVowelGroups, Menu::Vowel, "显示元音点的统计组数据并作图[&T]", "", kTool, kLowRateOnce,
      ShowVowelGroups},
     {kOpenEpg, Menu::Palate, "打开腭位数据文件[&O]", "", kOpens | kTool, kNothing, OpenEpg},
-    {kPalateWithSpectrogram, Menu::Palate, "波形-语谱-腭位图[&E]", "", kTool, Need::PalateFile, nullptr},
-    {kPalateWithWaveform, Menu::Palate, "波形-腭位图[&P]", "", kTool, Need::PalateFile, nullptr},
-    {kPalateIndex, Menu::Palate, "腭位数据库内容索引[&Z]", "", kTool, kNothing, nullptr},
-    {kPalateIntroduction, Menu::Palate, "电子动态腭位数据库简介[&Q]", "", kTool, kNothing, nullptr},
+    {kPalateWithSpectrogram, Menu::Palate, "波形-语谱-腭位图[&E]", "", kTool, Need::PalateFile,
+     ShowPalateAndSpectrum},
+    {kPalateWithWaveform, Menu::Palate, "波形-腭位图[&P]", "", kTool, Need::PalateFile, ShowPalate},
+    {kPalateIndex, Menu::Palate, "腭位数据库内容索引[&Z]", "", kTool, kNothing, ShowPalateIndex},
+    {kPalateIntroduction, Menu::Palate, "电子动态腭位数据库简介[&Q]", "", kTool, kNothing,
+     ShowPalateIntroduction},
     {kPalateStatistics, Menu::Palate, "一段语音腭位数据统计[&I]", "", kTool, Need::PalateFile,
-     PalateStatistics},
-    {kShowPalateStatistics, Menu::Palate, "显示腭位统计数据[&F]", "", kTool, Need::PalateFile, nullptr},
+     CountSelectedFrames},
+    {kShowPalateStatistics, Menu::Palate, "显示腭位统计数据[&F]", "", kTool, Need::PalateFile,
+     OpenPalateStatistics},
     {kSaveIpa, Menu::Palate, "保存国际音标文件[&B]", "", Does::SaveFirstChannel, kSound, SaveIpa},
     {kAnnotate, Menu::Palate, "插入IPA 或其他注释字符 [&T]", "Ctrl+I", kTool, kSound, Annotate},
     {kRecordTwoChannels, Menu::TwoChannel, "双声道录音（自动起停）[&R]", "", kRecords, Need::Microphone,
@@ -357,7 +369,7 @@ constexpr CommandRow kRows[] = {
     {kShowCharacters, Menu::Marking, "显示插入字符[&X]", "", kPlain, kSound, ShowCharacters},
     {kForgetCharacters, Menu::Marking, "清除插入字符[&D]", "", kPlain, kSound, ForgetCharacters},
     {kEditMarkers, Menu::Marking, "进入标志处理[&B]", "", kPlain, kSound, EditMarkers},
-    {kArticulation, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", "", kPlain, kSound, nullptr},
+    {kArticulation, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", "", kPlain, kSound, ShowArticulation},
     {kSettings, Menu::Settings, "参数设置[&S]", "", Does::StopPlay, kSound, Settings},
     {kShowHint, Menu::Settings, "显示操作提示[&P]", "", kPlain, kSound, ShowHint},
     {kChangeAmplitudeScale, Menu::Settings, "改变幅度_能量坐标[&L]", "", kPlain, kSound,
@@ -397,6 +409,9 @@ constexpr CommandRow kRows[] = {
      ExportStereoWav},
     {kExportGlottalCsv, Menu::Exchange, "导出声门波数据(CSV)[&K]", "", kPlain, Need::GlottalWave,
      ExportGlottalCsv},
+    {kExportPalateCsv, Menu::Exchange, "导出腭位数据(CSV)[&E]", "", kPlain,
+     Need::Samples | Need::ContactFrames, ExportPalateCsv},
+    {kImportContactFrames, Menu::Exchange, "导入腭位帧[&J]", "", kPlain, Need::Samples, ImportContactFrames},
 };
 
 constexpr const char* kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",

@@ -349,10 +349,13 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
     edge(document_.selectionEnd, colours::kEnd, "止");
   if (pane == Pane::Waveform && palate != nullptr)
     AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
-  if (cursor) {
-    const int x = ColumnOf(pane, *cursor);
-    if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
-  }
+  const auto line = [&](std::optional<int> sample, Colour colour) {
+    const int x = sample ? ColumnOf(pane, *sample) : -1;
+    if (x >= left && x < width && !outside) picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
+  };
+  if (palate != nullptr && palateView != nullptr)
+    line(CurrentFrameSample(*palateView, *palate, document_), colours::kPalateFrame);
+  line(cursor, colours::kCursor);
   if (RepairsPitch(pane))
     picture.Add(PitchRepairPicture(
         document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); }, width,
@@ -460,6 +463,7 @@ std::string MainView::Hint() const {
     case Activity::GlottalWave: return kGlottalHint;
     case Activity::Annotation: return kAnnotationHint;
     case Activity::Characters: return kCharactersHint;
+    case Activity::Palate: return kPalateHint;
     default: break;
   }
   if (spectrogram_.shown)

@@ -113,6 +113,8 @@ class MainView {
   int analysisHeight = 330;
   /// The palate recording whose markers stand over the waveform; null for none.
   const PalateState* palate = nullptr;
+  /// What its window shows: the frame looked at is a line through all panes; null for none.
+  const PalateView* palateView = nullptr;
   /// The texts over the panes, which two tools insert with a click; null for none.
   AnnotationState* annotations = nullptr;
   InsertedCharacters* characters = nullptr;

@@ -6,6 +6,7 @@
 #include "base/Files.h"
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
+#include "document/WavFile.h"
 #include "dsp/SignalTables.h"
 #include "palatography/NspCommands.h"
 #include "shell/CommandTable.h"
@@ -36,6 +37,7 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
       recording(devices.input, ownWindow, document, states, recorder),
       input_(devices.input) {
   view.palate = &palate;
+  view.palateView = &palateView;
   view.annotations = &annotations;
   view.characters = &characters;
   InitSignalTables();
@@ -55,6 +57,7 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   playStretch = [this](Window&, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
   };
+  playSoundFile = [this](Window&, const std::string& path) { return PlayFile(path); };
   readTarget = [this](Window& asking, int firstFrame, int frameCount) {
     return ReadPitchTierTarget(asking, document.sampleRate, firstFrame, frameCount);
   };
@@ -65,6 +68,8 @@ MarkerDesk Workstation::MarkersToExchange() {
   return {document, markers, annotations, [this] { EnsureMarkersRead(document, markers); },
           [this] { ShowMarkers(window, document, markers, playStretch); }};
 }
+
+PalateDesk Workstation::PalatesToShow() { return {document, palate, palateView, exportFolder, playStretch}; }
 
 bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
@@ -134,6 +139,20 @@ bool Workstation::MoveCursor() {
   return player.playing();
 }
 
+bool Workstation::PlayFile(const std::string& path) {
+  const InputFile file(path);
+  const auto layout = file.isOpen() ? ReadWavLayout(file, WavHeaderRule::OneChunkSkipped) : std::nullopt;
+  const bool playable = layout && layout->blockAlign == 2 && layout->bitsPerSample == 16 &&
+                        layout->sampleRate >= kSmallestRate && layout->sampleRate <= kLargestRate;
+  const auto count = playable ? std::min<std::int64_t>(layout->dataBytes / 2, kMaxSamples) : 0;
+  if (count < 1) return false;
+  player.stopPlayback();  // it may be playing these very samples
+  fileSamples_.resize(static_cast<std::size_t>(count));
+  const int read = ReadMonoSamples(file, layout->dataOffset, static_cast<int>(count), fileSamples_.data());
+  player.startPlayback(0, read, PlayMode::Forward, fileSamples_.data(), static_cast<int>(layout->sampleRate));
+  return true;
+}
+
 std::string Workstation::ExportPath(const std::string& name) const {
   return exportFolder.empty() ? name : exportFolder + "/" + name;
 }
@@ -145,6 +164,7 @@ void Workstation::SelectionMoved() {
 
 void Workstation::DocumentChanged() {
   UpdateDerived();
+  FollowShownFrames(palateView, palate, document);
   TellStates();
 }
 
@@ -157,6 +177,7 @@ void Workstation::TellStates() {
   states.Tell(Need::TwoChannels, document.twoChannel);
   states.Tell(Need::GlottalWave, glottal.shown);
   states.Tell(Need::LongTermSpectrum, lta.frames > 0 && IsFinite(lta.levels));
+  states.Tell(Need::ContactFrames, TimingOf(palate, document).frames > 0);
 }
 
 void Workstation::Follow(const Edit& edit) {
@@ -176,7 +197,10 @@ void Workstation::UpdateDerived() {
     consonant.shown = false;
     glottal = {};
     synthesis = {};
-    if (palate.generation != document.soundGeneration) palate = {};
+    if (palate.generation != document.soundGeneration) palate.DropRecording();
+    articulation.estimate.reset();
+    palateView.statistics = {};
+    palateView.current = 0;
     DropOldMarkers(window, document, markers);
     if (annotations.generation != document.soundGeneration) annotations = {};
     if (characters.generation != document.soundGeneration) characters = {};

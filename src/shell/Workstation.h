@@ -1,12 +1,14 @@
 #pragma once
 #include <cstdint>
 #include <string>
+#include <vector>
 
 #include "annotation/Annotations.h"
 #include "annotation/EditFollowing.h"
 #include "annotation/InsertedCharacters.h"
 #include "annotation/MarkerSet.h"
 #include "annotation/MarkerWindow.h"
+#include "articulation/ArticulationWindow.h"
 #include "audio/Player.h"
 #include "audio/Recorder.h"
 #include "audio/RecorderSettings.h"
@@ -15,6 +17,7 @@
 #include "channels/ChannelsWindow.h"
 #include "document/SoundDocument.h"
 #include "interchange/ExchangeCommands.h"
+#include "palatography/PalateCommands.h"
 #include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
@@ -63,6 +66,8 @@ class Workstation {
   bool MoveCursor();
   /// What the exchange with other programs works on.
   MarkerDesk MarkersToExchange();
+  /// What the commands of the palates work on.
+  PalateDesk PalatesToShow();
   /// Where a file of a fixed name is written: in `exportFolder`.
   std::string ExportPath(const std::string& name) const;
 
@@ -77,6 +82,7 @@ class Workstation {
   LtaState lta;
   ConsonantState consonant;
   PalateState palate;
+  PalateView palateView;
   ChannelsState channels;
   /// Plays one channel; empty while there is no player.
   PlayChannel playChannel;
@@ -86,6 +92,9 @@ class Workstation {
   TargetReader readTarget;
   /// Plays a stretch between two markers.
   PlayStretch playStretch;
+  ArticulationState articulation;
+  /// Plays a file beside the document.
+  PlaySoundFile playSoundFile;
   VowelState vowels;
   MarkerState markers;
   AnnotationState annotations;
@@ -104,6 +113,9 @@ class Workstation {
   /// Tells the command states what no room tells them as it happens.
   void TellStates();
 
+  bool PlayFile(const std::string& path);
+
+  std::vector<std::int16_t> fileSamples_;  ///< of the file that is played
   SoundInput* input_;
   std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
 };

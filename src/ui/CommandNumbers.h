@@ -145,6 +145,8 @@ enum Number : int {
   kExportMarkersCsv = 41034,
   kExportStereoWav = 41035,
   kExportGlottalCsv = 41038,
+  kExportPalateCsv = 41039,
+  kImportContactFrames = 41041,
 };
 
 }  // namespace commands

@@ -34,6 +34,7 @@ enum class Need {
   NoStatistics,        ///< no tone statistics are open
   Statistics,          ///< tone statistics are open
   Picture,             ///< the analysis pane shows a picture
+  ContactFrames,       ///< contacts of the palate fit the sound as it is
   LongTermSpectrum,    ///< there is a long-term spectrum, with finite levels
   GlottalWave,         ///< the glottal wave of a stretch was estimated
   kCount

@@ -76,6 +76,8 @@ inline void WriteSounds(const TempFolder& folder) {
     WriteFile(folder / name, wav.Bytes());
     return wav;
   };
+  for (const char* sample : {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav"})
+    std::filesystem::copy_file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + sample, folder / sample);
   write("mono7.wav", 16000, Ramp(32000));
   write("mono8.wav", 11025, Ramp(500));
   write("high.wav", 44100, Ramp(1000));

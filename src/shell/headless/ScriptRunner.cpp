@@ -103,6 +103,8 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
   for (const auto& [known, handler] : kSteps) {
     if (name != known) continue;
     const std::string wrong = (this->*handler)(step);
+    while (window_.CurrentTool() != nullptr && window_.CurrentTool()->TickMilliseconds() > 0)
+      window_.CurrentTool()->Tick(window_);
     if (wrong.empty()) RunSound();
     return wrong;
   }

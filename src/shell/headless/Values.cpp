@@ -1,6 +1,7 @@
 #include "shell/headless/Values.h"
 
 #include <algorithm>
+#include <limits>
 
 #include "annotation/AnnotationCommands.h"
 #include "shell/Workstation.h"
@@ -265,6 +266,87 @@ void AnnotationsValue(const Workstation& w, JsonObject& event) {
       }));
 }
 
+constexpr const char* kContactNames[] = {"total", "front", "middle", "back", "ca", "cc", "cog", "asymmetry"};
+
+std::string IndicesJson(const ContactIndices& indices) {
+  JsonObject object;
+  for (std::size_t i = 0; i < kContactIndices; ++i) object.Number(kContactNames[i], indices[i]);
+  return object.Done();
+}
+
+void PalateValue(const Workstation& w, JsonObject& event) {
+  const ContactTiming timing = TimingOf(w.palate, w.document);
+  const std::span<const ContactFrame> frames = FramesOf(w.palate, w.document);
+  const ContactSpan shown = ShownFramesOf(timing, w.document);
+  const bool any = shown.Holds(w.palateView.current);
+  const double none = std::numeric_limits<double>::quiet_NaN();
+  event.Integer("frames", timing.frames)
+      .Number("rate", timing.rate)
+      .Number("first", any ? shown.first : none)
+      .Number("last", any ? shown.last : none)
+      .Number("current", any ? w.palateView.current : none);
+  ContactIndices indices;
+  indices.fill(none);
+  if (any) {
+    const ContactFrame& frame = frames[static_cast<std::size_t>(w.palateView.current)];
+    event.Raw("rows", JsonList(frame, IntegerText));
+    indices = MeasureContact(frame);
+  } else {
+    event.Raw("rows", "[]");
+  }
+  for (std::size_t i = 0; i < kContactIndices; ++i) event.Number(kContactNames[i], indices[i]);
+  std::vector<ContactIndices> all;
+  all.reserve(frames.size());
+  for (const ContactFrame& frame : frames) all.push_back(MeasureContact(frame));
+  JsonObject curves;
+  for (const ContactIndex index : {kTotalContact, kAnteriority, kCentrality, kGravityCentre})
+    curves.Raw(kContactNames[index],
+               JsonList(all, [&](const ContactIndices& one) { return ShortestNumber(one[index]); }));
+  event.Raw("curves", curves.Done());
+}
+
+void PalateStatisticsValue(const PalateStatistics& statistics, JsonObject& event) {
+  ContactStatistics shown;
+  const bool any = !statistics.records.empty();
+  if (any) {
+    shown = statistics.Shown();
+  } else {
+    shown.mean.fill(std::numeric_limits<double>::quiet_NaN());
+    shown.deviation = shown.mean;
+    shown.variability = shown.mean[0];
+  }
+  event.Integer("records", statistics.ShownRecords())
+      .Integer("frames", statistics.ShownFrames())
+      .Raw("percent", any ? NumbersJson(shown.percent) : "[]")
+      .Raw("mean", IndicesJson(shown.mean))
+      .Raw("sd", IndicesJson(shown.deviation))
+      .Number("variability", shown.variability);
+}
+
+std::string LipsJson(const LipShape& lips) {
+  return NumbersJson(std::array<double, 3>{lips.opening, lips.width, lips.protrusion});
+}
+
+void ArticulationValue(const ArticulationState& state, JsonObject& event) {
+  const MandarinSound& sound = state.Sound();
+  const Articulation now = ArticulationAt(sound, state.step);
+  event.Text("key", sound.key)
+      .Integer("step", state.step)
+      .Integer("steps", LastStepOf(sound))
+      .Raw("tongue", NumbersJson(now.tongue))
+      .Raw("lips", LipsJson(now.lips))
+      .Integer("velum", now.velumDown)
+      .Text("text", sound.description.Get());
+  if (!state.estimate) return;
+  const TractEstimate& estimate = *state.estimate;
+  event.Raw("formants", NumbersJson(estimate.formants))
+      .Number("length", estimate.length)
+      .Raw("estimated", NumbersJson(estimate.tongue))
+      .Raw("estimatedLips", LipsJson(estimate.lips))
+      .Text("nearest", estimate.nearest)
+      .Raw("areas", estimate.areas ? NumbersJson(*estimate.areas) : "null");
+}
+
 }  // namespace
 
 std::string PrintedValue(const Workstation& workstation, const Words& words, JsonObject& event) {
@@ -275,6 +357,10 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
   if (what == "pitch") return PitchValue(workstation, words, event);
   if (what == "glottal" && (words.size() == 1 || (words.size() == 2 && words[1] == "wave"))) {
     GlottalValue(workstation.glottal.wave, words.size() == 2, event);
+    return {};
+  }
+  if (what == "palate" && words.size() == 2 && words[1] == "statistics") {
+    PalateStatisticsValue(workstation.palateView.statistics, event);
     return {};
   }
   if (words.size() > 1) return "print " + what + " takes nothing more";
@@ -298,6 +384,10 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     ResynthesisValue(workstation.synthesis, event);
   } else if (what == "nasalance") {
     NasalanceValue(workstation, event);
+  } else if (what == "articulation") {
+    ArticulationValue(workstation.articulation, event);
+  } else if (what == "palate") {
+    PalateValue(workstation, event);
   } else if (what == "annotations") {
     AnnotationsValue(workstation, event);
   } else if (what == "vowels") {

@@ -124,6 +124,8 @@ ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int
   }
   connect(scrollBar_, &QScrollBar::valueChanged, this,
           [this](int value) { Act([&](ToolWindow& shown) { shown.ScrollTo(window_, value); }); });
+  tick_.setSingleShot(true);
+  connect(&tick_, &QTimer::timeout, this, [this] { Act([&](ToolWindow& shown) { shown.Tick(window_); }); });
   Renew();
   canvas_->setFocus();
   // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small
@@ -154,6 +156,12 @@ void ToolWidget::Renew() {
     buttons_[i]->setToolTip(QString::fromStdString(controls[i].help));
   }
   RenewScrollBar();
+  const int tick = tool_->TickMilliseconds();
+  if (tick <= 0) {
+    tick_.stop();
+  } else if (!tick_.isActive()) {
+    tick_.start(tick);
+  }
   canvas_->setAccessibleName(windowTitle());
   canvas_->update();
 }

@@ -1,5 +1,6 @@
 #pragma once
 #include <QDialog>
+#include <QTimer>
 #include <string>
 #include <vector>
 
@@ -70,6 +71,7 @@ class ToolWidget : public QDialog {
   std::vector<ToolControl> controls_;
   std::vector<QPushButton*> buttons_;
   WheelSteps wheel_;
+  QTimer tick_;  ///< of a tool that moves by itself
 };
 
 }  // namespace parlowen
