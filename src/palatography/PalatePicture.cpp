@@ -215,13 +215,15 @@ int PalateLayout::SampleAt(int x) const {
 
 int PalateLayout::FrameAt(Point at) const {
   if (frames.Count() < 1) return -1;
-  if (at.y < kClicksAbove) return std::clamp(timing.FrameAt(SampleAt(at.x)), frames.first, frames.last);
+  if (MeansTime(at)) return std::clamp(timing.FrameAt(SampleAt(at.x)), frames.first, frames.last);
   const int place = (at.x - kMargin) / kPalatogramPitch, step = PalatogramStep();
   const bool onCells = at.x >= kMargin && (at.x - kMargin) % kPalatogramPitch < 8 * kSmallCell &&
                        at.y >= kPalatogramTop && at.y < kPalatogramTop + 8 * kSmallCell;
   if (!onCells || step < 1 || place > (frames.last - frames.first) / step) return -1;
   return frames.first + place * step;
 }
+
+bool PalateLayout::MeansTime(Point at) { return at.y < kClicksAbove; }
 
 int PalateLayout::PalatogramStep() const {
   const int places = (width - kLargeRoom) / kPalatogramPitch;

@@ -22,6 +22,8 @@ class PalateLayout {
   /// The frame that a click takes: above row 390 the one at that time, below it the one whose palatogram lies
   /// there; −1 for none.
   int FrameAt(Point at) const;
+  /// Whether a point stands above the palatograms, where columns are times.
+  static bool MeansTime(Point at);
   /// Of every how many frames a palatogram is drawn: they fill the room left of the large one.
   int PalatogramStep() const;
 

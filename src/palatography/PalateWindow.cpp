@@ -84,8 +84,7 @@ std::string PalateWindow::Hover(Point at) const {
   const PalateLayout layout(desk_.document, TimingOf(desk_.palate, desk_.document), width_);
   const int frame = layout.FrameAt(at);
   if (frame < 0) return {};
-  const bool atTime = at.y < 390;
-  const double sample = atTime ? layout.SampleAt(at.x) : layout.timing.Start(frame);
+  const double sample = PalateLayout::MeansTime(at) ? layout.SampleAt(at.x) : layout.timing.Start(frame);
   std::string line = Format(kTime.Get(), sample / layout.timing.sampleRate, frame);
   for (const std::string& index :
        IndexLines(MeasureContact(FramesOf(desk_.palate, desk_.document)[static_cast<std::size_t>(frame)])))
