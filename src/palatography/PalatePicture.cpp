@@ -37,9 +37,10 @@ constexpr int kAxisRow = 372;
 constexpr int kPalatogramTop = 400, kSmallCell = 5, kPalatogramPitch = 48, kLargeRoom = 200;
 constexpr int kLargeLeft = 160, kLargeCell = 18;  // columns from the right edge; pixels
 constexpr int kClicksAbove = 390;                 // rows: there a click means a time
-constexpr int kIndicesLeft = 350, kIndicesTop = 486, kIndicesColumn = 90, kLineHeight = 20;
+constexpr int kIndicesLeft = 350, kIndicesTop = 494, kIndicesColumn = 90, kLineHeight = 20;
 
 constexpr int kStatisticsLeft = 60, kStatisticsTop = 60, kStatisticsCell = 36, kTableLeft = 400;
+constexpr double kDarkShare = 54;  // %: from there on black is no longer legible
 constexpr int kTableTop = 72, kTableLine = 24, kTableColumn = 80;
 
 constexpr double kHighestGravity = 7.5;
@@ -310,11 +311,12 @@ Picture PalateStatisticsPicture(const PalateStatistics& statistics, int width, i
     for (int column = 0; column < kPalateColumns; ++column) {
       if (!HasElectrode(row, column)) continue;
       const double value = valueAt(row, column);
-      const bool dark = std::abs(value) >= 50;
+      // Black or white, whichever stands out more.
+      const bool dark = other ? value < -kDarkShare : value > kDarkShare;
       picture.Add(TextMark{kStatisticsLeft + column * kStatisticsCell + kStatisticsCell / 2,
                            kStatisticsTop + row * kStatisticsCell + kStatisticsCell / 2 + 4,
-                           Format("%.0f", value), dark ? colours::kWhite : colours::kText, 11, Anchor::Middle,
-                           Face::Figures});
+                           Format("%.0f", value), dark ? colours::kWhite : colours::kBlack, 11,
+                           Anchor::Middle, Face::Figures});
     }
   picture.Add(TextMark{middle, kStatisticsTop - 6, kFront, colours::kText, 12, Anchor::Middle});
   picture.Add(TextMark{middle, kStatisticsTop + side + 16, kBack, colours::kText, 12, Anchor::Middle});

@@ -87,7 +87,7 @@ TEST(TractEstimate, TakesMediansOfWhatTheFramesHave) {
 
 TEST(TractEstimate, AUniformTubeIsUniformAndItsEndsAreNotTurnedRound) {
   const TubeAreas uniform = *AreasOf({500, 1500, 2500, 3500});
-  for (const double area : uniform) EXPECT_NEAR(std::log2(area), 0, 1);
+  for (std::size_t i = 1; i < 7; ++i) EXPECT_NEAR(uniform[i], 1, 0.15) << "only the ends feel the losses";
   // A tube narrow at the glottis and four times as wide at the lips, 8.75 cm each: F = c/(2πl)·acos(±√(A1/(A1+A2))).
   const TubeAreas horn = *AreasOf({705, 1295, 2705, 3295});
   EXPECT_GT(horn[6], 2 * horn[1]);
