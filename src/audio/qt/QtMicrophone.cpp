@@ -86,7 +86,7 @@ void QtMicrophone::Watch() {
 
 void QtMicrophone::Lose() {
   Close();
-  if (onLost) onLost();
+  if (onLost) onLost(InputLoss::Gone);
 }
 
 }  // namespace parlowen
