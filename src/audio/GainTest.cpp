@@ -14,6 +14,10 @@ constexpr int kSeconds = 4;
 
 bool GainTest::Add(int level) {
   if (count_ < kMostLevels) levels_[static_cast<std::size_t>(count_++)] = level;
+  return Complete();
+}
+
+bool GainTest::Complete() const {
   return count_ == kMostLevels || count_ * kBlockSamples / static_cast<double>(sampleRate_) >= kSeconds;
 }
 

@@ -11,6 +11,8 @@ class GainTest {
   /// Adds a block's level. True when four seconds are complete.
   bool Add(int level);
 
+  bool Complete() const;
+
   /// Truncated mean of the levels 1 .. sampleRate·4/2200 − 1: block 0 holds the click of the start and is
   /// left out, and so is what comes after the last whole block. Levels that were never added count as 0.
   int MeanLevel() const;

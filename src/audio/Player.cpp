@@ -4,18 +4,19 @@
 #include <new>
 
 #include "base/Utf8.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kNoDevice = "没有可用的放音设备";
-constexpr const char* kNoMemory = "内存不足，不能实现反向播放！";
+constexpr UiText kNoDevice = "没有可用的放音设备";
+constexpr UiText kNoMemory = "内存不足，不能实现反向播放！";
 constexpr const char* kPrepareFailed = " Error in waveOut PrepareHeader!";
 constexpr const char* kWriteFailed = " Error in waveoutwrite Buffer";
 constexpr const char* kResetFailed = " Error Reseting wave output device";
 constexpr const char* kCloseFailed = " Error closing wave output device";
-constexpr const char* kPlaying = "T 键停止放音";
-constexpr const char* kEnded = "放音结束";
+constexpr UiText kPlaying = "T 键停止放音";
+constexpr UiText kEnded = "放音结束";
 constexpr int kLongestError = 99;  // characters of a device's own text that are shown
 
 std::string FirstCharacters(const std::string& text, int count) {
@@ -28,20 +29,24 @@ std::string FirstCharacters(const std::string& text, int count) {
 
 Player::Player(SoundOutput* output, Window& window, SoundDocument& document, CommandStates& states)
     : output_(output), window_(window), document_(document), states_(states) {
-  if (output_ != nullptr) output_->onDone = [this] { stopPlayback(); };
+  if (output_ == nullptr) return;
+  output_->onDone = [this] { stopPlayback(); };
+  output_->onFailed = [this](const std::string& text) { Fail(text); };
 }
 
 Player::~Player() {
   if (output_ == nullptr) return;
   output_->onDone = nullptr;
+  output_->onFailed = nullptr;
   if (!closed_) output_->Close();
 }
 
 int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate) {
   stopPlayback();
   if (start < 0 || end <= start || base == nullptr) return -1;
-  const std::string refusal =
-      output_ != nullptr ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate) : kNoDevice;
+  const std::string refusal = output_ != nullptr
+                                  ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate)
+                                  : std::string(kNoDevice);
   if (!refusal.empty()) {
     window_.Notify(FirstCharacters(refusal, kLongestError));
     return -1;
@@ -103,6 +108,12 @@ void Player::stopPlayback() {
   window_.Repaint();
   if (!silenced) window_.Notify(kResetFailed);
   if (!released) window_.Notify(kCloseFailed);
+}
+
+void Player::Fail(const std::string& text) {
+  if (closed_) return;
+  stopPlayback();
+  window_.Notify(FirstCharacters(text, kLongestError));
 }
 
 std::optional<int> Player::CursorSample() const {

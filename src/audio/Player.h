@@ -45,6 +45,7 @@ class Player {
  private:
   bool Begin(std::span<const std::int16_t> stretch);
   bool MakeReversed(const std::int16_t* base);
+  void Fail(const std::string& text);
   void Changed();
 
   SoundOutput* output_;

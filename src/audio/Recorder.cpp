@@ -6,6 +6,7 @@
 #include "audio/SettingsCommand.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
@@ -18,13 +19,21 @@ constexpr const char* kQueueFailed = " Error in waveIn Add Buffer";
 constexpr const char* kStartFailed = " Error in Start_Recording";
 
 constexpr const char* kLength = "L=%.2lf Sec";
-constexpr const char* kRecordingEnded = "录音结束";
+constexpr UiText kRecordingEnded = "录音结束";
 
 constexpr const char* kTesting = "Please keep silence, Testing ......";
 constexpr const char* kTested = "Testing finished,      OK!";
-constexpr const char* kTooQuiet = "录音增益太低，必须手工调高！";
-constexpr const char* kTooLoud = "录音增益太高，必须手工调低！";
+constexpr UiText kTooQuiet = "录音增益太低，必须手工调高！";
+constexpr UiText kTooLoud = "录音增益太高，必须手工调低！";
 constexpr const char* kTestResult = "Gain, Thr=%.2f, %d";
+constexpr UiText kTestStopped = "增益测试已停止，增益和阈值不变";
+
+constexpr UiText kLostInMiddle =
+    "录音设备已断开或没有响应，录音到此结束。\n已录下的 %.2f 秒声音都在，请保存。";
+constexpr UiText kLostBeforeVoice = "录音设备已断开或没有响应，录音没有开始。\n原来的声音没有改变。";
+constexpr UiText kLostInTest = "录音设备已断开或没有响应，增益测试没有做完，增益和阈值不变。";
+constexpr UiText kLostUntil = "\n设备恢复后即可再录，不必重新启动程序。";
+
 constexpr int kGainTestEnded = 200;
 constexpr int kQuietestRoom = 2, kLoudestRoom = 400;  // mean block level
 constexpr double kUsualRoom = 60.0;
@@ -42,7 +51,7 @@ Recorder::Recorder(SoundInput* input, Window& window, SoundDocument& document, C
     : input_(input), window_(window), document_(document), states_(states), settings_(settings) {
   if (input_ == nullptr) return;
   input_->onFilled = [this](std::span<std::int16_t> block) { onBlockFilled(block); };
-  input_->onLost = [this] { DeviceLost(); };
+  input_->onLost = [this](InputLoss loss) { DeviceLost(loss); };
 }
 
 Recorder::~Recorder() {
@@ -111,7 +120,7 @@ void Recorder::stopRecording() {
 
 int Recorder::onBlockFilled(std::span<std::int16_t> block) {
   if (state_ == State::Stopped) return 0;
-  if (state_ == State::StopRequested) return Finish();
+  if (state_ == State::StopRequested) return Finish(Ending::Wanted);
   const int frames = static_cast<int>(block.size()) / channels_;
   if (recorded_ + frames > kMaxSamples) {
     stopRecording();
@@ -125,7 +134,7 @@ int Recorder::onBlockFilled(std::span<std::int16_t> block) {
     Keep(block);
   }
   if (!input_->Queue(block)) {
-    const int result = Finish();
+    const int result = Finish(Ending::Broken);
     window_.Notify(kQueueFailed);
     return result;
   }
@@ -198,7 +207,7 @@ void Recorder::ShowRecorded() {
 
 void Recorder::DropTrailingSilence() { recorded_ = std::max(0, recorded_ - TrailingSilence(sampleRate_)); }
 
-int Recorder::Finish() {
+int Recorder::Finish(Ending ending) {
   input_->Close();
   state_ = State::Stopped;
   states_.onRecording(false);
@@ -206,7 +215,9 @@ int Recorder::Finish() {
   if (gainTest_) {
     FinishGainTest();
   } else {
-    FinishRecording();
+    // A device that fails before there is a voice leaves the old sound.
+    if (started_ || ending == Ending::Wanted) FinishRecording();
+    window_.ShowStatus(kRecordingEnded);
     result = recorded_;
   }
   Changed();
@@ -219,13 +230,16 @@ void Recorder::FinishRecording() {
   document_.filePath.clear();
   TakeDocumentOver();
   window_.SetCaption(kProgramCaption);
-  window_.ShowStatus(kRecordingEnded);
 }
 
+/// A test that was cut short says nothing about the room.
 void Recorder::FinishGainTest() {
-  const int level = gainTest_->MeanLevel();
+  const GainTest test = *gainTest_;
   gainTest_.reset();
+  Changed();
+  if (!test.Complete()) return window_.ShowStatus(kTestStopped);
   window_.ShowStatus(kTested);
+  const int level = test.MeanLevel();
   if (level < kQuietestRoom) return window_.Notify(kTooQuiet);
   if (level > kLoudestRoom) return window_.Notify(kTooLoud);
   settings_.AdaptToRoom(std::sqrt(level / kUsualRoom));
@@ -235,11 +249,18 @@ void Recorder::FinishGainTest() {
 }
 
 /// Nothing more will come: what was recorded is kept.
-void Recorder::DeviceLost() {
+void Recorder::DeviceLost(InputLoss loss) {
   if (!running()) return;
   const bool wanted = state_ == State::StopRequested;
-  Finish();
-  if (!wanted) window_.Notify(kQueueFailed);
+  const bool test = listensOnly();
+  Finish(wanted ? Ending::Wanted : Ending::Broken);
+  if (wanted) return;
+  if (loss == InputLoss::NotOpened) return window_.ShowMessage(kOpenFailed, kErrorCaption, Icon::None);
+  const std::string kept = Format(kLostInMiddle.Get(), static_cast<double>(recorded_) / sampleRate_);
+  window_.Notify((test       ? kLostInTest.Get()
+                  : started_ ? kept
+                             : kLostBeforeVoice.Get()) +
+                 std::string(kLostUntil));
 }
 
 void Recorder::Changed() {

@@ -22,7 +22,8 @@ enum class RecordingStop { AfterSilence, ByHand };
 /// Stopped → (start) running, waiting for voice → (two voiced blocks one after the other) keeping → (silence,
 /// a stop by hand, full document) stop requested → (the next block, which is dropped) stopped. The block
 /// before the two voiced ones is kept as a lead-in. The document is left alone until sound is kept. While the
-/// recorder runs, every command but 274 is greyed.
+/// recorder runs, every command but 274 is greyed. A device that fails ends it with a message: what was kept is
+/// the document's sound, and before that, and after a gain test, all is as it was.
 class Recorder {
  public:
   /// `input` may be null: a machine without a microphone.
@@ -36,7 +37,8 @@ class Recorder {
   /// 0, or −1 after a failure, which is shown.
   int startRecording(RecordingStop stop, int channels = 1);
 
-  /// Begins four seconds of listening, after which gain and threshold are set and kept in `file`.
+  /// Begins four seconds of listening, after which gain and threshold are set and kept in `file`. A test that is
+  /// stopped before sets nothing.
   int runGainTest(const std::string& file);
 
   /// The device filled a block. The number of recorded samples when that ended a recording, 200 when it ended
@@ -58,6 +60,7 @@ class Recorder {
 
  private:
   enum class State { Stopped, Running, StopRequested };
+  enum class Ending { Wanted, Broken };
   struct PendingBlock {
     std::array<std::int16_t, kBlockSamples> samples;
     std::size_t size = 0;
@@ -72,10 +75,10 @@ class Recorder {
   void TakeDocumentOver();
   void ShowRecorded();
   void DropTrailingSilence();
-  int Finish();
+  int Finish(Ending ending);
   void FinishRecording();
   void FinishGainTest();
-  void DeviceLost();
+  void DeviceLost(InputLoss loss);
   void Changed();
 
   SoundInput* input_;

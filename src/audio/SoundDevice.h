@@ -7,7 +7,8 @@
 namespace parlowen {
 
 // What the player and the recorder need of a sound card. Notices come as events on the one thread, never from
-// inside a call made here; after Close none comes. Every call returns at once.
+// inside a call made here; after Close none comes. Every call returns at once, also when the device does not
+// answer: what only shows later comes as a notice.
 
 /// A loudspeaker that plays one buffer of 16-bit mono samples at a time.
 class SoundOutput {
@@ -26,7 +27,14 @@ class SoundOutput {
   virtual bool Reset() = 0;
   virtual bool Close() = 0;
 
-  std::function<void()> onDone;  ///< all is played, or the device is gone
+  std::function<void()> onDone;                      ///< all is played
+  std::function<void(const std::string&)> onFailed;  ///< the play ended early: what is said about it
+};
+
+/// How a microphone was lost.
+enum class InputLoss {
+  NotOpened,  ///< it could not be opened after all
+  Gone,       ///< it has ended or does not answer
 };
 
 /// A microphone that fills the blocks it is given, in their order.
@@ -44,8 +52,8 @@ class SoundInput {
   virtual bool Start() = 0;
   virtual void Close() = 0;
 
-  std::function<void(std::span<std::int16_t>)> onFilled;  ///< a block is full and back in its owner's hands
-  std::function<void()> onLost;                           ///< the device is gone: nothing more will come
+  std::function<void(std::span<std::int16_t>)> onFilled;  ///< a block is back in its owner's hands
+  std::function<void(InputLoss)> onLost;                  ///< nothing more will come
 };
 
 /// The devices of a workstation. They outlive it; a null one is a machine without.

@@ -16,6 +16,7 @@
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
+#include "ui/Text.h"
 #include "voice/GlottalCommands.h"
 #include "vowel/ChartPicture.h"
 #include "vowel/VowelCommands.h"
@@ -23,6 +24,9 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kWaitingHint = "正在录音：听到语音后开始保存；T 键：停止录音";
+constexpr UiText kRecordingHint = "正在录音：声音正在保存；T 键：停止录音";
+constexpr UiText kGainTestHint = "正在测试录音增益：请保持安静，约 4 秒；T 键：停止测试，设置不变";
 constexpr double kSemitonesPerOctave = 12.0, kLowestTone = 64.0;
 
 /// Level in dB of the 10 ms around a sample's place on the level curve.
@@ -104,7 +108,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     window_.Repaint();
     return;
   }
-  if (document_.activity == Activity::Start || recording || pane == Pane::Chart) return;
+  if (document_.activity == Activity::Start || listening != Listening::No || pane == Pane::Chart) return;
   if (button == MouseButton::Left && document_.activity == Activity::Annotation && pane == Pane::Analysis &&
       annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
@@ -148,7 +152,7 @@ void MainView::MarkStretch(Pane pane, int x0, int x1) {
 }
 
 void MainView::Select(int start, int end) {
-  if (document_.activity == Activity::Start || recording) return;
+  if (document_.activity == Activity::Start || listening != Listening::No) return;
   MarkStart(document_, states_, start);
   MarkEnd(document_, states_, end);
   window_.Repaint();
@@ -450,7 +454,12 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
 }
 
 std::string MainView::Hint() const {
-  if (recording) return "正在录音：听到语音后开始保存；T 键：停止录音";
+  switch (listening) {
+    case Listening::ForVoice: return kWaitingHint;
+    case Listening::ToRecord: return kRecordingHint;
+    case Listening::ToTestGain: return kGainTestHint;
+    case Listening::No: break;
+  }
   switch (document_.activity) {
     case Activity::Start: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";

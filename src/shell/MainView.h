@@ -29,6 +29,9 @@ struct TickLabel {
   std::string text;
 };
 
+/// What an open microphone is heard for.
+enum class Listening { No, ForVoice, ToRecord, ToTestGain };
+
 /// The model of the four panes: what a column of pixels stands for, what is drawn, what clicks, keys and the
 /// wheel do. Sizes are logical pixels; the first 20 columns of a pane are its margin.
 class MainView {
@@ -102,8 +105,8 @@ class MainView {
 
   /// The position of a running play; none: no cursor.
   std::optional<int> cursor;
-  /// While a recording runs nothing is marked or edited.
-  bool recording = false;
+  /// While the microphone is heard nothing is marked or edited.
+  Listening listening = Listening::No;
   /// Pastes the clip at the insert point: what a click with SHIFT asks for.
   std::function<void()> paste;
   /// The region chosen with 40010.

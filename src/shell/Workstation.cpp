@@ -43,7 +43,10 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   InitSignalTables();
   player.changed = [this] { MoveCursor(); };
   recording.changed = [this] {
-    view.recording = recording.running();
+    view.listening = !recording.running()      ? Listening::No
+                     : recording.listensOnly() ? Listening::ToTestGain
+                     : recording.keeping()     ? Listening::ToRecord
+                                               : Listening::ForVoice;
     DocumentChanged();
   };
   view.paste = [this] {

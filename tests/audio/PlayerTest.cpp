@@ -93,11 +93,18 @@ TEST(Player, EveryFailureHasItsText) {
     stage.Play(0, 100);
     stage.window.Log();
     stage.speaker.failAt = c.failAt;
-    stage.speaker.onDone();  // a device that is gone says that it is done, and answers no more
+    stage.speaker.onDone();
     EXPECT_EQ(stage.window.Log(),
               (Texts{"status|放音结束", std::string("none|Parlowen(Tessiran)|") + c.text}));
     EXPECT_FALSE(stage.player.playing());
   }
+  Stage stage;
+  stage.Play(0, 100);
+  stage.window.Log();
+  stage.speaker.onFailed("gone");
+  stage.speaker.onFailed("gone");
+  EXPECT_EQ(stage.window.Log(), (Texts{"status|放音结束", "none|Parlowen(Tessiran)|gone"}));
+  EXPECT_EQ(stage.speaker.calls.back(), "close");
 }
 
 }  // namespace

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "audio/FakeDevices.h"
 #include "support/FakeWindow.h"
 #include "support/TempFolder.h"
@@ -148,21 +150,54 @@ TEST(Recorder, EveryFailureHasItsTextAndLeavesTheDocument) {
 }
 
 TEST(Recorder, ADeviceThatVanishesLosesNothing) {
-  for (const bool atQueue : {false, true}) {
+  const auto gone = [](Booth& booth) { booth.microphone.onLost(InputLoss::Gone); };
+  const auto refused = [](Booth& booth) { booth.microphone.onLost(InputLoss::NotOpened); };
+  const auto full = [](Booth& booth) {
+    booth.microphone.failAt = "queue";
+    booth.Feed(1, kLoud);
+  };
+  const struct {
+    std::function<void(Booth&)> happens;
+    int before, kept;  // blocks; 0: the old sound of one sample
+    const char* shown;
+  } cases[] = {
+      {gone, 4, 4,
+       "none|Parlowen(Tessiran)|录音设备已断开或没有响应，录音到此结束。\n已录下的 0.55 秒声音都在"},
+      {gone, 2, 0, "none|Parlowen(Tessiran)|录音设备已断开或没有响应，录音没有开始。\n原来的声音没有改变"},
+      {full, 4, 5, "none|Parlowen(Tessiran)| Error in waveIn Add Buffer"},
+      {full, 0, 0, "none|Parlowen(Tessiran)| Error in waveIn Add Buffer"},
+      {refused, 0, 0, "none|Error| Error Opening Wave_In_Device!"}};
+  for (const auto& c : cases) {
     Booth booth;
     booth.recorder.startRecording(RecordingStop::ByHand);
-    booth.Feed(4, kLoud);
+    booth.Feed(c.before, kLoud);
     booth.window.Log();
-    if (atQueue) {
-      booth.microphone.failAt = "queue";
-      booth.Feed(1, kLoud);
-    } else {
-      booth.microphone.onLost();
-    }
-    EXPECT_FALSE(booth.recorder.running());
-    EXPECT_EQ(booth.document.sampleCount, (atQueue ? 5 : 4) * kBlockSamples);
-    EXPECT_EQ(booth.window.Log().back(), "none|Parlowen(Tessiran)| Error in waveIn Add Buffer");
+    c.happens(booth);
+    EXPECT_FALSE(booth.recorder.running() || booth.microphone.open);
+    EXPECT_EQ(booth.document.sampleCount, c.kept > 0 ? c.kept * kBlockSamples : 1);
+    EXPECT_EQ(booth.document.samples[0], c.kept > 0 ? kLoud : 77);
+    EXPECT_EQ(booth.document.filePath, c.kept > 0 ? "" : "/old/sound1.wav");
+    EXPECT_EQ(booth.window.Log().back().rfind(c.shown, 0), 0u) << c.shown;
     EXPECT_TRUE(booth.states.Holds(Need::Sound)) << "it can be saved";
+  }
+}
+
+TEST(GainTestRun, ATestThatIsCutShortSetsNothing) {
+  for (const bool lost : {false, true}) {
+    Booth booth(11025);
+    booth.recorder.runGainTest(booth.folder / "Thrsh.dat");
+    booth.Feed(12, 200);
+    if (lost) {
+      booth.microphone.onLost(InputLoss::Gone);
+    } else {
+      booth.Stop();
+    }
+    const Texts shown = booth.window.Log();
+    EXPECT_EQ(shown[1], "status|增益测试已停止，增益和阈值不变");
+    EXPECT_EQ(shown.size(), lost ? 3u : 2u) << "what failed is said in a box";
+    EXPECT_EQ(booth.settings.voiceThreshold, 120);
+    EXPECT_EQ(ReadFile(booth.folder / "Thrsh.dat"), "");
+    EXPECT_FALSE(booth.recorder.running() || booth.recorder.listensOnly());
   }
 }
 

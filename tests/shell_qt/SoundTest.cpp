@@ -30,6 +30,11 @@ class SoundTest : public WindowTest {
 
 TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
   Open(WriteRamp("a.wav", 16000, 20000));
+  ASSERT_TRUE(window->Dispatch(40104));
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(window->HintShown().contains("保持安静"));
+  QTest::keyClick(window.get(), Qt::Key_T);
+  microphone.Fill(Square(1));
   ASSERT_TRUE(window->Dispatch(272));
   QCoreApplication::processEvents();
   for (const CommandRow& row : CommandTable())
@@ -38,7 +43,7 @@ TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
   EXPECT_LT(Document().selectionStart, 0);
   window->OpenFile(WriteRamp("b.wav", 16000, 100));
   EXPECT_EQ(Document().sampleCount, 20000);
-  EXPECT_TRUE(window->HintShown().contains("录音"));
+  EXPECT_TRUE(window->HintShown().contains("听到语音后"));
   QTest::keyClick(window.get(), Qt::Key_T);
   microphone.Fill(Square(1));
   QCoreApplication::processEvents();

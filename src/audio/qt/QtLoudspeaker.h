@@ -1,59 +1,35 @@
 #pragma once
-#include <QAudioSink>
-#include <QElapsedTimer>
-#include <QIODevice>
-#include <QMediaDevices>
-#include <QTimer>
-#include <memory>
+#include <QObject>
 
 #include "audio/SoundDevice.h"
+#include "audio/qt/SoundProcess.h"
 
 namespace parlowen {
 
-/// The samples of a play as the sound library reads them, and behind them as much silence as its buffers
-/// hold, so that the last sample has sounded when it has read everything.
-class SampleReader : public QIODevice {
- public:
-  void Read(std::span<const std::int16_t> samples, qint64 silenceBytes);
-  bool atEnd() const override { return at_ >= size_ + silence_; }
-  bool isSequential() const override { return true; }
-  qint64 bytesAvailable() const override { return size_ + silence_ - at_ + QIODevice::bytesAvailable(); }
-
- protected:
-  qint64 readData(char* target, qint64 most) override;
-  qint64 writeData(const char*, qint64) override { return -1; }
-
- private:
-  const char* bytes_ = nullptr;
-  qint64 size_ = 0, silence_ = 0, at_ = 0;
-};
-
-/// The system's default loudspeaker. A timer on the window's thread looks after the play. A sound server may
-/// move it to another device; one that is gone, or plays nothing for three seconds, has ended it.
+/// The system's default loudspeaker. A sound server may move a play to another device; a device that is gone,
+/// or plays nothing for three seconds, has failed.
 class QtLoudspeaker : public QObject, public SoundOutput {
   Q_OBJECT
  public:
-  QtLoudspeaker();
+  /// `process` outlives it.
+  explicit QtLoudspeaker(SoundProcess& process);
   ~QtLoudspeaker() override;
 
   std::string Open(int sampleRate) override;
   bool Prepare(std::span<const std::int16_t> samples) override;
   bool Write() override;
-  int Position() const override;
+  int Position() const override { return position_; }
   bool Reset() override;
   bool Close() override;
 
  private:
-  void Watch();
+  void Take(const SoundMessage& reply);
 
-  QMediaDevices devices_;  ///< keeps the list of devices alive between two plays
-  std::unique_ptr<QAudioSink> sink_;
-  SampleReader reader_;
-  QTimer watch_;
-  QElapsedTimer sinceStart_, sinceProgress_;
-  int sampleRate_ = 0, count_ = 0;
-  int lastPosition_ = 0;
-  bool lost_ = false;
+  SoundProcess& process_;
+  int sampleRate_ = 0;
+  std::span<const std::int16_t> samples_;
+  int number_ = 0;  ///< of the play; 0: none
+  int position_ = 0;
 };
 
 }  // namespace parlowen

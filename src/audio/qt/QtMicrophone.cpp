@@ -1,73 +1,60 @@
 #include "audio/qt/QtMicrophone.h"
 
-#include <QAudioDevice>
+#include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace parlowen {
-namespace {
 
-constexpr int kBufferMilliseconds = 4000;
-constexpr int kWatchMilliseconds = 100;
-constexpr int kPatienceMilliseconds = 3000;
-
-}  // namespace
-
-QtMicrophone::QtMicrophone() {
-  watch_.setInterval(kWatchMilliseconds);
-  connect(&watch_, &QTimer::timeout, this, &QtMicrophone::Watch);
-  connect(&devices_, &QMediaDevices::audioInputsChanged, this, &QtMicrophone::PresenceChanged);
+QtMicrophone::QtMicrophone(SoundProcess& process) : process_(process) {
+  connect(&process_, &SoundProcess::Replied, this, &QtMicrophone::Take);
+  connect(&process_, &SoundProcess::DevicesChanged, this, &QtMicrophone::PresenceChanged);
 }
 
 QtMicrophone::~QtMicrophone() { Close(); }
 
-bool QtMicrophone::IsPresent() const { return !QMediaDevices::defaultAudioInput().isNull(); }
-
 bool QtMicrophone::Open(int sampleRate, int channels) {
   Close();
-  const QAudioDevice device = QMediaDevices::defaultAudioInput();
-  QAudioFormat format;
-  format.setSampleRate(sampleRate);
-  format.setChannelCount(channels);
-  format.setSampleFormat(QAudioFormat::Int16);
-  if (device.isNull() || !device.isFormatSupported(format)) return false;
-  source_ = std::make_unique<QAudioSource>(device, format);
-  source_->setBufferSize(format.bytesForDuration(kBufferMilliseconds * 1000));
-  return true;
+  sampleRate_ = sampleRate;
+  channels_ = channels;
+  open_ = IsPresent();
+  return open_;
 }
 
 bool QtMicrophone::Queue(std::span<std::int16_t> block) {
-  if (!source_) return false;
-  queue_.push_back(block);
-  return true;
+  if (open_) queue_.push_back(block);
+  return open_;
 }
 
 bool QtMicrophone::Start() {
-  if (!source_) return false;
-  stream_ = source_->start();
-  if (stream_ == nullptr || source_->state() == QAudio::StoppedState) return false;
-  connect(stream_, &QIODevice::readyRead, this, &QtMicrophone::TakeSound, Qt::QueuedConnection);
-  sinceSound_.start();
-  watch_.start();
-  return true;
+  if (!open_) return false;
+  number_ = std::max(0, process_.Request(SoundMessageKind::Record, PackNumbers({sampleRate_, channels_})));
+  return number_ > 0;
 }
 
 void QtMicrophone::Close() {
-  watch_.stop();
+  process_.End(std::exchange(number_, 0));
+  open_ = false;
   queue_.clear();
   taken_.clear();
-  if (stream_ != nullptr) disconnect(stream_, nullptr, this, nullptr);
-  stream_ = nullptr;
-  if (!source_) return;
-  source_->stop();
-  source_.release()->deleteLater();  // it may be in the middle of a notice of its own
 }
 
-void QtMicrophone::TakeSound() {
-  if (stream_ == nullptr) return;
-  const QByteArray more = stream_->readAll();
-  if (!more.isEmpty()) sinceSound_.start();
-  taken_ += more;
-  while (source_ && !queue_.empty()) {
+void QtMicrophone::Take(const SoundMessage& reply) {
+  if (number_ == 0 || reply.number != number_) return;
+  if (reply.kind == SoundMessageKind::Sound) {
+    taken_ += reply.payload;
+    FillBlocks();
+  }
+  if (reply.kind != SoundMessageKind::Failed) return;
+  FillLastBlock();
+  const bool wanted = number_ != 0;  // the last block may have ended the recording
+  Close();
+  const bool opened = reply.Failure() == SoundFailure::Gone || reply.Failure() == SoundFailure::NoAnswer;
+  if (wanted && onLost) onLost(opened ? InputLoss::Gone : InputLoss::NotOpened);
+}
+
+void QtMicrophone::FillBlocks() {
+  while (!queue_.empty()) {
     const std::span<std::int16_t> block = queue_.front();
     const auto bytes = static_cast<qsizetype>(block.size_bytes());
     if (taken_.size() < bytes) return;
@@ -78,15 +65,17 @@ void QtMicrophone::TakeSound() {
   }
 }
 
-void QtMicrophone::Watch() {
-  if (!source_) return;
-  const bool stopped = source_->error() != QAudio::NoError || source_->state() == QAudio::StoppedState;
-  if (stopped || sinceSound_.elapsed() > kPatienceMilliseconds) Lose();
-}
-
-void QtMicrophone::Lose() {
-  Close();
-  if (onLost) onLost();
+/// What has not filled a block: both halves of it get the same number of whole frames.
+void QtMicrophone::FillLastBlock() {
+  if (queue_.empty()) return;
+  const auto samples = static_cast<std::size_t>(taken_.size()) / sizeof(std::int16_t);
+  const auto whole = samples - samples % (2 * static_cast<std::size_t>(channels_));
+  const std::span<std::int16_t> block = queue_.front().first(std::min(whole, queue_.front().size()));
+  if (block.empty()) return;
+  queue_.pop_front();
+  std::memcpy(block.data(), taken_.constData(), block.size_bytes());
+  taken_.clear();
+  if (onFilled) onFilled(block);
 }
 
 }  // namespace parlowen

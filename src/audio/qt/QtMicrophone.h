@@ -1,26 +1,24 @@
 #pragma once
-#include <QAudioSource>
 #include <QByteArray>
-#include <QElapsedTimer>
-#include <QMediaDevices>
-#include <QTimer>
+#include <QObject>
 #include <deque>
-#include <memory>
 
 #include "audio/SoundDevice.h"
+#include "audio/qt/SoundProcess.h"
 
 namespace parlowen {
 
-/// The system's default microphone. The sound library keeps seconds of sound while the window is busy; what
-/// arrives is cut into the queued blocks. A sound server may move a recording to another device; one that is
-/// gone, or sends nothing for three seconds, is lost.
+/// The system's default microphone. Sound waits in the sound process while the window is busy; what arrives is
+/// cut into the queued blocks. A sound server may move a recording to another device; one that is gone, or
+/// sends nothing for three seconds, is lost, and what has arrived by then comes as a last, shorter block.
 class QtMicrophone : public QObject, public SoundInput {
   Q_OBJECT
  public:
-  QtMicrophone();
+  /// `process` outlives it.
+  explicit QtMicrophone(SoundProcess& process);
   ~QtMicrophone() override;
 
-  bool IsPresent() const override;
+  bool IsPresent() const override { return process_.HasMicrophone(); }
   bool Open(int sampleRate, int channels) override;
   bool Prepare(std::span<std::int16_t>) override { return true; }
   bool Queue(std::span<std::int16_t> block) override;
@@ -31,17 +29,16 @@ class QtMicrophone : public QObject, public SoundInput {
   void PresenceChanged();
 
  private:
-  void TakeSound();
-  void Watch();
-  void Lose();
+  void Take(const SoundMessage& reply);
+  void FillBlocks();
+  void FillLastBlock();
 
-  QMediaDevices devices_;
-  std::unique_ptr<QAudioSource> source_;
-  QIODevice* stream_ = nullptr;  ///< the source's own
+  SoundProcess& process_;
+  int sampleRate_ = 0, channels_ = 1;
+  int number_ = 0;  ///< of the recording; 0: none
+  bool open_ = false;
   std::deque<std::span<std::int16_t>> queue_;
   QByteArray taken_;  ///< sound that fills no block yet
-  QTimer watch_;
-  QElapsedTimer sinceSound_;
 };
 
 }  // namespace parlowen

@@ -6,6 +6,8 @@
 
 #include "audio/qt/QtLoudspeaker.h"
 #include "audio/qt/QtMicrophone.h"
+#include "audio/qt/SoundProcess.h"
+#include "audio/qt/SoundWorker.h"
 #include "shell/DataFolder.h"
 #include "shell/qt/InterfaceTexts.h"
 #include "shell/qt/MainWindow.h"
@@ -19,14 +21,16 @@ constexpr QSize kSmallestScreen(1024, 720);
 }  // namespace
 
 int main(int argc, char** argv) {
+  if (const auto status = parlowen::RunSoundWorker(argc, argv)) return *status;
   QApplication application(argc, argv);
   std::setlocale(LC_NUMERIC, "C");  // numbers in files and reports have a point in every country
   QApplication::setApplicationName("parlowen");
   parlowen::InstallInterfaceTexts(application);
 
   parlowen::Preferences preferences;
-  parlowen::QtLoudspeaker loudspeaker;
-  parlowen::QtMicrophone microphone;
+  parlowen::SoundProcess sound;
+  parlowen::QtLoudspeaker loudspeaker(sound);
+  parlowen::QtMicrophone microphone(sound);
   parlowen::MainWindow window(parlowen::DataFolder(), preferences, {&loudspeaker, &microphone});
   QObject::connect(&microphone, &parlowen::QtMicrophone::PresenceChanged, &window,
                    &parlowen::MainWindow::InputDevicesChanged);
