@@ -144,7 +144,10 @@ enum Number : int {
   kExportVowelGroupsCsv = 41033,
   kExportMarkersCsv = 41034,
   kExportStereoWav = 41035,
+  kExportTonesCsv = 41036,
+  kExportIntonationCsv = 41037,
   kExportGlottalCsv = 41038,
+  kExportIntonationTier = 41040,
 };
 
 }  // namespace commands

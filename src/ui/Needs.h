@@ -36,6 +36,8 @@ enum class Need {
   Picture,             ///< the analysis pane shows a picture
   LongTermSpectrum,    ///< there is a long-term spectrum, with finite levels
   GlottalWave,         ///< the glottal wave of a stretch was estimated
+  ToneItems,           ///< the run of tone statistics has items
+  Intonation,          ///< the intonation of a stretch of this sound was analysed
   kCount
 };
 
