@@ -17,7 +17,6 @@ namespace {
 constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 1202, kSave = 1203,
               kOpen = 1204, kShow = 1205, kExport = 1206;
 
-constexpr const char* kNotFinished = "本功能尚未完成";
 constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
 constexpr const char* kNoEqualSound = "校准段内两个声道都应有声音！";
 constexpr const char* kNoCurve = "没有鼻音能量比数据！";
@@ -144,7 +143,7 @@ void ChannelsWindow::Closed(Window& window) {
 void ChannelsWindow::Play(Window& window, int channel) {
   const SoundDocument& document = desk_.document;
   if (!RequireTwoChannels(window, document)) return;
-  if (!desk_.play) return window.Notify(kNotFinished);
+  if (!desk_.play) return;
   const bool selected = document.selectionDefined();
   desk_.play(window, channel, selected ? document.selectionStart : 0,
              selected ? document.selectionEnd : document.sampleCount);

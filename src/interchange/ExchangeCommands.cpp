@@ -10,6 +10,7 @@
 #include "interchange/LabelTrack.h"
 #include "interchange/MarkerTiers.h"
 #include "interchange/PitchObjects.h"
+#include "interchange/ProsodyTables.h"
 #include "interchange/StatisticsTables.h"
 #include "interchange/TextDecoding.h"
 #include "prosody/DurationCommands.h"
@@ -335,6 +336,25 @@ void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document) 
   ExportGroups(
       window, VowelGroupKind(), "元音统计数据转为CSV",
       [&](const auto& groups, const std::string& file) { return VowelGroupsCsv(groups, file, document); });
+}
+
+void ExportTonesCsvCommand(Window& window, const SoundDocument& document, const ToneState& tones) {
+  if (tones.items.empty()) return;
+  const auto path = AskSave(window, "导出声调统计数据", kCsv, tones.path);
+  if (path) Write(window, *path, TonesCsv(tones, document));
+}
+
+void ExportIntonationCsvCommand(Window& window, const SoundDocument& document, const IntonationState& state) {
+  if (!state.result) return;
+  const auto path = AskSave(window, "导出语调数据", kCsv, document.filePath, "_intonation");
+  if (path) Write(window, *path, IntonationCsv(*state.result, document));
+}
+
+void ExportIntonationTierCommand(Window& window, const SoundDocument& document,
+                                 const IntonationState& state) {
+  if (!state.result) return;
+  const auto path = AskSave(window, "导出语调目标", kPitchTier, document.filePath, "_target");
+  if (path) Write(window, *path, PitchTierText(IntonationTier(*state.result, document)));
 }
 
 void ExportStereoWavCommand(Window& window, const SoundDocument& document) {

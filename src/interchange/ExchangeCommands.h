@@ -8,6 +8,8 @@
 #include "document/SoundDocument.h"
 #include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
+#include "prosody/IntonationState.h"
+#include "prosody/ToneState.h"
 #include "spectral/LtaCommands.h"
 #include "synthesis/TargetCurve.h"
 #include "ui/Window.h"
@@ -54,6 +56,11 @@ void ExportGlottalCsvCommand(Window& window, const SoundDocument& document,
 /// 41032 and 41033: ask for a statistics file and for the table's name.
 void ExportDurationsCsvCommand(Window& window, const SoundDocument& document);
 void ExportVowelGroupsCsvCommand(Window& window, const SoundDocument& document);
+void ExportTonesCsvCommand(Window& window, const SoundDocument& document, const ToneState& tones);  ///< 41036
+void ExportIntonationCsvCommand(Window& window, const SoundDocument& document,
+                                const IntonationState& state);  ///< 41037
+void ExportIntonationTierCommand(Window& window, const SoundDocument& document,
+                                 const IntonationState& state);              ///< 41040
 void ExportStereoWavCommand(Window& window, const SoundDocument& document);  ///< 41035
 void ExportPalateCsvCommand(Window& window, const SoundDocument& document,
                             const PalateState& palate);  ///< 41039

@@ -16,6 +16,8 @@
 #include "palatography/PalateCommands.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/DurationCommands.h"
+#include "prosody/IntonationCommands.h"
+#include "prosody/ToneCommands.h"
 #include "shell/HelpPages.h"
 #include "shell/Workstation.h"
 #include "spectral/FrameCommands.h"
@@ -184,7 +186,10 @@ void ExportLtaCsv(Workstation& w) { ExportLtaCsvCommand(w.window, w.lta); }
 void ExportVowelChartCsv(Workstation& w) { ExportVowelChartCsvCommand(w.window, w.document, w.vowels.chart); }
 void ExportDurationsCsv(Workstation& w) { ExportDurationsCsvCommand(w.window, w.document); }
 void ExportVowelGroupsCsv(Workstation& w) { ExportVowelGroupsCsvCommand(w.window, w.document); }
+void ExportTonesCsv(Workstation& w) { ExportTonesCsvCommand(w.window, w.document, w.tones); }
+void ExportIntonationCsv(Workstation& w) { ExportIntonationCsvCommand(w.window, w.document, w.intonation); }
 void ExportGlottalCsv(Workstation& w) { ExportGlottalCsvCommand(w.window, w.document, w.glottal); }
+void ExportIntonationTier(Workstation& w) { ExportIntonationTierCommand(w.window, w.document, w.intonation); }
 void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.document); }
 
 // --- Palate
@@ -211,13 +216,21 @@ void InsertCharacters(Workstation& w) { BeginCharacters(w.window, w.document, w.
 void ShowCharacters(Workstation& w) { ToggleCharacters(w.window, w.characters); }
 void ForgetCharacters(Workstation& w) { ClearCharacters(w.window, w.characters); }
 
+// --- Tones and intonation
+
+void ShowDegrees(Workstation& w) { DegreeCommand(w.window, w.prosody, w.degree, w.tones); }
+void AnalyseIntonation(Workstation& w) { IntonationCommand(w.window, w.prosody, w.intonation); }
+void BeginTones(Workstation& w) { BeginTonesCommand(w.window, w.tones); }
+void AddTone(Workstation& w) { AddToneCommand(w.window, w.prosody, w.tones); }
+void RemoveTone(Workstation& w) { RemoveToneCommand(w.window, w.tones); }
+void EndTones(Workstation& w) { EndTonesCommand(w.window, w.tones); }
+void ReportTones(Workstation& w) { ReportTonesCommand(w.window, w.prosody, w.tones); }
+void ChangeToneAxis(Workstation& w) { NextToneAxisCommand(w.window, w.tones); }
+void ShowTonePattern(Workstation& w) { TonePatternCommand(w.window, w.prosody, w.tones); }
+void ShowToneGroup(Workstation& w) { ToneGroupCommand(w.window, w.prosody, w.tones); }
+
 // --- Refusals of functions that are still to come
 
-void AnalyseIntonation(Workstation& w) {
-  if (!w.document.selectionDefined())
-    return w.window.Notify("请在幅度能量图中用鼠标左、右键选定要分析的语音段！");
-  NotFinished(w);
-}
 // --- View, region, help
 
 void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint()); }
@@ -281,16 +294,17 @@ constexpr CommandRow kRows[] = {
      RepairPitchOverCepstrum},
     {kSaveSegmentPitch, Menu::Pitch, "保存所选段基频[&B]", "", kTool, kSelectedContour, SaveSegmentPitch},
     {kListSavedPitch, Menu::Pitch, "显示已保存各段基频[&X]", "", kTool, kLowRate, ListSavedPitch},
-    {kFiveDegreePlot, Menu::Pitch, "用五度坐标画选定段音高[&D]", "", kTool, kSelectedContour, nullptr},
-    {kAnalyseIntonation, Menu::Pitch, "选定语音段的语调分析[&I]", "", kTool, kSound, AnalyseIntonation},
-    {kEnterToneGroup, Menu::Tone, "进入某基频统计[&J]", "", kTool, kLowRate | Need::NoStatistics, nullptr},
-    {kChooseToneItem, Menu::Tone, "选择统计语料[&S]", "", kTool, kStatistics, nullptr},
-    {kWithdrawToneItem, Menu::Tone, "撤消一个已选语料[&U]", "", kTool, kStatistics, nullptr},
-    {kEndToneStatistics, Menu::Tone, "结束本次统计[&E]", "", kTool, kStatistics, nullptr},
-    {kShowToneData, Menu::Tone, "显示统计结果的数据[&R]", "", kTool, kStatistics, nullptr},
-    {kDrawTonePattern, Menu::Tone, "画声调格局图[&G]", "", kTool, kStatistics, nullptr},
-    {kChangeToneAxes, Menu::Tone, "改变格局图的显示坐标[&C]", "", kTool, kLowRate, nullptr},
-    {kDrawToneMean, Menu::Tone, "画某组平均结果[&A]", "", kTool, kStatistics, nullptr},
+    {kFiveDegreePlot, Menu::Pitch, "用五度坐标画选定段音高[&D]", "", kPlain, kSelectedContour, ShowDegrees},
+    {kAnalyseIntonation, Menu::Pitch, "选定语音段的语调分析[&I]", "", kPlain, kSound, AnalyseIntonation},
+    {kEnterToneGroup, Menu::Tone, "进入某基频统计[&J]", "", kPlain, kLowRate | Need::NoStatistics,
+     BeginTones},
+    {kChooseToneItem, Menu::Tone, "选择统计语料[&S]", "", kPlain, kStatistics, AddTone},
+    {kWithdrawToneItem, Menu::Tone, "撤消一个已选语料[&U]", "", kPlain, kStatistics, RemoveTone},
+    {kEndToneStatistics, Menu::Tone, "结束本次统计[&E]", "", kPlain, kStatistics, EndTones},
+    {kShowToneData, Menu::Tone, "显示统计结果的数据[&R]", "", kPlain, kStatistics, ReportTones},
+    {kDrawTonePattern, Menu::Tone, "画声调格局图[&G]", "", kPlain, kStatistics, ShowTonePattern},
+    {kChangeToneAxes, Menu::Tone, "改变格局图的显示坐标[&C]", "", kPlain, kLowRate, ChangeToneAxis},
+    {kDrawToneMean, Menu::Tone, "画某组平均结果[&A]", "", kPlain, kStatistics, ShowToneGroup},
     {kAddDuration, Menu::Pitch, "音长加入统计组[&I]", "", kTool, kEditable, AddDuration},
     {kShowDurations, Menu::Pitch, "显示音长统计结果(&H)", "", kTool, kSound, ShowDurations},
     {kWideBand, Menu::Spectrum, "语谱图—宽带[&B]", "F6", kDraws, kSound,
@@ -407,11 +421,17 @@ constexpr CommandRow kRows[] = {
      ExportMarkersCsv},
     {kExportStereoWav, Menu::Exchange, "导出立体声WAV[&W]", "", kPlain, Need::Samples | Need::TwoChannels,
      ExportStereoWav},
+    {kExportTonesCsv, Menu::Exchange, "导出声调统计数据(CSV)[&S]", "", kPlain, Need::ToneItems,
+     ExportTonesCsv},
+    {kExportIntonationCsv, Menu::Exchange, "导出语调数据(CSV)[&J]", "", kPlain, Need::Intonation,
+     ExportIntonationCsv},
     {kExportGlottalCsv, Menu::Exchange, "导出声门波数据(CSV)[&K]", "", kPlain, Need::GlottalWave,
      ExportGlottalCsv},
     {kExportPalateCsv, Menu::Exchange, "导出腭位数据(CSV)[&E]", "", kPlain,
      Need::Samples | Need::ContactFrames, ExportPalateCsv},
-    {kImportContactFrames, Menu::Exchange, "导入腭位帧[&J]", "", kPlain, Need::Samples, ImportContactFrames},
+    {kExportIntonationTier, Menu::Exchange, "导出语调目标(PitchTier)[&O]", "", kPlain, Need::Intonation,
+     ExportIntonationTier},
+    {kImportContactFrames, Menu::Exchange, "导入腭位帧[&U]", "", kPlain, Need::Samples, ImportContactFrames},
 };
 
 constexpr const char* kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",

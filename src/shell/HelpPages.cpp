@@ -10,6 +10,7 @@ constexpr const char* kNoHelp = "不能调入帮助";
 
 const char* PageOf(Activity activity) {
   switch (activity) {
+    case Activity::Intonation: return "tones.html";
     case Activity::RegionDrag:
     case Activity::RegionChosen: return "region.html";
     case Activity::GlottalWave: return "spectrum.html";

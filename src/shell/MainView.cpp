@@ -13,6 +13,7 @@
 #include "palatography/MarkerPicture.h"
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
+#include "prosody/IntonationCommands.h"
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
@@ -465,6 +466,7 @@ std::string MainView::Hint() const {
     case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
     case Activity::RegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
     case Activity::PitchRepair: return kRepairHint;
+    case Activity::Intonation: return IntonationHint();
     case Activity::SegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
     case Activity::PointChart:
       return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";

@@ -33,6 +33,7 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
       states(CommandRules()),
       view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
       dataFolder(std::move(folder)),
+      prosody{document, exportFolder},
       player(devices.output, ownWindow, document, states),
       recording(devices.input, ownWindow, document, states, recorder),
       input_(devices.input) {
@@ -64,7 +65,25 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   readTarget = [this](Window& asking, int firstFrame, int frameCount) {
     return ReadPitchTierTarget(asking, document.sampleRate, firstFrame, frameCount);
   };
+  prosody.play = playStretch;
+  prosody.firstBand = [this] { return ReadFirstBand(); };
+  prosody.mark = [this](int start, int end) {
+    Select(start, end);
+    view.ScrollTo(start);
+  };
   InputDevicesChanged();
+}
+
+FirstBand Workstation::ReadFirstBand() {
+  FirstBand band;
+  EnsureMarkersRead(document, markers);
+  if (markers.generation != document.soundGeneration) return band;
+  band.markers.assign(markers.set.Markers(0).begin(), markers.set.Markers(0).end());
+  for (const MarkerLabel& label : markers.set.Labels(0))
+    if (!label.IsPoint()) band.labels.push_back({label.start, label.end, label.text});
+  std::stable_sort(band.labels.begin(), band.labels.end(),
+                   [](const LabelledStretch& a, const LabelledStretch& b) { return a.start < b.start; });
+  return band;
 }
 
 MarkerDesk Workstation::MarkersToExchange() {
@@ -175,6 +194,9 @@ void Workstation::TellStates() {
   states.Tell(Need::Region, document.activity == Activity::RegionChosen);
   UpdateVowelCommands(document, states, vowels);
   states.Tell(Need::Points, vowels.chart.count > 0);
+  states.Tell(Need::Statistics, tones.open);
+  states.Tell(Need::ToneItems, !tones.items.empty());
+  states.Tell(Need::Intonation, intonation.result.has_value());
   states.Tell(Need::Picture, spectrogram.shown);
   states.Tell(Need::Samples, document.sampleCount > 0 && document.sampleRate > 0);
   states.Tell(Need::TwoChannels, document.twoChannel);
@@ -200,6 +222,7 @@ void Workstation::UpdateDerived() {
     consonant.shown = false;
     glottal = {};
     synthesis = {};
+    intonation = {};
     if (palate.generation != document.soundGeneration) palate.DropRecording();
     articulation.estimate.reset();
     palateView.statistics = {};

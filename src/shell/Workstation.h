@@ -21,6 +21,9 @@
 #include "palatography/PalateState.h"
 #include "pitch/PitchCommands.h"
 #include "prosody/GroupFlow.h"
+#include "prosody/IntonationState.h"
+#include "prosody/ProsodyDesk.h"
+#include "prosody/ToneState.h"
 #include "shell/MainView.h"
 #include "spectral/ConsonantCommands.h"
 #include "spectral/FrameState.h"
@@ -101,12 +104,18 @@ class Workstation {
   InsertedCharacters characters;
   MainView view;
   CurrentGroup durationGroup;
+  DegreeState degree;
+  ToneState tones;
+  IntonationState intonation;
   std::string dataFolder;
   std::string exportFolder;  ///< where text exports and settings go; "" is the current directory
+  /// What the windows of tones and intonation ask of the other rooms.
+  ProsodyDesk prosody;
   Player player;
   Recorder recording;
 
  private:
+  FirstBand ReadFirstBand();
   /// Windows that speak of the marked frames follow the selection.
   void SelectionMoved();
   void UpdateDerived();

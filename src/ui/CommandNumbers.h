@@ -144,8 +144,11 @@ enum Number : int {
   kExportVowelGroupsCsv = 41033,
   kExportMarkersCsv = 41034,
   kExportStereoWav = 41035,
+  kExportTonesCsv = 41036,
+  kExportIntonationCsv = 41037,
   kExportGlottalCsv = 41038,
   kExportPalateCsv = 41039,
+  kExportIntonationTier = 41040,
   kImportContactFrames = 41041,
 };
 

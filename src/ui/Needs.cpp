@@ -40,6 +40,8 @@ constexpr UiText kReasons[] = {
     "先打开腭位数据文件或导入腭位帧",
     "先求长时平均功率谱",
     "先估计声门波",
+    "先选择统计语料",
+    "先做语调分析",
 };
 static_assert(std::size(kReasons) == static_cast<std::size_t>(Need::kCount));
 

@@ -37,6 +37,8 @@ enum class Need {
   ContactFrames,       ///< contacts of the palate fit the sound as it is
   LongTermSpectrum,    ///< there is a long-term spectrum, with finite levels
   GlottalWave,         ///< the glottal wave of a stretch was estimated
+  ToneItems,           ///< the run of tone statistics has items
+  Intonation,          ///< the intonation of a stretch of this sound was analysed
   kCount
 };
 

@@ -56,6 +56,8 @@ class Window {
   /// Shows that the data behind a pane (all when none is named) has changed.
   virtual void Repaint(std::optional<Pane> pane = {}) = 0;
   virtual void OpenToolWindow(std::unique_ptr<ToolWindow> tool) = 0;
+  /// Closes the tool window of that name; false when none is open.
+  virtual bool CloseToolWindow(const std::string& /*name*/) { return false; }
   /// Shows a modal tool window until it is closed.
   virtual void RunModal(ToolWindow& tool) = 0;
   /// The share done, 0..1, of work longer than half a second; false asks it to stop.

@@ -89,6 +89,24 @@ inline void WriteSounds(const TempFolder& folder) {
   for (std::size_t n = 4800; n < 14400; ++n)
     voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
   write("voice.wav", 16000, std::move(voice));
+  // Three syllables, frames 10..39, 60..89 and 110..149: 256 Hz level, 256 to 128 Hz, 160 to 128 to 200 Hz with a
+  // gap of 4 frames. The last three frames of the first are 40 dB weaker.
+  std::vector<float> periods(170);
+  std::vector<std::int16_t> syllables(170 * 160);
+  const auto syllable = [&](std::size_t first, std::size_t count, float from, float to) {
+    for (std::size_t i = 0; i < count; ++i) {
+      periods[first + i] = from + (to - from) * static_cast<float>(i) / static_cast<float>(count - 1);
+      for (std::size_t n = 0; n < 160; ++n)
+        syllables[(first + i) * 160 + n] =
+            static_cast<std::int16_t>(first + i > 36 && first < 60 ? 80 : 8000);
+    }
+  };
+  syllable(10, 30, 62.5f, 62.5f);
+  syllable(60, 30, 62.5f, 125);
+  syllable(110, 20, 100, 125);
+  syllable(130, 20, 125, 80);
+  std::fill(periods.begin() + 128, periods.begin() + 132, 0.0f);
+  write("tones.wav", 16000, std::move(syllables), PitchTail(periods));
   WavBytes stereo = write("stereo.wav", 16000, {});
   stereo.blockAlign = 4;
   for (int i = 1; i <= 4000; ++i) {

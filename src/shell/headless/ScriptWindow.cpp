@@ -240,13 +240,18 @@ void ScriptWindow::CloseCurrentTool() {
 }
 
 void ScriptWindow::OpenToolWindow(std::unique_ptr<ToolWindow> tool) {
-  for (std::size_t i = 0; i < tools_.size(); ++i)
-    if (tools_[i]->Name() == tool->Name()) {
-      CloseTool(i);
-      break;
-    }
+  CloseToolWindow(tool->Name());
   PrintWindow(*tool, "open");
   tools_.push_back(std::move(tool));
+}
+
+bool ScriptWindow::CloseToolWindow(const std::string& name) {
+  for (std::size_t i = 0; i < tools_.size(); ++i) {
+    if (tools_[i]->Name() != name) continue;
+    CloseTool(i);
+    return true;
+  }
+  return false;
 }
 
 void ScriptWindow::RunModal(ToolWindow& tool) {

@@ -46,6 +46,7 @@ class ScriptWindow : public Window {
   void OpenInEditor(const std::string& path) override;
   void Repaint(std::optional<Pane>) override {}
   void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
+  bool CloseToolWindow(const std::string& name) override;
   void RunModal(ToolWindow& tool) override;
   bool Progress(double) override { return true; }
   void CopyRegion(const PaneRegion& region) override;

@@ -5,6 +5,7 @@
 
 #include "annotation/AnnotationCommands.h"
 #include "shell/Workstation.h"
+#include "shell/headless/ProsodyValues.h"
 #include "shell/headless/Script.h"
 #include "vowel/VowelFormants.h"
 
@@ -392,6 +393,12 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
     AnnotationsValue(workstation, event);
   } else if (what == "vowels") {
     VowelsValue(workstation.vowels.chart, event);
+  } else if (what == "degree") {
+    DegreeValue(workstation.degree, event);
+  } else if (what == "tones") {
+    TonesValue(workstation.tones, event);
+  } else if (what == "intonation") {
+    IntonationValue(workstation.intonation, event);
   } else if (what == "markers") {
     MarkersValue(workstation, event);
   } else if (what == "formants") {

@@ -38,6 +38,7 @@ class QtWindow : public QObject, public Window {
   void OpenInEditor(const std::string& path) override;
   void Repaint(std::optional<Pane> pane = {}) override;
   void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
+  bool CloseToolWindow(const std::string& name) override;
   void RunModal(ToolWindow& tool) override;
   bool Progress(double share) override;
   void CopyRegion(const PaneRegion& region) override;
@@ -45,7 +46,6 @@ class QtWindow : public QObject, public Window {
 
   /// Failures shown and file dialogs cancelled so far: a command that adds none has done its work.
   int Setbacks() const { return setbacks_; }
-  bool CloseToolWindow(const std::string& name);
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
   double DevicePixelRatio() const;

@@ -1,0 +1,149 @@
+// The readers of .pit, .bin, .itn and .tnr over any bytes: no harm, promises kept, and what was read can be
+// pooled, drawn and written again.
+
+#include <random>
+
+#include "Require.h"
+#include "prosody/IntonationFile.h"
+#include "prosody/IntonationPicture.h"
+#include "prosody/TonePicture.h"
+
+namespace {
+
+using namespace parlowen;
+
+std::vector<std::uint8_t> BytesOf(const ByteWriter& writer) { return writer.bytes(); }
+
+/// An analysis over which a file can be drawn.
+const Intonation& Sentence() {
+  static const Intonation sentence = [] {
+    Intonation made;
+    made.sampleRate = 16000;
+    made.end = 16000;
+    for (int frame = 0; frame < 90; ++frame) made.melody.push_back({frame, 10.0 + frame % 7});
+    made.boundaries = {4000, 9000};
+    MeasureIntonation(made, {});
+    return made;
+  }();
+  return sentence;
+}
+
+void TryTones(ByteSpan bytes) {
+  auto items = ParseToneItems(bytes);
+  if (!items) return;
+  Require(items->size() <= kMostToneItems, "no more items than a run may have");
+  for (const ToneItem& item : *items) Require(IsGoodItem(item), "every item is good");
+  const auto again = ParseToneItems(WriteToneItems(*items));
+  Require(again == items, "items come back the same");
+  ToneState tones;
+  tones.view = ToneView::Pattern;
+  tones.equalDurations = false;
+  tones.SetItems(std::move(*items));
+  Require(tones.statistics.groups.size() <= kMostToneGroups, "no more groups than a run may have");
+  if (tones.items.empty()) return;
+  ToneReport(tones.items, tones.statistics);
+  TonePicture(tones, 1024, 640);
+  const auto result = ParseToneResult(WriteToneResult(ToneResultOf(tones.statistics)));
+  Require(result == ToneResultOf(tones.statistics), "the result comes back the same");
+}
+
+void TryResult(ByteSpan bytes) {
+  const auto result = ParseToneResult(bytes);
+  if (!result) return;
+  Require(ParseToneResult(WriteToneResult(*result)) == result, "a result comes back the same");
+  ToneState tones;
+  tones.view = ToneView::Pattern;
+  tones.compared = result;
+  for (tones.equalDurations = false;; tones.equalDurations = true) {
+    for (int axis = 0; axis < kToneAxes; ++axis) {
+      tones.axis = static_cast<ToneAxis>(axis);
+      TonePicture(tones, 1024, 640);
+    }
+    if (tones.equalDurations) return;
+  }
+}
+
+void TryIntonation(ByteSpan bytes) {
+  IntonationState state{Sentence(), -1, ParseIntonation(bytes)};
+  if (state.compared) IntonationPicture(state, 1024, 640);
+  const auto range = ParseSpeakerRange(bytes);
+  if (!range) return;
+  Require(range->low <= range->high, "a range has two ends");
+  state.result->speaker = range;
+  MeasureIntonation(*state.result, {});
+  IntonationPicture(state, 1024, 640);
+  IntonationReport(*state.result);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  const ByteSpan bytes(data, size);
+  TryTones(bytes);
+  TryResult(bytes);
+  TryIntonation(bytes);
+  return 0;
+}
+
+#ifndef PARLOWEN_LIBFUZZER
+namespace {
+
+std::vector<ToneItem> SomeItems(std::size_t count) {
+  std::vector<ToneItem> items(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    items[i].group = "T" + std::to_string(i % 5);
+    items[i].sound = "a.wav";
+    items[i].sampleRate = 16000;
+    items[i].end = 8000;
+    items[i].hertz = {100, 0, 120, 130, 0, 150.5f + static_cast<float>(i)};
+  }
+  return items;
+}
+
+void Run(const std::vector<std::uint8_t>& bytes) { LLVMFuzzerTestOneInput(bytes.data(), bytes.size()); }
+
+}  // namespace
+
+int main() {
+  ToneState tones;
+  tones.SetItems(ParseToneItems(WriteToneItems(SomeItems(6))).value());
+  std::vector<std::vector<std::uint8_t>> good = {BytesOf(WriteToneItems(tones.items)),
+                                                 BytesOf(WriteToneResult(ToneResultOf(tones.statistics))),
+                                                 BytesOf(WriteIntonation(Sentence()))};
+  ByteWriter speakers = WriteSpeakerRecord(*SpeakerRecordOf(Sentence()));
+  speakers.PutBytes(WriteSpeakerRecord({3, -4, 25, 10}).bytes());
+  good.push_back(BytesOf(speakers));
+
+  const auto whole = BytesOf(WriteToneItems(SomeItems(kMostToneItems)));
+  Require(ParseToneItems(whole).has_value(), "a full run is read");
+  Run(whole);
+  Require(!ParseToneItems(WriteToneItems(SomeItems(kMostToneItems + 1))), "a longer one is not");
+
+  std::mt19937 random(20261121);
+  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
+  constexpr std::uint32_t kOddWords[] = {0,          1,          0x7FFFFFFF, 0x80000000,
+                                         0xFFFFFFFF, 0x7F800000, 0xFF800000, 0x7FC00000,
+                                         0x7FF00000, 0x7FEFFFFF, 0xFFEFFFFF, 0x00000001};
+  for (const auto& file : good) {
+    for (std::size_t cut = 0; cut < file.size(); ++cut) {  // cut at every byte
+      Run({file.begin(), file.begin() + static_cast<std::ptrdiff_t>(cut)});
+      auto longer = file;
+      longer.insert(longer.end(), file.begin(), file.begin() + static_cast<std::ptrdiff_t>(cut));
+      Run(longer);
+    }
+    for (std::size_t at = 0; at + 4 <= file.size(); at += 2)  // counts that lie, values that are none
+      for (const std::uint32_t word : kOddWords) {
+        auto changed = file;
+        for (std::size_t i = 0; i < 4; ++i) changed[at + i] = static_cast<std::uint8_t>(word >> (8 * i));
+        Run(changed);
+      }
+    for (int run = 0; run < 2000; ++run) {
+      auto changed = file;
+      for (std::size_t change = 0; change <= below(4); ++change)
+        changed[below(changed.size())] = static_cast<std::uint8_t>(below(256));
+      Run(changed);
+    }
+  }
+  return 0;
+}
+#endif

@@ -1,0 +1,119 @@
+#include "prosody/IntonationCommands.h"
+
+#include <cmath>
+#include <memory>
+
+#include "base/Files.h"
+#include "base/Format.h"
+#include "prosody/IntonationWindow.h"
+#include "ui/Text.h"
+#include "ui/TextExport.h"
+
+namespace parlowen {
+namespace {
+
+constexpr UiText kMarkStretch = "请在幅度能量图中用鼠标左、右键选定要分析的语音段！";
+constexpr UiText kNoContour = "请先求出基频！";
+constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
+constexpr UiText kNoPitch = "所选段没有基频！";
+constexpr UiText kHint = "左键：加边界，右键：删边界；←→：选单元";
+constexpr UiText kSaveTitle = "保存语调数据文件", kOpenTitle = "打开语调数据文件";
+constexpr UiText kItnFilter = "语调数据文件(*.itn)";
+constexpr UiText kNoIntonationFile = "无此语调数据文件！";
+constexpr UiText kSpeakerTitle = "保存说话人调域文件", kOpenSpeakerTitle = "打开说话人调域文件";
+constexpr UiText kTnrFilter = "说话人调域文件(*.tnr)";
+constexpr UiText kNoSpeakerFile = "无此说话人调域文件！";
+constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？",
+                 kRestartOrAppendCaption = "从头更新数据？";
+constexpr UiText kCannotCreate = "不能建立文件！", kNoSuchFile = "文件不存在！";
+constexpr UiText kUnitLine = "%s：%s--%s半音  Q %s--%s  停延率 %s  音强比 %s";
+constexpr FileText kReportName = "ToneDom.txt";
+
+FileDialog SpeakerDialog(UiText title) { return {title, {{kTnrFilter, "*.tnr"}}, "tnr", ""}; }
+FileDialog ItnDialog(UiText title) { return {title, {{kItnFilter, "*.itn"}}, "itn", ""}; }
+
+std::string Figure(double value, int decimals) {
+  return std::isfinite(value) ? Format("%.*f", decimals, value) : std::string("--");
+}
+
+}  // namespace
+
+const char* IntonationHint() { return kHint.Get(); }
+
+void IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state) {
+  SoundDocument& document = desk.document;
+  if (!document.selectionDefined()) return window.Notify(kMarkStretch);
+  if (!document.pitchPresent) return window.Notify(kNoContour);
+  const std::int64_t length = document.SelectionLength(), rate = document.sampleRate;
+  if (10 * length < 3 * rate || length > 60 * rate) return window.Notify(kWrongLength);
+  auto result = AnalyseIntonation(document, document.selectionStart, document.selectionEnd, desk.firstBand());
+  if (!result) return window.Notify(kNoPitch);
+  window.OpenToolWindow(std::make_unique<IntonationWindow>(desk, state));
+  document.activity = Activity::Intonation;  // a window open before has ended its own
+  state = {std::move(result), -1, {}};
+  window.Repaint();
+}
+
+void SaveIntonation(Window& window, const IntonationState& state) {
+  if (!state.result) return;
+  const auto choice = window.AskSaveFile(ItnDialog(kSaveTitle));
+  if (!choice || choice->path.empty()) return;
+  if (ReplaceFile(choice->path, WriteIntonation(*state.result)) < 0)
+    window.Notify(kCannotCreate, Icon::Error);
+}
+
+void CompareIntonation(Window& window, IntonationState& state) {
+  const auto choice = window.AskOpenFile(ItnDialog(kOpenTitle));
+  if (!choice || choice->path.empty()) return;
+  const auto bytes = ReadWholeFile(choice->path, kLargestIntonationFile);
+  auto saved = bytes ? ParseIntonation(*bytes) : std::nullopt;
+  if (!saved) return window.Notify(kNoIntonationFile, Icon::Error);
+  state.compared = std::move(saved);
+  window.Repaint();
+}
+
+void ShowIntonationReport(Window& window, const ProsodyDesk& desk, const IntonationState& state) {
+  if (!state.result) return;
+  if (WriteTextExport(window, desk.exportFolder, kReportName, IntonationReport(*state.result)) == 0)
+    ShowTextExport(window, desk.exportFolder, kReportName);
+}
+
+void AddToSpeakerRange(Window& window, const IntonationState& state) {
+  const auto record = state.result ? SpeakerRecordOf(*state.result) : std::nullopt;
+  if (!record) return;
+  const auto choice = window.AskSaveFile(SpeakerDialog(kSpeakerTitle));
+  if (!choice || choice->path.empty()) return;
+  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  const ByteWriter bytes = WriteSpeakerRecord(*record);
+  if ((restart ? ReplaceFile(choice->path, bytes) : AppendToFile(choice->path, bytes)) < 0)
+    window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+}
+
+void UseSpeakerRange(Window& window, const ProsodyDesk& desk, IntonationState& state) {
+  if (!state.result) return;
+  std::optional<SemitoneSpan> range;
+  if (!state.result->speaker) {
+    const auto choice = window.AskOpenFile(SpeakerDialog(kOpenSpeakerTitle));
+    if (!choice || choice->path.empty()) return;
+    const auto bytes = ReadWholeFile(choice->path, kLargestIntonationFile);
+    range = bytes ? ParseSpeakerRange(*bytes) : std::nullopt;
+    if (!range) return window.Notify(kNoSpeakerFile, Icon::Error);
+  }
+  state.result->speaker = range;
+  MeasureIntonation(*state.result, desk.document.Samples());
+  window.Repaint();
+}
+
+void ChooseIntonationUnit(Window& window, IntonationState& state, int unit) {
+  state.chosen = unit;
+  window.ShowStatus(UnitLine(state.result->units[static_cast<std::size_t>(unit)]));
+  window.Repaint();
+}
+
+std::string UnitLine(const IntonationUnit& unit) {
+  return Format(kUnitLine.Get(), unit.name.c_str(), Figure(unit.base, 2).c_str(), Figure(unit.top, 2).c_str(),
+                Figure(unit.qBase, 0).c_str(), Figure(unit.qTop, 0).c_str(),
+                Figure(unit.durationRatio, 2).c_str(), Figure(unit.energyRatio, 2).c_str());
+}
+
+}  // namespace parlowen

@@ -1,0 +1,449 @@
+#include "prosody/ToneCommands.h"
+
+#include <algorithm>
+#include <cmath>
+#include <filesystem>
+#include <utility>
+
+#include "base/Arithmetic.h"
+#include "base/Files.h"
+#include "base/Format.h"
+#include "base/Gbk.h"
+#include "base/IpaCodes.h"
+#include "prosody/DegreeWindow.h"
+#include "prosody/ToneWindow.h"
+#include "ui/Text.h"
+#include "ui/TextExport.h"
+
+namespace parlowen {
+namespace {
+
+constexpr UiText kNoContour = "请先求出基频！";
+constexpr UiText kMarkFirst = "请先用鼠标左、右键选定语音段";
+constexpr UiText kNoPitch = "所选段没有基频！";
+constexpr UiText kDegreeTitle = "五度坐标";
+constexpr UiText kLowest = "最低频率(Hz)", kHighest = "最高频率(Hz)";
+constexpr UiText kBadLimits = "输入的频率值错误";
+
+constexpr UiText kOpenTitle = "打开声调统计数据文件", kPitFilter = "声调统计数据文件(*.pit)";
+constexpr UiText kCannotOpen = "文件打开错误，请重试！";
+constexpr UiText kDamaged = "声调统计文件错误！";
+constexpr UiText kNewRun = "新的统计（Yes)?继续已有的统计（No）？", kNewRunCaption = "新的统计？";
+constexpr UiText kRunStatus = "声调统计：%s，%d组%d个";
+constexpr UiText kFull = "数据太多，不能再加入！";
+constexpr UiText kAddTitle = "选择统计语料", kGroupLabel = "输入组名（最长6字符）";
+constexpr UiText kDropWeak = "去掉弱的头尾", kKeepAll = "保留全段";
+constexpr UiText kNoName = "请输入组名！", kNoGbkCode = "有字符没有 GBK 编码，请改写";
+constexpr UiText kAdded = "%s：第%d个，共%d个", kRemoved = "已撤消 %s 第%d个",
+                 kNothingToRemove = "没有已选语料";
+constexpr UiText kCannotCreate = "不能建立文件！";
+constexpr UiText kNoItems = "没有统计数据！";
+constexpr UiText kTooFew = "数据太少，不能作图", kTooFewCaption = "数据不充分";
+constexpr UiText kAxisStatus = "格局图坐标：%s";
+constexpr UiText kAxisNames[kToneAxes] = {"T值", "D值", "半音", "Hz", "LZ值"};
+constexpr UiText kGroupTitle = "输入统计组名", kNoSuchGroup = "无此组名！";
+constexpr UiText kLabelsAdded = "加入%d个，略过%d个";
+constexpr UiText kRangeTitle = "范围", kRangeOfMeans = "各组均值的最小、最大", kRangeGiven = "指定(Hz)";
+constexpr UiText kCompareTitle = "打开声调统计结果文件", kBinFilter = "声调统计结果文件(*.bin)";
+constexpr UiText kNoResult = "无此声调统计数据文件！";
+constexpr UiText kPicked = "%s 第%d个 %s %.3f--%.3f秒";
+constexpr FileText kReportName = "ToneStat.txt";
+
+constexpr int kFirstField = 1000, kSecondField = 1008, kFirstButton = 1010, kSecondButton = 1011;
+constexpr int kSecondChoice = 1;                        // of two radio buttons
+constexpr int kLowestLimit = 20, kHighestLimit = 2000;  // Hz
+constexpr std::size_t kGroupNameLength = 6;             // GBK bytes
+
+// --- Forms
+
+FormField Field(int control, FieldKind kind, UiText label, std::string value = {}) {
+  FormField field;
+  field.control = control;
+  field.kind = kind;
+  field.label = label;
+  field.value = std::move(value);
+  return field;
+}
+
+FormField Button(int control, UiText label, bool checked) {
+  FormField field = Field(control, FieldKind::Radio, label);
+  field.checked = checked;
+  return field;
+}
+
+std::string LimitText(double hertz) { return std::isfinite(hertz) ? Format("%.0f", hertz) : std::string(); }
+
+void AddLimitFields(InputForm& form, const ToneRange& range) {
+  form.fields.push_back(Field(kFirstField, FieldKind::Number, kLowest, LimitText(range.lowHertz)));
+  form.fields.push_back(Field(kSecondField, FieldKind::Number, kHighest, LimitText(range.highHertz)));
+}
+
+std::optional<int> WholeNumber(const std::string& text) {
+  if (text.empty() || text.size() > 9 || text.find_first_not_of("0123456789") != std::string::npos) return {};
+  return std::stoi(text);
+}
+
+std::optional<ToneRange> LimitsIn(const InputForm& form) {
+  return ParseToneLimits(form.ValueOf(kFirstField), form.ValueOf(kSecondField));
+}
+
+FormField GroupField(const std::string& value) {
+  FormField field = Field(kFirstField, FieldKind::Text, kGroupLabel, value);
+  field.maxGbkBytes = static_cast<int>(kGroupNameLength);
+  field.phonetic = true;
+  return field;
+}
+
+std::string GroupGbk(const std::string& utf8) {
+  return std::string(CutGbk(IpaToGbk(utf8), kGroupNameLength));
+}
+
+// --- The five-degree picture
+
+/// Percentiles 2 and 98 of the sound's voiced frames.
+ToneRange RangeOfSound(const SoundDocument& document) {
+  std::vector<double> hertz;
+  for (int frame = 0; frame < document.ContourLength(); ++frame)
+    if (const float period = document.pitch[static_cast<std::size_t>(frame)]; period > 0)
+      hertz.push_back(document.sampleRate / static_cast<double>(period));
+  if (hertz.empty()) return {};
+  std::sort(hertz.begin(), hertz.end());
+  const auto percentile = [&](double share) {
+    return hertz[static_cast<std::size_t>(share * static_cast<double>(hertz.size() - 1) + 0.5)];
+  };
+  return ToneRange::OfHertz(percentile(0.02), percentile(0.98));
+}
+
+bool RequireContourAndSelection(Window& window, const SoundDocument& document) {
+  if (!document.pitchPresent) {
+    window.Notify(kNoContour);
+    return false;
+  }
+  if (!document.selectionDefined()) {
+    window.ShowStatus(kMarkFirst);
+    return false;
+  }
+  return true;
+}
+
+// --- The run
+
+/// True when the file can be made or replaced. Leaves nothing behind.
+bool CanWrite(const std::string& path) {
+  FileReplacement trial;
+  return trial.Begin(path) == 0;
+}
+
+bool Exists(const std::string& path) {
+  std::error_code error;
+  return std::filesystem::exists(path, error);
+}
+
+std::string SoundNameOf(const SoundDocument& document) {
+  constexpr std::size_t kLongestName = 63;
+  return std::string(CutGbk(ToGbk(FileNameOf(document.filePath)), kLongestName));
+}
+
+/// The tone of a stretch as an item. Nothing when there is no pitch, or one that no file may hold.
+std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int end, std::string gbkGroup,
+                                   bool dropWeakEnds) {
+  ToneCurveOptions options;
+  options.dropWeakEnds = dropWeakEnds;
+  const auto curve = FindToneCurve(document, start, end, options);
+  if (!curve) return {};
+  ToneItem item;
+  item.group = std::move(gbkGroup);
+  item.sound = SoundNameOf(document);
+  item.sampleRate = document.sampleRate;
+  item.start = start;
+  item.end = end;
+  item.first = curve->first;
+  item.weakEndsDropped = dropWeakEnds;
+  item.hertz.assign(curve->hertz.begin(), curve->hertz.end());
+  if (!IsGoodItem(item)) return {};
+  item.points = TonePointsOf(item.hertz);
+  return item;
+}
+
+/// Another program may have the same run open: what it has added behind our items stays.
+void TakeForeignItems(ToneState& tones) {
+  if (!tones.written) return;
+  const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
+  auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
+  if (!items || items->size() <= tones.items.size() ||
+      !std::equal(tones.items.begin(), tones.items.end(), items->begin()))
+    return;
+  tones.SetItems(std::move(*items));
+}
+
+/// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
+bool StoreItems(Window& window, ToneState& tones, std::vector<ToneItem> items) {
+  if (ToneItemBytes(items) > kLargestToneFile) {
+    window.Notify(kFull);
+    return false;
+  }
+  if (ReplaceFile(tones.path, WriteToneItems(items)) < 0) {
+    window.Notify(kCannotOpen, Icon::Error);
+    return false;
+  }
+  tones.written = true;
+  tones.SetItems(std::move(items));
+  window.Repaint();
+  return true;
+}
+
+bool HasRoomFor(const ToneState& tones, const std::string& gbkGroup) {
+  return tones.items.size() < kMostToneItems &&
+         (tones.statistics.GroupNamed(gbkGroup) >= 0 || tones.statistics.groups.size() < kMostToneGroups);
+}
+
+std::string GroupText(const std::string& gbk) { return IpaFromGbk(gbk); }
+
+void SayRun(Window& window, const ToneState& tones) {
+  window.ShowStatus(Format(kRunStatus.Get(), FileNameOf(tones.path).c_str(),
+                           static_cast<int>(tones.statistics.groups.size()),
+                           static_cast<int>(tones.items.size())));
+}
+
+/// The axis has to be defined for a picture.
+bool RequirePicture(Window& window, const ToneState& tones) {
+  if (tones.items.empty()) {
+    window.Notify(kNoItems);
+    return false;
+  }
+  if (!tones.Scale().IsDefined()) {
+    window.ShowMessage(kTooFew, kTooFewCaption, Icon::None);
+    return false;
+  }
+  return true;
+}
+
+void ShowTones(Window& window, const ProsodyDesk& desk, ToneState& tones, ToneView view, std::string group) {
+  // A window that is open closes first, and forgets its view.
+  window.OpenToolWindow(std::make_unique<ToneWindow>(desk, tones));
+  tones.view = view;
+  tones.group = std::move(group);
+  tones.picked = -1;
+  window.Repaint();
+}
+
+/// "results/run.PIT" → "results/run.bin".
+std::string ResultPath(const std::string& path) {
+  constexpr std::size_t kEnding = 4;
+  return (HasEnding(path, ".pit") ? path.substr(0, path.size() - kEnding) : path) + ".bin";
+}
+
+/// The group that a label names: "T" and its last character where that is 0..5, else its beginning.
+std::string GroupOfLabel(const std::string& utf8) {
+  const char last = utf8.empty() ? ' ' : utf8.back();
+  return last >= '0' && last <= '5' ? std::string("T") + last : GroupGbk(utf8);
+}
+
+}  // namespace
+
+std::optional<ToneRange> ParseToneLimits(const std::string& low, const std::string& high) {
+  const auto lowest = WholeNumber(low), highest = WholeNumber(high);
+  if (!lowest || !highest || *lowest < kLowestLimit || *highest > kHighestLimit) return {};
+  const ToneRange range = ToneRange::OfHertz(*lowest, *highest);
+  return range.Spans() ? std::optional(range) : std::nullopt;
+}
+
+void DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree, const ToneState& tones) {
+  const SoundDocument& document = desk.document;
+  if (!RequireContourAndSelection(window, document)) return;
+  const bool ofRun = tones.open && !tones.items.empty();
+  InputForm form{kDegreeTitle, {}};
+  AddLimitFields(form, degree.open ? degree.range : ofRun ? tones.statistics.range : RangeOfSound(document));
+  std::optional<ToneRange> range;
+  while (!range) {
+    if (!window.AskInput(form)) return;
+    range = LimitsIn(form);
+    if (!range) window.Notify(kBadLimits);
+  }
+  const int start = document.selectionStart, end = document.selectionEnd;
+  const auto curve = FindToneCurve(document, start, end);
+  if (!curve) return window.Notify(kNoPitch);
+  if (!degree.open) {
+    window.OpenToolWindow(std::make_unique<DegreeWindow>(desk, degree));
+    degree.open = true;
+  }
+  degree.range = *range;
+  if (degree.curves.size() == kMostDegreeCurves) degree.curves.erase(degree.curves.begin());
+  degree.curves.push_back({start, end, curve->first, curve->Milliseconds(), TonePointsOf(curve->hertz)});
+  window.Repaint();
+}
+
+void BeginTonesCommand(Window& window, ToneState& tones) {
+  const auto choice = window.AskOpenFile({kOpenTitle, {{kPitFilter, "*.pit"}}, "pit", ""});
+  if (!choice || choice->path.empty()) return;
+  std::vector<ToneItem> items;
+  bool written = false;
+  if (Exists(choice->path)) {
+    const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
+    if (!bytes || !CanWrite(choice->path)) return window.Notify(kCannotOpen, Icon::Error);
+    auto present = ParseToneItems(*bytes);
+    if (!present) return window.Notify(kDamaged, Icon::Error);
+    // Of a new run the old file stays until the first item is written.
+    if (!window.AskYesNo(kNewRun, kNewRunCaption)) {
+      items = std::move(*present);
+      written = true;
+    }
+  } else if (!CanWrite(choice->path)) {
+    return window.Notify(kCannotOpen, Icon::Error);
+  }
+  tones.open = true;
+  tones.path = choice->path;
+  tones.written = written;
+  tones.compared.reset();
+  tones.SetItems(std::move(items));
+  SayRun(window, tones);
+}
+
+void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  const SoundDocument& document = desk.document;
+  if (!RequireContourAndSelection(window, document)) return;
+  if (tones.items.size() >= kMostToneItems) return window.Notify(kFull);
+  InputForm form{kAddTitle,
+                 {GroupField(tones.groupName), Button(kFirstButton, kDropWeak, tones.dropWeakEnds),
+                  Button(kSecondButton, kKeepAll, !tones.dropWeakEnds)}};
+  while (true) {
+    if (!window.AskInput(form)) return;
+    const std::string& name = form.ValueOf(kFirstField);
+    if (!name.empty() && HasIpaCodes(name)) break;
+    window.Notify(name.empty() ? kNoName : kNoGbkCode);
+  }
+  tones.groupName = form.ValueOf(kFirstField);
+  tones.dropWeakEnds = form.CheckedIndex() != kSecondChoice;
+  const std::string group = GroupGbk(tones.groupName);
+  TakeForeignItems(tones);
+  if (!HasRoomFor(tones, group)) return window.Notify(kFull);
+  auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
+  if (!item) return window.Notify(kNoPitch);
+  std::vector<ToneItem> items = tones.items;
+  items.push_back(std::move(*item));
+  if (!StoreItems(window, tones, std::move(items))) return;
+  const int last = static_cast<int>(tones.items.size()) - 1;
+  window.ShowStatus(
+      Format(kAdded.Get(), GroupText(group).c_str(), NumberInGroup(tones.items, last), last + 1));
+}
+
+void RemoveToneCommand(Window& window, ToneState& tones) {
+  if (tones.items.empty()) return window.ShowStatus(kNothingToRemove);
+  const bool picked = tones.view == ToneView::Group && tones.picked >= 0;
+  const int index = picked ? tones.picked : static_cast<int>(tones.items.size()) - 1;
+  TakeForeignItems(tones);
+  const std::string group = tones.items[static_cast<std::size_t>(index)].group;
+  const int number = NumberInGroup(tones.items, index);
+  std::vector<ToneItem> items = tones.items;
+  items.erase(items.begin() + index);
+  if (!StoreItems(window, tones, std::move(items))) return;
+  tones.picked = -1;
+  window.ShowStatus(Format(kRemoved.Get(), GroupText(group).c_str(), number));
+}
+
+void EndTonesCommand(Window& window, ToneState& tones) {
+  if (!tones.items.empty() &&
+      ReplaceFile(ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics))) < 0)
+    return window.Notify(kCannotCreate, Icon::Error);
+  window.CloseToolWindow("tones");
+  tones.open = tones.written = false;
+  tones.path.clear();
+  tones.compared.reset();
+  tones.SetItems({});
+}
+
+void ReportTonesCommand(Window& window, const ProsodyDesk& desk, const ToneState& tones) {
+  if (tones.items.empty()) return window.Notify(kNoItems);
+  if (WriteTextExport(window, desk.exportFolder, kReportName, ToneReport(tones.items, tones.statistics)) == 0)
+    ShowTextExport(window, desk.exportFolder, kReportName);
+}
+
+void NextToneAxisCommand(Window& window, ToneState& tones) {
+  tones.axis = static_cast<ToneAxis>((static_cast<int>(tones.axis) + 1) % kToneAxes);
+  window.ShowStatus(Format(kAxisStatus.Get(), kAxisNames[static_cast<int>(tones.axis)].Get()));
+  window.Repaint();
+}
+
+void TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  if (RequirePicture(window, tones)) ShowTones(window, desk, tones, ToneView::Pattern, {});
+}
+
+void ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  if (!RequirePicture(window, tones)) return;
+  InputForm form{kGroupTitle, {GroupField(GroupText(tones.statistics.groups.front().name))}};
+  while (true) {
+    if (!window.AskInput(form)) return;
+    if (HasIpaCodes(form.ValueOf(kFirstField))) break;
+    window.Notify(kNoGbkCode);
+  }
+  const std::string group = GroupGbk(form.ValueOf(kFirstField));
+  if (tones.statistics.GroupNamed(group) < 0) return window.Notify(kNoSuchGroup);
+  ShowTones(window, desk, tones, ToneView::Group, group);
+}
+
+void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  if (!desk.document.pitchPresent) return window.Notify(kNoContour);
+  const std::vector<LabelledStretch> labels = desk.firstBand().labels;
+  TakeForeignItems(tones);
+  ToneState grown;  // knows which groups there are while they come
+  grown.SetItems(tones.items);
+  int added = 0;
+  for (const LabelledStretch& label : labels) {
+    std::string group = GroupOfLabel(label.text);
+    if (group.empty() || !HasRoomFor(grown, group)) continue;
+    auto item = ToneItemOf(desk.document, label.start, label.end, std::move(group), tones.dropWeakEnds);
+    if (!item) continue;
+    std::vector<ToneItem> items = grown.items;
+    items.push_back(std::move(*item));
+    grown.SetItems(std::move(items));
+    ++added;
+  }
+  if (added > 0 && !StoreItems(window, tones, std::move(grown.items))) return;
+  window.ShowStatus(Format(kLabelsAdded.Get(), added, static_cast<int>(labels.size()) - added));
+}
+
+void AskToneRange(Window& window, ToneState& tones) {
+  InputForm form{kRangeTitle,
+                 {Button(kFirstButton, kRangeOfMeans, !tones.givenRange),
+                  Button(kSecondButton, kRangeGiven, tones.givenRange.has_value())}};
+  AddLimitFields(form, tones.statistics.range);
+  while (true) {
+    if (!window.AskInput(form)) return;
+    if (form.CheckedIndex() != kSecondChoice) {
+      tones.SetGivenRange({});
+      break;
+    }
+    if (const auto range = LimitsIn(form)) {
+      tones.SetGivenRange(range);
+      break;
+    }
+    window.Notify(kBadLimits);
+  }
+  window.Repaint();
+}
+
+void CompareTones(Window& window, ToneState& tones) {
+  const auto choice = window.AskOpenFile({kCompareTitle, {{kBinFilter, "*.bin"}}, "bin", ""});
+  if (!choice || choice->path.empty()) return;
+  const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
+  auto result = bytes ? ParseToneResult(*bytes) : std::nullopt;
+  if (!result) return window.Notify(kNoResult, Icon::Error);
+  tones.compared = std::move(result);
+  window.Repaint();
+}
+
+void PickTone(Window& window, const ProsodyDesk& desk, ToneState& tones, int picked) {
+  tones.picked = picked;
+  window.Repaint();
+  if (picked < 0 || tones.view != ToneView::Group) return;
+  const ToneItem& item = tones.items[static_cast<std::size_t>(picked)];
+  const double rate = item.sampleRate;
+  window.ShowStatus(Format(kPicked.Get(), GroupText(item.group).c_str(), NumberInGroup(tones.items, picked),
+                           FromGbk(item.sound).c_str(), item.start / rate, item.end / rate));
+  const SoundDocument& document = desk.document;
+  if (SoundNameOf(document) == item.sound && document.sampleRate == item.sampleRate &&
+      item.end <= document.sampleCount)
+    desk.mark(item.start, item.end);
+}
+
+}  // namespace parlowen

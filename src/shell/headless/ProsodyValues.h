@@ -1,0 +1,14 @@
+#pragma once
+#include "prosody/IntonationState.h"
+#include "prosody/ToneState.h"
+#include "shell/headless/JsonLine.h"
+
+namespace parlowen {
+
+// The fields of `print degree`, `print tones` and `print intonation`. What is not defined is null.
+
+void DegreeValue(const DegreeState& degree, JsonObject& event);
+void TonesValue(const ToneState& tones, JsonObject& event);
+void IntonationValue(const IntonationState& state, JsonObject& event);
+
+}  // namespace parlowen
