@@ -37,6 +37,16 @@ PARLOWEN_CLONES int ComplexFft(const Complex* __restrict input, int size, Comple
   return 0;
 }
 
+PARLOWEN_CLONES void PowersOfReal512(const double* __restrict input, double* __restrict powers) {
+  PlaneBuffer<double> first;
+  PlaneBuffer<double> second;
+  detail::FirstPassOfReal(input, 512, first.re, first.im);
+  detail::DoublePass<4>(first.re, first.im, 512, second.re, second.im);
+  detail::DoublePass<16>(second.re, second.im, 512, first.re, first.im);
+  detail::DoublePass<64>(first.re, first.im, 512, second.re, second.im);
+  detail::LastPowers<256>(second.re, second.im, powers);
+}
+
 int InverseComplexFft(Complex* data, int size, Complex* output) {
   if (!IsFftSize(size)) return -1;
   for (int n = 0; n < size; ++n) data[n] = Conjugate(data[n]);

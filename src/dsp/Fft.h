@@ -11,6 +11,9 @@ namespace parlowen {
 /// Forward DFT, unscaled: output[k] = Σ input[n]·e^(−j2πkn/size).
 int ComplexFft(const Complex* input, int size, Complex* output);
 
+/// |X[k]|² of bins 0 .. 255 of ComplexFft() of 512 real samples, with its very digits.
+void PowersOfReal512(const double* input, double* powers);
+
 /// Inverse DFT, scaled by 1/size.
 /// `data` is conjugated in place and left so: callers that still need it keep a copy.
 int InverseComplexFft(Complex* data, int size, Complex* output);

@@ -147,6 +147,47 @@ PARLOWEN_INLINE void DoublePass(const Number* __restrict re, const Number* __res
   }
 }
 
+/// The first pass over real samples: the products with a zero imaginary part are left out, which changes no
+/// value.
+PARLOWEN_INLINE void FirstPassOfReal(const double* __restrict re, int size, double* __restrict outRe,
+                                     double* __restrict outIm) {
+  const auto& twiddles = stageTwiddles;
+  const auto w1 = Value<double>{twiddles.re[1], twiddles.im[1]};
+  const auto w2 = Value<double>{twiddles.re[2], twiddles.im[2]};
+  const auto w3 = Value<double>{twiddles.re[3], twiddles.im[3]};
+  const int quarter = size / 4;
+  const auto turn = [](Value<double> w, double x) { return Value<double>{w.re * x, w.im * x}; };
+  for (int r = 0; r < quarter; ++r) {
+    const Value<double> a{re[r], 0}, b{re[r + quarter], 0};
+    const auto t = turn(w1, re[r + 2 * quarter]), u = turn(w1, re[r + 3 * quarter]);
+    const auto oddLow = Turn(w2, Plus(b, u)), oddHigh = Turn(w3, Minus(b, u));
+    const auto evenLow = Plus(a, t), evenHigh = Minus(a, t);
+    const Quartet<double> y{Plus(evenLow, oddLow), Plus(evenHigh, oddHigh), Minus(evenLow, oddLow),
+                            Minus(evenHigh, oddHigh)};
+    outRe[4 * r] = y.a.re;
+    outRe[4 * r + 1] = y.b.re;
+    outRe[4 * r + 2] = y.c.re;
+    outRe[4 * r + 3] = y.d.re;
+    outIm[4 * r] = y.a.im;
+    outIm[4 * r + 1] = y.b.im;
+    outIm[4 * r + 2] = y.c.im;
+    outIm[4 * r + 3] = y.d.im;
+  }
+}
+
+/// The powers of the lower half of what SinglePass() would find.
+template <int h>
+PARLOWEN_INLINE void LastPowers(const double* __restrict re, const double* __restrict im,
+                                double* __restrict powers) {
+  const double* __restrict twRe = stageTwiddles.re.data();
+  const double* __restrict twIm = stageTwiddles.im.data();
+#pragma GCC ivdep
+  for (int j = 0; j < h; ++j) {
+    const auto sum = Plus(At(re, im, j), Turn(At(twRe, twIm, h + j), At(re, im, j + h)));
+    powers[j] = sum.re * sum.re + sum.im * sum.im;
+  }
+}
+
 template <int h, class Number>
 PARLOWEN_INLINE void SinglePass(const Number* __restrict re, const Number* __restrict im,
                                 Number* __restrict outRe, Number* __restrict outIm) {

@@ -18,12 +18,8 @@ constexpr int kReference = 35;         // dB
 constexpr int kFramesPerReport = 100;
 
 PARLOWEN_CLONES void Weight(const std::int16_t* __restrict x, const double* __restrict window,
-                            Complex* __restrict frame) {
+                            double* __restrict frame) {
   for (int n = 0; n < kFrameLength; ++n) frame[n] = x[n] * window[n];
-}
-
-PARLOWEN_CLONES void Powers(const Complex* __restrict bins, double* __restrict powers) {
-  for (int k = 0; k < kLtaBins; ++k) powers[k] = bins[k].re * bins[k].re + bins[k].im * bins[k].im;
 }
 
 PARLOWEN_CLONES void Add(const double* __restrict levels, double* __restrict sums) {
@@ -37,7 +33,7 @@ int ComputeLongTermSpectrum(SampleSpan samples, int sampleRate, int start, int e
   MakeAnalysisWindow(kFrameLength, 0.04);
   alignas(64) double sums[kLtaBins] = {};
   alignas(64) double powers[kLtaBins];
-  Complex frame[kFrameLength], bins[kFrameLength];
+  alignas(64) double frame[kFrameLength];
   std::int16_t copy[kFrameLength];
   int count = 0;
   const std::int64_t last = std::int64_t{end} - sampleRate / 200;
@@ -51,8 +47,7 @@ int ComputeLongTermSpectrum(SampleSpan samples, int sampleRate, int start, int e
       for (int n = 0; n < kFrameLength; ++n) copy[n] = samples.At(at + n);
     }
     Weight(x, AnalysisWindow.data(), frame);
-    ComplexFft(frame, kFrameLength, bins);
-    Powers(bins, powers);
+    PowersOfReal512(frame, powers);
     PowersToDb(powers, kLtaBins, kReference, powers);
     Add(powers, sums);
     ++count;

@@ -48,6 +48,13 @@ TEST(Fft, EveryBitIsThatOfThePlainOrderOfOperations) {
 
       std::vector<double> samples;
       for (const Complex z : input) samples.push_back(z.re);
+      if (size == 512) {
+        std::vector<double> powers(256);
+        PowersOfReal512(samples.data(), powers.data());
+        const auto plain = PlainFft({samples.begin(), samples.end()});
+        for (std::size_t k = 0; k < powers.size(); ++k)
+          ASSERT_EQ(powers[k], plain[k].re * plain[k].re + plain[k].im * plain[k].im) << k;
+      }
       std::vector<Complex> packed;
       for (std::size_t k = 0; k < samples.size(); k += 2) packed.emplace_back(samples[k], samples[k + 1]);
       auto bins = GuardedOutput(size / 2);
