@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "base/Arithmetic.h"
+#include "dsp/Clones.h"
 #include "pitch/FastPitchSteps.h"
 
 namespace parlowen {
@@ -25,6 +26,20 @@ constexpr int kNearlySteadySteps = 3;                 // what is left of the ste
 constexpr double kLongerIsWorse = 0.3;                // of similarity, at the longest period
 constexpr double kNearlyAsSimilar = 0.9;
 constexpr double kSharperEarlier = 0.4, kSharperLater = 0.2;  // of |x|, for the second best to win
+
+/// Σ a[i]·b[i].
+PARLOWEN_CLONES std::int64_t Product(const std::int32_t* a, const std::int32_t* b, int count) {
+  std::int64_t sum = 0;
+  for (int i = 0; i < count; ++i) sum += std::int64_t{a[i]} * b[i];
+  return sum;
+}
+
+/// The largest of `count` samples, at least 0.
+PARLOWEN_CLONES int LargestOf(const std::int32_t* x, int count) {
+  std::int32_t largest = 0;
+  for (int i = 0; i < count; ++i) largest = std::max(largest, x[i]);
+  return largest;
+}
 
 /// Peaks that may be the next mark.
 struct Candidates {
@@ -104,8 +119,7 @@ int MarkTrack::NextMark(int last, Expectation& expected) const {
 Candidates MarkTrack::Collect(int last) const {
   Candidates found;
   const int end = std::min(last + bounds_.longest, samples_.count() - 2);
-  int largest = 0;
-  for (int n = last + 1; n <= end; ++n) largest = std::max(largest, samples_[n]);
+  const int largest = LargestOf(samples_.From(last + 1), end - last);
   const double threshold = std::max<double>(kMarkPeakShare * largest, kLeastMarkPeak - 1);
   for (int n = last + std::max(1, bounds_.shortest); n <= end && found.count < kMostCandidates; ++n)
     if (samples_[n] > threshold && IsPeak(n)) found.places[static_cast<std::size_t>(found.count++)] = n;
@@ -157,13 +171,9 @@ int MarkTrack::MostSimilar(const Candidates& candidates, int last) const {
 /// Σab/√(Σa²Σb²) of one interval after the last mark and one after the candidate, less for longer intervals.
 double MarkTrack::Similarity(int last, int candidate) const {
   const int interval = candidate - last;
-  std::int64_t ab = 0, aa = 0, bb = 0;
-  for (int i = 0; i < interval && candidate + i < samples_.count(); ++i) {
-    const std::int64_t a = samples_[last + i], b = samples_[candidate + i];
-    ab += a * b;
-    aa += a * a;
-    bb += b * b;
-  }
+  const int count = std::min(interval, samples_.count() - candidate);
+  const std::int32_t *a = samples_.From(last), *b = samples_.From(candidate);
+  const std::int64_t ab = Product(a, b, count), aa = Product(a, a, count), bb = Product(b, b, count);
   if (ab <= 0 || aa == 0 || bb == 0) return 0;
   const double r = static_cast<double>(ab) / std::sqrt(static_cast<double>(aa) * static_cast<double>(bb));
   return r * (1 - kLongerIsWorse * interval / bounds_.longest);

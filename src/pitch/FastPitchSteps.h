@@ -62,7 +62,7 @@ inline bool IsDetermined(float period) { return period > kUndeterminedPeriod; }
 
 // --- Preparation
 
-/// Of each `decimation` document samples from `start` on one: the least when the first is negative, else the
+/// Of each `decimation` (1, 2 or 3) document samples from `start` on one: the least when the first is negative, else the
 /// largest. The margins are filled too; what lies outside the document is 0.
 void Decimate(SampleSpan document, int start, int decimation, WorkingSamples& samples);
 

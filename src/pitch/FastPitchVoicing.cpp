@@ -62,6 +62,27 @@ void LowPass(const FilterTaps& filter, const std::int32_t* input, int count, dou
   (filter.half == 3 ? LowPass7 : LowPass9)(filter.taps.data(), input, count, output);
 }
 
+/// y·1000/largest + 0.5, truncated and saturated at 16 bits.
+PARLOWEN_CLONES void Scale(const double* y, int count, double largest, std::int32_t* output) {
+  for (int n = 0; n < count; ++n) {
+    const double scaled = y[n] * kFullScale / largest + 0.5;
+    output[n] = static_cast<std::int32_t>(std::max(-32768.0, std::min(32767.0, scaled)));
+  }
+}
+
+PARLOWEN_CLONES int CountCrossings(const std::int32_t* x, int count) {
+  int crossings = 0;
+  for (int n = 1; n < count; ++n) crossings += (x[n] < 0) != (x[n - 1] < 0);
+  return crossings;
+}
+
+/// Σ trunc(|x|/10).
+PARLOWEN_CLONES int SumTenths(const std::int32_t* x, int count) {
+  int level = 0;
+  for (int n = 0; n < count; ++n) level += std::abs(x[n]) / 10;
+  return level;
+}
+
 bool IsNoise(const WorkingSamples& samples, const FilterTaps& filter, FrameRun run,
              std::vector<double>& filtered) {
   const int step = samples.step();
@@ -87,6 +108,27 @@ double LargestOutput(std::span<const double> output) {
   for (std::size_t n = 0; n + kUnscaledTail < output.size(); ++n)
     largest = std::max(largest, std::fabs(output[n]));
   return largest;
+}
+
+/// Of each `decimation` inputs the least when the first is negative, else the largest.
+template <int decimation, typename At>
+void KeepExtremes(const At& at, int count, std::int32_t* output) {
+  for (int n = 0; n < count; ++n) {
+    const std::int32_t first = at(std::int64_t{n} * decimation);
+    std::int32_t lowest = first, highest = first;
+    for (int i = 1; i < decimation; ++i) {
+      const std::int32_t other = at(std::int64_t{n} * decimation + i);
+      lowest = std::min(lowest, other);
+      highest = std::max(highest, other);
+    }
+    output[n] = first < 0 ? lowest : highest;
+  }
+}
+template <typename At>
+void KeepExtremes(const At& at, int decimation, int count, std::int32_t* output) {
+  if (decimation == 1) KeepExtremes<1>(at, count, output);
+  if (decimation == 2) KeepExtremes<2>(at, count, output);
+  if (decimation == 3) KeepExtremes<3>(at, count, output);
 }
 
 void Unvoice(FastPitchFrames& frames, int first, int last) {
@@ -147,15 +189,14 @@ WorkingSamples WorkingSamples::Negated() const {
 
 void Decimate(SampleSpan document, int start, int decimation, WorkingSamples& samples) {
   constexpr int kMargin = WorkingSamples::kMargin;
-  for (int n = -kMargin; n < samples.count() + kMargin; ++n) {
-    const std::int64_t first = start + std::int64_t{n} * decimation;
-    std::int32_t kept = document.At(first);
-    const bool lowest = kept < 0;
-    for (int i = 1; i < decimation; ++i) {
-      const std::int32_t other = document.At(first + i);
-      kept = lowest ? std::min(kept, other) : std::max(kept, other);
-    }
-    *samples.From(n) = kept;
+  const std::int64_t first = start - std::int64_t{kMargin} * decimation;
+  const int count = samples.count() + 2 * kMargin;
+  if (first >= 0 && first + std::int64_t{count} * decimation <= document.count) {
+    KeepExtremes([x = document.data + first](std::int64_t i) { return x[i]; }, decimation, count,
+                 samples.From(-kMargin));
+  } else {
+    KeepExtremes([&](std::int64_t i) { return document.At(first + i); }, decimation, count,
+                 samples.From(-kMargin));
   }
 }
 
@@ -178,13 +219,8 @@ void RemoveDc(std::int64_t insideFrom, std::int64_t insideEnd, WorkingSamples& s
 void MeasureFrames(const WorkingSamples& samples, FastPitchFrames& frames) {
   for (std::size_t f = 0; f < frames.size(); ++f) {
     const std::int32_t* x = samples.Frame(static_cast<int>(f));
-    int crossings = 0, level = std::abs(x[0]) / 10;
-    for (int n = 1; n < samples.step(); ++n) {
-      crossings += (x[n] < 0) != (x[n - 1] < 0);
-      level += std::abs(x[n]) / 10;
-    }
-    frames[f].zeroCrossings = crossings;
-    frames[f].level = level;
+    frames[f].zeroCrossings = CountCrossings(x, samples.step());
+    frames[f].level = SumTenths(x, samples.step());
   }
 }
 
@@ -215,10 +251,7 @@ bool ScaleToThousand(int sampleRate, WorkingSamples& samples) {
   LowPass(filter, samples.From(0), count, filtered.data());
   const double largest = LargestOutput(filtered);
   if (largest <= 0) return false;
-  for (int n = 0; n < count; ++n) {
-    const double scaled = filtered[static_cast<std::size_t>(n)] * kFullScale / largest;
-    *samples.From(n) = SaturateInt16(TruncateToInt64(scaled + 0.5));
-  }
+  Scale(filtered.data(), count, largest, samples.From(0));
   std::fill(samples.From(-kMargin), samples.From(0), 0);
   std::fill(samples.From(count), samples.From(count + kMargin), 0);
   return true;
