@@ -55,7 +55,7 @@ def resample(samples, rate, wanted):
     kept[:n] = spectrum[:n]
     fade = int(0.05 * n)
     kept[n - fade:n] *= 0.5 + 0.5 * np.cos(np.pi * np.arange(fade) / fade)
-    return np.fft.irfft(kept, length) * wanted / rate
+    return np.fft.irfft(kept, length) * length / len(samples)
 
 
 def noise(kind, count, rate, random):
@@ -151,7 +151,7 @@ class Net:
     def odds(self, z):
         return squash(z @ self.p[0] + self.p[1]) @ self.p[2] + self.p[3]
 
-    def train(self, x, y, seed, epochs, decay, rate=0.004, batch=1024, weights=None):
+    def train(self, x, y, seed, epochs, decay, rate=0.004, batch=1024):
         """Adam on the logistic loss with decaying steps and a pull of the weights to 0."""
         random = np.random.default_rng(seed)
         z = self.scaled(x)
@@ -232,7 +232,7 @@ def scores(tool, net_path, name, path):
 def leave_one_out(tool, speakers, paths, data, seed, folder):
     """Prints the errors of the whole analysis on every speaker with a net that never heard him."""
     variants = [v for v in VARIANTS if v[1] == "clean" or v[2] >= 20]
-    print(f"{'':16}" + "".join(f"{v[0]} {v[1]}".rjust(14) for v in variants) + "   all errors %, voicing, gross")
+    print(f"{'':16}" + "".join(f"{v[0]} {v[1]}".rjust(14) for v in variants) + "   all errors, %", flush=True)
     totals = {}
     for s in speakers:
         net_path = os.path.join(folder, s.name + ".net")
@@ -269,12 +269,14 @@ def main():
             leave_one_out(options.tool, speakers, paths, data, options.seed, folder)
         if options.write:
             frames = sum(len(data[n, v][1]) for n in names for v in VARIANTS)
-            trained(data, names, options.seed).write_source(options.write, [
+            net = trained(data, names, options.seed)
+            net.write_source(options.write, [
                 "Written by bench/pitch_accuracy/train_voicing.py; not edited by hand.",
                 f"Trained on {options.called or options.folder}.",
                 f"{len(names)} speakers, {frames} frames: " + ", ".join(sorted({f'{v[0]}' for v in VARIANTS}, key=int)) + " Hz, clean, and in",
                 "white and pink noise of 20 dB, white noise of 10 dB, mains hum of 25 and 30 dB.",
                 f"{INPUTS} inputs, {UNITS} units, {EPOCHS} epochs of Adam, decay {DECAY}, seed {options.seed}."])
+            subprocess.run(["clang-format", "-i", options.write], check=False)
 
 
 if __name__ == "__main__":

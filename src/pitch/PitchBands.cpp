@@ -146,23 +146,35 @@ struct Phases {
   const float* At(int i) const { return samples.data() + i % decimation * stride + i / decimation; }
 };
 
-/// Two taps at a time: output[n] += Σ tap·(before + after).
-PARLOWEN_CLONES void AddTaps(const float* taps, const float* a0, const float* b0, const float* a1,
-                             const float* b1, int count, float* output) {
-  for (int n = 0; n < count; ++n) output[n] += taps[0] * (a0[n] + b0[n]) + taps[1] * (a1[n] + b1[n]);
+/// Four taps at a time, to load and store the output less often: output[n] += Σ tap·(before + after).
+PARLOWEN_CLONES void AddTaps(const float* taps, const float* const* before, const float* const* after,
+                             int count, float* output) {
+  const float *a0 = before[0], *a1 = before[1], *a2 = before[2], *a3 = before[3];
+  const float *b0 = after[0], *b1 = after[1], *b2 = after[2], *b3 = after[3];
+  const float t0 = taps[0], t1 = taps[1], t2 = taps[2], t3 = taps[3];
+  for (int n = 0; n < count; ++n)
+    output[n] +=
+        (t0 * (a0[n] + b0[n]) + t1 * (a1[n] + b1[n])) + (t2 * (a2[n] + b2[n]) + t3 * (a3[n] + b3[n]));
 }
 
 /// The symmetric low-pass, `count` outputs; at(k) is what stands k inputs behind that of the middle tap.
 template <typename At>
 void Convolve(std::span<const float> taps, const At& at, int count, float* output) {
+  constexpr int kTogether = 4;
   const float* middle = at(0);
   const int half = static_cast<int>(taps.size()) - 1;
   for (int n = 0; n < count; ++n) output[n] = taps[0] * middle[n];
-  for (int k = 1; k <= half; k += 2) {
-    const float last[2] = {taps[static_cast<std::size_t>(k)],
-                           k < half ? taps[static_cast<std::size_t>(k) + 1] : 0};
-    const int next = std::min(k + 1, half);
-    AddTaps(last, at(-k), at(k), at(-next), at(next), count, output);
+  for (int first = 1; first <= half; first += kTogether) {
+    std::array<float, kTogether> weights{};
+    std::array<const float*, kTogether> before{}, after{};
+    for (int i = 0; i < kTogether; ++i) {
+      const int k = std::min(first + i, half);  // beyond the last tap: nothing of the last
+      const auto place = static_cast<std::size_t>(i);
+      weights[place] = first + i <= half ? taps[static_cast<std::size_t>(k)] : 0;
+      before[place] = at(-k);
+      after[place] = at(k);
+    }
+    AddTaps(weights.data(), before.data(), after.data(), count, output);
   }
 }
 

@@ -156,7 +156,6 @@ Tracking::Tracking(const PitchTrackingRequest& request, std::span<float> periods
 }
 
 bool Tracking::Run(const std::function<bool(double)>& progress) {
-  if (periods_.empty()) return true;
   frames_.resize(periods_.size());
   cameFrom_.resize(periods_.size());
   correlation_.resize(static_cast<std::size_t>(highest_ - lowest_ + 3));
@@ -554,7 +553,7 @@ void Tracking::FitGlides() {
 
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress) {
-  return Tracking(request, periods).Run(progress);
+  return periods.empty() || Tracking(request, periods).Run(progress);
 }
 
 }  // namespace parlowen

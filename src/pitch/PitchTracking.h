@@ -21,18 +21,19 @@ struct PitchTrackingRequest {
   PitchRange range = PitchRange::Automatic;
   int firstFrame = 0;  ///< document frame of element 0
   /// What the time-domain stage found, one value a frame: a period in document samples, 1.0 voiced without a
-  /// period, 0 unvoiced. It shifts the voicing threshold and decides between octaves that are equally good.
+  /// period, 0 unvoiced. It decides between octaves that are equally good, not about voice.
   std::span<const float> hints;
   VoicingStudy study{};
 };
 
 /// Pitch of the document frames firstFrame .. firstFrame + periods.size() − 1, each looked at about its
 /// sample f·sampleRate/100 + sampleRate/100: candidates of the normalised cross-correlation joined by dynamic
-/// programming (Talkin 1995; Secrest and Doddington 1983). periods[i] becomes 0, or a period in document
-/// samples, with its fraction, within the setting's bounds; where these begin at 64 Hz a creak down to 55 Hz
-/// is told as 64 Hz. Between octaves the clear frames of the 2 s on either side decide. `progress` is asked
-/// now and then with the share done, 0..1; when it answers false the work stops and false is returned, with
-/// `periods` unspecified. `hints` has as many elements as `periods`.
+/// programming (Talkin 1995; Secrest and Doddington 1983), voice told from silence by a trained net.
+/// periods[i] becomes 0, or a period in document samples, with its fraction, within the setting's bounds; where
+/// these begin at 64 Hz a creak down to 55 Hz is told as 64 Hz. Between octaves the clear frames of the 2 s on
+/// either side decide, but for single pulses. `progress` is asked now and then with the share done, 0..1; when
+/// it answers false the work stops and false is returned, with `periods` unspecified. `hints` has as many
+/// elements as `periods`. docs/pitch.md tells what it reaches.
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress = {});
 
