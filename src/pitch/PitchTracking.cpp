@@ -46,8 +46,7 @@ constexpr double kNoiseToLoud = 3.2e-4;  // the noise is at most −35 dB: a sou
 constexpr double kNoiseWeight = 2.0;     // times the noise is added to every energy
 
 // Costs
-constexpr double kLagWeight =
-    0.36;  // a period of the longest lag scores that much less than half of it could
+constexpr double kLagWeight = 0.36;   // that share of r is lost by a period of the longest lag
 constexpr double kHintWeight = 0.03;  // an octave away from the time-domain stage's period
 constexpr double kOddsWeight = 0.25;  // of the natural logarithm of the odds for voice, with their bias
 constexpr double kOddsBias = -0.3, kMostOdds = 12;
@@ -436,12 +435,13 @@ bool Tracking::IsTrueJump(std::ptrdiff_t rim, std::ptrdiff_t inner) const {
   return std::fabs(octaves - std::round(octaves)) >= kNoOctave && best >= kClearBeyond;
 }
 
-/// The frames from `rim` inwards that lie beyond a jump: none where it is a true one. More of them may be wrong
-/// an octave below, where they end slower than the lowest bound.
+/// The frames from `rim` inwards that lie beyond a jump, less than half of the stretch: none where it is a true
+/// one. More of them may be wrong an octave below, where they end slower than the lowest bound.
 std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const {
   const double slowest = static_cast<double>(request_.sampleRate) / bounds_.lowest;
   const bool tooSlow = static_cast<double>(periods_[static_cast<std::size_t>(rim)]) > slowest;
-  for (std::ptrdiff_t count = std::min(tooSlow ? kOctaveReach : kRimReach, length / 2); count > 0; --count) {
+  for (std::ptrdiff_t count = std::min(tooSlow ? kOctaveReach : kRimReach, (length - 1) / 2); count > 0;
+       --count) {
     const std::ptrdiff_t inner = rim + count * inward;
     const double octaves =
         OctavesBetween(static_cast<std::size_t>(inner - inward), static_cast<std::size_t>(inner));
