@@ -13,7 +13,7 @@ constexpr int kTableLeft = 640, kTableTop = 110;
 constexpr int kAxisRoom = 40;                                // under the base line
 constexpr int kVoicedTop = 3500;                             // Hz
 constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;  // units of the curves a dB
-constexpr double kRowsPerDecibel = 3.6;
+constexpr double kRowsPerDecibel = 3.6, kComparedRowsPerDecibel = 2.3;
 
 int Whole(double value) { return TruncateToInt32(value); }
 
@@ -55,9 +55,10 @@ SpectralPlot FramePlot(int sampleRate, int height) {
   return {100, height - kAxisRoom, 2, kRowsPerDecibel / kFrameScale, 256, std::max(1, sampleRate)};
 }
 
-SpectralPlot ComparisonPlot(const FrameState& state, int height) {
-  SpectralPlot plot = FramePlot(state.sampleRate, height);
-  plot.perUnit = kRowsPerDecibel / kComparisonScale;
+SpectralPlot ComparisonPlot(const FrameState& state) {
+  SpectralPlot plot = FramePlot(state.sampleRate, kComparisonHeight);
+  plot.perPoint = 1;
+  plot.perUnit = kComparedRowsPerDecibel / kComparisonScale;
   if (state.comparison.voiced) plot.points = std::min(256, kVoicedTop * 512 / plot.sampleRate + 1);
   return plot;
 }
@@ -81,11 +82,11 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   return picture;
 }
 
-Picture ComparisonPicture(const FrameState& state, int width, int height) {
-  Picture picture{width, height, {}};
+Picture ComparisonPicture(const FrameState& state) {
+  Picture picture{kComparisonWidth, kComparisonHeight, {}};
   if (!state.hasComparison) return picture;
   const FrameComparison& comparison = state.comparison;
-  const SpectralPlot plot = ComparisonPlot(state, height);
+  const SpectralPlot plot = ComparisonPlot(state);
   for (int k = 0; k < plot.points; ++k) {
     const int y = plot.YOf(comparison.a.curve[static_cast<std::size_t>(k)]);
     picture.Add(LineMark{{plot.XOf(k), plot.base}, {plot.XOf(k), y}, kBarsA});
