@@ -10,6 +10,7 @@
 
 #include "base/Format.h"
 #include "shell/qt/ActionGate.h"
+#include "shell/qt/GraphicRole.h"
 #include "shell/qt/PicturePainter.h"
 #include "vowel/ChartPicture.h"
 
@@ -46,6 +47,7 @@ PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document,
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setCursor(pane == Pane::Chart ? Qt::ArrowCursor : Qt::CrossCursor);
+  MakeGraphic(*this);
   UpdateAccessibleName();
 }
 
