@@ -274,8 +274,9 @@ Picture MainView::Chart(int width, int height) const {
        x += FormantStrip::kStep)
     samples.push_back(SampleAt(Pane::Amplitude, x));
   formantStrip_.Update(document_, std::move(samples));
-  picture.AddAt(TimeAxis(Pane::Amplitude, width, kAxisHeight), 0, kChartTop);
-  picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
+  picture.AddAt(
+      TimeAxisPicture(ScaleOf(Pane::Amplitude), document_.sampleRate, width, kAxisHeight, kTimeUnit), 0,
+      kChartTop);
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
   if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
@@ -370,8 +371,8 @@ std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
   }
 }
 
-Picture MainView::TimeAxis(Pane pane, int width, int height) const {
-  return TimeAxisPicture(ScaleOf(pane), document_.sampleRate, width, height);
+Picture MainView::TimeAxis(int width, int height) const {
+  return TimeAxisPicture(ScaleOf(Pane::Waveform), document_.sampleRate, width, height);
 }
 
 Picture MainView::Overview(int width, int height) const {

@@ -88,8 +88,8 @@ class MainView {
   Picture Whole(Pane pane, int width, int height) const;
   /// Labels beside the pane.
   std::vector<Tick> Ticks(Pane pane, int height) const;
-  /// The axis in seconds under a pane.
-  Picture TimeAxis(Pane pane, int width, int height) const;
+  /// The axis in seconds under the waveform.
+  Picture TimeAxis(int width, int height) const;
   /// The whole sound with the view and the selection.
   Picture Overview(int width, int height) const;
   int OverviewSampleAt(int x, int width) const;

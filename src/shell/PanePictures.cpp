@@ -41,21 +41,15 @@ PlotScale PitchRows(int height) { return {kLowestPitch, kHighestPitch, height - 
 
 /// Rows of a waveform in a picture of its own, `margin` from its edges.
 PlotScale WaveRows(const SoundDocument& document, const WavePyramid& pyramid, int height, int margin) {
-  const MinMax all = pyramid.Extremes(document.Samples(), 0, document.sampleCount);
-  const int middle = height / 2;
-  return {0, static_cast<double>(WaveRange(std::max<int>(all.max, -static_cast<int>(all.min)))), middle,
-          margin};
+  const int peak = PeakOf(pyramid.Extremes(document.Samples(), 0, document.sampleCount));
+  return {0, static_cast<double>(WaveRange(peak)), height / 2, margin};
 }
 
 void AddWave(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid,
              const SampleScale& scale, const PlotScale& rows) {
   const auto points = WavePoints(
       scale.left, picture.width, document.sampleCount, [&](int x) { return scale.SampleAt(x); },
-      [&](std::int64_t from, std::int64_t end) {
-        const MinMax seen =
-            pyramid.Extremes(document.Samples(), static_cast<int>(from), static_cast<int>(end));
-        return std::pair<double, double>{seen.min, seen.max};
-      });
+      ExtremesFrom(pyramid, document.Samples()));
   AddCurve(picture, points, rows, colours::kWave);
 }
 
@@ -184,10 +178,11 @@ std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid
   return TicksAt(rows, values);
 }
 
-Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height) {
+Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
+                        const std::string& unit) {
   Picture picture{width, height, {}};
   const PlotScale seconds = PlotScale::Seconds(columns, sampleRate, width);
-  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom), 0);
+  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom), 0, {}, unit);
   return picture;
 }
 

@@ -26,7 +26,8 @@ std::vector<Tick> AnalysisTicks(const SoundDocument& document, const Spectrogram
 std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
 
 /// An axis in seconds under the columns of a pane.
-Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height);
+Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
+                        const std::string& unit = {});
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 

@@ -9,8 +9,6 @@
 namespace parlowen {
 namespace {
 
-constexpr Colour kGridLine = 0xA04040, kFormantDot = 0xE00000, kRidgeLine = 0x203060;
-
 constexpr int kHorizonColumns = 1280, kHorizonStart = 700;
 constexpr int kRidgeLeft = 20, kRidgeFoot = 20;  // where the first frame begins, from the left and from below
 constexpr int kColumnsPerRow = 3, kShiftRight = 2, kShiftUp = 1;
@@ -55,7 +53,7 @@ void AddFormants(Picture& picture, const SpectrogramState& spectrogram, const Sa
     const int x = pane.ColumnOf(spectrogram.stretch.ColumnStart(dot.column));
     if (x < pane.left || x >= picture.width) continue;
     const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
-    picture.Add(BoxMark{x, y - 1, 2, 2, kFormantDot});
+    picture.Add(BoxMark{x, y - 1, 2, 2, colours::kFormant});
   }
 }
 
@@ -124,7 +122,7 @@ class RidgeLine {
   Picture& picture_;
   std::vector<int>& horizon_;
   const int width_;
-  PolylineMark part_{{}, kRidgeLine};
+  PolylineMark part_{{}, colours::kRidge};
   Point from_, last_;
 };
 
@@ -201,7 +199,8 @@ Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, 
   if (image.columns > 0) picture.Add(std::move(image));
   AddFormants(picture, spectrogram, pane);
   for (const Tick& line : SpectrogramGrid(spectrogram, sampleRate, height))
-    picture.Add(LineMark{{pane.left, line.at}, {width - 1, line.at}, kGridLine, 1, LineStyle::Dashed});
+    picture.Add(LineMark{
+        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dashed});
   AddTitle(picture, spectrogram, pane, sampleRate);
   return picture;
 }

@@ -4,7 +4,7 @@
 #include <cctype>
 #include <memory>
 
-#include "base/Format.h"
+#include "document/WavePyramid.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
@@ -15,7 +15,7 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kHint = "对正在画的谱图，F 键显示共振峰, D/L键: 加深／淡化谱图（对倒谱和立体图无效）";
-constexpr UiText kBothTitle = "谱图窗口", kAloneTitle = "单谱图窗口", kTimeUnit = "T(秒)";
+constexpr UiText kBothTitle = "谱图窗口", kAloneTitle = "单谱图窗口";
 constexpr int kHintHeight = 24, kWaveShare = 4;  // the waveform has a quarter of the height
 constexpr int kLabelWidth = 50;
 constexpr int kFullScale = 32768;
@@ -26,11 +26,7 @@ Picture WavePicture(const SoundDocument& document, const SampleScale& columns, i
   const PlotScale rows{0, kFullScale, height / 2, 1};
   picture.Add(LineMark{{0, rows.from}, {width - 1, rows.from}, colours::kGrid});
   const auto points = WavePoints(
-      columns.left, width, samples.count, [&](int x) { return columns.SampleAt(x); },
-      [&](std::int64_t from, std::int64_t end) {
-        const auto [low, high] = std::minmax_element(samples.data + from, samples.data + end);
-        return std::pair<double, double>{*low, *high};
-      });
+      columns.left, width, samples.count, [&](int x) { return columns.SampleAt(x); }, ExtremesFrom(samples));
   AddCurve(picture, points, rows, colours::kWave);
   return picture;
 }

@@ -47,8 +47,9 @@ void AddBarkAxes(Picture& picture, const VowelChart& chart, int bottom) {
 }
 
 void AddPoint(Picture& picture, const VowelPoint& point, bool barkMode) {
-  AddShape(picture, point.shape, point.x, point.y, kChartRed);
-  if (!barkMode && point.f3 > point.f2) AddShape(picture, point.shape, point.x3, point.y, kChartRed);
+  AddShape(picture, point.shape, point.x, point.y, colours::kChartPoint);
+  if (!barkMode && point.f3 > point.f2)
+    AddShape(picture, point.shape, point.x3, point.y, colours::kChartPoint);
 }
 
 }  // namespace

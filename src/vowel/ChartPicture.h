@@ -7,8 +7,6 @@
 
 namespace parlowen {
 
-inline constexpr Colour kChartRed = 0xC80000;
-
 /// The outline of a point shape around x, y, one pixel wide.
 void AddShape(Picture& picture, PointShape shape, int x, int y, Colour colour);
 

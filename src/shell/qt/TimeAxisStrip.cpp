@@ -22,7 +22,7 @@ void TimeAxisStrip::paintEvent(QPaintEvent*) {
   painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter, "秒");
   painter.translate(kLeft, 0);
   painter.fillRect(0, 0, width() - kLeft, height(), Qt::white);
-  PaintPicture(painter, view_.TimeAxis(Pane::Waveform, width() - kLeft, height()));
+  PaintPicture(painter, view_.TimeAxis(width() - kLeft, height()));
 }
 
 }  // namespace parlowen
