@@ -1,19 +1,18 @@
 #include "annotation/MarkerBands.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdlib>
 
 #include "annotation/TextPicture.h"
-#include "base/Arithmetic.h"
 #include "base/Format.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 namespace {
 
-constexpr Colour kWave = 0x1F3F77, kBandFill = 0xF2F2F2, kStretchLine = 0x606060;
-constexpr Colour kBandColours[kMarkerBands] = {0xC00000, 0x00662E, 0x6A1B9A, 0x8A5000};
+static_assert(std::size(colours::kMarkerBand) == kMarkerBands);
 constexpr int kLineHeight = 22, kAxisHeight = 20, kHeadingHeight = 20, kLeastWave = 60, kHeadingWidth = 68;
+constexpr double kFinestTick = 1e-3;
 constexpr int kBandHeight = 40, kTextHeight = 12, kTextRows = 3;
 
 /// Rows of a band: the first has one more than the others.
@@ -45,48 +44,23 @@ class Columns {
 void AddWaveform(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid,
                  const MarkerScale& scale, const MarkerView& view, const MarkerLayout& layout) {
   const int middle = layout.waveTop + layout.waveHeight / 2, reach = layout.waveHeight / 2 - 1;
-  const MinMax all = pyramid.Extremes(document.Samples(), 0, document.sampleCount);
-  const int peak = std::max<int>(all.max, -static_cast<int>(all.min));
-  int range = 32768;  // the smallest of 32768, 16384 … 256 that holds the sound
-  while (range > 256 && peak <= range / 2) range /= 2;
-  PolylineMark wave{{}, kWave};
-  for (int c = 0; c < view.columns; ++c) {
-    const int start = scale.SampleAt(kPaneMargin + c);
-    if (start >= document.sampleCount) break;
-    const MinMax seen =
-        pyramid.Extremes(document.Samples(), start, std::max(start + 1, scale.SampleAt(kPaneMargin + c + 1)));
-    // Up and down in turn, so that neighbouring columns join.
-    const int first = c % 2 == 0 ? seen.max : seen.min, second = c % 2 == 0 ? seen.min : seen.max;
-    wave.points.push_back({kPaneMargin + c, middle - first * reach / range});
-    wave.points.push_back({kPaneMargin + c, middle - second * reach / range});
-  }
+  const int peak = PeakOf(pyramid.Extremes(document.Samples(), 0, document.sampleCount));
+  const PlotScale rows{0, static_cast<double>(WaveRange(peak)), middle, middle - reach};
+  const auto points = WavePoints(
+      kPaneMargin, kPaneMargin + view.columns, document.sampleCount, [&](int x) { return scale.SampleAt(x); },
+      ExtremesFrom(pyramid, document.Samples()));
   picture.Add(LineMark{{kPaneMargin, middle}, {kPaneMargin + view.columns - 1, middle}, colours::kGrid});
-  if (wave.points.size() > 1) picture.Add(std::move(wave));
+  AddCurve(picture, points, rows, colours::kWave);
 }
 
 void AddAxis(Picture& picture, const SoundDocument& document, const MarkerScale& scale,
              const MarkerView& view, int top) {
-  constexpr int kPixelsPerLabel = 70;
-  const int last = kPaneMargin + view.columns - 1;
-  picture.Add(LineMark{{kPaneMargin, top}, {last, top}, colours::kText});
-  if (document.sampleRate <= 0 || document.sampleCount == 0) return;
-  const double secondsPerColumn = scale.samplesPerPixel / document.sampleRate;
-  const double start = double(scale.start) / document.sampleRate;
-  // The finest of 1, 2, 5 · 10^k ms that leaves room for the labels.
-  double step = 1e-3;
-  for (int i = 0; step < kPixelsPerLabel * secondsPerColumn && i < 24; ++i) step *= i % 3 == 1 ? 2.5 : 2.0;
-  const int decimals = step >= 0.999 ? 0 : step >= 0.0999 ? 1 : step >= 0.00999 ? 2 : 3;
-  for (std::int64_t i = TruncateToInt64(std::ceil(start / step - 1e-9));; ++i) {
-    const double time = static_cast<double>(i) * step;
-    const int x = kPaneMargin + TruncateToInt32((time - start) / secondsPerColumn + 0.5);
-    if (x > last) break;
-    picture.Add(LineMark{{x, top}, {x, top + 4}, colours::kText});
-    const Anchor anchor = x < kPaneMargin + 20 ? Anchor::Left
-                          : x > last - 20      ? Anchor::Right
-                                               : Anchor::Middle;
-    const std::string label = Format("%.*f", decimals, time) + (i == 0 ? " s" : "");
-    picture.Add(TextMark{x, top + 15, label, colours::kText, 10, anchor, Face::Figures});
+  PlotScale seconds{0, 0, kPaneMargin, kPaneMargin + view.columns};
+  if (document.sampleRate > 0 && document.sampleCount > 0) {
+    seconds.first = double(scale.start) / document.sampleRate;
+    seconds.last = seconds.first + view.columns * scale.samplesPerPixel / document.sampleRate;
   }
+  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom, kFinestTick), top, {}, kTimeUnit);
 }
 
 /// The texts of a band, in rows of which none covers another.
@@ -136,7 +110,8 @@ void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Colu
     // A text wider than its stretch stays inside the band.
     const int least = kPaneMargin + width / 2, most = columns.Last() - width / 2;
     const int middle = least > most ? (from + to) / 2 : std::clamp((from + to) / 2, least, most);
-    picture.Add(LineMark{{from, top + kLine}, {to, top + kLine}, kStretchLine, 1, LineStyle::Dashed});
+    picture.Add(
+        LineMark{{from, top + kLine}, {to, top + kLine}, colours::kStretchLine, 1, LineStyle::Dashed});
     picture.Add(TextMark{middle, top + rows.Take(middle - width / 2, width, kSegmentRows), label.text,
                          colours::kBlack, kTextHeight, Anchor::Middle, Face::Ipa});
   }
@@ -145,7 +120,7 @@ void AddLabels(Picture& picture, std::span<const MarkerLabel> labels, const Colu
 void AddBand(Picture& picture, const MarkerSet& set, int band, bool current, const Columns& columns,
              const MarkerLayout& layout) {
   const int top = layout.bandsTop + BandTop(band), bottom = layout.bandsTop + BandBottom(band);
-  const Colour colour = kBandColours[band];
+  const Colour colour = colours::kMarkerBand[band];
   picture.Add(LineMark{{0, bottom}, {columns.Last(), bottom}, colours::kGrid});
   picture.Add(TextMark{9, top + kBandHeight / 2 + 5, Format("%d", band + 1), colour, current ? 16 : 13,
                        Anchor::Middle, Face::Figures});
@@ -185,7 +160,7 @@ Picture MarkersPicture(const SoundDocument& document, const WavePyramid& pyramid
   AddWaveform(picture, document, pyramid, scale, view, layout);
   AddAxis(picture, document, scale, view, layout.axisTop);
   picture.Add(TextMark{kPaneMargin, layout.headingTop + 14, kBandsHeading, colours::kText, 12});
-  picture.Add(BoxMark{kPaneMargin, layout.bandsTop, view.columns, kMarkerAreaHeight, kBandFill});
+  picture.Add(BoxMark{kPaneMargin, layout.bandsTop, view.columns, kMarkerAreaHeight, colours::kBandFill});
   picture.Add(LineMark{{0, layout.bandsTop}, {columns.Last(), layout.bandsTop}, colours::kGrid});
   for (int band = 0; band < kMarkerBands; ++band)
     AddBand(picture, set, band, band == view.band, columns, layout);

@@ -5,7 +5,6 @@
 namespace parlowen {
 namespace {
 
-constexpr Colour kAnnotation = 0x00586A, kCharacters = 0x8A2060;
 constexpr int kGap = 3;  // pixels between a line and its text, and between texts
 constexpr int kMostRows = 6;
 
@@ -33,7 +32,8 @@ void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, i
   }
   std::stable_sort(places.begin(), places.end(), [](const Place& a, const Place& b) { return a.x < b.x; });
   for (const Place& place : places)
-    picture.Add(LineMark{{place.x, 0}, {place.x, picture.height - 1}, kAnnotation, 1, LineStyle::Dashed});
+    picture.Add(
+        LineMark{{place.x, 0}, {place.x, picture.height - 1}, colours::kAnnotation, 1, LineStyle::Dashed});
   int rowHeight = 0;
   for (const Place& place : places) rowHeight = std::max(rowHeight, RoomFor(place.annotation->height));
   std::vector<int> rowEnds;  // where the last text of each row ends
@@ -45,7 +45,7 @@ void AddAnnotations(Picture& picture, std::span<const Annotation> annotations, i
     if (row == rowEnds.end()) row = std::min_element(rowEnds.begin(), rowEnds.end());
     *row = x + TextWidth(place.annotation->text, height) + kGap;
     const int middle = top + static_cast<int>(row - rowEnds.begin()) * rowHeight + rowHeight / 2;
-    AddText(picture, x, middle, place.annotation->text, height, kAnnotation);
+    AddText(picture, x, middle, place.annotation->text, height, colours::kAnnotation);
   }
 }
 
@@ -56,7 +56,7 @@ void AddCharacters(Picture& picture, const InsertedCharacters& characters, Pane 
     if (item.pane != pane) continue;
     const int x = columnOf(item.sample);
     if (x < left || x >= picture.width) continue;
-    AddText(picture, x, std::min(item.row, picture.height - 1), item.text, item.height, kCharacters);
+    AddText(picture, x, std::min(item.row, picture.height - 1), item.text, item.height, colours::kCharacters);
   }
 }
 

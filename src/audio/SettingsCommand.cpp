@@ -50,10 +50,7 @@ InputForm MakeForm(int sampleRate, const RecorderSettings& settings) {
 }
 
 void TakeRate(Window& window, SoundDocument& document, CommandStates& states, int rate) {
-  document.sampleRate = rate;
-  document.resetPitch();
-  document.SamplesChanged();  // whatever was derived from them holds for the old rate
-  document.setView(states);
+  document.TakeRate(rate, states);
   states.onRateChanged(rate);
   states.onSelectionChanged(document.SelectionFacts());
   window.Repaint();

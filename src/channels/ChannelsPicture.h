@@ -2,6 +2,7 @@
 #include "channels/ChannelsState.h"
 #include "document/SoundDocument.h"
 #include "ui/Picture.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 
@@ -11,8 +12,9 @@ struct ChannelsView {
   int zoom = 1;      ///< a power of two
   int width = 1024;  ///< pixels, the margin of 20 included
 
-  double SamplesPerColumn(const SoundDocument& document) const;
-  /// start + (x − 20)·SamplesPerColumn, x at least 20, clamped to 0..sampleCount.
+  /// sampleCount/zoom samples over the columns behind the margin.
+  SampleScale Columns(const SoundDocument& document) const;
+  /// The sample of a column, x at least 20, clamped to 0..sampleCount.
   int SampleAt(const SoundDocument& document, int x) const;
   int ColumnOf(const SoundDocument& document, int sample) const;
   /// Samples under all columns.

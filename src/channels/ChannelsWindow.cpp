@@ -213,7 +213,7 @@ void ChannelsWindow::MoveTo(std::int64_t start) {
 
 void ChannelsWindow::ZoomBy(bool out) {
   // A column is never less than a sample.
-  if (!out && view_.SamplesPerColumn(desk_.document) < 2) return;
+  if (!out && view_.Columns(desk_.document).SamplesPerColumn() < 2) return;
   view_.zoom = out ? std::max(1, view_.zoom / 2) : view_.zoom * 2;
   MoveTo(view_.start);
 }

@@ -39,6 +39,16 @@ void SoundDocument::setView(CommandStates& states) {
   states.onViewChanged(IsLongerThanView());
 }
 
+void SoundDocument::TakeRate(int rate, CommandStates& states) {
+  if (rate == sampleRate) return;
+  const bool zoomed = !AtStartScale();
+  sampleRate = rate;
+  if (!zoomed) samplesPerPixel = StartSamplesPerPixel();
+  resetPitch();
+  SamplesChanged();
+  setView(states);
+}
+
 CommandStates::SelectionFacts SoundDocument::SelectionFacts() const {
   return {selectionDefined(), SelectionLength(), sampleRate, pitchPresent};
 }

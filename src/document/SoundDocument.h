@@ -96,6 +96,10 @@ class SoundDocument {
   /// commands that page. Without a selection start the insert point follows a view that moved or was zoomed.
   void setView(CommandStates& states);
 
+  /// Reads the samples that there are at another rate, as the settings and a rejected file do: the contour and
+  /// whatever was derived go, and the scale stays the start scale unless the user has zoomed.
+  void TakeRate(int rate, CommandStates& states);
+
   bool selectionDefined() const { return selectionStart >= 0 && selectionEnd > selectionStart; }
   int SelectionLength() const { return selectionDefined() ? selectionEnd - selectionStart : 0; }
   CommandStates::SelectionFacts SelectionFacts() const;

@@ -107,12 +107,11 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
 void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
              const std::string& path, const WavLayout& layout, ChannelMode mode, const TailReader& readTail) {
   if (!HasUsableRate(layout)) return window.ShowError(kNot16Bits);
-  const int rateBefore = document.sampleRate;
-  document.sampleRate = static_cast<int>(layout.sampleRate);
-  if (LoadWavData(window, document, states, file, path, layout, mode, readTail)) return;
-  if (document.sampleRate == rateBefore) return;
-  document.resetPitch();
-  states.onContourChanged(document.SelectionFacts());
+  const int rate = static_cast<int>(layout.sampleRate);
+  const bool changed = rate != document.sampleRate;
+  document.TakeRate(rate, states);
+  if (!LoadWavData(window, document, states, file, path, layout, mode, readTail) && changed)
+    states.onContourChanged(document.SelectionFacts());
 }
 
 /// Headerless 16-bit mono: a 44-byte lead-in and the last 24 samples are dropped.

@@ -68,4 +68,26 @@ MinMax WavePyramid::Extremes(SampleSpan samples, int start, int end) const {
   return range;
 }
 
+ExtremesOf ExtremesFrom(const WavePyramid& pyramid, SampleSpan samples) {
+  return [&pyramid, samples](std::int64_t from, std::int64_t end) {
+    const MinMax seen = pyramid.Extremes(samples, static_cast<int>(from), static_cast<int>(end));
+    return std::pair<double, double>{seen.min, seen.max};
+  };
+}
+
+ExtremesOf ExtremesFrom(SampleSpan samples) {
+  return [samples](std::int64_t from, std::int64_t end) {
+    const auto [low, high] = std::minmax_element(samples.data + from, samples.data + end);
+    return std::pair<double, double>{*low, *high};
+  };
+}
+
+MinMax ExtremesOfAll(SampleSpan samples) {
+  if (samples.count <= 0) return {};
+  const auto [low, high] = std::minmax_element(samples.data, samples.data + samples.count);
+  return {*low, *high};
+}
+
+int PeakOf(MinMax extremes) { return std::max<int>(extremes.max, -static_cast<int>(extremes.min)); }
+
 }  // namespace parlowen

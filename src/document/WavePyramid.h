@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "dsp/SampleSpan.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 
@@ -23,5 +24,15 @@ class WavePyramid {
   std::uint64_t version_ = ~std::uint64_t{0};
   std::vector<std::vector<MinMax>> levels_;  ///< level k: blocks of 256·2^k samples
 };
+
+/// What the line of a waveform is made of: from the pyramid of the samples, or sample by sample.
+ExtremesOf ExtremesFrom(const WavePyramid& pyramid, SampleSpan samples);
+ExtremesOf ExtremesFrom(SampleSpan samples);
+
+/// Extremes of all samples; {0, 0} when there are none.
+MinMax ExtremesOfAll(SampleSpan samples);
+
+/// The largest |x|.
+int PeakOf(MinMax extremes);
 
 }  // namespace parlowen

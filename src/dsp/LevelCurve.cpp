@@ -31,14 +31,19 @@ std::int64_t EnergyOf(SampleSpan samples, std::int64_t begin, std::int64_t end) 
 }  // namespace
 
 LevelCurve MakeLevelCurve(SampleSpan samples, int sampleRate, int rate, int origin, int count) {
-  LevelCurve curve{rate, origin, {}};
-  if (sampleRate < 1 || rate < 1 || count < 1) return curve;
+  return MakeColumnLevels(samples, sampleRate, rate, origin, sampleRate, rate, count);
+}
+
+LevelCurve MakeColumnLevels(SampleSpan samples, int sampleRate, int rate, std::int64_t origin,
+                            std::int64_t span, std::int64_t values, int count) {
+  LevelCurve curve{rate, SaturateInt32(origin), {}};
+  if (sampleRate < 1 || span < 1 || values < 1 || count < 1) return curve;
   curve.values.reserve(static_cast<std::size_t>(count));
   const std::int64_t length = std::max(1, sampleRate / 100);
   std::int64_t begin = origin;
   std::int64_t energy = EnergyOf(samples, begin, begin + length);
   for (std::int64_t i = 0; i < count; ++i) {
-    const std::int64_t next = origin + i * sampleRate / rate;
+    const std::int64_t next = origin + i * span / values;
     if (next - begin < length) {
       // Stretches overlap at high rates: only what leaves and what enters is summed.
       energy += EnergyOf(samples, begin + length, next + length) - EnergyOf(samples, begin, next);

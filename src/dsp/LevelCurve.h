@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <vector>
 
 #include "dsp/SampleSpan.h"
@@ -17,6 +18,11 @@ struct LevelCurve {
 /// are silence. Each position is computed from its own index, so nothing drifts. A rate or sample rate below
 /// 1 or a count below 1 gives a curve without values. Needs InitSignalTables().
 LevelCurve MakeLevelCurve(SampleSpan samples, int sampleRate, int rate, int origin, int count);
+
+/// The same with value i at origin + i·span/values, for columns that stand elsewhere than every 1/rate s; `rate`
+/// only says how far back a rise is looked for.
+LevelCurve MakeColumnLevels(SampleSpan samples, int sampleRate, int rate, std::int64_t origin,
+                            std::int64_t span, std::int64_t values, int count);
 
 /// By how much a frame at value `index` of the curve is to be boosted: half the rise in dB over the last
 /// 1/300 s, (values[p] − values[p − rate/300])/2, clamped to [1, 4]. p = `index`, at least rate/300; both

@@ -3,7 +3,6 @@
 namespace parlowen {
 namespace {
 
-constexpr Colour kMarker = 0x7030A0;
 constexpr int kTextHeight = 11, kTextFromFoot = 4;  // the head belongs to the edges of the selection
 
 }  // namespace
@@ -14,9 +13,10 @@ void AddEpgMarkers(Picture& picture, const PalateState& palate, const SoundDocum
   for (const EpgMarker& marker : palate.recording.markers) {
     const int x = columnOf(marker.position);
     if (x < left || x >= picture.width) continue;
-    picture.Add(LineMark{{x, 0}, {x, picture.height - 1}, kMarker, 1, LineStyle::Dashed});
+    picture.Add(LineMark{{x, 0}, {x, picture.height - 1}, colours::kPalateMarker, 1, LineStyle::Dashed});
     if (!marker.label.empty())
-      picture.Add(TextMark{x + 3, picture.height - kTextFromFoot, marker.label, kMarker, kTextHeight});
+      picture.Add(
+          TextMark{x + 3, picture.height - kTextFromFoot, marker.label, colours::kPalateMarker, kTextHeight});
   }
 }
 

@@ -4,12 +4,13 @@
 #include <cmath>
 
 #include "base/Arithmetic.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 namespace {
 
 constexpr double kRows = 256.0;
-constexpr Colour kContour = 0xC00000, kHarmonic = 0x0060D0, kComb = 0x008040, kMarked = 0xE0A000;
+constexpr Colour kContour = colours::kCurve[0], kHarmonic = colours::kCurve[1], kComb = colours::kCurve[2];
 constexpr int kToothLength = 10;
 constexpr int kFinestComb = 3;  // pixels between teeth
 
@@ -19,25 +20,18 @@ int SamplesPerRow(int sampleRate) { return sampleRate > 22050 ? 2 : 1; }
 /// A line a voiced run, at `harmonic` times the pitch.
 void AddContour(Picture& picture, const SoundDocument& document, RepairRows rows, int harmonic, Colour colour,
                 const std::function<int(int)>& columnOf) {
-  PolylineMark piece{{}, colour, 2};
-  const auto finish = [&] {
-    if (piece.points.size() == 1)
-      picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, colour});
-    if (piece.points.size() > 1) picture.Add(piece);
-    piece.points.clear();
-  };
+  BrokenLine line;
   for (int frame = 0; frame < document.ContourLength(); ++frame) {
     const int x = columnOf(SampleOfFrame(frame, document.sampleRate));
     if (x >= picture.width) break;
     const float period = document.pitch[static_cast<std::size_t>(frame)];
     const double frequency = period > 0 ? harmonic * document.sampleRate / static_cast<double>(period) : 0.0;
-    if (x < 0 || frequency <= 0 || frequency >= document.sampleRate / 2.0) {
-      finish();
-      continue;
-    }
-    piece.points.push_back({x, RowOfFrequency(rows, frequency, picture.height, document.sampleRate)});
+    if (x < 0 || frequency <= 0 || frequency >= document.sampleRate / 2.0)
+      line.Break();
+    else
+      line.To({x, RowOfFrequency(rows, frequency, picture.height, document.sampleRate)});
   }
-  finish();
+  AddCurve(picture, line, colour);
 }
 
 void AddComb(Picture& picture, const SoundDocument& document, const PitchRepair& repair,
@@ -82,7 +76,7 @@ Picture PitchRepairPicture(const SoundDocument& document, const PitchRepair& rep
   if (repair.marked.last >= repair.marked.first) {
     const int from = columnOf(SampleOfFrame(repair.marked.first, document.sampleRate));
     const int to = columnOf(SampleOfFrame(repair.marked.last + 1, document.sampleRate));
-    picture.Add(BoxMark{from, 0, std::max(1, to - from), height, kMarked, 0.25});
+    picture.Add(BoxMark{from, 0, std::max(1, to - from), height, colours::kMarked, 0.25});
   }
   if (repair.harmonic > 1) AddContour(picture, document, repair.rows, repair.harmonic, kHarmonic, columnOf);
   AddContour(picture, document, repair.rows, 1, kContour, columnOf);

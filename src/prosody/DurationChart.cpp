@@ -5,6 +5,7 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "base/IpaCodes.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 namespace {
@@ -13,7 +14,7 @@ constexpr int kLeft = 30, kTop = 45, kBaseLine = 205;  // the frame
 constexpr int kHighestBar = 35, kLowestBar = 225;
 constexpr int kBarStep = 40, kBarIndent = 10, kBarWidth = 20;
 constexpr double kMillisecondsPerPixel = 3.12, kScaleStep = 400.0;
-constexpr Colour kHatch = 0x00A000;
+constexpr PlotStyle kStyle{.text = 9, .tick = 3};
 
 int ScaleOf(const std::vector<DurationGroup>& groups) {
   double largest = 0;
@@ -21,9 +22,14 @@ int ScaleOf(const std::vector<DurationGroup>& groups) {
   return TruncateToInt32(largest / kScaleStep) + 1;
 }
 
+/// Milliseconds up the frame.
+PlotScale RowsOf(int scale) {
+  const int height = kBaseLine - kTop;
+  return {0, kMillisecondsPerPixel * scale * height, kBaseLine, kTop};
+}
+
 int TopOf(double mean, int scale) {
-  return std::clamp(kBaseLine - TruncateToInt32(mean / (kMillisecondsPerPixel * scale)) - 1, kHighestBar,
-                    kLowestBar);
+  return std::clamp(RowsOf(scale).PixelOf(mean) - 1, kHighestBar, kLowestBar);
 }
 
 /// Crossing diagonals, every sixth pixel.
@@ -32,8 +38,10 @@ void AddHatch(Picture& picture, int left, int top, int right, int bottom) {
   for (int offset = 6 - height % 6 - height; offset < width; offset += 6) {
     const int from = std::max(0, -offset), to = std::min(height, width - offset);
     if (from >= to) continue;
-    picture.Add(LineMark{{left + offset + from, top + from}, {left + offset + to, top + to}, kHatch});
-    picture.Add(LineMark{{right - offset - from, top + from}, {right - offset - to, top + to}, kHatch});
+    picture.Add(
+        LineMark{{left + offset + from, top + from}, {left + offset + to, top + to}, colours::kHatch});
+    picture.Add(
+        LineMark{{right - offset - from, top + from}, {right - offset - to, top + to}, colours::kHatch});
   }
 }
 
@@ -47,12 +55,8 @@ Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int
   picture.Add(PolylineMark{
       {{kLeft, kTop}, {width - 1, kTop}, {width - 1, kBaseLine}, {kLeft, kBaseLine}, {kLeft, kTop}}});
   picture.Add(TextMark{kLeft - 2, kTop - 8, "ms", colours::kText, 11, Anchor::Right, Face::Figures});
-  for (int tick = 0; tick <= 4; ++tick) {
-    const int y = kBaseLine - TruncateToInt32(tick * 100 / kMillisecondsPerPixel);
-    picture.Add(LineMark{{kLeft - 3, y}, {kLeft, y}, colours::kText});
-    picture.Add(TextMark{kLeft - 4, y + 4, Format("%d", tick * 100 * scale), colours::kText, 9, Anchor::Right,
-                         Face::Figures});
-  }
+  AddLevelAxis(picture, TicksEvery(RowsOf(scale), 100.0 * scale),
+               {kLeft, kLeft, kLeft - 4, Anchor::Right, GridLines::None}, kStyle);
   const int count = static_cast<int>(groups.size());
   for (int g = first; g < count && g - first < BarsIn(width); ++g) {
     const DurationGroup& group = groups[static_cast<std::size_t>(g)];

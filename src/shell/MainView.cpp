@@ -10,6 +10,7 @@
 #include "document/EditCommands.h"
 #include "document/Frames.h"
 #include "document/LevelMeasures.h"
+#include "document/ViewScale.h"
 #include "palatography/MarkerPicture.h"
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
@@ -51,8 +52,10 @@ MainView::MainView(Window& window, SoundDocument& document, CommandStates& state
 
 // --- What a column stands for
 
-double MainView::SamplesPerColumn() const {
-  return document_.AtStartScale() ? document_.sampleRate / 100.0 : document_.samplesPerPixel;
+SampleScale MainView::ScaleOf(Pane pane) const {
+  if (pane == Pane::Analysis && AnalysisShowsOwnStretch())
+    return spectrogram_.stretch.Pane(document_.paneWidth);
+  return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
 }
 
 bool MainView::AnalysisShowsOwnStretch() const {
@@ -67,32 +70,13 @@ Activity MainView::ShownChart() const {
 }
 
 int MainView::SampleAt(Pane pane, int x, bool shift) const {
-  std::int64_t sample = 0;
-  x = std::max(x, kPaneMargin);
-  if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
-    const SpectrogramStretch& stretch = spectrogram_.stretch;
-    sample =
-        stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / stretch.Width(document_.paneWidth);
-  } else {
-    const std::int64_t column = x - kPaneMargin;
-    const std::int64_t origin = shift && pane == Pane::Waveform ? document_.insertPoint : document_.viewStart;
-    const bool tenMilliseconds = pane != Pane::Waveform && document_.AtStartScale();
-    sample = origin + (tenMilliseconds ? SampleOfFrame(column, document_.sampleRate)
-                                       : column * document_.samplesPerPixel);
-  }
+  SampleScale scale = ScaleOf(pane);
+  if (shift && pane == Pane::Waveform) scale.start = document_.insertPoint;
+  const std::int64_t sample = scale.SampleAt(std::max(x, kPaneMargin));
   return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
 }
 
-int MainView::ColumnOf(Pane pane, int sample) const {
-  if (pane == Pane::Analysis && AnalysisShowsOwnStretch()) {
-    const SpectrogramStretch& stretch = spectrogram_.stretch;
-    const int length = std::max(1, stretch.end - stretch.start);
-    return SaturateInt32(std::int64_t{sample - stretch.start} * stretch.Width(document_.paneWidth) / length);
-  }
-  const double perColumn = SamplesPerColumn();
-  if (perColumn <= 0) return kPaneMargin;
-  return kPaneMargin + TruncateToInt32(std::floor((sample - document_.viewStart) / perColumn));
-}
+int MainView::ColumnOf(Pane pane, int sample) const { return ScaleOf(pane).ColumnOf(sample); }
 
 // --- What the user does
 
@@ -110,21 +94,22 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return;
   }
   if (document_.activity == Activity::Start || listening != Listening::No || pane == Pane::Chart) return;
+  const int sample = SampleAt(pane, at.x);
   if (button == MouseButton::Left && document_.activity == Activity::Annotation && pane == Pane::Analysis &&
       annotations != nullptr)
-    return InsertAnnotation(window_, document_, *annotations, SampleAt(pane, at.x));
+    return InsertAnnotation(window_, document_, *annotations, sample);
   if (button == MouseButton::Left && document_.activity == Activity::Characters && characters != nullptr)
-    return PlaceCharacters(window_, document_, *characters, pane, SampleAt(pane, at.x), at.y);
+    return PlaceCharacters(window_, document_, *characters, pane, sample, at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
   if (document_.activity == Activity::PointChart && pane == Pane::Amplitude && button == MouseButton::Left)
-    return ClickVowel(window_, document_, states_, vowels_, SampleAt(pane, at.x));
+    return ClickVowel(window_, document_, states_, vowels_, sample);
   if (button == MouseButton::Right) {
-    MarkEnd(document_, states_, SampleAt(pane, at.x));
+    MarkEnd(document_, states_, sample);
   } else if (shift && pane == Pane::Waveform) {
     document_.insertPoint = SampleAt(pane, at.x, true);
     if (document_.pasteReady && paste) paste();
   } else {
-    MarkStart(document_, states_, SampleAt(pane, at.x));
+    MarkStart(document_, states_, sample);
   }
   window_.Repaint();
 }
@@ -244,10 +229,10 @@ void MainView::ZoomKey(bool out) {
 
 void MainView::ZoomAt(int x, bool out) {
   const double column = std::max(x, kPaneMargin) - kPaneMargin;
-  const double sample = document_.viewStart + column * SamplesPerColumn();
+  const double sample = document_.viewStart + column * TimeScaleOf(document_).SamplesPerColumn();
   document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
                                          1, kLargestSamplesPerPixel);
-  ScrollTo(TruncateToInt64(sample - column * SamplesPerColumn()));
+  ScrollTo(TruncateToInt64(sample - column * TimeScaleOf(document_).SamplesPerColumn()));
 }
 
 void MainView::ZoomTo(int start, int end) {
@@ -269,7 +254,7 @@ void MainView::NextAmplitudeScale() {
 
 void MainView::ViewMoved() {
   document_.setView(states_);
-  if (spectrogram_.shown && spectrogram_.stretch.followsView) RedrawSpectrogram(document_, spectrogram_);
+  FollowView(document_, spectrogram_);
   window_.Repaint();
 }
 
@@ -289,8 +274,9 @@ Picture MainView::Chart(int width, int height) const {
        x += FormantStrip::kStep)
     samples.push_back(SampleAt(Pane::Amplitude, x));
   formantStrip_.Update(document_, std::move(samples));
-  picture.AddAt(TimeAxis(width, kAxisHeight), 0, kChartTop);
-  picture.Add(TextMark{width - 2, kChartTop + kAxisHeight + 10, "T(秒)", colours::kText, 10, Anchor::Right});
+  picture.AddAt(
+      TimeAxisPicture(ScaleOf(Pane::Amplitude), document_.sampleRate, width, kAxisHeight, kTimeUnit), 0,
+      kChartTop);
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
   if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
@@ -331,27 +317,16 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
   // The picture's own title and axis stay free.
   const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
-  const auto edge = [&](int sample, Colour colour, const char* label) {
-    const int x = ColumnOf(pane, sample);
-    if (x < left || x >= width || outside) return;
-    picture.Add(LineMark{{x, 0}, {x, height - 1}, colour});
-    picture.Add(BoxMark{x, flagTop, 14, 14, colour});
-    picture.Add(TextMark{x + 7, flagTop + 12, label, colours::kWhite, 11, Anchor::Middle});
-  };
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
                             document_.selectionStart <= stretch.start &&
                             document_.selectionEnd >= stretch.end;
+  SelectionColumns marked;
+  const int start = document_.selectionStart, end = document_.selectionEnd;
+  if (start >= 0) marked.start = ColumnOf(pane, start);
+  if (end >= 0 && (start < 0 || end > start)) marked.end = ColumnOf(pane, end);
   // A picture of the selection alone keeps its greys.
-  if (document_.selectionDefined() && !outside && !wholeStretch) {
-    const int from = std::max(left, ColumnOf(pane, document_.selectionStart));
-    const int to = std::min(width, ColumnOf(pane, document_.selectionEnd));
-    if (to > from) picture.Add(BoxMark{from, 0, to - from, height, 0x3080FF, 0.18});
-  }
-  if (document_.selectionStart >= 0) edge(document_.selectionStart, colours::kStart, "起");
-  if (document_.selectionDefined()) edge(document_.selectionEnd, colours::kEnd, "止");
-  if (document_.selectionStart < 0 && document_.selectionEnd >= 0)
-    edge(document_.selectionEnd, colours::kEnd, "止");
+  if (!outside) AddSelection(picture, {left, 0, width - left, height}, marked, !wholeStretch, flagTop);
   if (pane == Pane::Waveform && palate != nullptr)
     AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   const auto line = [&](std::optional<int> sample, Colour colour) {
@@ -378,15 +353,15 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
 
 Picture MainView::Whole(Pane pane, int width, int height) const {
   Picture picture = Base(pane, width, height);
-  for (const TickLabel& tick : Ticks(pane, height)) {
-    const int y = std::clamp(tick.y + 4, 10, height - 2);
-    picture.Add(TextMark{1, y, tick.text, colours::kText, 9, Anchor::Left, Face::Figures});
+  for (const Tick& tick : Ticks(pane, height)) {
+    const int y = std::clamp(tick.at + 4, std::min(10, height - 2), height - 2);
+    picture.Add(TextMark{1, y, tick.label, colours::kText, 9, Anchor::Left, Face::Figures});
   }
   picture.Add(Overlay(pane, width, height));
   return picture;
 }
 
-std::vector<TickLabel> MainView::Ticks(Pane pane, int height) const {
+std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
   switch (pane) {
     case Pane::Amplitude: return AmplitudeTicks(amplitudeScale, height);
     case Pane::Pitch: return PitchTicks(height);
@@ -397,8 +372,7 @@ std::vector<TickLabel> MainView::Ticks(Pane pane, int height) const {
 }
 
 Picture MainView::TimeAxis(int width, int height) const {
-  const double rate = std::max(1, document_.sampleRate);
-  return TimeAxisPicture(document_.viewStart / rate, SamplesPerColumn() / rate, kPaneMargin, width, height);
+  return TimeAxisPicture(ScaleOf(Pane::Waveform), document_.sampleRate, width, height);
 }
 
 Picture MainView::Overview(int width, int height) const {
@@ -406,7 +380,7 @@ Picture MainView::Overview(int width, int height) const {
 }
 
 int MainView::OverviewSampleAt(int x, int width) const {
-  const std::int64_t sample = std::int64_t{x} * document_.sampleCount / std::max(1, width);
+  const std::int64_t sample = OverviewScaleOf(document_, width).SampleAt(x);
   return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document_.sampleCount));
 }
 
@@ -446,9 +420,9 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (pane == Pane::Analysis && spectrogram_.shown && paneHeight > 0) {
     const int row =
         std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
-    const int column = at.x - spectrogram_.stretch.firstX;
+    const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
-    if (column >= 0 && column < spectrogram_.matrix.columns)
+    if (column >= 0 && spectrogram_.ridges.empty())
       line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
   }
   return line;

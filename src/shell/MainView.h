@@ -14,6 +14,7 @@
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
+#include "ui/Plot.h"
 #include "ui/Window.h"
 #include "vowel/FormantStrip.h"
 #include "vowel/VowelState.h"
@@ -22,12 +23,6 @@ namespace parlowen {
 
 /// How the amplitude/energy pane is scaled, in the order of command 40041.
 enum class AmplitudeScale { Linear, Double, Quadruple, DecibelsOnly };
-
-/// A label beside a pane, at a height inside it.
-struct TickLabel {
-  int y = 0;
-  std::string text;
-};
 
 /// What an open microphone is heard for.
 enum class Listening { No, ForVoice, ToRecord, ToTestGain };
@@ -46,8 +41,8 @@ class MainView {
   int SampleAt(Pane pane, int x, bool shift = false) const;
   /// The column of a sample in a pane: it may lie outside.
   int ColumnOf(Pane pane, int sample) const;
-  /// Samples a column of the time panes stands for.
-  double SamplesPerColumn() const;
+  /// What the columns of a pane show: clicks, marks, axis and picture alike.
+  SampleScale ScaleOf(Pane pane) const;
   bool AnalysisShowsOwnStretch() const;
   /// True while the point chart or the group plot stands over the three lower panes: Pane::Chart. Its rows
   /// count from the top of the amplitude pane; those above kChartTop stay empty, so a window shows it from
@@ -91,7 +86,8 @@ class MainView {
   /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone
   /// gets.
   Picture Whole(Pane pane, int width, int height) const;
-  std::vector<TickLabel> Ticks(Pane pane, int height) const;
+  /// Labels beside the pane.
+  std::vector<Tick> Ticks(Pane pane, int height) const;
   /// The axis in seconds under the waveform.
   Picture TimeAxis(int width, int height) const;
   /// The whole sound with the view and the selection.

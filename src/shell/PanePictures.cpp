@@ -1,41 +1,29 @@
 #include "shell/PanePictures.h"
 
 #include <algorithm>
-#include <cmath>
 
 #include "base/Arithmetic.h"
-#include "base/Format.h"
 #include "document/Frames.h"
 #include "document/LevelMeasures.h"
+#include "document/ViewScale.h"
 #include "dsp/Decibel.h"
 #include "spectral/SpectrogramPicture.h"
 
 namespace parlowen {
 namespace {
 
-constexpr Colour kAmplitudeBars = 0x9DB8D9, kEnergyLine = 0xB03000, kWave = 0x1F3F77, kPitchDots = 0x0050A0;
 constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
 constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
-constexpr double kLowestPitch = 64.0;
-constexpr int kPitchOctaves = 3;  // 64 to 512 Hz
+constexpr double kLowestPitch = 64.0, kHighestPitch = 512.0;
+constexpr int kPitchSemitones = 36, kOctave = 12;
+constexpr double kAxisShade = 0.75;  // of the white under an axis that lies over a picture
+constexpr double kViewOpacity = 0.15;
 
-/// The samples under the columns of the time panes.
-struct Columns {
-  explicit Columns(const SoundDocument& source, int width)
-      : document(source),
-        count(source.sampleCount > 0 && source.sampleRate > 0 ? std::max(0, width - kPaneMargin) : 0) {}
-
-  /// First sample of column c, 0 at the margin.
-  int Start(int c) const {
-    const std::int64_t offset = document.AtStartScale() ? std::int64_t{c} * document.sampleRate / 100
-                                                        : std::int64_t{c} * document.samplesPerPixel;
-    return static_cast<int>(std::min<std::int64_t>(document.viewStart + offset, document.sampleCount));
-  }
-  bool Empty(int c) const { return Start(c) >= document.sampleCount; }
-
-  const SoundDocument& document;
-  int count;
-};
+/// One behind the last column that has sound.
+int SoundEnd(const SoundDocument& document, const SampleScale& scale, int width) {
+  if (document.sampleCount == 0 || document.sampleRate <= 0) return scale.left;
+  return std::clamp(scale.ColumnOf(document.sampleCount - 1) + 1, scale.left, std::max(scale.left, width));
+}
 
 int TenMilliseconds(const SoundDocument& document) { return std::max(1, document.sampleRate / 100); }
 
@@ -47,17 +35,32 @@ double MeanSquareLevel(const SoundDocument& document, int start, int end) {
   return PowerToDb(static_cast<double>(sum) / std::max(1, end - start), 0);
 }
 
-/// Half the height of the waveform's scale: the smallest of 32768, 16384 … 256 that holds the whole sound.
-int WaveformRange(const SoundDocument& document, const WavePyramid& pyramid) {
-  const MinMax all = pyramid.Extremes(document.Samples(), 0, document.sampleCount);
-  const int peak = std::max<int>(all.max, -static_cast<int>(all.min));
-  int range = 32768;
-  while (range > 256 && peak <= range / 2) range /= 2;
-  return range;
+PlotScale DecibelRows(int height) { return {0, kDecibelSpan, height - 1, 0}; }
+
+PlotScale PitchRows(int height) { return {kLowestPitch, kHighestPitch, height - 1, 0, true}; }
+
+/// Rows of a waveform in a picture of its own, `margin` from its edges.
+PlotScale WaveRows(const SoundDocument& document, const WavePyramid& pyramid, int height, int margin) {
+  const int peak = PeakOf(pyramid.Extremes(document.Samples(), 0, document.sampleCount));
+  return {0, static_cast<double>(WaveRange(peak)), height / 2, margin};
+}
+
+void AddWave(Picture& picture, const SoundDocument& document, const WavePyramid& pyramid,
+             const SampleScale& scale, const PlotScale& rows) {
+  const auto points = WavePoints(
+      scale.left, picture.width, document.sampleCount, [&](int x) { return scale.SampleAt(x); },
+      ExtremesFrom(pyramid, document.Samples()));
+  AddCurve(picture, points, rows, colours::kWave);
 }
 
 void AddMarginLine(Picture& picture) {
   picture.Add(LineMark{{kPaneMargin - 1, 0}, {kPaneMargin - 1, picture.height - 1}, colours::kGrid});
+}
+
+/// The panes' labels stand beside them, so here are lines alone.
+std::vector<Tick> WithoutLabels(std::vector<Tick> ticks) {
+  for (Tick& tick : ticks) tick.label.clear();
+  return ticks;
 }
 
 }  // namespace
@@ -65,96 +68,69 @@ void AddMarginLine(Picture& picture) {
 Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, int width, int height) {
   Picture picture{width, height, {}};
   AddMarginLine(picture);
-  const Columns columns(document, width);
-  const int bottom = height - 1;
+  const SampleScale columns = TimeScaleOf(document);
   const int factor = scale == AmplitudeScale::Double ? 2 : scale == AmplitudeScale::Quadruple ? 4 : 1;
-  PolylineMark energy{{}, kEnergyLine};
-  PolygonMark bars{{}, kAmplitudeBars};
-  for (int c = 0; c < columns.count && !columns.Empty(c); ++c) {
-    const int start = columns.Start(c);
+  const PlotScale levels = DecibelRows(height), amplitudes{0, 32767.0 / factor, height - 1, 0};
+  std::vector<CurvePoint> energy;
+  PolygonMark bars{{}, colours::kLevelBars};
+  const int right = SoundEnd(document, columns, width);
+  for (int x = columns.left; x < right; ++x) {
+    const int start = static_cast<int>(columns.SampleAt(x));
     // Zoomed in, a column still speaks of 10 ms, or it would show the waveform.
-    const int end = std::max(columns.Start(c + 1), start + TenMilliseconds(document));
-    const int x = kPaneMargin + c;
+    const int end = std::max(SaturateInt32(columns.SampleAt(x + 1)), start + TenMilliseconds(document));
     if (scale != AmplitudeScale::DecibelsOnly) {
-      const int top = PeakAmplitude(document.Samples(), start, end) * factor;
-      const int y = std::max(0, bottom - static_cast<int>(std::int64_t{top} * bottom / 32767));
+      const int y = std::max(0, amplitudes.PixelOf(PeakAmplitude(document.Samples(), start, end)));
       bars.points.push_back({x, y});
       bars.points.push_back({x + 1, y});
     }
-    const double level = MeanSquareLevel(document, start, end);
-    energy.points.push_back({x, bottom - TruncateToInt32(level * bottom / kDecibelSpan)});
+    energy.push_back({x, MeanSquareLevel(document, start, end)});
   }
   if (!bars.points.empty()) {
-    bars.points.push_back({bars.points.back().x, height});
-    bars.points.push_back({kPaneMargin, height});
+    bars.points.push_back({right, height});
+    bars.points.push_back({columns.left, height});
     picture.Add(std::move(bars));
   }
-  for (const TickLabel& tick : AmplitudeTicks(scale, height))
-    if (tick.y > 0 && tick.y < bottom)
-      picture.Add(LineMark{{kPaneMargin, tick.y}, {width - 1, tick.y}, colours::kGrid, 1, LineStyle::Dashed});
-  if (energy.points.size() > 1) picture.Add(std::move(energy));
+  std::vector<Tick> lines = AmplitudeTicks(scale, height);
+  std::erase_if(lines, [&](const Tick& tick) { return tick.at <= 0 || tick.at >= height - 1; });
+  AddLevelAxis(picture, WithoutLabels(lines), {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dashed});
+  AddCurve(picture, energy, levels, colours::kLevelLine);
   return picture;
 }
 
-std::vector<TickLabel> AmplitudeTicks(AmplitudeScale, int height) {
-  std::vector<TickLabel> ticks;
-  for (const int level : {0, 30, 60, 90})
-    ticks.push_back({TruncateToInt32((height - 1) * (1 - level / kDecibelSpan)), Format("%d dB", level)});
-  return ticks;
+std::vector<Tick> AmplitudeTicks(AmplitudeScale, int height) {
+  return TicksEvery(DecibelRows(height), 30, 0, " dB");
 }
 
 Picture PitchPicture(const SoundDocument& document, int width, int height) {
   Picture picture{width, height, {}};
   AddMarginLine(picture);
-  const int bottom = height - 1;
-  const auto rowOf = [bottom](double semitones) {
-    return bottom - TruncateToInt32(semitones * bottom / (12.0 * kPitchOctaves));
-  };
-  for (int semitone = 0; semitone <= 12 * kPitchOctaves; ++semitone) {
-    const int y = rowOf(semitone);
-    if (semitone % 12 == 0) {
-      picture.Add(LineMark{{kPaneMargin, y}, {width - 1, y}, colours::kGrid});
-    } else {
-      picture.Add(LineMark{{kPaneMargin - 4, y}, {kPaneMargin - 1, y}, colours::kGrid});
-    }
-  }
+  std::vector<Tick> semitones = WithoutLabels(TicksEvery({0, kPitchSemitones, height - 1, 0}, 1));
+  std::erase_if(semitones, [](const Tick& tick) { return static_cast<int>(tick.value) % kOctave == 0; });
+  AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None});
+  AddLevelAxis(picture, WithoutLabels(PitchTicks(height)), {kPaneMargin, width - 1, 0});
   if (!document.pitchPresent || document.sampleRate <= 0) return picture;
 
-  const double perColumn = document.AtStartScale() ? document.sampleRate / 100.0 : document.samplesPerPixel;
-  PolylineMark piece{{}, kPitchDots, 2};
-  const auto finish = [&] {
-    if (piece.points.size() == 1) {
-      picture.Add(BoxMark{piece.points[0].x, piece.points[0].y - 1, 2, 2, kPitchDots});
-    } else if (piece.points.size() > 1) {
-      picture.Add(piece);
-    }
-    piece.points.clear();
-  };
+  const SampleScale columns = TimeScaleOf(document);
+  const PlotScale rows = PitchRows(height);
+  BrokenLine line;
   const int first = FrameOfSample(document.viewStart, document.sampleRate);
   for (int frame = first; frame < document.ContourLength(); ++frame) {
-    const int sample = SampleOfFrame(frame, document.sampleRate);
-    const int x = kPaneMargin +
-                  TruncateToInt32(std::floor(static_cast<double>(sample - document.viewStart) / perColumn));
+    const int x = columns.ColumnOf(SampleOfFrame(frame, document.sampleRate));
     if (x >= width) break;
     const float period = document.pitch[static_cast<std::size_t>(frame)];
-    const double semitones =
-        period > 0 ? 12.0 * std::log2(document.sampleRate / (static_cast<double>(period) * kLowestPitch))
-                   : -1.0;
-    if (semitones < 0 || semitones > 12.0 * kPitchOctaves || x < kPaneMargin) {
-      finish();
-      continue;
-    }
-    piece.points.push_back({x, rowOf(semitones)});
+    const double frequency = period > 0 ? document.sampleRate / static_cast<double>(period) : 0.0;
+    if (x < columns.left || !rows.Holds(frequency))
+      line.Break();
+    else
+      line.To({x, rows.PixelOf(frequency)});
   }
-  finish();
+  AddCurve(picture, line, colours::kPitch);
   return picture;
 }
 
-std::vector<TickLabel> PitchTicks(int height) {
-  std::vector<TickLabel> ticks;
-  for (int octave = 0; octave <= kPitchOctaves; ++octave)
-    ticks.push_back({(height - 1) - octave * (height - 1) / kPitchOctaves, Format("%d Hz", 64 << octave)});
-  return ticks;
+std::vector<Tick> PitchTicks(int height) {
+  constexpr double kOctaves[] = {64, 128, 256, 512};
+  return TicksAt(PitchRows(height), kOctaves, 0, " Hz");
 }
 
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
@@ -164,17 +140,13 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
     AddMarginLine(picture);
     return picture;
   }
-  picture = SpectrogramPicture(spectrogram, document.sampleRate, width, height);
-  const SpectrogramStretch& stretch = spectrogram.stretch;
-  if (!stretch.followsView && spectrogram.ridges.empty()) {
+  const SampleScale pane = spectrogram.stretch.Pane(width);
+  picture = SpectrogramPicture(spectrogram, document.sampleRate, pane, width, height);
+  if (!spectrogram.stretch.followsView && spectrogram.ridges.empty()) {
     // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover
     // F0.
-    const double rate = std::max(1, document.sampleRate);
-    const Picture axis =
-        TimeAxisPicture(stretch.start / rate, (stretch.end - stretch.start) / rate / stretch.Width(width), 0,
-                        width, kOwnAxisHeight);
-    picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, 0.75});
-    picture.AddAt(axis, 0, kTitleHeight);
+    picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, kAxisShade});
+    picture.AddAt(TimeAxisPicture(pane, document.sampleRate, width, kOwnAxisHeight), 0, kTitleHeight);
   }
   return picture;
 }
@@ -183,100 +155,51 @@ int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
   return spectrogram.stretch.followsView ? kTitleHeight : kTitleHeight + kOwnAxisHeight;
 }
 
-std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
-                                     int height) {
-  std::vector<TickLabel> ticks;
-  if (!spectrogram.shown || document.sampleRate <= 0) return ticks;
-  for (SpectrogramGridLine& line : SpectrogramGrid(spectrogram, document.sampleRate, height))
-    ticks.push_back({line.y, std::move(line.label)});
-  return ticks;
+std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
+                                int height) {
+  if (!spectrogram.shown || document.sampleRate <= 0) return {};
+  return SpectrogramGrid(spectrogram, document.sampleRate, height);
 }
 
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {
   Picture picture{width, height, {}};
   AddMarginLine(picture);
-  const int middle = height / 2;
-  picture.Add(LineMark{{kPaneMargin, middle}, {width - 1, middle}, colours::kGrid});
-  const Columns columns(document, width);
-  if (columns.count == 0) return picture;
-  const int range = WaveformRange(document, pyramid);
-  const auto rowOf = [middle, range](int value) { return middle - value * (middle - 2) / range; };
-  // What is drawn is the copy of the view; its first sample is viewStart.
-  const SampleSpan shown{document.viewSamples.data(), document.viewLength};
-
-  PolylineMark wave{{}, kWave};
-  if (document.samplesPerPixel < 4 && !document.AtStartScale()) {
-    for (int i = 0; i < shown.count; ++i)
-      wave.points.push_back({kPaneMargin + i / document.samplesPerPixel, rowOf(shown.data[i])});
-  } else {
-    for (int c = 0; c < columns.count && !columns.Empty(c); ++c) {
-      const int start = columns.Start(c), end = std::max(start + 1, columns.Start(c + 1));
-      const MinMax range2 = pyramid.Extremes(document.Samples(), start, end);
-      // Up and down in turn, so that neighbouring columns join.
-      const int first = c % 2 == 0 ? range2.max : range2.min, second = c % 2 == 0 ? range2.min : range2.max;
-      wave.points.push_back({kPaneMargin + c, rowOf(first)});
-      wave.points.push_back({kPaneMargin + c, rowOf(second)});
-    }
-  }
-  if (wave.points.size() > 1) picture.Add(std::move(wave));
+  const PlotScale rows = WaveRows(document, pyramid, height, 2);
+  picture.Add(LineMark{{kPaneMargin, rows.from}, {width - 1, rows.from}, colours::kGrid});
+  if (document.sampleRate > 0) AddWave(picture, document, pyramid, WaveformScaleOf(document), rows);
   return picture;
 }
 
-std::vector<TickLabel> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height) {
-  const int range = WaveformRange(document, pyramid);
-  const int middle = height / 2;
-  return {{2, Format("%d", range)}, {middle, "0"}, {2 * middle - 2, Format("-%d", range)}};
+std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height) {
+  PlotScale rows = WaveRows(document, pyramid, height, 2);
+  const double range = rows.last;
+  rows = {-range, range, 2 * rows.from - 2, 2};
+  const double values[] = {range, 0, -range};
+  return TicksAt(rows, values);
 }
 
-Picture TimeAxisPicture(double start, double secondsPerColumn, int left, int width, int height) {
+Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
+                        const std::string& unit) {
   Picture picture{width, height, {}};
-  picture.Add(LineMark{{left, 0}, {width - 1, 0}, colours::kText});
-  if (secondsPerColumn <= 0) return picture;
-  // The finest of 1, 2, 5 · 10^k seconds that leaves 70 columns a label.
-  double step = 1e-4;
-  for (int i = 0; step / secondsPerColumn < 70 && i < 40; ++i) step *= i % 3 == 1 ? 2.5 : 2.0;
-  const int decimals = step >= 1 ? 0 : step >= 0.1 ? 1 : step >= 0.01 ? 2 : step >= 0.001 ? 3 : 4;
-  const double end = start + (width - left) * secondsPerColumn;
-  for (std::int64_t i = TruncateToInt64(std::ceil(start / step - 1e-9)); static_cast<double>(i) * step <= end;
-       ++i) {
-    const double time = static_cast<double>(i) * step;
-    const int x = left + TruncateToInt32(std::floor((time - start) / secondsPerColumn + 0.5));
-    if (x >= width) break;
-    picture.Add(LineMark{{x, 0}, {x, 4}, colours::kText});
-    const Anchor anchor = x < left + 20 ? Anchor::Left : x > width - 24 ? Anchor::Right : Anchor::Middle;
-    picture.Add(TextMark{x, 14, Format("%.*f", decimals, time), colours::kText, 10, anchor, Face::Figures});
-  }
+  const PlotScale seconds = PlotScale::Seconds(columns, sampleRate, width);
+  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom), 0, {}, unit);
   return picture;
 }
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {
   Picture picture{width, height, {}};
   if (document.sampleCount == 0) return picture;
-  const auto columnOf = [&](int sample) {
-    return static_cast<int>(std::int64_t{sample} * width / document.sampleCount);
-  };
+  const SampleScale columns = OverviewScaleOf(document, width);
   if (document.selectionDefined()) {
-    const int from = columnOf(document.selectionStart), to = columnOf(document.selectionEnd);
+    const int from = columns.ColumnOf(document.selectionStart), to = columns.ColumnOf(document.selectionEnd);
     picture.Add(BoxMark{from, 0, std::max(1, to - from), height, colours::kSelection});
   }
-  const int range = WaveformRange(document, pyramid), middle = height / 2;
-  PolylineMark wave{{}, kWave};
-  for (int x = 0; x < width; ++x) {
-    const auto at = [&](int column) {
-      return static_cast<int>(std::int64_t{column} * document.sampleCount / width);
-    };
-    const MinMax extremes = pyramid.Extremes(document.Samples(), at(x), std::max(at(x) + 1, at(x + 1)));
-    const int first = x % 2 == 0 ? extremes.max : extremes.min,
-              second = x % 2 == 0 ? extremes.min : extremes.max;
-    wave.points.push_back({x, middle - first * (middle - 1) / range});
-    wave.points.push_back({x, middle - second * (middle - 1) / range});
-  }
-  picture.Add(std::move(wave));
-  const int from = columnOf(document.viewStart);
-  const int to = std::max(from + 3, columnOf(document.viewStart + document.viewLength));
-  BoxMark view{from, 0, to - from, height, 0x3080FF, 0.15};
+  AddWave(picture, document, pyramid, columns, WaveRows(document, pyramid, height, 1));
+  const int from = columns.ColumnOf(document.viewStart);
+  const int to = std::max(from + 3, columns.ColumnOf(document.viewStart + document.viewLength));
+  BoxMark view{from, 0, to - from, height, colours::kTint, kViewOpacity};
   view.outlined = true;
-  view.outline = 0x3060B0;
+  view.outline = colours::kViewEdge;
   picture.Add(view);
   return picture;
 }

@@ -19,14 +19,15 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
 int AnalysisHeadHeight(const SpectrogramState& spectrogram);
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 
-std::vector<TickLabel> AmplitudeTicks(AmplitudeScale scale, int height);
-std::vector<TickLabel> PitchTicks(int height);
-std::vector<TickLabel> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
-                                     int height);
-std::vector<TickLabel> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
+std::vector<Tick> AmplitudeTicks(AmplitudeScale scale, int height);
+std::vector<Tick> PitchTicks(int height);
+std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
+                                int height);
+std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
 
-/// An axis in seconds: `start` seconds at column `left`, `secondsPerColumn` each.
-Picture TimeAxisPicture(double start, double secondsPerColumn, int left, int width, int height);
+/// An axis in seconds under the columns of a pane.
+Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
+                        const std::string& unit = {});
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 

@@ -11,6 +11,7 @@
 #include "spectral/ConsonantFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 namespace {
@@ -33,8 +34,8 @@ constexpr double kLowestGravity = 9.0;  // bands
 constexpr std::size_t kLargestFile = std::size_t{1} << 26;
 
 constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
-constexpr Colour kBar = 0x4070B0, kGravityLine = 0xC80000, kDispersionLine = 0x0030C0,
-                 kIntensityLine = colours::kBlack;
+constexpr double kFinestTick = 1e-3;              // seconds
+constexpr int kPanelLeft = 70, kPanelRight = 20;  // what the panels leave free
 
 FileDialog ConsonantDialog(const char* title) {
   return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""};
@@ -117,7 +118,7 @@ void AddBars(Picture& picture, const ConsonantFrame& frame) {
     const int height = BandBarHeight(frame.bands[static_cast<std::size_t>(i)], strongest);
     const int x = kBarsLeft + i * kBarWidth;
     if (height > 0) {
-      BoxMark bar{x, base - height, kBarWidth, height, kBar};
+      BoxMark bar{x, base - height, kBarWidth, height, colours::kBandBar};
       bar.outlined = true;
       picture.Add(bar);
     }
@@ -129,27 +130,26 @@ void AddBars(Picture& picture, const ConsonantFrame& frame) {
   picture.Add(LineMark{{kBarsLeft, base}, {kBarsLeft + kBandCount * kBarWidth, base}, colours::kText});
 }
 
+/// The time under the panels: a frame lies over its step.
+PlotScale SecondsOf(const ConsonantState& state, int width) {
+  const double rate = std::max(1, state.sampleRate);
+  const double end = state.start + static_cast<double>(state.stretch.size()) * state.step;
+  return {state.start / rate, end / rate, kPanelLeft, std::max(kPanelLeft + 1, width - kPanelRight)};
+}
+
 /// A measure over time in a panel of its own.
-void AddCurve(Picture& picture, const ConsonantState& state, int top, int height, double low, double high,
-              double step, const char* name, Colour colour, double ConsonantFrame::*measure) {
-  const int left = 70, right = picture.width - 20, base = top + height;
-  const auto yOf = [&](double value) {
-    return base - TruncateToInt32((std::clamp(value, low, high) - low) / (high - low) * height);
-  };
-  for (double value = low; value <= high; value += step) {
-    picture.Add(LineMark{{left, yOf(value)}, {right, yOf(value)}, colours::kGrid});
-    picture.Add(TextMark{left - 6, yOf(value) + 4, Format("%.0f", value), colours::kText, 10, Anchor::Right,
-                         Face::Figures});
+void AddPanel(Picture& picture, const ConsonantState& state, const PlotScale& rows, double step,
+              const char* name, Colour colour, double ConsonantFrame::*measure) {
+  const PlotScale seconds = SecondsOf(state, picture.width);
+  AddLevelAxis(picture, TicksEvery(rows, step), {seconds.from, seconds.to, seconds.from - 6});
+  AddLine(picture, seconds.from, rows.to - 6, name, colour);
+  BrokenLine curve;
+  for (std::size_t i = 0; i < state.stretch.size(); ++i) {
+    const double middle = state.start + (static_cast<double>(i) + 0.5) * state.step;
+    curve.To({seconds.PixelOf(middle / std::max(1, state.sampleRate)),
+              rows.PixelOf(std::clamp(state.stretch[i].*measure, rows.first, rows.last))});
   }
-  AddLine(picture, left, top - 6, name, colour);
-  PolylineMark curve{{}, colour, 2};
-  const auto count = static_cast<std::int64_t>(state.stretch.size());
-  for (std::int64_t i = 0; i < count; ++i) {
-    const int x = left + static_cast<int>((2 * i + 1) * (right - left) / (2 * count));
-    curve.points.push_back({x, yOf(state.stretch[static_cast<std::size_t>(i)].*measure)});
-  }
-  if (count == 1) curve.points.push_back({curve.points[0].x + 1, curve.points[0].y});
-  picture.Add(std::move(curve));
+  AddCurve(picture, curve, colour);
 }
 
 }  // namespace
@@ -172,12 +172,18 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
   }
   const double end = state.start + static_cast<double>(state.stretch.size()) * state.step;
   AddLine(picture, 20, 24, Format("T=%.2f -- %.2f（秒）", state.start / rate, end / rate));
-  const int panel = std::max(40, (height - 120) / 3 - 30);
-  AddCurve(picture, state, 60, panel, 0, 24, 4, "Gravity", kGravityLine, &ConsonantFrame::gravity);
-  AddCurve(picture, state, 60 + panel + 40, panel, 0, 12, 2, "Dispersion", kDispersionLine,
+  const int panel = std::max(40, (height - 120) / 3 - 30), step = panel + 40;
+  const auto rows = [&](int number, double low, double high) {
+    return PlotScale{low, high, kPanelTop + number * step + panel, kPanelTop + number * step};
+  };
+  AddPanel(picture, state, rows(0, 0, 24), 4, "Gravity", colours::kSpectrumRed, &ConsonantFrame::gravity);
+  AddPanel(picture, state, rows(1, 0, 12), 2, "Dispersion", colours::kSpectrumBlue,
            &ConsonantFrame::dispersion);
-  AddCurve(picture, state, 60 + 2 * (panel + 40), panel, -50, 100, 25, "Mean_intensity(db)", kIntensityLine,
+  AddPanel(picture, state, rows(2, -50, 100), 25, "Mean_intensity(db)", colours::kBlack,
            &ConsonantFrame::intensity);
+  const PlotScale seconds = SecondsOf(state, width);
+  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom, kFinestTick), rows(2, 0, 1).from, {},
+                kTimeUnit);
   return picture;
 }
 

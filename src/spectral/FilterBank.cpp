@@ -12,8 +12,8 @@
 namespace parlowen {
 namespace {
 
-constexpr int kMargin = 50;      // samples of the block before and behind the stretch
-constexpr int kHalfLength = 20;  // of the two filters of a channel
+constexpr int kMargin = kFirstFilterBankSample;  // samples of the block before and behind the stretch
+constexpr int kHalfLength = 20;                  // of the two filters of a channel
 constexpr int kTaps = 2 * kHalfLength + 1;
 constexpr int kReach = 2 * kHalfLength;  // of both together
 constexpr double kShape = 0.92;

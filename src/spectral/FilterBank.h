@@ -7,6 +7,9 @@ namespace parlowen {
 /// Samples of the longest stretch that the filter bank takes.
 inline constexpr int kLongestFilterBankStretch = 63200;
 
+/// A stretch that begins before this sample is analysed from here on.
+inline constexpr int kFirstFilterBankSample = 50;
+
 /// Samples whose energy makes a grey: Fs/250 above 12000 Hz, else Fs/300; at least 1.
 int FilterBankFrameLength(int sampleRate);
 

@@ -1,7 +1,9 @@
 #include "spectral/FrameCommands.h"
 
+#include <algorithm>
 #include <memory>
 
+#include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "spectral/FramePicture.h"
 #include "spectral/ToolTexts.h"
@@ -50,11 +52,15 @@ class ComparisonWindow : public ToolWindow {
   std::string Name() const override { return "compare"; }
   std::string Title() const override { return "两帧的参数比较"; }
   Picture Draw(int width, int height) const override {
-    height_ = height;
-    return ComparisonPicture(state_, width, height);
+    Picture picture{width, height, {}};
+    picture.Add(ComparisonPicture(state_).Scaled(scale_));
+    return picture;
+  }
+  void Resized(int width, int height) override {
+    scale_ = std::max(0.1, std::min(width / double{kComparisonWidth}, height / double{kComparisonHeight}));
   }
   std::string Hover(Point at) const override {
-    const int k = ComparisonPlot(state_, height_).PointAt(at.x);
+    const int k = ComparisonPlot(state_).PointAt(TruncateToInt32(at.x / scale_));
     if (!state_.hasComparison || k < 0) return {};
     const auto point = static_cast<std::size_t>(k);
     return Format("%.0f Hz  A %.1f  B %.1f", k * state_.sampleRate / 512.0, state_.comparison.a.curve[point],
@@ -71,7 +77,7 @@ class ComparisonWindow : public ToolWindow {
  private:
   SoundDocument& document_;
   FrameState& state_;
-  mutable int height_ = 640;
+  double scale_ = 1;  ///< of the drawing; a script's is as large as it was made
 };
 
 void TakeFrame(const SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {

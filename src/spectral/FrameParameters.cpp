@@ -19,8 +19,18 @@ constexpr int kLowestF0 = 64, kHighestF0 = 500;  // Hz
 constexpr int kVoicedOrder = 14, kVoicedCutoff = 3000;
 constexpr int kFilterHalf = 7, kFilterTaps = 2 * kFilterHalf + 1, kFilterStart = 8;
 
-int PeakOfFrame(const SoundDocument& document, int position, int length) {
-  return SegmentPeakLevel(document.Samples(), position, position + length);
+/// P of the stretch between two marks, in either order; of the frame where they are one.
+int PeakBetween(const SoundDocument& document, int a, int b, int position, int length) {
+  if (a == b) return SegmentPeakLevel(document.Samples(), position, position + length);
+  return SegmentPeakLevel(document.Samples(), std::min(a, b), std::max(a, b));
+}
+
+/// P of the frame display: of the selection as it stands, of the view where nothing is marked.
+int PeakAround(const SoundDocument& document, int position, int length) {
+  const int start = document.selectionStart, end = document.selectionEnd, view = document.viewStart;
+  if (start >= 0 && end >= 0) return PeakBetween(document, start, end, position, length);
+  if (start < 0 && end < 0) return PeakBetween(document, view, view + document.viewLength, position, length);
+  return PeakBetween(document, position, position, position, length);
 }
 
 double LevelOfFrame(const SoundDocument& document, int position, int length) {
@@ -67,12 +77,12 @@ double LevelAboutMaximum(const FrameSpectrum& curve) {
   return sum * 0.2;
 }
 
-ComparedFrame AnalyseCompared(const SoundDocument& document, int position, bool voiced,
+ComparedFrame AnalyseCompared(const SoundDocument& document, int position, int other, bool voiced,
                               LpcAnalyser& analyser) {
   ComparedFrame frame;
   const int rate = document.sampleRate;
   const int length = ComparedFrameLength(rate);
-  const int peak = PeakOfFrame(document, position, length);
+  const int peak = PeakBetween(document, position, other, position, length);
   frame.time = FrameTime(position, rate);
   if (voiced) {
     std::int16_t copy[kLongestFrame + 40];
@@ -108,7 +118,7 @@ FrameParameters AnalyseFrame(const SoundDocument& document, int position, LpcAna
   const int rate = document.sampleRate;
   if (rate <= 0) return frame;
   const int length = FrameDisplayLength(rate);
-  const int peak = PeakOfFrame(document, position, length);
+  const int peak = PeakAround(document, position, length);
   MakeAnalysisWindow(length, 0.0);
   ComputeFrameSpectrum(document.Samples(), position, length, 0, peak, frame.narrow, {rate, 1.0});
   LpcEnvelope(document.Samples(), position, length, false, kLargestLpcOrder, {rate, peak}, analyser,
@@ -130,8 +140,8 @@ FrameComparison CompareFrames(const SoundDocument& document, int positionA, int 
   FrameComparison comparison;
   comparison.voiced = voiced;
   if (document.sampleRate <= 0) return comparison;
-  comparison.a = AnalyseCompared(document, positionA, voiced, analyser);
-  comparison.b = AnalyseCompared(document, positionB, voiced, analyser);
+  comparison.a = AnalyseCompared(document, positionA, positionB, voiced, analyser);
+  comparison.b = AnalyseCompared(document, positionB, positionA, voiced, analyser);
   const double difference =
       MaximumOf(comparison.a.curve, 0, kLastCompared) - MaximumOf(comparison.b.curve, 0, kLastCompared);
   ComparedFrame& lower = difference < 0 ? comparison.a : comparison.b;

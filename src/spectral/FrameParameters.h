@@ -24,8 +24,9 @@ struct FrameParameters {
 /// min(512, sampleRate/39).
 int FrameDisplayLength(int sampleRate);
 
-/// The frame from `position` on, its own peak as the peak level. Both curves are computed with the high level
-/// off:
+/// The frame from `position` on. The peak level is that of the selection, its ends in either order; of the view
+/// where nothing is marked; of the frame itself where both ends are one or only one is there. Both curves are
+/// computed with the high level off:
 ///   1. narrow-band spectrum, sine window; LPC envelope of order 16;
 ///   2. both times 1.2; the LPC curve moved by the mean of the five narrow-band points about the largest of
 ///      points 15..255, less its own largest point there; nothing below 0;
@@ -49,7 +50,8 @@ struct FrameComparison {
 /// min(512, sampleRate/40).
 int ComparedFrameLength(int sampleRate);
 
-/// Compares the frames from two positions on, each with its own peak as the peak level.
+/// Compares the frames from two positions on. The peak level is that of the stretch between the positions, in
+/// either order, and of the frame where they are one.
 /// - Voiced: LPC envelopes of order 14, high level, of the frame behind a low-pass of 3000 Hz (a copy of its
 /// samples, filtered in place from the 8th on); unvoiced: homomorphic spectra in dB, sine window.
 /// - Curves times 1.5; the one with the lower maximum over points 0..245 is raised to the other's.

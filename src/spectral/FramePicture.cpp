@@ -7,13 +7,12 @@
 namespace parlowen {
 namespace {
 
-constexpr Colour kNarrow = 0xC80000, kLpc = colours::kBlack, kBarsA = 0x00DC00, kLineB = 0xC80000;
 constexpr int kTextLeft = 20, kFirstLine = 24, kLineStep = 20;
 constexpr int kTableLeft = 640, kTableTop = 110;
 constexpr int kAxisRoom = 40;                                // under the base line
 constexpr int kVoicedTop = 3500;                             // Hz
 constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;  // units of the curves a dB
-constexpr double kRowsPerDecibel = 3.6;
+constexpr double kRowsPerDecibel = 3.6, kComparedRowsPerDecibel = 2.3;
 
 int Whole(double value) { return TruncateToInt32(value); }
 
@@ -55,9 +54,10 @@ SpectralPlot FramePlot(int sampleRate, int height) {
   return {100, height - kAxisRoom, 2, kRowsPerDecibel / kFrameScale, 256, std::max(1, sampleRate)};
 }
 
-SpectralPlot ComparisonPlot(const FrameState& state, int height) {
-  SpectralPlot plot = FramePlot(state.sampleRate, height);
-  plot.perUnit = kRowsPerDecibel / kComparisonScale;
+SpectralPlot ComparisonPlot(const FrameState& state) {
+  SpectralPlot plot = FramePlot(state.sampleRate, kComparisonHeight);
+  plot.perPoint = 1;
+  plot.perUnit = kComparedRowsPerDecibel / kComparisonScale;
   if (state.comparison.voiced) plot.points = std::min(256, kVoicedTop * 512 / plot.sampleRate + 1);
   return plot;
 }
@@ -67,8 +67,8 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   if (!state.hasFrame) return picture;
   const SpectralPlot plot = FramePlot(state.sampleRate, height);
   AddAxes(picture, plot, state.sampleRate / 2000, 20, 100, kFrameScale);
-  picture.Add(CurveOf(plot, state.frame.narrow.data(), kNarrow));
-  picture.Add(CurveOf(plot, state.frame.lpc.data(), kLpc));
+  picture.Add(CurveOf(plot, state.frame.narrow.data(), colours::kSpectrumRed));
+  picture.Add(CurveOf(plot, state.frame.lpc.data(), colours::kBlack));
   const std::vector<std::string> lines = FrameLines(state.frame);
   constexpr std::size_t kHeadLines = 3;  // the others are the formants, in a table of their own
   for (std::size_t i = 0; i < lines.size(); ++i) {
@@ -81,17 +81,17 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   return picture;
 }
 
-Picture ComparisonPicture(const FrameState& state, int width, int height) {
-  Picture picture{width, height, {}};
+Picture ComparisonPicture(const FrameState& state) {
+  Picture picture{kComparisonWidth, kComparisonHeight, {}};
   if (!state.hasComparison) return picture;
   const FrameComparison& comparison = state.comparison;
-  const SpectralPlot plot = ComparisonPlot(state, height);
+  const SpectralPlot plot = ComparisonPlot(state);
   for (int k = 0; k < plot.points; ++k) {
     const int y = plot.YOf(comparison.a.curve[static_cast<std::size_t>(k)]);
-    picture.Add(LineMark{{plot.XOf(k), plot.base}, {plot.XOf(k), y}, kBarsA});
+    picture.Add(LineMark{{plot.XOf(k), plot.base}, {plot.XOf(k), y}, colours::kSpectrumBars});
   }
   AddAxes(picture, plot, comparison.voiced ? 3 : state.sampleRate / 2000, 20, 100, kComparisonScale);
-  picture.Add(CurveOf(plot, comparison.b.curve.data(), kLineB));
+  picture.Add(CurveOf(plot, comparison.b.curve.data(), colours::kSpectrumRed));
   const std::vector<std::string> lines = ComparisonLines(comparison);
   AddLine(picture, kTextLeft, kFirstLine, "帧谱图");
   AddLine(picture, kTextLeft + 60, kFirstLine, "对比");

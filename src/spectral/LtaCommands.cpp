@@ -20,7 +20,6 @@ constexpr const char* kRatesDiffer = "采样频率不一致，不能比较！";
 
 constexpr double kFrameSeconds = 0.0025;
 constexpr std::size_t kLargestFile = 1 << 20;
-constexpr Colour kCurrent = colours::kBlack, kOther = 0xC80000, kDifference = 0x0030C0;
 
 int Compute(Window& window, const SoundDocument& document, LtaState& state) {
   const bool selected = document.selectionDefined();
@@ -166,17 +165,17 @@ Picture LtaPicture(const LtaState& state, int width, int height) {
   if (state.sampleRate <= 0) return picture;
   constexpr double kUnitsPerDecibel = 2.0;  // the doubled scale
   AddAxes(picture, left, state.sampleRate / 2000, 20, 100, kUnitsPerDecibel);
-  picture.Add(CurveOf(left, state.levels.data(), kCurrent));
+  picture.Add(CurveOf(left, state.levels.data(), colours::kBlack));
   if (state.hasPrevious) {
-    picture.Add(CurveOf(left, state.previous.data(), kOther));
-    AddLine(picture, 260, 24, "红色是", kOther);
-    AddLine(picture, 310, 24, "前一个", kOther);
+    picture.Add(CurveOf(left, state.previous.data(), colours::kSpectrumRed));
+    AddLine(picture, 260, 24, "红色是", colours::kSpectrumRed);
+    AddLine(picture, 310, 24, "前一个", colours::kSpectrumRed);
   }
   if (!state.difference) return picture;
   const SpectralPlot right = RightPlot(state, width, height);
   AddLine(picture, right.left, 24, "比较");
   AddAxes(picture, right, state.sampleRate / 2000, 20, 60, kUnitsPerDecibel);
-  PolylineMark curve = CurveOf(right, state.difference->curve.data(), kDifference);
+  PolylineMark curve = CurveOf(right, state.difference->curve.data(), colours::kSpectrumBlue);
   for (Point& point : curve.points) point.y = std::clamp(point.y, 0, height);
   picture.Add(std::move(curve));
   const std::vector<std::string> lines = DifferenceLines(*state.difference);

@@ -3,8 +3,15 @@
 #include <cmath>
 
 #include "base/Format.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
+namespace {
+
+constexpr UiText kFrequencyUnit = "F(KHz)", kLevelUnit = "P(db)";
+constexpr PlotStyle kStyle{.text = 11, .name = 11, .tick = 5};
+
+}  // namespace
 
 PolylineMark CurveOf(const SpectralPlot& plot, const double* levels, Colour colour) {
   PolylineMark curve{{}, colour};
@@ -15,22 +22,18 @@ PolylineMark CurveOf(const SpectralPlot& plot, const double* levels, Colour colo
 
 void AddAxes(Picture& picture, const SpectralPlot& plot, int kiloHertz, int step, int top,
              double unitsPerDecibel) {
-  for (int level = 0; level <= top; level += step) {
-    const int y = plot.YOf(level * unitsPerDecibel);
-    picture.Add(LineMark{{plot.left, y}, {plot.Right(), y}, level == 0 ? colours::kText : colours::kGrid});
-    picture.Add(TextMark{plot.left - 6, y + 4, Format("%d", level), colours::kText, 10, Anchor::Right,
-                         Face::Figures});
-  }
-  for (int k = 1; k <= kiloHertz; ++k) {
-    const int x = plot.XOf(k * 512000.0 / plot.sampleRate);
-    picture.Add(LineMark{{x, plot.base}, {x, plot.base + 5}, colours::kText});
-    picture.Add(
-        TextMark{x, plot.base + 18, Format("%1d", k), colours::kText, 11, Anchor::Middle, Face::Figures});
-  }
+  std::vector<Tick> levels, frequencies;
+  for (int level = step; level <= top; level += step)
+    levels.push_back({plot.YOf(level * unitsPerDecibel), static_cast<double>(level), Format("%d", level)});
+  AddLevelAxis(picture, levels, {plot.left, plot.Right(), plot.left - 6}, kStyle);
+  for (int k = 1; k <= kiloHertz; ++k)
+    frequencies.push_back(
+        {plot.XOf(k * 512000.0 / plot.sampleRate), static_cast<double>(k), Format("%1d", k)});
+  AddColumnAxis(picture, {0, 1, plot.left, plot.Right() + 1}, frequencies, plot.base, kStyle, kFrequencyUnit);
   picture.Add(
-      TextMark{plot.Right() + 8, plot.base + 18, "F(KHz)", colours::kText, 11, Anchor::Left, Face::Figures});
-  picture.Add(TextMark{plot.left - 6, plot.YOf(top * unitsPerDecibel) - 12, "P(db)", colours::kText, 11,
-                       Anchor::Middle, Face::Figures});
+      TextMark{plot.left - 6, plot.base + 4, "0", colours::kText, kStyle.text, Anchor::Right, Face::Figures});
+  picture.Add(TextMark{plot.left - 6, plot.YOf(top * unitsPerDecibel) - 12, kLevelUnit, colours::kText,
+                       kStyle.name, Anchor::Middle, Face::Figures});
 }
 
 void AddLine(Picture& picture, int x, int y, std::string text, Colour colour) {

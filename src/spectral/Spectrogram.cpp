@@ -6,6 +6,7 @@
 #include "base/Arithmetic.h"
 #include "document/Frames.h"
 #include "document/LevelMeasures.h"
+#include "document/ViewScale.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/FrameSpectrum.h"
 #include "dsp/LevelCurve.h"
@@ -31,13 +32,6 @@ int PitchPeriodAt(const SoundDocument& document, int sample) {
   return frequency > kSlowestVoice ? TruncateToInt32(document.sampleRate / frequency) : 0;
 }
 
-/// Values a second of the level curve that goes along with the columns.
-int LevelsPerSecond(const SpectrogramStretch& stretch, int sampleRate) {
-  if (stretch.columnsPerSecond > 0) return stretch.columnsPerSecond;
-  const int length = std::max(1, stretch.end - stretch.start);
-  return std::max(1, SaturateInt32(std::int64_t{stretch.maxColumns} * sampleRate / length));
-}
-
 /// One column after another of a picture: what the columns share is prepared once.
 class ColumnAnalysis {
  public:
@@ -51,9 +45,7 @@ class ColumnAnalysis {
         analyser_(analyser != nullptr ? *analyser : ownAnalyser_),
         windowLength_(settings.frameLength) {
     PredictLoudest(stretch);
-    if (UsesFrameSpectrum())
-      levels_ = MakeLevelCurve(document.Samples(), rate_, LevelsPerSecond(stretch, rate_), stretch.start,
-                               stretch.maxColumns);
+    if (UsesFrameSpectrum()) levels_ = LevelsOfColumns(stretch);
     MakeAnalysisWindow(windowLength_, settings.windowShape);
   }
 
@@ -87,6 +79,11 @@ class ColumnAnalysis {
  private:
   bool UsesFrameSpectrum() const {
     return kind_ == SpectrogramKind::WideBand || kind_ == SpectrogramKind::NarrowBand;
+  }
+
+  LevelCurve LevelsOfColumns(const SpectrogramStretch& stretch) const {
+    return MakeColumnLevels(document_.Samples(), rate_, stretch.columnsPerSecond, stretch.columns.start,
+                            stretch.columns.samples, stretch.columns.columns, stretch.maxColumns);
   }
 
   void PredictLoudest(const SpectrogramStretch& stretch) {
@@ -149,7 +146,7 @@ void ShadeKind(SpectrogramKind kind, const double* levels, double contrast, int 
 /// True when a column belongs to the picture; the margin at the end of the sound grows with the column, so
 /// that a long picture ends early.
 bool HasColumn(const SoundDocument& document, const SpectrogramStretch& stretch, int column) {
-  const std::int64_t start = stretch.ColumnStart(column, document.sampleRate);
+  const std::int64_t start = stretch.ColumnStart(column);
   return column < stretch.maxColumns && start <= stretch.end &&
          start + 4 + 2 * column <= document.sampleCount;
 }
@@ -186,43 +183,45 @@ LoudestFrame FindLoudestFrame(const SoundDocument& document, int start, int end)
 }
 
 SpectrogramStretch StretchOf(const SoundDocument& document) {
+  if (!document.selectionDefined()) return ViewStretchOf(document);
+  const int rate = std::max(1, document.sampleRate);
   SpectrogramStretch stretch;
-  if (document.selectionDefined()) {
-    stretch.start = stretch.levelStart = document.selectionStart;
-    stretch.end = stretch.levelEnd = document.selectionEnd;
-    if (stretch.end - stretch.start < document.sampleRate / 10)
-      stretch.end = stretch.start + document.sampleRate;
-    stretch.end = std::min(stretch.end, document.sampleCount);
-    const int length = std::max(1, stretch.end - stretch.start);
-    stretch.columnsPerSecond =
-        std::max(1, SaturateInt32(std::int64_t{document.paneWidth} * document.sampleRate / length));
-    stretch.maxColumns = document.paneWidth;
-    return stretch;
-  }
-  return ViewStretchOf(document);
+  stretch.start = document.selectionStart;
+  stretch.end = document.selectionEnd;
+  if (stretch.end - stretch.start < rate / 10) stretch.end = stretch.start + rate;
+  stretch.end = std::min(stretch.end, document.sampleCount);
+  const int length = std::max(1, stretch.end - stretch.start);
+  stretch.columnsPerSecond = std::max(1, SaturateInt32(std::int64_t{document.paneWidth} * rate / length));
+  stretch.columns = {stretch.start, rate, stretch.columnsPerSecond, 0};
+  stretch.maxColumns = document.paneWidth;
+  stretch.levelStart = stretch.start;
+  stretch.levelEnd = stretch.end;
+  return stretch;
 }
 
 SpectrogramStretch ViewStretchOf(const SoundDocument& document) {
   SpectrogramStretch stretch;
   stretch.start = stretch.levelStart = document.viewStart;
   stretch.end = stretch.levelEnd = document.viewStart + document.viewLength;
+  stretch.view = stretch.columns = TimeScaleOf(document);
+  stretch.columns.left = 0;
   stretch.columnsPerSecond =
       document.AtStartScale() ? 100 : std::max(1, document.sampleRate / document.samplesPerPixel);
-  stretch.firstX = kPaneMargin;
   stretch.maxColumns = std::max(0, document.paneWidth - kPaneMargin);
   stretch.followsView = true;
   return stretch;
 }
 
-SpectrogramStretch FilterBankStretchOf(const SoundDocument& document) {
-  const bool selected = document.selectionDefined();
-  SpectrogramStretch stretch;
-  stretch.start = stretch.levelStart = selected ? document.selectionStart : document.viewStart;
-  stretch.end = stretch.levelEnd =
-      selected ? document.selectionEnd : document.viewStart + document.viewLength;
-  stretch.columnsPerSecond = 0;
-  stretch.rightMargin = kFilterBankMargin;
+SpectrogramStretch FilterBankStretchOf(const SoundDocument& document, bool ofView) {
+  SpectrogramStretch stretch = ViewStretchOf(document);
+  if (!ofView) {
+    stretch.start = stretch.levelStart = document.selectionStart;
+    stretch.end = stretch.levelEnd = document.selectionEnd;
+    stretch.followsView = false;
+  }
   stretch.maxColumns = std::max(0, document.paneWidth - kFilterBankMargin);
+  const int first = std::max(stretch.start, kFirstFilterBankSample);
+  stretch.columns = {first, std::max(1, stretch.end - first), std::max(1, stretch.maxColumns), 0};
   return stretch;
 }
 
@@ -230,7 +229,7 @@ SpectrogramStretch RidgeStretchOf(const SpectrogramStretch& flat, int sampleRate
   SpectrogramStretch stretch = flat;
   stretch.end = stretch.start + sampleRate / 3;
   stretch.columnsPerSecond = 3 * kRidges;
-  stretch.firstX = 0;
+  stretch.columns = {stretch.start, std::max(1, sampleRate), stretch.columnsPerSecond, 0};
   stretch.maxColumns = kRidges;
   stretch.followsView = false;
   return stretch;
@@ -251,7 +250,7 @@ SpectrogramMatrix ComputeSpectrogram(const SoundDocument& document, SpectrogramK
   matrix.greys.reserve(static_cast<std::size_t>(stretch.maxColumns) * kSpectrogramRows);
   double levels[kSpectrogramRows];
   for (int column = 0; HasColumn(document, stretch, column); ++column) {
-    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);
+    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column)), levels);
     matrix.greys.resize(matrix.greys.size() + kSpectrogramRows);
     ShadeKind(kind, levels, settings.contrast, rate, matrix.Column(matrix.columns++));
   }
@@ -267,13 +266,14 @@ SpectrogramMatrix ComputeSpreadSpectrogram(const SoundDocument& document, Spectr
   SpectrogramStretch stretch;
   stretch.start = stretch.levelStart = start;
   stretch.end = stretch.levelEnd = end;
-  stretch.columnsPerSecond = 0;
+  stretch.columns = {start, end - start, columns, 0};
+  stretch.columnsPerSecond = std::max(1, SaturateInt32(std::int64_t{columns} * rate / (end - start)));
   stretch.maxColumns = columns;
   ColumnAnalysis analysis(document, kind, settings, stretch, nullptr);
   matrix.greys.resize(static_cast<std::size_t>(columns) * kSpectrogramRows);
   double levels[kSpectrogramRows];
   for (; matrix.columns < columns; ++matrix.columns) {
-    analysis.Levels(matrix.columns, static_cast<int>(stretch.ColumnStart(matrix.columns, rate)), levels);
+    analysis.Levels(matrix.columns, static_cast<int>(stretch.ColumnStart(matrix.columns)), levels);
     ShadeKind(kind, levels, settings.contrast, rate, matrix.Column(matrix.columns));
   }
   return matrix;
@@ -290,7 +290,7 @@ std::vector<std::array<double, kSpectrogramRows>> ComputeRidges(const SoundDocum
   for (int column = 0; column < kRidges; ++column) {
     auto& ridge = ridges.emplace_back();
     double levels[kSpectrogramRows];
-    analysis.Levels(column, SaturateInt32(stretch.ColumnStart(column, document.sampleRate)), levels);
+    analysis.Levels(column, SaturateInt32(stretch.ColumnStart(column)), levels);
     if (kind == SpectrogramKind::Formants) {
       ridge.fill(0.0);
       ForFormantRows(levels, document.sampleRate, [&](int row, int first, int last) {
@@ -312,7 +312,7 @@ std::vector<FormantDot> ComputeFormantDots(const SoundDocument& document, const 
                           stretch, analyser);
   double levels[kSpectrogramRows];
   for (int column = 0; column < columns; ++column) {
-    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column, rate)), levels);
+    analysis.Levels(column, static_cast<int>(stretch.ColumnStart(column)), levels);
     ForFormantRows(levels, rate, [&](int row, int, int) { dots.push_back({column, row}); });
   }
   return dots;

@@ -33,12 +33,12 @@ LoudestFrame FindLoudestFrame(const SoundDocument& document, int start, int end)
 /// second when it is under a tenth, or else the view under the other panes.
 SpectrogramStretch StretchOf(const SoundDocument& document);
 
-/// The view under the other panes, whatever is selected.
+/// The view under the other panes, whatever is selected: a column of the picture is a column of the pane.
 SpectrogramStretch ViewStretchOf(const SoundDocument& document);
 
-/// The stretch of a picture by the filter bank: the selection as it is, or else the view, in columns spread
-/// evenly over the pane less 40.
-SpectrogramStretch FilterBankStretchOf(const SoundDocument& document);
+/// The stretch of a picture by the filter bank: the selection as it is, over the whole pane, or the view under
+/// the other panes, in columns spread evenly over it, 40 fewer than the pane has.
+SpectrogramStretch FilterBankStretchOf(const SoundDocument& document, bool ofView);
 
 /// The stretch of a three-dimensional view: a third of a second from the start of `flat` on, in 100 columns.
 SpectrogramStretch RidgeStretchOf(const SpectrogramStretch& flat, int sampleRate);

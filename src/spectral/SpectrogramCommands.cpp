@@ -1,5 +1,6 @@
 #include "spectral/SpectrogramCommands.h"
 
+#include "document/ViewScale.h"
 #include "spectral/FilterBank.h"
 #include "spectral/Spectrogram.h"
 
@@ -35,7 +36,8 @@ void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram
 void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
                         SpectrogramKind kind, const SpectrogramOptions& options) {
   const bool filterBank = kind == SpectrogramKind::FilterBank;
-  const SpectrogramStretch stretch = filterBank ? FilterBankStretchOf(document) : StretchOf(document);
+  const SpectrogramStretch stretch =
+      filterBank ? FilterBankStretchOf(document, !document.selectionDefined()) : StretchOf(document);
   if (filterBank && IsTooLong(stretch)) return window.Notify(kTooLong);
   const LoudestFrame loudest = FindLoudestFrame(document, stretch.levelStart, stretch.levelEnd);
   spectrogram.kind = kind;
@@ -50,10 +52,10 @@ void SpectrogramCommand(Window& window, const SoundDocument& document, Spectrogr
 
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram) {
   const bool threeDimensional = !spectrogram.ridges.empty();
-  SpectrogramStretch stretch =
-      spectrogram.stretch.followsView ? ViewStretchOf(document) : StretchOf(document);
+  const bool ofView = spectrogram.stretch.followsView || !document.selectionDefined();
+  SpectrogramStretch stretch = ofView ? ViewStretchOf(document) : StretchOf(document);
   if (spectrogram.kind == SpectrogramKind::FilterBank) {
-    stretch = FilterBankStretchOf(document);
+    stretch = FilterBankStretchOf(document, ofView);
     if (IsTooLong(stretch)) {
       spectrogram = {};
       return;
@@ -61,6 +63,14 @@ void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrog
   }
   ComputePicture(document, spectrogram, stretch, threeDimensional, nullptr);
   for (const int direction : spectrogram.shades) DarkenLightenMatrix(spectrogram.matrix, direction);
+}
+
+void FollowView(const SoundDocument& document, SpectrogramState& spectrogram) {
+  if (!spectrogram.shown || !spectrogram.stretch.followsView) return;
+  if (spectrogram.kind == SpectrogramKind::FilterBank && IsTooLong(FilterBankStretchOf(document, true)))
+    spectrogram.stretch.view = TimeScaleOf(document);
+  else
+    RedrawSpectrogram(document, spectrogram);
 }
 
 void DarkenLighten(Window& window, SpectrogramState& spectrogram, int direction) {

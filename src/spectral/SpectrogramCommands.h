@@ -22,6 +22,10 @@ void SpectrogramCommand(Window& window, const SoundDocument& document, Spectrogr
 /// command.
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram);
 
+/// After the view was moved or zoomed: a picture of the view is that of the new one. The filter bank's, where that
+/// is longer than it takes, goes on lying over its own samples.
+void FollowView(const SoundDocument& document, SpectrogramState& spectrogram);
+
 /// The keys D (+1) and L (−1); nothing for the cepstrum and in three dimensions.
 void DarkenLighten(Window& window, SpectrogramState& spectrogram, int direction);
 

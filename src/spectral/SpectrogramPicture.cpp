@@ -9,8 +9,6 @@
 namespace parlowen {
 namespace {
 
-constexpr Colour kGridLine = 0xA04040, kFormantDot = 0xE00000, kRidgeLine = 0x203060;
-
 constexpr int kHorizonColumns = 1280, kHorizonStart = 700;
 constexpr int kRidgeLeft = 20, kRidgeFoot = 20;  // where the first frame begins, from the left and from below
 constexpr int kColumnsPerRow = 3, kShiftRight = 2, kShiftUp = 1;
@@ -23,18 +21,24 @@ const char* KindTitle(SpectrogramKind kind) {
   return kTitles[static_cast<int>(kind)];
 }
 
-GreyImageMark ImageOf(const SpectrogramState& spectrogram, int width, int height) {
+/// Every column of the pane takes the picture's column whose samples lie under it.
+GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pane, int width, int height) {
   const SpectrogramMatrix& matrix = spectrogram.matrix;
-  GreyImageMark image{spectrogram.stretch.firstX, 0, std::min(matrix.columns, width), height, matrix.columns,
-                      kSpectrogramRows,           {}};
-  image.pixels.resize(static_cast<std::size_t>(matrix.columns) * kSpectrogramRows);
-  for (int column = 0; column < matrix.columns; ++column) {
-    const std::uint16_t* greys = matrix.Column(column);
-    for (int row = 0; row < kSpectrogramRows; ++row) {
-      const auto line = static_cast<std::size_t>(kSpectrogramRows - 1 - row);
-      image.pixels[line * static_cast<std::size_t>(matrix.columns) + static_cast<std::size_t>(column)] =
+  std::vector<int> shown;  // columns of the matrix
+  int left = pane.left;
+  for (int x = pane.left; x < width; ++x) {
+    const int column = ColumnUnder(spectrogram, pane, x);
+    if (column >= 0) shown.push_back(column);
+    if (shown.empty()) left = x + 1;
+  }
+  const int columns = static_cast<int>(shown.size());
+  GreyImageMark image{left, 0, columns, height, columns, kSpectrogramRows, {}};
+  image.pixels.resize(shown.size() * kSpectrogramRows);
+  for (std::size_t x = 0; x < shown.size(); ++x) {
+    const std::uint16_t* greys = matrix.Column(shown[x]);
+    for (std::size_t row = 0; row < kSpectrogramRows; ++row)
+      image.pixels[(kSpectrogramRows - 1 - row) * shown.size() + x] =
           static_cast<std::uint8_t>(std::min<int>(greys[row], 255));
-    }
   }
   return image;
 }
@@ -44,22 +48,22 @@ double RowMilliseconds(int row, int sampleRate) {
   return row * (sampleRate >= kSteppedCepstrumRate ? 2 : 1) * 1000.0 / std::max(1, sampleRate);
 }
 
-void AddFormants(Picture& picture, const SpectrogramState& spectrogram, int imageWidth) {
-  const int columns = std::max(1, spectrogram.matrix.columns);
+void AddFormants(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane) {
   for (const FormantDot& dot : spectrogram.formants) {
-    const int x =
-        spectrogram.stretch.firstX + static_cast<int>(std::int64_t{dot.column} * imageWidth / columns);
+    const int x = pane.ColumnOf(spectrogram.stretch.ColumnStart(dot.column));
+    if (x < pane.left || x >= picture.width) continue;
     const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
-    picture.Add(BoxMark{x, y - 1, 2, 2, kFormantDot});
+    picture.Add(BoxMark{x, y - 1, 2, 2, colours::kFormant});
   }
 }
 
-void AddTitle(Picture& picture, const SpectrogramState& spectrogram, int sampleRate) {
+void AddTitle(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane,
+              int sampleRate) {
   const SpectrogramStretch& stretch = spectrogram.stretch;
   const bool ridges = !spectrogram.ridges.empty();
   const bool bank = spectrogram.kind == SpectrogramKind::FilterBank;
   const double rate = std::max(1, sampleRate);
-  const int x = std::max(stretch.firstX, 24) + 4;
+  const int x = std::max(pane.left, 24) + 4;
   picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
   picture.Add(TextMark{x, 13, ridges ? "语谱显示: 立体图" : "语谱显示: 语谱图", colours::kText, 12});
   picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
@@ -118,7 +122,7 @@ class RidgeLine {
   Picture& picture_;
   std::vector<int>& horizon_;
   const int width_;
-  PolylineMark part_{{}, kRidgeLine};
+  PolylineMark part_{{}, colours::kRidge};
   Point from_, last_;
 };
 
@@ -146,21 +150,21 @@ Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height)
   return picture;
 }
 
-std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate,
-                                                 int height) {
-  std::vector<SpectrogramGridLine> lines;
+std::vector<Tick> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height) {
+  std::vector<Tick> lines;
   if (sampleRate <= 0 || !spectrogram.ridges.empty()) return lines;
   if (spectrogram.kind == SpectrogramKind::Cepstrum) {
     const double perRow = RowMilliseconds(1, sampleRate);
     const int step = perRow * kSpectrogramRows > 20 ? 5 : 2;
     for (int ms = step; ms < perRow * kSpectrogramRows; ms += step)
-      lines.push_back(
-          {height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows), Format("%d ms", ms)});
+      lines.push_back({height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows),
+                       static_cast<double>(ms), Format("%d ms", ms)});
     return lines;
   }
   const int step = GridStepHz(sampleRate);
   for (int frequency = step; frequency < sampleRate / 2; frequency += step)
-    lines.push_back({GridLineY(frequency, sampleRate, height), Format("%d kHz", frequency / 1000)});
+    lines.push_back({GridLineY(frequency, sampleRate, height), static_cast<double>(frequency),
+                     Format("%d kHz", frequency / 1000)});
   return lines;
 }
 
@@ -177,28 +181,27 @@ int GridLineY(int frequency, int sampleRate, int height) {
   return height - 1 - static_cast<int>(row * height / kSpectrogramRows);
 }
 
-Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, int width, int height) {
+int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, int x) {
+  const int column = spectrogram.stretch.columns.ColumnOf(pane.SampleAt(x));
+  return x >= pane.left && column >= 0 && column < spectrogram.matrix.columns ? column : -1;
+}
+
+Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, const SampleScale& pane,
+                           int width, int height) {
   if (!spectrogram.ridges.empty()) {
     Picture ridges = RidgePicture(spectrogram, width, height);
     AddRidgeAxis(ridges, sampleRate);
-    AddTitle(ridges, spectrogram, sampleRate);
+    AddTitle(ridges, spectrogram, pane, sampleRate);
     return ridges;
   }
   Picture picture{width, height, {}};
-  const SpectrogramStretch& stretch = spectrogram.stretch;
-  if (spectrogram.matrix.columns > 0) {
-    GreyImageMark image = ImageOf(spectrogram, width, height);
-    // A stretch of its own keeps filling the pane when the pane has another width than it was computed for.
-    if (!stretch.followsView && stretch.maxColumns > 0)
-      image.width = static_cast<int>(std::int64_t{spectrogram.matrix.columns} * stretch.Width(width) /
-                                     stretch.maxColumns);
-    const int imageWidth = image.width;
-    picture.Add(std::move(image));
-    AddFormants(picture, spectrogram, imageWidth);
-  }
-  for (const SpectrogramGridLine& line : SpectrogramGrid(spectrogram, sampleRate, height))
-    picture.Add(LineMark{{stretch.firstX, line.y}, {width - 1, line.y}, kGridLine, 1, LineStyle::Dashed});
-  AddTitle(picture, spectrogram, sampleRate);
+  GreyImageMark image = ImageOf(spectrogram, pane, width, height);
+  if (image.columns > 0) picture.Add(std::move(image));
+  AddFormants(picture, spectrogram, pane);
+  for (const Tick& line : SpectrogramGrid(spectrogram, sampleRate, height))
+    picture.Add(LineMark{
+        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dashed});
+  AddTitle(picture, spectrogram, pane, sampleRate);
   return picture;
 }
 

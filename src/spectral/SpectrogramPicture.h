@@ -8,23 +8,22 @@
 namespace parlowen {
 
 /// The matrix as a grey picture that fills the pane's height, low frequencies at the bottom, with its grid,
-/// its formants where they are shown, its title and the line of its times; or the three-dimensional view.
-Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, int width, int height);
+/// its formants where they are shown, its title and the line of its times; or the three-dimensional view. `pane`
+/// tells which sample each column of pixels shows: there stands the column of the matrix with that sample.
+Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, const SampleScale& pane,
+                           int width, int height);
+
+/// The column of the matrix under a column of pixels; −1 for none.
+int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, int x);
 
 /// The frames of a three-dimensional view as lines of heights, 3 columns a row of the spectrum, each frame 2
 /// columns to the right of the one before and one row up, 0.8 rows a dB. What lies behind an earlier frame is
 /// left out by a floating horizon of 1280 columns.
 Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height);
 
-/// A line of the picture's grid: its pane row and what stands beside it.
-struct SpectrogramGridLine {
-  int y = 0;
-  std::string label;
-};
-/// A line every 1000 Hz, above 20000 Hz sampling rate every 2000 Hz; for the cepstrum every 2 or 5 ms; none
+/// The picture's grid, as pane rows and what stands beside them: a line every 1000 Hz, above 20000 Hz sampling rate every 2000 Hz; for the cepstrum every 2 or 5 ms; none
 /// in three dimensions.
-std::vector<SpectrogramGridLine> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate,
-                                                 int height);
+std::vector<Tick> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height);
 
 int GridStepHz(int sampleRate);
 /// The pane row of a grid frequency.

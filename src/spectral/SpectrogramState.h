@@ -5,26 +5,26 @@
 #include <vector>
 
 #include "spectral/SpectrogramMatrix.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
 
 /// The stretch that a picture shows and how its columns lie in it.
 struct SpectrogramStretch {
   int start = 0, end = 0;            ///< samples
-  int levelStart = 0, levelEnd = 0;  ///< where the peak level is looked for: what was marked, never widened
-  int columnsPerSecond = 100;  ///< column j begins at start + j·sampleRate/columnsPerSecond; 0: spread evenly
-  int firstX = 0;              ///< pane column of column 0
+  int levelStart = 0, levelEnd = 0;  ///< where peak level P and highest level V are looked for
+  SampleScale columns;               ///< column j of the picture begins at columns.SampleAt(j)
+  int columnsPerSecond = 100;        ///< C of the level rise
   int maxColumns = 0;
-  int rightMargin = 0;       ///< pane columns behind the picture that stay empty
   bool followsView = false;  ///< the picture lies under the other panes; else it is a stretch of its own
+  SampleScale view;          ///< what the pane's columns show while it lies under the others
 
-  /// First sample of a column.
-  std::int64_t ColumnStart(int column, int sampleRate) const {
-    if (columnsPerSecond <= 0) return start + std::int64_t{column} * (end - start) / std::max(1, maxColumns);
-    return start + std::int64_t{column} * sampleRate / columnsPerSecond;
+  std::int64_t ColumnStart(int column) const { return columns.SampleAt(column); }
+  /// What the columns of a pane of that width show: clicks, marks, axis and painting. A stretch of its own fills
+  /// the pane.
+  SampleScale Pane(int width) const {
+    return followsView ? view : SampleScale{start, std::max(1, end - start), std::max(1, width), 0};
   }
-  /// Pane columns that a stretch of its own takes.
-  int Width(int paneWidth) const { return std::max(1, paneWidth - rightMargin); }
 };
 
 /// A formant over the picture.

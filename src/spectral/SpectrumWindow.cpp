@@ -4,48 +4,30 @@
 #include <cctype>
 #include <memory>
 
-#include "base/Format.h"
+#include "document/WavePyramid.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kHint = "对正在画的谱图，F 键显示共振峰, D/L键: 加深／淡化谱图（对倒谱和立体图无效）";
+constexpr UiText kHint = "对正在画的谱图，F 键显示共振峰, D/L键: 加深／淡化谱图（对倒谱和立体图无效）";
+constexpr UiText kBothTitle = "谱图窗口", kAloneTitle = "单谱图窗口";
 constexpr int kHintHeight = 24, kWaveShare = 4;  // the waveform has a quarter of the height
 constexpr int kLabelWidth = 50;
-constexpr Colour kWave = 0x1F3F77;
+constexpr int kFullScale = 32768;
 
-/// First sample under a column of the picture.
-std::int64_t SampleAt(const SpectrogramStretch& stretch, int sampleRate, int x, int width) {
-  if (stretch.followsView) return stretch.ColumnStart(x - stretch.firstX, sampleRate);
-  return stretch.start + std::int64_t{x} * (stretch.end - stretch.start) / stretch.Width(width);
-}
-
-Picture WavePicture(const SoundDocument& document, const SpectrogramStretch& stretch, int width, int height) {
+Picture WavePicture(const SoundDocument& document, const SampleScale& columns, int width, int height) {
   Picture picture{width, height, {}};
   const SampleSpan samples = document.Samples();
-  const int middle = height / 2;
-  picture.Add(LineMark{{0, middle}, {width - 1, middle}, colours::kGrid});
-  PolylineMark wave{{}, kWave};
-  const int last = stretch.followsView ? width : stretch.Width(width);
-  for (int x = stretch.firstX; x < last; ++x) {
-    const auto from =
-        std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x, width), 0, samples.count);
-    const auto to =
-        std::clamp<std::int64_t>(SampleAt(stretch, document.sampleRate, x + 1, width), from, samples.count);
-    int low = samples.At(from), high = low;
-    for (std::int64_t n = from; n < to; ++n) {
-      low = std::min<int>(low, samples.data[n]);
-      high = std::max<int>(high, samples.data[n]);
-    }
-    if (from >= samples.count) break;
-    wave.points.push_back({x, middle - high * (middle - 1) / 32768});
-    wave.points.push_back({x, middle - low * (middle - 1) / 32768});
-  }
-  if (wave.points.size() > 1) picture.Add(std::move(wave));
+  const PlotScale rows{0, kFullScale, height / 2, 1};
+  picture.Add(LineMark{{0, rows.from}, {width - 1, rows.from}, colours::kGrid});
+  const auto points = WavePoints(
+      columns.left, width, samples.count, [&](int x) { return columns.SampleAt(x); }, ExtremesFrom(samples));
+  AddCurve(picture, points, rows, colours::kWave);
   return picture;
 }
 
@@ -54,7 +36,7 @@ class SpectrumWindow : public ToolWindow {
   SpectrumWindow(SoundDocument& document, SpectrogramState& spectrogram, bool withWaveform)
       : document_(document), spectrogram_(spectrogram), withWaveform_(withWaveform) {}
   std::string Name() const override { return "spectrum"; }
-  std::string Title() const override { return withWaveform_ ? "谱图窗口" : "单谱图窗口"; }
+  std::string Title() const override { return withWaveform_ ? kBothTitle : kAloneTitle; }
   Picture Draw(int width, int height) const override {
     return SpectrumWindowPicture(document_, spectrogram_, withWaveform_, width, height);
   }
@@ -84,18 +66,25 @@ Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramSt
                               bool withWaveform, int width, int height) {
   Picture picture{width, height, {}};
   if (!spectrogram.shown) return picture;
-  const int inner = std::max(1, width - kLabelWidth);
+  const int inner = std::max(1, width - kLabelWidth), axisHeight = PlotStyle{}.AxisHeight();
   const int waveHeight = withWaveform ? height / kWaveShare : 0;
-  const int pictureHeight = height - waveHeight - (withWaveform ? kHintHeight : 0);
+  const int pictureTop = withWaveform ? waveHeight + axisHeight : 0;
+  const int pictureHeight = std::max(1, height - pictureTop - (withWaveform ? kHintHeight : 0));
+  // The stretch fills the window, also one that lies under the panes of the main window.
+  const SpectrogramStretch& stretch = spectrogram.stretch;
+  const SampleScale columns{stretch.start, std::max(1, stretch.end - stretch.start), inner, 0};
   if (withWaveform) {
-    picture.AddAt(WavePicture(document, spectrogram.stretch, inner, waveHeight), kLabelWidth, 0);
+    picture.AddAt(WavePicture(document, columns, inner, waveHeight), kLabelWidth, 0);
+    Picture axis{inner, axisHeight, {}};
+    const PlotScale seconds = PlotScale::Seconds(columns, document.sampleRate, inner);
+    AddColumnAxis(axis, seconds, RoundTicks(seconds, kTimeLabelRoom), 0, {}, kTimeUnit);
+    picture.AddAt(axis, kLabelWidth, waveHeight);
     AddLine(picture, kLabelWidth, height - 7, kHint);
   }
-  picture.AddAt(SpectrogramPicture(spectrogram, document.sampleRate, inner, pictureHeight), kLabelWidth,
-                waveHeight);
-  for (const SpectrogramGridLine& line : SpectrogramGrid(spectrogram, document.sampleRate, pictureHeight))
-    picture.Add(TextMark{kLabelWidth - 6, waveHeight + line.y + 4, line.label, colours::kText, 10,
-                         Anchor::Right, Face::Figures});
+  picture.AddAt(SpectrogramPicture(spectrogram, document.sampleRate, columns, inner, pictureHeight),
+                kLabelWidth, pictureTop);
+  AddLevelAxis(picture, Moved(SpectrogramGrid(spectrogram, document.sampleRate, pictureHeight), pictureTop),
+               {kLabelWidth - 1, kLabelWidth - 1, kLabelWidth - 6, Anchor::Right, GridLines::None});
   return picture;
 }
 

@@ -1,5 +1,8 @@
 #include "ui/Picture.h"
 
+#include <algorithm>
+
+#include "base/Arithmetic.h"
 #include "base/Utf8.h"
 
 namespace parlowen {
@@ -29,7 +32,59 @@ struct Mover {
   }
 };
 
+struct Scaler {
+  double factor;
+
+  void Scale(int& value) const { value = TruncateToInt32(value * factor + (value < 0 ? -0.5 : 0.5)); }
+  void ScaleSize(int& value) const {
+    const bool some = value > 0;
+    Scale(value);
+    if (some) value = std::max(1, value);
+  }
+  void Scale(Point& point) const {
+    Scale(point.x);
+    Scale(point.y);
+  }
+  void operator()(LineMark& mark) const {
+    Scale(mark.from);
+    Scale(mark.to);
+    ScaleSize(mark.width);
+  }
+  void operator()(PolylineMark& mark) const {
+    for (Point& point : mark.points) Scale(point);
+    ScaleSize(mark.width);
+  }
+  void operator()(PolygonMark& mark) const {
+    for (Point& point : mark.points) Scale(point);
+  }
+  void operator()(TextMark& mark) const {
+    Scale(mark.x);
+    Scale(mark.y);
+    ScaleSize(mark.height);
+  }
+  /// Neighbours that meet go on meeting: both edges are scaled, not the width.
+  template <typename Box>
+  void operator()(Box& mark) const {
+    int right = mark.x + mark.width, bottom = mark.y + mark.height;
+    Scale(mark.x);
+    Scale(mark.y);
+    Scale(right);
+    Scale(bottom);
+    mark.width = mark.width > 0 ? std::max(1, right - mark.x) : 0;
+    mark.height = mark.height > 0 ? std::max(1, bottom - mark.y) : 0;
+  }
+};
+
 }  // namespace
+
+Picture Picture::Scaled(double factor) const {
+  Picture scaled = *this;
+  const Scaler scaler{factor};
+  scaler.ScaleSize(scaled.width);
+  scaler.ScaleSize(scaled.height);
+  for (Mark& mark : scaled.marks) std::visit(scaler, mark);
+  return scaled;
+}
 
 void Picture::AddAt(const Picture& other, int dx, int dy) {
   const std::size_t first = marks.size();

@@ -86,6 +86,8 @@ struct Picture {
   void Add(const Picture& other) { marks.insert(marks.end(), other.marks.begin(), other.marks.end()); }
   /// Adds another picture, moved by dx and dy.
   void AddAt(const Picture& other, int dx, int dy);
+  /// The whole drawing `factor` times as large, texts and lines too; nothing becomes thinner than a pixel.
+  Picture Scaled(double factor) const;
 };
 
 /// Pixels that a text of that type size takes, estimated without a font: hanzi are as wide as they are high,

@@ -5,7 +5,6 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
-#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
@@ -140,6 +139,11 @@ std::vector<Tick> RoundTicks(const PlotScale& scale, int room, double finest) {
   return TicksEvery(scale, step, DecimalsOf(step));
 }
 
+std::vector<Tick> Moved(std::vector<Tick> ticks, int pixels) {
+  for (Tick& tick : ticks) tick.at += pixels;
+  return ticks;
+}
+
 // --- Lines
 
 int WaveRange(int peak) {
@@ -201,8 +205,9 @@ void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tic
   const int baseline = y + style.tick + style.text, gap = style.text / 2;
   int end = picture.width;  // where labels must end
   if (!unit.empty()) {
-    picture.Add(TextMark{end - 2, baseline, unit, colours::kText, style.text, Anchor::Right});
-    end -= TextWidth(unit, style.text) + 2 + gap;
+    const int width = TextWidth(unit, style.text), x = std::min(right + 4, picture.width - 2 - width);
+    picture.Add(TextMark{x, baseline, unit, colours::kText, style.text});
+    end = x - gap;
   }
   int taken = 0;  // columns left of here have their label
   for (const Tick& tick : ticks) {

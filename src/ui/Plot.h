@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ui/Picture.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 
@@ -72,8 +73,12 @@ std::vector<Tick> TicksEvery(const PlotScale& scale, double step, int decimals =
 /// the decimals that this step needs. On a logarithmic scale the values 1, 2, 5·10^k themselves, `room` apart.
 std::vector<Tick> RoundTicks(const PlotScale& scale, int room, double finest = 1e-4);
 
-/// Pixels between the labels of a time axis.
+/// The ticks of a part of a picture that begins `pixels` further down or to the right.
+std::vector<Tick> Moved(std::vector<Tick> ticks, int pixels);
+
+/// Pixels between the labels of a time axis, and what stands behind them.
 inline constexpr int kTimeLabelRoom = 70;
+inline constexpr UiText kTimeUnit = "T(秒)";
 
 // --- Lines
 
@@ -141,7 +146,8 @@ struct PlotBox {
 };
 
 /// An axis along the row `y`, over the columns of the scale: line, ticks below it, labels below them, moved or,
-/// where they would meet, left out so that none is cut or covers another. `unit` ends at the picture's edge.
+/// where they would meet, left out so that none is cut or covers another. `unit` stands behind the axis, or over its
+/// end where the picture has no room.
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});
 

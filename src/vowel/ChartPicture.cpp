@@ -8,11 +8,11 @@
 namespace parlowen {
 namespace {
 
-constexpr int kFrameLeft = 19, kFrameRight = 640, kFrameTop = 179;
+constexpr int kFrameLeft = 19, kFrameRight = 640, kFrameTop = 179;  // of the point chart
 constexpr int kAxisColumn = 320, kAxisRight = 600, kAxisLeft = 40;
 constexpr int kTextColumn = 650;
-constexpr int kLowestF1Row = 600;  // 1600 Hz and a little
-constexpr int kAscent = 11;        // of 12 pixel type: texts are placed by their upper left corner
+constexpr int kLowestF1Row = 600;            // 1600 Hz and a little
+constexpr int kNameText = 12, kAscent = 11;  // of that type
 
 void AddTick(Picture& picture, Point from, Point to) { picture.Add(LineMark{from, to, colours::kText}); }
 
@@ -47,8 +47,9 @@ void AddBarkAxes(Picture& picture, const VowelChart& chart, int bottom) {
 }
 
 void AddPoint(Picture& picture, const VowelPoint& point, bool barkMode) {
-  AddShape(picture, point.shape, point.x, point.y, kChartRed);
-  if (!barkMode && point.f3 > point.f2) AddShape(picture, point.shape, point.x3, point.y, kChartRed);
+  AddShape(picture, point.shape, point.x, point.y, colours::kChartPoint);
+  if (!barkMode && point.f3 > point.f2)
+    AddShape(picture, point.shape, point.x3, point.y, colours::kChartPoint);
 }
 
 }  // namespace
@@ -86,9 +87,21 @@ void AddAverages(Picture& picture, const std::vector<int>& speakerClasses, const
       if (vowel.f1 < 100 || vowel.f1 > 3500 || vowel.f2 < 100 || vowel.f2 > 3500) continue;
       const ChartPlace place = FrequencyPlace(vowel.f1, vowel.f2, 0, axes);
       AddShape(picture, PointShape::Cross, place.x, place.y, colours::kStart);
-      picture.Add(TextMark{place.x - 3, place.y + 3 + kAscent, vowel.label, colours::kStart, 12, Anchor::Left,
-                           Face::Ipa});
+      AddName(picture, place.x - 3, place.y + 3, vowel.label, colours::kStart);
     }
+}
+
+void AddName(Picture& picture, int x, int y, const std::string& name, Colour colour) {
+  picture.Add(TextMark{x, y + kAscent, name, colour, kNameText, Anchor::Left, Face::Ipa});
+}
+
+void AddChartFrame(Picture& picture, int top) {
+  const int bottom = picture.height - 1;
+  picture.Add(PolylineMark{{{kFrameLeft, top},
+                            {kFrameRight, top},
+                            {kFrameRight, bottom},
+                            {kFrameLeft, bottom},
+                            {kFrameLeft, top}}});
 }
 
 void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, int top, int bottom,
@@ -116,13 +129,9 @@ void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, 
 Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers,
                           int width, int height) {
   Picture picture{width, height, {}};
-  const int bottom = height - 1, axisBottom = height - 8;
+  const int axisBottom = height - 8;
   picture.Add(BoxMark{0, kChartTop, width, std::max(0, height - kChartTop), colours::kWhite});
-  picture.Add(PolylineMark{{{kFrameLeft, kFrameTop},
-                            {kFrameRight, kFrameTop},
-                            {kFrameRight, bottom},
-                            {kFrameLeft, bottom},
-                            {kFrameLeft, kFrameTop}}});
+  AddChartFrame(picture, kFrameTop);
   if (chart.barkMode) {
     AddBarkAxes(picture, chart, axisBottom);
   } else {

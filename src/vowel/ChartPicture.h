@@ -7,10 +7,14 @@
 
 namespace parlowen {
 
-inline constexpr Colour kChartRed = 0xC80000;
-
 /// The outline of a point shape around x, y, one pixel wide.
 void AddShape(Picture& picture, PointShape shape, int x, int y, Colour colour);
+
+/// The name of a vowel or of a group, with the upper left corner of its text at x, y.
+void AddName(Picture& picture, int x, int y, const std::string& name, Colour colour = colours::kText);
+
+/// The frame of a chart, columns 19..640, from a row to the bottom of the picture.
+void AddChartFrame(Picture& picture, int top);
 
 /// The table averages of these speaker classes, always in frequency coordinates: crosses with their phonetic
 /// labels.

@@ -6,7 +6,6 @@ namespace parlowen {
 namespace {
 
 constexpr double kHighest = 4000.0;  // Hz
-constexpr Colour kDots = 0x2050A0;
 
 }  // namespace
 
@@ -26,7 +25,7 @@ Picture FormantStrip::Draw() const {
   for (const FormantFrame& frame : frames_) {
     for (std::size_t i = 0; i < static_cast<std::size_t>(frame.count); ++i) {
       const int y = kHeight - 1 - TruncateToInt32(frame.frequency[i] * (kHeight - 1) / kHighest);
-      if (y >= 0) picture.Add(BoxMark{x, y, 2, 2, kDots});
+      if (y >= 0) picture.Add(BoxMark{x, y, 2, 2, colours::kFormantStrip});
     }
     x += kStep;
   }

@@ -21,10 +21,8 @@ Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   picture.Add(TextMark{kRight + 20, kTop, "B1Min", colours::kText, 12, Anchor::Left, Face::Figures});
   picture.Add(TextMark{kRight + 20, kBottom, "B1Max", colours::kText, 12, Anchor::Left, Face::Figures});
   for (const VowelGroup& group : plot.groups) {
-    AddShape(picture, PointShape::Diamond, group.x, group.y, kChartRed);
-    if (plot.showNames)
-      picture.Add(TextMark{group.x + 6, group.y - 8, IpaFromGbk(group.name), colours::kText, 12, Anchor::Left,
-                           Face::Ipa});
+    AddShape(picture, PointShape::Diamond, group.x, group.y, colours::kChartPoint);
+    if (plot.showNames) AddName(picture, group.x + 6, group.y - 8, IpaFromGbk(group.name));
   }
   return picture;
 }

@@ -7,7 +7,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kAxisColumn = 380, kAxisTop = 25, kAxisBottom = 390;
+constexpr int kAxisColumn = 380, kAxisTop = 25, kAxisBottom = 390, kFrameTop = 130;
 
 }  // namespace
 
@@ -27,6 +27,7 @@ std::vector<SegmentPoint> SegmentPoints(const VowelTrack& track, int sampleRate)
 Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected,
                        const std::vector<int>& averages, int width, int height) {
   Picture picture{width, height, {}};
+  AddChartFrame(picture, kFrameTop);
   AddFrequencyAxes(picture, kSegmentAxes, kAxisColumn, kAxisTop, kAxisBottom, 4000);
   picture.Add(TextMark{40, kAxisBottom + 30, "声学元音图（一段语音）  红色->蓝色：先->后"});
   picture.Add(TextMark{40, kAxisBottom + 50, "及F1-F3 图"});

@@ -51,6 +51,27 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   EXPECT_FALSE(desk.states.Holds(Need::LongSound)) << "a pane holds all that is left";
 }
 
+TEST(View, AnotherRateKeepsTheStartScaleUntilTheUserZooms) {
+  Desk desk;
+  desk.Load(Ramp(300000), 16000);
+  SoundDocument& d = desk.document;
+  d.TakeRate(11025, desk.states);
+  EXPECT_EQ(d.samplesPerPixel, 110);
+  EXPECT_EQ(d.viewLength, 1004 * 11025 / 100);
+  d.samplesPerPixel = 220;
+  d.pitchPresent = true;
+  // A file of 8000 Hz and 8 bits: refused, its rate stays.
+  testing::WavBytes wav;
+  wav.samples = Ramp(100);
+  wav.rate = 8000;
+  wav.bits = 8;
+  EXPECT_EQ(desk.Open(wav.Bytes()).size(), 1u);
+  EXPECT_EQ(d.sampleRate, 8000);
+  EXPECT_EQ(d.samplesPerPixel, 220);
+  EXPECT_EQ(d.viewLength, 1004 * 220);
+  EXPECT_FALSE(d.pitchPresent) << "periods of the old rate";
+}
+
 TEST(View, FramesAreCountedInIntegers) {
   SoundDocument document;
   const struct {

@@ -49,7 +49,8 @@ TEST(PanePictures, TheWaveformTouchesTheExtremesOfEveryColumn) {
   Station s;
   s.Load(samples);
   const auto wave = Marks<PolylineMark>(s.w.view.Base(Pane::Waveform, 1024, 165)).at(0);
-  EXPECT_EQ(wave.points.size(), 200u) << "two points for each of the hundred columns";
+  EXPECT_EQ(wave.points.size(), 101u)
+      << "a point for each of the hundred columns, two where it is not silent";
   std::vector<int> rows;
   for (const Point point : wave.points)
     if (point.x == 27) rows.push_back(point.y);
@@ -80,16 +81,57 @@ TEST(PanePictures, PitchIsALineFrom64To512HertzWithoutUnvoicedFrames) {
   EXPECT_EQ(alone[0].x, 27);
 }
 
-TEST(PanePictures, AnAxisHasRoomForItsLabelsAtEveryScale) {
-  for (const double secondsPerColumn : {1e-5, 6.25e-5, 0.001, 0.01, 0.37, 16.384}) {
-    const Picture axis = TimeAxisPicture(12.3, secondsPerColumn, 20, 1024, 20);
-    const auto texts = Marks<TextMark>(axis);
-    ASSERT_GE(texts.size(), 2u) << secondsPerColumn;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-      EXPECT_TRUE(i == 0 || texts[i].x - texts[i - 1].x >= 69) << secondsPerColumn;
-      EXPECT_NEAR(std::stod(texts[i].text), 12.3 + (texts[i].x - 20) * secondsPerColumn, secondsPerColumn)
-          << "the label tells its place";
-    }
+/// Columns of the analysis pane in which its picture has something dark.
+std::vector<int> DarkColumns(const Station& s) {
+  std::vector<int> dark;
+  for (const auto& image : Marks<GreyImageMark>(s.w.view.Base(Pane::Analysis, 1024, 330)))
+    for (int column = 0; column < image.columns; ++column)
+      for (int row = 0; row < 256; ++row)
+        if (image.pixels[static_cast<std::size_t>(row * image.columns + column)] < 128) {
+          dark.push_back(image.x + column);
+          break;
+        }
+  return dark;
+}
+
+TEST(PanePictures, WhatIsDrawnIsWhatIsClicked) {
+  // A burst of sound far from the start: every pane shows it in the column whose click means its first sample.
+  const struct {
+    int rate, seconds, command;
+    bool selected;
+    const char* zoom;
+  } cases[] = {{16000, 80, 180, false, "SSS"}, {11025, 80, 180, false, "SSS"}, {16000, 80, 180, true, ""},
+               {22050, 60, 170, true, ""},     {11025, 9, 180, false, ""},     {16000, 3, 40066, true, ""},
+               {16000, 3, 40066, false, ""},   {16000, 3, 180, false, "XXXX"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.rate) + " " + std::to_string(c.command) + c.zoom);
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(c.rate * c.seconds));
+    const int at = c.rate * c.seconds - c.rate * 4 / 10;
+    for (int i = 0; i < c.rate / 10; ++i)
+      samples[static_cast<std::size_t>(at + i)] = static_cast<std::int16_t>(i % 2 == 0 ? 20000 : -20000);
+    Station s;
+    s.Load(samples, static_cast<std::uint32_t>(c.rate));
+    for (const char* key = c.zoom; *key != 0; ++key) s.w.Key(std::string(1, *key));
+    if (c.selected) s.w.Select(0, c.rate * c.seconds);
+    s.w.dispatchCommand(c.command);
+    s.w.view.ScrollTo(at - 1000);
+    const auto dark = DarkColumns(s);
+    ASSERT_FALSE(dark.empty());
+    // The frame that first reaches the sound begins up to 512 samples before it.
+    const double perColumn = s.w.view.ScaleOf(Pane::Analysis).SamplesPerColumn();
+    const int before = static_cast<int>(512 / perColumn) + 2;
+    EXPECT_LE(dark.front(), s.w.view.ColumnOf(Pane::Analysis, at) + 1);
+    EXPECT_GE(dark.front(), s.w.view.ColumnOf(Pane::Analysis, at) - before);
+    EXPECT_EQ(s.w.view.AnalysisShowsOwnStretch(), c.selected);
+    const auto wave = Marks<PolylineMark>(s.w.view.Base(Pane::Waveform, 1024, 165)).at(0);
+    const auto loud = std::find_if(wave.points.begin(), wave.points.end(), [](Point p) { return p.y != 82; });
+    ASSERT_NE(loud, wave.points.end());
+    EXPECT_EQ(loud->x, s.w.view.ColumnOf(Pane::Waveform, at));
+    const int clicked = s.w.view.SampleAt(Pane::Waveform, loud->x);
+    EXPECT_LE(clicked, at);
+    EXPECT_GT(clicked, at - s.w.document.samplesPerPixel);
+    s.Click(Pane::Waveform, loud->x);
+    EXPECT_EQ(Marks<LineMark>(s.w.view.Overlay(Pane::Waveform, 1024, 165)).at(0).from.x, loud->x);
   }
 }
 

@@ -24,12 +24,26 @@ struct Sound {
 };
 
 TEST(FrameParameters, CurvesAreScaledAndMovedTogether) {
-  for (const int rate : {8000, 11025, 16000, 22050}) {
-    SCOPED_TRACE(rate);
-    Sound sound(testing::MakeVowel(testing::kNineVowels[6], rate, 118, rate), rate);
+  // The peak level is that of what is marked, of the view where nothing is, of the frame where the marks are one.
+  constexpr int kNone = kNoSelection;
+  const struct {
+    int rate, start, end, peakStart, peakEnd;
+  } cases[] = {{8000, kNone, kNone, 0, 8000},
+               {11025, 3675, 9000, 3675, 9000},
+               {16000, 5333, 900, 900, 5333},
+               {22050, 7350, 7350, 7350, 7862},
+               {22050, 7350, kNone, 7350, 7862}};
+  for (const auto& c : cases) {
+    const int rate = c.rate;
+    SCOPED_TRACE(std::to_string(rate) + " " + std::to_string(c.end));
+    auto samples = testing::MakeVowel(testing::kNineVowels[6], rate, 118, rate);
+    samples[950] = samples[8500 % samples.size()] = 20000;
+    Sound sound(samples, rate);
+    sound.document.selectionStart = c.start;
+    sound.document.selectionEnd = c.end;
     const int at = rate / 3, length = std::min(512, rate / 39);
     const FrameParameters frame = AnalyseFrame(sound.document, at, sound.analyser);
-    const int peak = SegmentPeakLevel(sound.document.Samples(), at, at + length);
+    const int peak = SegmentPeakLevel(sound.document.Samples(), c.peakStart, c.peakEnd);
     FrameSpectrum narrow, lpc;
     MakeAnalysisWindow(length, 0);
     ComputeFrameSpectrum(sound.document.Samples(), at, length, 0, peak, narrow, {rate, 1});

@@ -147,7 +147,7 @@ TEST(Spectrogram, AShortSelectionShowsASecondAndKeepsItsMarks) {
     EXPECT_EQ(stretch.start, c.start);
     EXPECT_EQ(stretch.end, c.shownEnd) << c.end;
     EXPECT_EQ(stretch.columnsPerSecond, 1024LL * 16000 / (c.shownEnd - c.start));
-    EXPECT_EQ(stretch.firstX, 0);
+    EXPECT_EQ(stretch.levelEnd, c.shownEnd) << "P and V are those of what is shown";
     EXPECT_EQ(sound.document.selectionEnd, c.end);
     EXPECT_LE(sound.Picture(kNarrow).columns, 1024);
   }
@@ -157,7 +157,7 @@ TEST(Spectrogram, WithoutASelectionItLiesUnderThePanes) {
   Sound sound(11025, 200000, Bursts(11025));
   SpectrogramStretch stretch = StretchOf(sound.document);
   EXPECT_TRUE(stretch.followsView);
-  EXPECT_EQ(stretch.firstX, 20);
+  EXPECT_EQ(stretch.Pane(1024).left, 20);
   EXPECT_EQ(stretch.columnsPerSecond, 100);
   EXPECT_EQ(sound.Picture(kWide).columns, 1004);
   sound.document.viewStart = 199000;
@@ -258,7 +258,7 @@ TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottom) {
   testing::FakeWindow window;
   SpectrogramState shown;
   SpectrogramCommand(window, sound.document, shown, kNarrow);
-  const Picture picture = SpectrogramPicture(shown, 22050, 1024, 330);
+  const Picture picture = SpectrogramPicture(shown, 22050, shown.stretch.Pane(1024), 1024, 330);
   const auto& image = std::get<GreyImageMark>(picture.marks.at(0));
   for (int row = 0; row < 256; ++row)
     EXPECT_EQ(image.pixels[static_cast<std::size_t>((255 - row) * image.columns + 40)],

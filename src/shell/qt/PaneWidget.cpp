@@ -10,6 +10,7 @@
 
 #include "base/Format.h"
 #include "shell/qt/ActionGate.h"
+#include "shell/qt/GraphicRole.h"
 #include "shell/qt/PicturePainter.h"
 #include "vowel/ChartPicture.h"
 
@@ -46,6 +47,7 @@ PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document,
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   setCursor(pane == Pane::Chart ? Qt::ArrowCursor : Qt::CrossCursor);
+  MakeGraphic(*this);
   UpdateAccessibleName();
 }
 
@@ -117,16 +119,16 @@ void PaneWidget::PaintGutter(QPainter& painter) const {
   painter.setFont(font);
   painter.setPen(palette().color(QPalette::WindowText));
   std::vector<int> tops;
-  for (const TickLabel& tick : view_.Ticks(pane_, height())) {
-    painter.fillRect(kGutter - 4, tick.y, 4, 1, palette().color(QPalette::WindowText));
-    const int top = std::clamp(tick.y - 8, 0, height() - 16);
+  for (const Tick& tick : view_.Ticks(pane_, height())) {
+    painter.fillRect(kGutter - 4, tick.at, 4, 1, palette().color(QPalette::WindowText));
+    const int top = std::clamp(tick.at - 8, 0, height() - 16);
     // A label that another one leaves no room for is left out; its tick stays.
     if (std::any_of(tops.begin(), tops.end(),
                     [top](int other) { return std::abs(other - top) < kTickHeight + 1; }))
       continue;
     tops.push_back(top);
     painter.drawText(QRect(0, top, kGutter - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
-                     QString::fromStdString(tick.text));
+                     QString::fromStdString(tick.label));
   }
 }
 

@@ -17,6 +17,7 @@
 #include <algorithm>
 
 #include "shell/qt/ActionGate.h"
+#include "shell/qt/GraphicRole.h"
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/PictureExport.h"
 #include "shell/qt/PicturePainter.h"
@@ -32,6 +33,7 @@ class ToolCanvas : public QWidget {
     setFocusPolicy(Qt::StrongFocus);
     setAttribute(Qt::WA_InputMethodEnabled, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
+    MakeGraphic(*this);
     setMinimumSize(320, 200);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
