@@ -26,7 +26,6 @@ constexpr UiText kFormantLine = "F1 %.0f  F2 %.0f  F3 %.0f  F4 %.0f Hz";
 constexpr UiText kLipsEnd = "唇", kGlottisEnd = "声门", kNoAreas = "不能估计截面积";
 constexpr UiText kNasalCavity = "鼻腔", kHardPalate = "硬腭", kVelum = "软腭", kTongueName = "舌",
                  kPharynx = "咽";
-constexpr UiText kVoiced = "声带振动", kVoiceless = "声带不振动";
 
 constexpr int kCellWidth = 60, kCellHeight = 28, kCellColumns = 6, kCellsLeft = 10;
 constexpr int kInitialsTop = 40, kFinalsTop = 190;
