@@ -20,14 +20,14 @@ struct PitchState {
 };
 
 /// 220: the contour of the whole sound, both stages. Stopped: nothing changes.
-void PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state);
+bool PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state);
 
 /// 40005: the second stage, guided only by the level and noise test of the first.
-void PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
                                const PitchState& state);
 
 /// 40103: asks for the range and analyses the selection again, without one everything.
-void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state);
+bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state);
 
 /// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
 int SavePitchSegment(Window& window, const SoundDocument& document);
@@ -46,7 +46,7 @@ std::string PitchListingPath(const std::string& exportFolder);
 
 /// 40042, and 40108 with the cepstrum: shows the picture of the selection and lets the contour be repaired
 /// over it.
-void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                         PitchState& state, SpectrogramKind kind = SpectrogramKind::NarrowBand);
 
 // The mouse and the keys while `activity` is 9. Points are in the picture.

@@ -206,13 +206,27 @@ bool MainView::Key(const std::string& key) {
 }
 
 void MainView::EndTool() {
-  const Activity activity = document_.activity;
-  const bool tool = activity >= Activity::RegionDrag && activity <= Activity::PitchRepair;
-  if (!tool && activity != Activity::Annotation && activity != Activity::Characters) return;
-  // A chart that the region was chosen from is shown again.
-  document_.activity = ChartShown() ? ShownChart() : Activity::Waveform;
+  if (PutToolAside(false).activity != document_.activity) window_.Repaint();
+}
+
+MainView::ToolInUse MainView::PutToolAside(bool chartToo) {
+  const ToolInUse tool{document_.activity, regionStarted_};
+  const bool ends = tool.activity == Activity::RegionDrag || tool.activity == Activity::RegionChosen ||
+                    tool.activity == Activity::PitchRepair || tool.activity == Activity::Annotation ||
+                    tool.activity == Activity::Characters;
+  const Activity chart = ShownChart();
+  if (chart != Activity::Start && (ends || chartToo)) {
+    document_.activity = chartToo ? Activity::Waveform : chart;
+  } else if (ends) {
+    document_.activity = Activity::Waveform;
+  }
   regionStarted_ = false;
-  window_.Repaint();
+  return tool;
+}
+
+void MainView::TakeUp(const ToolInUse& tool) {
+  document_.activity = tool.activity;
+  regionStarted_ = tool.regionStarted;
 }
 
 void MainView::BeginRegion() {

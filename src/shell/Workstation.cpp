@@ -1,5 +1,6 @@
 #include "shell/Workstation.h"
 
+#include <optional>
 #include <string_view>
 
 #include "annotation/AnnotationCommands.h"
@@ -97,9 +98,10 @@ bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
   if (row->does.Has(Does::StopPlay)) player.stopPlayback();
-  if (row->does.Has(Does::EndTool)) view.EndTool();
-  if (row->does.Has(Does::DrawInPanes) && view.ChartShown()) document.activity = Activity::Waveform;
-  RunCommand(*this, *row);
+  std::optional<MainView::ToolInUse> before;
+  if (row->does.Has(Does::EndTool)) before = view.PutToolAside(row->does.Has(Does::DrawInPanes));
+  const bool done = row->run.Run(*this);
+  if (before) done ? window.Repaint() : view.TakeUp(*before);
   DocumentChanged();
   return true;
 }
