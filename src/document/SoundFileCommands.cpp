@@ -41,6 +41,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   document.longFileSeconds = loaded.longFileSeconds;
   document.longFileStart = loaded.longFileStart;
   document.resetForNewSound(loaded.count, document.sampleRate, states);
+  states.onTwoChannelChanged(loaded.twoChannel);
   document.filePath = path;
   document.nextDigitPath = nextDigitPathOf(path);
   window.SetCaption(CaptionFor(path));

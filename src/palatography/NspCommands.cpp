@@ -40,6 +40,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   document.twoChannel = twoChannel;
   document.longFileSeconds = document.longFileStart = 0;
   document.resetForNewSound(count, rate, states);
+  states.onTwoChannelChanged(twoChannel);
   document.filePath = path;
   document.nextDigitPath = nextDigitPathOf(path);
   document.resetPitch();
