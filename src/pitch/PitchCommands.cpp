@@ -33,6 +33,11 @@ constexpr const char* kPitchListing = "Pitch.txt";
 
 constexpr const char* kNoContour = "请先求出基频！";
 constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
+constexpr UiText kHarmonicsHint =
+    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
+    "c：退出";
+constexpr UiText kCepstrumHint =
+    "左键：沿倒谱峰描点，右键：结束；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Esc：退出";
 constexpr const char* kOnlyVoiced = "只能修改浊音段";
 
 FileDialog PitchFileDialog(const char* title) { return {title, {{kFileFilter, "*.pdt"}}, "pdt", ""}; }
@@ -178,9 +183,13 @@ bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramStat
   if (kind == SpectrogramKind::Cepstrum) state.repair.rows = RepairRows::Quefrencies;
   SpectrogramCommand(window, document, spectrogram, kind);
   document.activity = Activity::PitchRepair;
-  window.ShowStatus(kRepairHint);
+  window.ShowStatus(RepairHint(state.repair));
   window.Repaint();
   return true;
+}
+
+UiText RepairHint(const PitchRepair& repair) {
+  return repair.rows == RepairRows::Quefrencies ? kCepstrumHint : kHarmonicsHint;
 }
 
 void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,

@@ -8,6 +8,7 @@
 #include "pitch/FastPitch.h"
 #include "pitch/PitchRepair.h"
 #include "spectral/SpectrogramState.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -56,8 +57,7 @@ void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, R
 void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame);
 /// True when the key was used: 1–9, D, Up, Down, Z, R.
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key);
-inline constexpr const char* kRepairHint =
-    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
-    "c：退出";
+/// What to do while `activity` is 9.
+UiText RepairHint(const PitchRepair& repair);
 
 }  // namespace parlowen

@@ -237,7 +237,7 @@ void ChangeAmplitudeScale(Workstation& w) { w.view.NextAmplitudeScale(); }
 void SelectRegion(Workstation& w) { w.view.BeginRegion(); }
 void CopyRegion(Workstation& w) { w.window.CopyRegion(w.view.region); }
 void ShowHelp(Workstation& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
-void ShowAbout(Workstation& w) { w.window.Notify(AboutText()); }
+void ShowAbout(Workstation& w) { w.window.ShowMessage(AboutText(), kProgramCaption, Icon::None); }
 
 constexpr Needs kNothing;
 constexpr Needs kSound = Need::Sound;
@@ -269,8 +269,8 @@ constexpr CommandRow kRows[] = {
     {kSaveSoundAs, Menu::File, "声音文件另存为(&A]", "Ctrl+Shift+S", kSaves, kSound, SaveSoundAs},
     {kOpenNextDigit, Menu::File, "Open next_digit file[&N]", "Ctrl+N", kOpens, kSound, OpenNextDigit},
     {kGoToPlace, Menu::File, "选择所需地点[&G]", "", kPlain, kLong, GoToPlace},
-    {kNextScreen, Menu::File, "前进到标志[&M]", "", kPlain, kLong, NextScreen},
-    {kPreviousScreen, Menu::File, "后退一屏[&B]", "", kPlain, kLong, PreviousScreen},
+    {kNextScreen, Menu::File, "前进到标志[&M]", "PageDown", kPlain, kLong, NextScreen},
+    {kPreviousScreen, Menu::File, "后退一屏[&B]", "PageUp", kPlain, kLong, PreviousScreen},
     {kOpenIpa, Menu::File, "打开国际音标文件[&F]", "", kOpens, kNothing, OpenIpa},
     {kShowIpaSymbols, Menu::File, "汉语常用国际音标索引[&I]", "", kPlain, kSound, ShowIpaSymbols},
     {kQuit, Menu::File, "退出[&X]", "", kPlain, kNothing, Quit},
@@ -278,11 +278,11 @@ constexpr CommandRow kRows[] = {
      RecordUntilSilence},
     {kRecordUntilStopped, Menu::Sound, "开始录音（手动停）[&H]", "", kRecords, Need::Microphone,
      RecordUntilStopped},
-    {kStopRecording, Menu::Sound, "停止录音[&T]", "", kPlain, Need::Recording, StopRecording},
-    {kPlayWhole, Menu::Sound, "全部放音[&A]", "", kPlain, kSound, PlayWhole},
-    {kPlaySelection, Menu::Sound, "局部放音[&P]", "", kPlain, kPlayable, PlaySelection},
+    {kStopRecording, Menu::Sound, "停止录音[&T]", "T", kPlain, Need::Recording, StopRecording},
+    {kPlayWhole, Menu::Sound, "全部放音[&A]", "Space", kPlain, kSound, PlayWhole},
+    {kPlaySelection, Menu::Sound, "局部放音[&P]", "Space", kPlain, kPlayable, PlaySelection},
     {kPlayReversed, Menu::Sound, "局部倒放[&R]", "", kPlain, kPlayable, PlayReversed},
-    {kStopPlaying, Menu::Sound, "停止放音[&N]", "", kPlain, Need::Playing, StopPlaying},
+    {kStopPlaying, Menu::Sound, "停止放音[&N]", "T", kPlain, Need::Playing, StopPlaying},
     {kResynthesize, Menu::Sound, "按给定基频合成放音[&Y]", "", kPlain, kPlayable | Need::MarkedAtLowRate,
      Resynthesize},
     {kFastPitch, Menu::Pitch, "基频（快速法）[&T]", "F5", kDraws, kSound, FastPitchOfAll},
@@ -446,13 +446,6 @@ std::span<const CommandRow> CommandTable() { return kRows; }
 const CommandRow* FindCommand(int number) {
   const auto found = std::find_if(std::begin(kRows), std::end(kRows),
                                   [number](const CommandRow& row) { return row.number == number; });
-  return found == std::end(kRows) ? nullptr : found;
-}
-
-const CommandRow* CommandOfKey(std::string_view key) {
-  if (key.size() < 2) return nullptr;
-  const auto found = std::find_if(std::begin(kRows), std::end(kRows),
-                                  [key](const CommandRow& row) { return row.keys == key; });
   return found == std::end(kRows) ? nullptr : found;
 }
 

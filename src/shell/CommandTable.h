@@ -1,6 +1,5 @@
 #pragma once
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "ui/CommandNumbers.h"
@@ -70,8 +69,10 @@ class CommandHandler {
 struct CommandRow {
   int number;
   Menu menu;
-  UiText label;      ///< as it stands in the menu; the bracketed letter is its mnemonic
-  const char* keys;  ///< "Ctrl+O", "F5"; "" for none
+  UiText label;  ///< as it stands in the menu; the bracketed letter is its mnemonic
+  /// "Ctrl+O", "F5", "T"; "" for none. Several rows may have one: the first that is enabled is meant. Space is the
+  /// exception: it plays what is marked, else everything, and stops.
+  const char* keys;
   DoesSet does;
   Needs need;  ///< when it can be chosen, and what to say when it cannot
   CommandHandler run;
@@ -82,9 +83,6 @@ std::span<const CommandRow> CommandTable();
 
 /// The row of a number, or null.
 const CommandRow* FindCommand(int number);
-
-/// The row whose key is a function key pressed alone ("F6"), or null. Keys with Ctrl are the menu's.
-const CommandRow* CommandOfKey(std::string_view key);
 
 /// What every command needs, for CommandStates.
 std::vector<CommandRule> CommandRules();

@@ -195,10 +195,6 @@ bool MainView::Key(const std::string& key) {
     ScrollTenths(-1);
   } else if (name == "Right") {
     ScrollTenths(+1);
-  } else if (name == "PageDown") {
-    ScrollBy(document_.FullViewLength());
-  } else if (name == "PageUp") {
-    ScrollBy(-std::int64_t{document_.FullViewLength()});
   } else {
     return false;
   }
@@ -479,7 +475,7 @@ std::string MainView::Hint() const {
     case Activity::Start: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
     case Activity::RegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
-    case Activity::PitchRepair: return kRepairHint;
+    case Activity::PitchRepair: return RepairHint(pitchRepair_);
     case Activity::Intonation: return IntonationHint();
     case Activity::SegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
     case Activity::PointChart:

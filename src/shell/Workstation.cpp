@@ -138,17 +138,14 @@ void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
 }
 
 bool Workstation::Key(const std::string& key) {
-  if (key == "T" || key == "t" || (key == "Escape" && player.playing())) {
-    if (!recording.running() && !player.playing()) return false;
-    recording.stopRecording();
-    player.stopPlayback();
-    return true;
-  }
-  if (key == "Space")
+  const std::string name = key == "t" ? "T" : key;
+  if (name == "Escape" && player.playing()) return dispatchCommand(commands::kStopPlaying);
+  if (name == "Space")
     return dispatchCommand(player.playing()              ? commands::kStopPlaying
                            : document.selectionDefined() ? commands::kPlaySelection
                                                          : commands::kPlayWhole);
-  if (const CommandRow* row = CommandOfKey(key)) return dispatchCommand(row->number);
+  for (const CommandRow& row : CommandTable())
+    if (row.keys == name && dispatchCommand(row.number)) return true;
   const bool used = view.Key(key);
   DocumentChanged();
   return used;
