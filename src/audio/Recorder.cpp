@@ -192,6 +192,7 @@ void Recorder::TakeDocumentOver() {
   document_.twoChannel = channels_ == 2;
   document_.resetPitch();
   document_.resetForNewSound(recorded_, sampleRate_, states_);
+  states_.onTwoChannelChanged(document_.twoChannel);
   states_.onContourChanged(document_.SelectionFacts());
 }
 

@@ -25,7 +25,6 @@ void SoundDocument::resetForNewSound(int count, int rate, CommandStates& states)
   activity = Activity::Waveform;
   states.onSoundLoaded(sampleRate);
   states.onSelectionChanged(SelectionFacts());
-  states.onTwoChannelChanged(twoChannel);
 }
 
 void SoundDocument::setView(CommandStates& states) {

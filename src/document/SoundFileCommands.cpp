@@ -41,6 +41,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   document.longFileSeconds = loaded.longFileSeconds;
   document.longFileStart = loaded.longFileStart;
   document.resetForNewSound(loaded.count, document.sampleRate, states);
+  states.onTwoChannelChanged(loaded.twoChannel);
   document.filePath = path;
   document.nextDigitPath = nextDigitPathOf(path);
   window.SetCaption(CaptionFor(path));
@@ -149,8 +150,6 @@ void openInteractive(Window& window, SoundDocument& document, CommandStates& sta
 
 void openPath(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
               ChannelMode mode, bool rawAllowed) {
-  document.activity = Activity::Waveform;
-  window.Repaint();
   const InputFile file(path);
   if (!file.isOpen()) return window.ShowError(kCannotOpen);
   if (rawAllowed && file.size() >= kWavHeaderBytes && !HasRiffTag(file))

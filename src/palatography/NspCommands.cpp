@@ -40,6 +40,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   document.twoChannel = twoChannel;
   document.longFileSeconds = document.longFileStart = 0;
   document.resetForNewSound(count, rate, states);
+  states.onTwoChannelChanged(twoChannel);
   document.filePath = path;
   document.nextDigitPath = nextDigitPathOf(path);
   document.resetPitch();
@@ -104,9 +105,9 @@ void OpenTwoChannelNspCommand(Window& window, SoundDocument& document, CommandSt
   if (path) ReadTwoChannelNsp(window, document, states, *path);
 }
 
-void OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate) {
+bool OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate) {
   const auto path = AskNspFile(window, "打开腭位数据文件");
-  if (path) ReadEpgNsp(window, document, states, palate, *path);
+  return path && ReadEpgNsp(window, document, states, palate, *path) == 1;
 }
 
 }  // namespace parlowen

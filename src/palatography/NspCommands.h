@@ -20,6 +20,6 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
 
 /// 40116 and 40060: ask for a file and read it; cancelling does nothing.
 void OpenTwoChannelNspCommand(Window& window, SoundDocument& document, CommandStates& states);
-void OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate);
+bool OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate);
 
 }  // namespace parlowen

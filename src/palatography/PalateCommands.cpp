@@ -145,35 +145,41 @@ std::optional<FrameKind> AskFrameKind(Window& window) {
 
 }  // namespace
 
-void ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum) {
-  if (!RequireFrames(window, desk)) return;
+bool ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum) {
+  if (!RequireFrames(window, desk)) return false;
   window.OpenToolWindow(std::make_unique<PalateWindow>(desk, withSpectrum));
   desk.view.framesOpen = true;
   desk.view.current = ShownFramesOf(TimingOf(desk.palate, desk.document), desk.document).first;
   desk.document.activity = Activity::Palate;
   window.Repaint();
+  return true;
 }
 
-void PalateStatisticsCommand(Window& window, const PalateDesk& desk) {
-  if (!RequireFrames(window, desk)) return;
-  if (!desk.document.selectionDefined()) return window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
+bool PalateStatisticsCommand(Window& window, const PalateDesk& desk) {
+  if (!RequireFrames(window, desk)) return false;
+  if (!desk.document.selectionDefined()) {
+    window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
+    return false;
+  }
   const PalateRecord record = MeasureSelection(desk);
   PalateStatistics statistics;
   statistics.records = {record};
   ShowStatistics(window, desk, std::move(statistics));
   if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStatistics(window, record);
+  return true;
 }
 
-void OpenPalateStatisticsCommand(Window& window, const PalateDesk& desk) {
+bool OpenPalateStatisticsCommand(Window& window, const PalateDesk& desk) {
   auto file = AskStatistics(window);
-  if (!file) return;
-  if (WriteTextExport(window, desk.exportFolder, kTextName, PalateText(file->records)) < 0) return;
+  if (!file) return false;
+  if (WriteTextExport(window, desk.exportFolder, kTextName, PalateText(file->records)) < 0) return false;
   ShowTextExport(window, desk.exportFolder, kTextName);
   PalateStatistics statistics;
   statistics.records = std::move(file->records);
   statistics.ofFile = true;
   statistics.name = std::move(file->name);
   ShowStatistics(window, desk, std::move(statistics));
+  return true;
 }
 
 void ComparePalateStatistics(Window& window, PalateStatistics& statistics) {

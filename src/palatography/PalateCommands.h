@@ -20,13 +20,13 @@ struct PalateDesk {
 
 /// 40049, and with the spectrum 40061: opens the window over the frames. Refused when the frames are damaged or the
 /// sound was edited.
-void ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum);
+bool ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum);
 
 /// 40087: measures the frames of the selection, shows the numbers and offers to save them.
-void PalateStatisticsCommand(Window& window, const PalateDesk& desk);
+bool PalateStatisticsCommand(Window& window, const PalateDesk& desk);
 
 /// 40088: reads statistics, lists them in PalaStat.txt and shows their mean.
-void OpenPalateStatisticsCommand(Window& window, const PalateDesk& desk);
+bool OpenPalateStatisticsCommand(Window& window, const PalateDesk& desk);
 
 /// Asks for a second file whose means the shown ones are compared with.
 void ComparePalateStatistics(Window& window, PalateStatistics& statistics);

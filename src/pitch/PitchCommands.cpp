@@ -33,6 +33,11 @@ constexpr const char* kPitchListing = "Pitch.txt";
 
 constexpr const char* kNoContour = "请先求出基频！";
 constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
+constexpr UiText kHarmonicsHint =
+    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
+    "c：退出";
+constexpr UiText kCepstrumHint =
+    "左键：沿倒谱峰描点，右键：结束；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Esc：退出";
 constexpr const char* kOnlyVoiced = "只能修改浊音段";
 
 FileDialog PitchFileDialog(const char* title) { return {title, {{kFileFilter, "*.pdt"}}, "pdt", ""}; }
@@ -84,16 +89,16 @@ void Repaired(Window& window, bool changed) {
 
 }  // namespace
 
-void PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state) {
-  AnalyseAll(window, document, states, {state.range, true, true, state.paneWidth});
+bool PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state) {
+  return AnalyseAll(window, document, states, {state.range, true, true, state.paneWidth});
 }
 
-void PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
                                const PitchState& state) {
-  AnalyseAll(window, document, states, {state.range, false, true, state.paneWidth});
+  return AnalyseAll(window, document, states, {state.range, false, true, state.paneWidth});
 }
 
-void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state) {
+bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state) {
   InputForm form{kAgainTitle, {}};
   for (int i = 0; i < 4; ++i) {
     FormField button;
@@ -103,13 +108,14 @@ void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
     button.checked = i == static_cast<int>(state.range);
     form.fields.push_back(std::move(button));
   }
-  if (!window.AskInput(form)) return;
+  if (!window.AskInput(form)) return false;
   const int chosen = form.CheckedIndex();
-  if (chosen < 0) return;
+  if (chosen < 0) return false;
   const PitchAnalysisRequest request{static_cast<PitchRange>(chosen), true, true, state.paneWidth};
   const bool done = document.selectionDefined() ? AnalyseSelection(window, document, states, request)
                                                 : AnalyseAll(window, document, states, request);
   if (done) state.range = request.range;  // stopped: the setting stays with the contour it made
+  return done;
 }
 
 int SavePitchSegment(Window& window, const SoundDocument& document) {
@@ -166,16 +172,24 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
   return end == PitchFileEnd::Complete ? 0 : 1;
 }
 
-void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                         PitchState& state, SpectrogramKind kind) {
-  if (!document.pitchPresent) return window.Notify(kNoContour);
-  if (!document.selectionDefined()) return window.ShowStatus(kNoSelectionYet);
+  if (!document.pitchPresent) return window.Refuse(kNoContour);
+  if (!document.selectionDefined()) {
+    window.ShowStatus(kNoSelectionYet);
+    return false;
+  }
   state.repair = {};
   if (kind == SpectrogramKind::Cepstrum) state.repair.rows = RepairRows::Quefrencies;
   SpectrogramCommand(window, document, spectrogram, kind);
   document.activity = Activity::PitchRepair;
-  window.ShowStatus(kRepairHint);
+  window.ShowStatus(RepairHint(state.repair));
   window.Repaint();
+  return true;
+}
+
+UiText RepairHint(const PitchRepair& repair) {
+  return repair.rows == RepairRows::Quefrencies ? kCepstrumHint : kHarmonicsHint;
 }
 
 void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,

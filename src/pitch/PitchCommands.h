@@ -8,6 +8,7 @@
 #include "pitch/FastPitch.h"
 #include "pitch/PitchRepair.h"
 #include "spectral/SpectrogramState.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -20,14 +21,14 @@ struct PitchState {
 };
 
 /// 220: the contour of the whole sound, both stages. Stopped: nothing changes.
-void PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state);
+bool PitchCommand(Window& window, SoundDocument& document, CommandStates& states, const PitchState& state);
 
 /// 40005: the second stage, guided only by the level and noise test of the first.
-void PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandStates& states,
                                const PitchState& state);
 
 /// 40103: asks for the range and analyses the selection again, without one everything.
-void PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state);
+bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state);
 
 /// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
 int SavePitchSegment(Window& window, const SoundDocument& document);
@@ -46,7 +47,7 @@ std::string PitchListingPath(const std::string& exportFolder);
 
 /// 40042, and 40108 with the cepstrum: shows the picture of the selection and lets the contour be repaired
 /// over it.
-void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
+bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                         PitchState& state, SpectrogramKind kind = SpectrogramKind::NarrowBand);
 
 // The mouse and the keys while `activity` is 9. Points are in the picture.
@@ -56,8 +57,7 @@ void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, R
 void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame);
 /// True when the key was used: 1–9, D, Up, Down, Z, R.
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key);
-inline constexpr const char* kRepairHint =
-    "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
-    "c：退出";
+/// What to do while `activity` is 9.
+UiText RepairHint(const PitchRepair& repair);
 
 }  // namespace parlowen

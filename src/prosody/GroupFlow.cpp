@@ -70,62 +70,66 @@ std::optional<std::string> AskGroupName(Window& window) {
   return {};
 }
 
-void AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
+bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
                   std::span<const std::uint16_t> slot) {
   auto bytes = OpenGroups(window, kind, current.path, kNoSuchFile);
-  if (!bytes) return;
-  if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Notify(kind.damaged, Icon::Error);
-  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false)) return window.Notify(kFull);
-  WriteGroups(window, current.path, *bytes, kNoSuchFile);
+  if (!bytes) return false;
+  if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Refuse(kind.damaged, Icon::Error);
+  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false)) return window.Refuse(kFull);
+  return WriteGroups(window, current.path, *bytes, kNoSuchFile);
 }
 
-void AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
+bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
                  std::span<const std::uint16_t> slot) {
   const bool negative = kind.asksSign && !window.AskYesNo(kSign, kSignCaption);
   const auto name = AskGroupName(window);
-  if (!name) return;
+  if (!name) return false;
   Bytes bytes(2);
   if (Exists(path)) {
     auto present = OpenGroups(window, kind, path, kCannotOpen);
-    if (!present) return;
+    if (!present) return false;
     bytes = std::move(*present);
   }
   const int index = AppendGroup(kind.layout, bytes, *name, negative, slot);
-  if (index < 0) return window.Notify(kFull);
-  if (WriteGroups(window, path, bytes, kCannotOpen)) current = {true, path, index};
+  if (index < 0) return window.Refuse(kFull);
+  if (!WriteGroups(window, path, bytes, kCannotOpen)) return false;
+  current = {true, path, index};
+  return true;
 }
 
-void AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
+bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
                std::span<const std::uint16_t> slot) {
   const auto name = AskGroupName(window);
-  if (!name) return;
+  if (!name) return false;
   auto bytes = OpenGroups(window, kind, path, kCannotOpen);
-  if (!bytes) return;
+  if (!bytes) return false;
   const int index = FindGroup(kind.layout, *bytes, *name);
-  if (index < 0) return window.Notify(kNoSuchGroup);
-  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest)) return window.Notify(kFull);
-  if (WriteGroups(window, path, *bytes, kCannotOpen)) current = {true, path, index};
+  if (index < 0) return window.Refuse(kNoSuchGroup);
+  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest)) return window.Refuse(kFull);
+  if (!WriteGroups(window, path, *bytes, kCannotOpen)) return false;
+  current = {true, path, index};
+  return true;
 }
 
 }  // namespace
 
-void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
+bool AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
                  std::span<const std::uint16_t> slot) {
   if (current.known) {
     if (window.AskYesNo(kSameGroup, kSameGroupCaption)) return AddToCurrent(window, current, kind, slot);
     current.known = false;
   }
   const auto choice = window.AskOpenFile(kind.dialog);
-  if (!choice || choice->path.empty()) return;
+  if (!choice || choice->path.empty()) return false;
   const std::string& path = choice->path;
   // The file is tried before the questions, so that nobody answers in vain.
   if (!Exists(path)) {
-    if (!CanWrite(path)) return window.Notify(kCannotOpen, Icon::Error);
+    if (!CanWrite(path)) return window.Refuse(kCannotOpen, Icon::Error);
     return AddNewGroup(window, current, kind, path, slot);
   }
-  if (!OpenGroups(window, kind, path, kCannotOpen)) return;
+  if (!OpenGroups(window, kind, path, kCannotOpen)) return false;
   if (window.AskYesNo(kNewGroup, kNewGroupCaption)) return AddNewGroup(window, current, kind, path, slot);
-  AddByName(window, current, kind, path, slot);
+  return AddByName(window, current, kind, path, slot);
 }
 
 std::optional<std::vector<ValueGroup>> AskForGroups(Window& window, const GroupKind& kind) {

@@ -32,8 +32,8 @@ struct CurrentGroup {
 ///   3. a new group or one of the file's, found by its name.
 /// Everything is asked before anything is written, and the file is read again just before that: what another
 /// program added meanwhile stays. It is replaced whole; after a refusal or a failure it is as it was. The
-/// file's group becomes the current one.
-void AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
+/// file's group becomes the current one. False when nothing was added.
+bool AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
                  std::span<const std::uint16_t> slot);
 
 /// The groups of a file; nothing when it is refused, with its message.

@@ -40,18 +40,19 @@ std::string Figure(double value, int decimals) {
 
 const char* IntonationHint() { return kHint.Get(); }
 
-void IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state) {
+bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state) {
   SoundDocument& document = desk.document;
-  if (!document.selectionDefined()) return window.Notify(kMarkStretch);
-  if (!document.pitchPresent) return window.Notify(kNoContour);
+  if (!document.selectionDefined()) return window.Refuse(kMarkStretch);
+  if (!document.pitchPresent) return window.Refuse(kNoContour);
   const std::int64_t length = document.SelectionLength(), rate = document.sampleRate;
-  if (10 * length < 3 * rate || length > 60 * rate) return window.Notify(kWrongLength);
+  if (10 * length < 3 * rate || length > 60 * rate) return window.Refuse(kWrongLength);
   auto result = AnalyseIntonation(document, document.selectionStart, document.selectionEnd, desk.firstBand());
-  if (!result) return window.Notify(kNoPitch);
+  if (!result) return window.Refuse(kNoPitch);
   window.OpenToolWindow(std::make_unique<IntonationWindow>(desk, state));
   document.activity = Activity::Intonation;  // a window open before has ended its own
   state = {std::move(result), -1, {}};
   window.Repaint();
+  return true;
 }
 
 void SaveIntonation(Window& window, const IntonationState& state) {

@@ -9,7 +9,7 @@ namespace parlowen {
 const char* IntonationHint();
 
 /// 40106: analyses the selection and shows it in the window "intonation".
-void IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state);
+bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state);
 
 // What the buttons of the window do.
 

@@ -248,21 +248,21 @@ std::optional<ToneRange> ParseToneLimits(const std::string& low, const std::stri
   return range.Spans() ? std::optional(range) : std::nullopt;
 }
 
-void DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree, const ToneState& tones) {
+bool DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree, const ToneState& tones) {
   const SoundDocument& document = desk.document;
-  if (!RequireContourAndSelection(window, document)) return;
+  if (!RequireContourAndSelection(window, document)) return false;
   const bool ofRun = tones.open && !tones.items.empty();
   InputForm form{kDegreeTitle, {}};
   AddLimitFields(form, degree.open ? degree.range : ofRun ? tones.statistics.range : RangeOfSound(document));
   std::optional<ToneRange> range;
   while (!range) {
-    if (!window.AskInput(form)) return;
+    if (!window.AskInput(form)) return false;
     range = LimitsIn(form);
     if (!range) window.Notify(kBadLimits);
   }
   const int start = document.selectionStart, end = document.selectionEnd;
   const auto curve = FindToneCurve(document, start, end);
-  if (!curve) return window.Notify(kNoPitch);
+  if (!curve) return window.Refuse(kNoPitch);
   if (!degree.open) {
     window.OpenToolWindow(std::make_unique<DegreeWindow>(desk, degree));
     degree.open = true;
@@ -271,25 +271,26 @@ void DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree,
   if (degree.curves.size() == kMostDegreeCurves) degree.curves.erase(degree.curves.begin());
   degree.curves.push_back({start, end, curve->first, curve->Milliseconds(), TonePointsOf(curve->hertz)});
   window.Repaint();
+  return true;
 }
 
-void BeginTonesCommand(Window& window, ToneState& tones) {
+bool BeginTonesCommand(Window& window, ToneState& tones) {
   const auto choice = window.AskOpenFile({kOpenTitle, {{kPitFilter, "*.pit"}}, "pit", ""});
-  if (!choice || choice->path.empty()) return;
+  if (!choice || choice->path.empty()) return false;
   std::vector<ToneItem> items;
   bool written = false;
   if (Exists(choice->path)) {
     const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
-    if (!bytes || !CanWrite(choice->path)) return window.Notify(kCannotOpen, Icon::Error);
+    if (!bytes || !CanWrite(choice->path)) return window.Refuse(kCannotOpen, Icon::Error);
     auto present = ParseToneItems(*bytes);
-    if (!present) return window.Notify(kDamaged, Icon::Error);
+    if (!present) return window.Refuse(kDamaged, Icon::Error);
     // Of a new run the old file stays until the first item is written.
     if (!window.AskYesNo(kNewRun, kNewRunCaption)) {
       items = std::move(*present);
       written = true;
     }
   } else if (!CanWrite(choice->path)) {
-    return window.Notify(kCannotOpen, Icon::Error);
+    return window.Refuse(kCannotOpen, Icon::Error);
   }
   tones.open = true;
   tones.path = choice->path;
@@ -297,6 +298,7 @@ void BeginTonesCommand(Window& window, ToneState& tones) {
   tones.compared.reset();
   tones.SetItems(std::move(items));
   SayRun(window, tones);
+  return true;
 }
 
 void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
@@ -364,21 +366,24 @@ void NextToneAxisCommand(Window& window, ToneState& tones) {
   window.Repaint();
 }
 
-void TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
-  if (RequirePicture(window, tones)) ShowTones(window, desk, tones, ToneView::Pattern, {});
+bool TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  if (!RequirePicture(window, tones)) return false;
+  ShowTones(window, desk, tones, ToneView::Pattern, {});
+  return true;
 }
 
-void ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
-  if (!RequirePicture(window, tones)) return;
+bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
+  if (!RequirePicture(window, tones)) return false;
   InputForm form{kGroupTitle, {GroupField(GroupText(tones.statistics.groups.front().name))}};
   while (true) {
-    if (!window.AskInput(form)) return;
+    if (!window.AskInput(form)) return false;
     if (HasIpaCodes(form.ValueOf(kFirstField))) break;
     window.Notify(kNoGbkCode);
   }
   const std::string group = GroupGbk(form.ValueOf(kFirstField));
-  if (tones.statistics.GroupNamed(group) < 0) return window.Notify(kNoSuchGroup);
+  if (tones.statistics.GroupNamed(group) < 0) return window.Refuse(kNoSuchGroup);
   ShowTones(window, desk, tones, ToneView::Group, group);
+  return true;
 }
 
 void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {

@@ -13,19 +13,19 @@ namespace parlowen {
 std::optional<ToneRange> ParseToneLimits(const std::string& low, const std::string& high);
 
 /// 40052: adds the tone of the selection to the window "degree", opening it first.
-void DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree, const ToneState& tones);
+bool DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree, const ToneState& tones);
 
 // A run of tone statistics. Its file is written whole after every change of its items: a program that is killed
 // has lost nothing. A change that cannot be written is not made.
 
-void BeginTonesCommand(Window& window, ToneState& tones);                                  ///< 40029
+bool BeginTonesCommand(Window& window, ToneState& tones);                                  ///< 40029
 void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones);            ///< 40030
 void RemoveToneCommand(Window& window, ToneState& tones);                                  ///< 40035
 void EndTonesCommand(Window& window, ToneState& tones);                                    ///< 40031
 void ReportTonesCommand(Window& window, const ProsodyDesk& desk, const ToneState& tones);  ///< 40032
 void NextToneAxisCommand(Window& window, ToneState& tones);                                ///< 40033
-void TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tones);        ///< 40034
-void ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones);          ///< 40037
+bool TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tones);        ///< 40034
+bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones);          ///< 40037
 
 // What the buttons of the window "tones" do.
 

@@ -31,10 +31,6 @@
 namespace parlowen {
 namespace {
 
-constexpr const char* kNotFinished = "本功能尚未完成";
-
-void NotFinished(Workstation& w) { w.window.Notify(kNotFinished); }
-
 // --- File
 
 void OpenSound(Workstation& w) { openInteractive(w.window, w.document, w.states, ChannelMode::One); }
@@ -80,12 +76,14 @@ void TestGain(Workstation& w) { w.recording.runGainTest(w.ExportPath("Thrsh.dat"
 
 // --- Pitch
 
-void FastPitchOfAll(Workstation& w) { PitchCommand(w.window, w.document, w.states, w.pitch); }
-void TrackedPitchOfAll(Workstation& w) { PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch); }
-void PitchAgain(Workstation& w) { PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
-void RepairPitch(Workstation& w) { RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
-void RepairPitchOverCepstrum(Workstation& w) {
-  RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch, SpectrogramKind::Cepstrum);
+bool FastPitchOfAll(Workstation& w) { return PitchCommand(w.window, w.document, w.states, w.pitch); }
+bool TrackedPitchOfAll(Workstation& w) {
+  return PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch);
+}
+bool PitchAgain(Workstation& w) { return PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
+bool RepairPitch(Workstation& w) { return RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+bool RepairPitchOverCepstrum(Workstation& w) {
+  return RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch, SpectrogramKind::Cepstrum);
 }
 void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
 void ListSavedPitch(Workstation& w) {
@@ -101,42 +99,43 @@ void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFold
 // --- Spectrum
 
 template <SpectrogramKind kind>
-void DrawSpectrogram(Workstation& w) {
-  SpectrogramCommand(w.window, w.document, w.spectrogram, kind, {w.recorder.spectrogramShading == 0, &w.lpc});
+bool DrawSpectrogram(Workstation& w) {
+  return SpectrogramCommand(w.window, w.document, w.spectrogram, kind,
+                            {w.recorder.spectrogramShading == 0, &w.lpc});
 }
 
 void ShowFrame(Workstation& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
-void CompareTwoFrames(Workstation& w) { CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
+bool CompareTwoFrames(Workstation& w) { return CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
 void LongTermSpectrum(Workstation& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
-void ConsonantOneFrame(Workstation& w) { ConsonantFrameCommand(w.window, w.document, w.consonant); }
-void ConsonantSegment(Workstation& w) { ConsonantStretchCommand(w.window, w.document, w.consonant); }
+bool ConsonantOneFrame(Workstation& w) { return ConsonantFrameCommand(w.window, w.document, w.consonant); }
+bool ConsonantSegment(Workstation& w) { return ConsonantStretchCommand(w.window, w.document, w.consonant); }
 void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
 void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
 void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Voice
 
-void EstimateGlottal(Workstation& w) {
-  GlottalWaveCommand(w.window, {w.document, w.glottal, w.exportFolder, w.playStretch});
+bool EstimateGlottal(Workstation& w) {
+  return GlottalWaveCommand(w.window, {w.document, w.glottal, w.exportFolder, w.playStretch});
 }
 
 // --- Vowels
 
-void SegmentVowels(Workstation& w) { SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
+bool SegmentVowels(Workstation& w) { return SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
 void SaveFormants(Workstation& w) { SaveFormantsCommand(w.window, w.document); }
 void ListFormants(Workstation& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
-void PointChart(Workstation& w) { PointChartCommand(w.window, w.document, w.states, w.vowels); }
-void UndoPoint(Workstation& w) { UndoPointCommand(w.window, w.document, w.states, w.vowels); }
-void ChoosePointShape(Workstation& w) { ChoosePointShapeCommand(w.window, w.vowels); }
+bool PointChart(Workstation& w) { return PointChartCommand(w.window, w.document, w.states, w.vowels); }
+bool UndoPoint(Workstation& w) { return UndoPointCommand(w.window, w.document, w.states, w.vowels); }
+bool ChoosePointShape(Workstation& w) { return ChoosePointShapeCommand(w.window, w.vowels); }
 void ClearChart(Workstation& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
-void ShowAverageVowels(Workstation& w) { AverageVowelsCommand(w.window, w.document, w.vowels); }
+bool ShowAverageVowels(Workstation& w) { return AverageVowelsCommand(w.window, w.document, w.vowels); }
 void SaveChart(Workstation& w) { SaveChartCommand(w.window, w.vowels); }
-void OpenChart(Workstation& w) { OpenChartCommand(w.window, w.document, w.states, w.vowels); }
+bool OpenChart(Workstation& w) { return OpenChartCommand(w.window, w.document, w.states, w.vowels); }
 void ListChart(Workstation& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
-void AddPointByHand(Workstation& w) { TypePointCommand(w.window, w.document, w.states, w.vowels); }
-void AddPointToGroup(Workstation& w) { AddPointToGroupCommand(w.window, w.document, w.vowels); }
-void ShowVowelGroups(Workstation& w) {
-  ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
+bool AddPointByHand(Workstation& w) { return TypePointCommand(w.window, w.document, w.states, w.vowels); }
+bool AddPointToGroup(Workstation& w) { return AddPointToGroupCommand(w.window, w.document, w.vowels); }
+bool ShowVowelGroups(Workstation& w) {
+  return ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
 
 // --- Editing and marking
@@ -194,11 +193,11 @@ void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.docume
 
 // --- Palate
 
-void OpenEpg(Workstation& w) { OpenEpgCommand(w.window, w.document, w.states, w.palate); }
-void ShowPalate(Workstation& w) { ShowPalateCommand(w.window, w.PalatesToShow(), false); }
-void ShowPalateAndSpectrum(Workstation& w) { ShowPalateCommand(w.window, w.PalatesToShow(), true); }
-void CountSelectedFrames(Workstation& w) { PalateStatisticsCommand(w.window, w.PalatesToShow()); }
-void OpenPalateStatistics(Workstation& w) { OpenPalateStatisticsCommand(w.window, w.PalatesToShow()); }
+bool OpenEpg(Workstation& w) { return OpenEpgCommand(w.window, w.document, w.states, w.palate); }
+bool ShowPalate(Workstation& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), false); }
+bool ShowPalateAndSpectrum(Workstation& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), true); }
+bool CountSelectedFrames(Workstation& w) { return PalateStatisticsCommand(w.window, w.PalatesToShow()); }
+bool OpenPalateStatistics(Workstation& w) { return OpenPalateStatisticsCommand(w.window, w.PalatesToShow()); }
 void ShowPalateIndex(Workstation& w) { ShowPalateIndexCommand(w.window, w.palate, w.dataFolder); }
 void ShowPalateIntroduction(Workstation& w) { ShowPalateIntroductionCommand(w.window, w.dataFolder); }
 void ImportContactFrames(Workstation& w) {
@@ -218,16 +217,16 @@ void ForgetCharacters(Workstation& w) { ClearCharacters(w.window, w.characters);
 
 // --- Tones and intonation
 
-void ShowDegrees(Workstation& w) { DegreeCommand(w.window, w.prosody, w.degree, w.tones); }
-void AnalyseIntonation(Workstation& w) { IntonationCommand(w.window, w.prosody, w.intonation); }
-void BeginTones(Workstation& w) { BeginTonesCommand(w.window, w.tones); }
+bool ShowDegrees(Workstation& w) { return DegreeCommand(w.window, w.prosody, w.degree, w.tones); }
+bool AnalyseIntonation(Workstation& w) { return IntonationCommand(w.window, w.prosody, w.intonation); }
+bool BeginTones(Workstation& w) { return BeginTonesCommand(w.window, w.tones); }
 void AddTone(Workstation& w) { AddToneCommand(w.window, w.prosody, w.tones); }
 void RemoveTone(Workstation& w) { RemoveToneCommand(w.window, w.tones); }
 void EndTones(Workstation& w) { EndTonesCommand(w.window, w.tones); }
 void ReportTones(Workstation& w) { ReportTonesCommand(w.window, w.prosody, w.tones); }
 void ChangeToneAxis(Workstation& w) { NextToneAxisCommand(w.window, w.tones); }
-void ShowTonePattern(Workstation& w) { TonePatternCommand(w.window, w.prosody, w.tones); }
-void ShowToneGroup(Workstation& w) { ToneGroupCommand(w.window, w.prosody, w.tones); }
+bool ShowTonePattern(Workstation& w) { return TonePatternCommand(w.window, w.prosody, w.tones); }
+bool ShowToneGroup(Workstation& w) { return ToneGroupCommand(w.window, w.prosody, w.tones); }
 
 // --- Refusals of functions that are still to come
 
@@ -238,7 +237,7 @@ void ChangeAmplitudeScale(Workstation& w) { w.view.NextAmplitudeScale(); }
 void SelectRegion(Workstation& w) { w.view.BeginRegion(); }
 void CopyRegion(Workstation& w) { w.window.CopyRegion(w.view.region); }
 void ShowHelp(Workstation& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
-void ShowAbout(Workstation& w) { w.window.Notify(AboutText()); }
+void ShowAbout(Workstation& w) { w.window.ShowMessage(AboutText(), kProgramCaption, Icon::None); }
 
 constexpr Needs kNothing;
 constexpr Needs kSound = Need::Sound;
@@ -270,8 +269,8 @@ constexpr CommandRow kRows[] = {
     {kSaveSoundAs, Menu::File, "声音文件另存为(&A]", "Ctrl+Shift+S", kSaves, kSound, SaveSoundAs},
     {kOpenNextDigit, Menu::File, "Open next_digit file[&N]", "Ctrl+N", kOpens, kSound, OpenNextDigit},
     {kGoToPlace, Menu::File, "选择所需地点[&G]", "", kPlain, kLong, GoToPlace},
-    {kNextScreen, Menu::File, "前进到标志[&M]", "", kPlain, kLong, NextScreen},
-    {kPreviousScreen, Menu::File, "后退一屏[&B]", "", kPlain, kLong, PreviousScreen},
+    {kNextScreen, Menu::File, "前进到标志[&M]", "PageDown", kPlain, kLong, NextScreen},
+    {kPreviousScreen, Menu::File, "后退一屏[&B]", "PageUp", kPlain, kLong, PreviousScreen},
     {kOpenIpa, Menu::File, "打开国际音标文件[&F]", "", kOpens, kNothing, OpenIpa},
     {kShowIpaSymbols, Menu::File, "汉语常用国际音标索引[&I]", "", kPlain, kSound, ShowIpaSymbols},
     {kQuit, Menu::File, "退出[&X]", "", kPlain, kNothing, Quit},
@@ -279,11 +278,11 @@ constexpr CommandRow kRows[] = {
      RecordUntilSilence},
     {kRecordUntilStopped, Menu::Sound, "开始录音（手动停）[&H]", "", kRecords, Need::Microphone,
      RecordUntilStopped},
-    {kStopRecording, Menu::Sound, "停止录音[&T]", "", kPlain, Need::Recording, StopRecording},
-    {kPlayWhole, Menu::Sound, "全部放音[&A]", "", kPlain, kSound, PlayWhole},
-    {kPlaySelection, Menu::Sound, "局部放音[&P]", "", kPlain, kPlayable, PlaySelection},
+    {kStopRecording, Menu::Sound, "停止录音[&T]", "T", kPlain, Need::Recording, StopRecording},
+    {kPlayWhole, Menu::Sound, "全部放音[&A]", "Space", kPlain, kSound, PlayWhole},
+    {kPlaySelection, Menu::Sound, "局部放音[&P]", "Space", kPlain, kPlayable, PlaySelection},
     {kPlayReversed, Menu::Sound, "局部倒放[&R]", "", kPlain, kPlayable, PlayReversed},
-    {kStopPlaying, Menu::Sound, "停止放音[&N]", "", kPlain, Need::Playing, StopPlaying},
+    {kStopPlaying, Menu::Sound, "停止放音[&N]", "T", kPlain, Need::Playing, StopPlaying},
     {kResynthesize, Menu::Sound, "按给定基频合成放音[&Y]", "", kPlain, kPlayable | Need::MarkedAtLowRate,
      Resynthesize},
     {kFastPitch, Menu::Pitch, "基频（快速法）[&T]", "F5", kDraws, kSound, FastPitchOfAll},
@@ -292,21 +291,21 @@ constexpr CommandRow kRows[] = {
     {kRepairPitch, Menu::Pitch, "据窄带谱修改基频[&N]", "", kDraws, kSound, RepairPitch},
     {kRepairPitchOverCepstrum, Menu::Pitch, "据倒谱修改基频[&P]", "", kDraws, kSound,
      RepairPitchOverCepstrum},
-    {kSaveSegmentPitch, Menu::Pitch, "保存所选段基频[&B]", "", kTool, kSelectedContour, SaveSegmentPitch},
-    {kListSavedPitch, Menu::Pitch, "显示已保存各段基频[&X]", "", kTool, kLowRate, ListSavedPitch},
-    {kFiveDegreePlot, Menu::Pitch, "用五度坐标画选定段音高[&D]", "", kPlain, kSelectedContour, ShowDegrees},
-    {kAnalyseIntonation, Menu::Pitch, "选定语音段的语调分析[&I]", "", kPlain, kSound, AnalyseIntonation},
-    {kEnterToneGroup, Menu::Tone, "进入某基频统计[&J]", "", kPlain, kLowRate | Need::NoStatistics,
+    {kSaveSegmentPitch, Menu::Pitch, "保存所选段基频[&B]", "", kPlain, kSelectedContour, SaveSegmentPitch},
+    {kListSavedPitch, Menu::Pitch, "显示已保存各段基频[&X]", "", kPlain, kLowRate, ListSavedPitch},
+    {kFiveDegreePlot, Menu::Pitch, "用五度坐标画选定段音高[&D]", "", kTool, kSelectedContour, ShowDegrees},
+    {kAnalyseIntonation, Menu::Pitch, "选定语音段的语调分析[&I]", "", kTool, kSound, AnalyseIntonation},
+    {kEnterToneGroup, Menu::Tone, "进入某基频统计[&J]", "", kTool, kLowRate | Need::NoStatistics,
      BeginTones},
     {kChooseToneItem, Menu::Tone, "选择统计语料[&S]", "", kPlain, kStatistics, AddTone},
     {kWithdrawToneItem, Menu::Tone, "撤消一个已选语料[&U]", "", kPlain, kStatistics, RemoveTone},
     {kEndToneStatistics, Menu::Tone, "结束本次统计[&E]", "", kPlain, kStatistics, EndTones},
     {kShowToneData, Menu::Tone, "显示统计结果的数据[&R]", "", kPlain, kStatistics, ReportTones},
-    {kDrawTonePattern, Menu::Tone, "画声调格局图[&G]", "", kPlain, kStatistics, ShowTonePattern},
+    {kDrawTonePattern, Menu::Tone, "画声调格局图[&G]", "", kTool, kStatistics, ShowTonePattern},
     {kChangeToneAxes, Menu::Tone, "改变格局图的显示坐标[&C]", "", kPlain, kLowRate, ChangeToneAxis},
-    {kDrawToneMean, Menu::Tone, "画某组平均结果[&A]", "", kPlain, kStatistics, ShowToneGroup},
-    {kAddDuration, Menu::Pitch, "音长加入统计组[&I]", "", kTool, kEditable, AddDuration},
-    {kShowDurations, Menu::Pitch, "显示音长统计结果(&H)", "", kTool, kSound, ShowDurations},
+    {kDrawToneMean, Menu::Tone, "画某组平均结果[&A]", "", kTool, kStatistics, ShowToneGroup},
+    {kAddDuration, Menu::Pitch, "音长加入统计组[&I]", "", kPlain, kEditable, AddDuration},
+    {kShowDurations, Menu::Pitch, "显示音长统计结果(&H)", "", kPlain, kSound, ShowDurations},
     {kWideBand, Menu::Spectrum, "语谱图—宽带[&B]", "F6", kDraws, kSound,
      DrawSpectrogram<SpectrogramKind::WideBand>},
     {kNarrowBand, Menu::Spectrum, "语谱图—窄带[&N]", "F7", kDraws, kSound,
@@ -325,10 +324,11 @@ constexpr CommandRow kRows[] = {
     {kGlottalWave, Menu::Spectrum, "声门波(嗓音)估计[&G]", "", kTool, kSelectedAtLowRate, EstimateGlottal},
     {kConsonantOneFrame, Menu::Spectrum, "辅音的帧参数[&S]", "", kTool, kLowRateOnce, ConsonantOneFrame},
     {kConsonantSegment, Menu::Spectrum, "一段辅音的参数图[&D]", "", kTool, kLowRateOnce, ConsonantSegment},
-    {kListConsonants, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", "", kTool, kSound, ListConsonants},
+    {kListConsonants, Menu::Spectrum, "显示已保存的辅音段数据[&Y]", "", kPlain, kSound, ListConsonants},
     {kSegmentVowels, Menu::Vowel, "一段元音的F1-F2图[&V]", "", kTool, kSelectedAtLowRate, SegmentVowels},
-    {kSaveFormants, Menu::Vowel, "保存一段元音的共振峰数据[&S]", "", kTool, kSelectedAtLowRate, SaveFormants},
-    {kListFormants, Menu::Vowel, "显示已保存的共振峰数据[&D]", "", kTool, kLowRate, ListFormants},
+    {kSaveFormants, Menu::Vowel, "保存一段元音的共振峰数据[&S]", "", kPlain, kSelectedAtLowRate,
+     SaveFormants},
+    {kListFormants, Menu::Vowel, "显示已保存的共振峰数据[&D]", "", kPlain, kLowRate, ListFormants},
     {kPointChart, Menu::Vowel, "在F1-F2图中加入某点数据[&A]", "", kTool, kLowRate, PointChart},
     {kUndoPoint, Menu::Vowel, "撤消/修改最近加入的一点[&U]", "", kTool, Need::ChartedPoints, UndoPoint},
     {kChoosePointShape, Menu::Vowel, "点形选择[&X]", "", kTool, kLowRate, ChoosePointShape},
@@ -338,8 +338,7 @@ constexpr CommandRow kRows[] = {
     {kSaveChart, Menu::Vowel, "保存当前元音图[&H]", "", kTool | Does::SaveChart, Need::ChartedPoints,
      SaveChart},
     {kOpenChart, Menu::Vowel, "显示已保存的元音图[&Y]", "", kTool | Does::ReplaceChart, kLowRate, OpenChart},
-    {kListChart, Menu::Vowel, "显示已保存元音图数据[&W]", "", kTool | Does::ReplaceChart, kLowRate,
-     ListChart},
+    {kListChart, Menu::Vowel, "显示已保存元音图数据[&W]", "", Does::ReplaceChart, kLowRate, ListChart},
     {kAddPointByHand, Menu::Vowel, "人工在元音图中加入一点[J]", "", kTool, kLowRateOnce, AddPointByHand},
     {kAddPointToGroup, Menu::Vowel, "把最近的元音数据点加入统计组[&G]", "", kTool, kLowRateOnce,
      AddPointToGroup},
@@ -349,8 +348,8 @@ constexpr CommandRow kRows[] = {
     {kPalateWithSpectrogram, Menu::Palate, "波形-语谱-腭位图[&E]", "", kTool, Need::PalateFile,
      ShowPalateAndSpectrum},
     {kPalateWithWaveform, Menu::Palate, "波形-腭位图[&P]", "", kTool, Need::PalateFile, ShowPalate},
-    {kPalateIndex, Menu::Palate, "腭位数据库内容索引[&Z]", "", kTool, kNothing, ShowPalateIndex},
-    {kPalateIntroduction, Menu::Palate, "电子动态腭位数据库简介[&Q]", "", kTool, kNothing,
+    {kPalateIndex, Menu::Palate, "腭位数据库内容索引[&Z]", "", kPlain, kNothing, ShowPalateIndex},
+    {kPalateIntroduction, Menu::Palate, "电子动态腭位数据库简介[&Q]", "", kPlain, kNothing,
      ShowPalateIntroduction},
     {kPalateStatistics, Menu::Palate, "一段语音腭位数据统计[&I]", "", kTool, Need::PalateFile,
      CountSelectedFrames},
@@ -450,21 +449,16 @@ const CommandRow* FindCommand(int number) {
   return found == std::end(kRows) ? nullptr : found;
 }
 
-const CommandRow* CommandOfKey(std::string_view key) {
-  if (key.size() < 2) return nullptr;
-  const auto found = std::find_if(std::begin(kRows), std::end(kRows),
-                                  [key](const CommandRow& row) { return row.keys == key; });
-  return found == std::end(kRows) ? nullptr : found;
-}
-
 std::vector<CommandRule> CommandRules() {
   std::vector<CommandRule> rules;
   for (const CommandRow& row : kRows) rules.push_back({row.number, row.need});
   return rules;
 }
 
-void RunCommand(Workstation& workstation, const CommandRow& row) {
-  (row.run != nullptr ? row.run : NotFinished)(workstation);
+bool CommandHandler::Run(Workstation& workstation) const {
+  if (try_ != nullptr) return try_(workstation);
+  act_(workstation);
+  return true;
 }
 
 }  // namespace parlowen

@@ -1,6 +1,5 @@
 #pragma once
 #include <span>
-#include <string_view>
 #include <vector>
 
 #include "ui/CommandNumbers.h"
@@ -35,8 +34,8 @@ const char* MenuName(Menu menu);
 /// What choosing a command means for everything else.
 enum class Does {
   StopPlay,          ///< a running play ends before it: it takes another sound in or changes this one
-  EndTool,           ///< it is a tool, and ends the one before it
-  DrawInPanes,       ///< a chart over the three lower panes gives way to what it draws there
+  EndTool,           ///< it is a tool, and ends the one before it once it has done something
+  DrawInPanes,       ///< a chart over the three lower panes gives way to what it has drawn there
   OpenSound,         ///< a file's sound takes the place of the present one: what was not saved is asked about
   RecordSound,       ///< a recording does; it is not saved yet
   SaveSound,         ///< the sound is saved whole
@@ -49,16 +48,34 @@ enum class Does {
 using DoesSet = FlagSet<Does>;
 constexpr DoesSet operator|(Does a, Does b) { return DoesSet(a) | DoesSet(b); }
 
+/// What a row runs: an act that is done whenever it is chosen, or one that says whether it was done. Tools say so, for
+/// one that is refused or cancelled ends no other.
+class CommandHandler {
+ public:
+  using Act = void (*)(Workstation&);
+  using Try = bool (*)(Workstation&);
+  constexpr CommandHandler(Act act) : act_(act) {}      // NOLINT: rows name their function
+  constexpr CommandHandler(Try tryIt) : try_(tryIt) {}  // NOLINT
+
+  /// False when nothing was done.
+  bool Run(Workstation& workstation) const;
+
+ private:
+  Act act_ = nullptr;
+  Try try_ = nullptr;
+};
+
 /// One command, whole.
 struct CommandRow {
   int number;
   Menu menu;
-  UiText label;      ///< as it stands in the menu; the bracketed letter is its mnemonic
-  const char* keys;  ///< "Ctrl+O", "F5"; "" for none
+  UiText label;  ///< as it stands in the menu; the bracketed letter is its mnemonic
+  /// "Ctrl+O", "F5", "T"; "" for none. Several rows may have one: the first that is enabled is meant. Space is the
+  /// exception: it plays what is marked, else everything, and stops.
+  const char* keys;
   DoesSet does;
   Needs need;  ///< when it can be chosen, and what to say when it cannot
-  /// Runs the command. Null for a function that is not there yet.
-  void (*run)(Workstation&);
+  CommandHandler run;
 };
 
 /// Every command in the order of the menus.
@@ -67,13 +84,7 @@ std::span<const CommandRow> CommandTable();
 /// The row of a number, or null.
 const CommandRow* FindCommand(int number);
 
-/// The row whose key is a function key pressed alone ("F6"), or null. Keys with Ctrl are the menu's.
-const CommandRow* CommandOfKey(std::string_view key);
-
 /// What every command needs, for CommandStates.
 std::vector<CommandRule> CommandRules();
-
-/// Runs the row's function; one that is not there yet says so and changes nothing.
-void RunCommand(Workstation& workstation, const CommandRow& row);
 
 }  // namespace parlowen

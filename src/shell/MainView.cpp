@@ -180,10 +180,6 @@ bool MainView::Key(const std::string& key) {
     ScrollTenths(-1);
   } else if (name == "Right") {
     ScrollTenths(+1);
-  } else if (name == "PageDown") {
-    ScrollBy(document_.FullViewLength());
-  } else if (name == "PageUp") {
-    ScrollBy(-std::int64_t{document_.FullViewLength()});
   } else {
     return false;
   }
@@ -191,13 +187,27 @@ bool MainView::Key(const std::string& key) {
 }
 
 void MainView::EndTool() {
-  const Activity activity = document_.activity;
-  const bool tool = activity >= Activity::RegionDrag && activity <= Activity::PitchRepair;
-  if (!tool && activity != Activity::Annotation && activity != Activity::Characters) return;
-  // A chart that the region was chosen from is shown again.
-  document_.activity = ChartShown() ? ShownChart() : Activity::Waveform;
+  if (PutToolAside(false).activity != document_.activity) window_.Repaint();
+}
+
+MainView::ToolInUse MainView::PutToolAside(bool chartToo) {
+  const ToolInUse tool{document_.activity, regionStarted_};
+  const bool ends = tool.activity == Activity::RegionDrag || tool.activity == Activity::RegionChosen ||
+                    tool.activity == Activity::PitchRepair || tool.activity == Activity::Annotation ||
+                    tool.activity == Activity::Characters;
+  const Activity chart = ShownChart();
+  if (chart != Activity::Start && (ends || chartToo)) {
+    document_.activity = chartToo ? Activity::Waveform : chart;
+  } else if (ends) {
+    document_.activity = Activity::Waveform;
+  }
   regionStarted_ = false;
-  window_.Repaint();
+  return tool;
+}
+
+void MainView::TakeUp(const ToolInUse& tool) {
+  document_.activity = tool.activity;
+  regionStarted_ = tool.regionStarted;
 }
 
 void MainView::BeginRegion() {
@@ -439,7 +449,7 @@ std::string MainView::Hint() const {
     case Activity::Start: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
     case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
     case Activity::RegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
-    case Activity::PitchRepair: return kRepairHint;
+    case Activity::PitchRepair: return RepairHint(pitchRepair_);
     case Activity::Intonation: return IntonationHint();
     case Activity::SegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
     case Activity::PointChart:

@@ -57,7 +57,17 @@ class MainView {
   void Select(int start, int end);
   /// A key of the main window: true when it was used here.
   bool Key(const std::string& key);
+  /// Ends a region, a repair or the placing of a text; a chart that the region was chosen from is shown again.
   void EndTool();
+  /// What the user is about in the panes.
+  struct ToolInUse {
+    Activity activity = Activity::Start;
+    bool regionStarted = false;
+  };
+  /// While a command is tried the tool before it is put aside, and taken up again when nothing came of it. With
+  /// `chartToo`, a chart over the panes gives way as well.
+  ToolInUse PutToolAside(bool chartToo);
+  void TakeUp(const ToolInUse& tool);
   /// True while clicks into the pane repair the contour.
   bool RepairsPitch(Pane pane) const;
   /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.

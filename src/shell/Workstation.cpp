@@ -1,5 +1,6 @@
 #include "shell/Workstation.h"
 
+#include <optional>
 #include <string_view>
 
 #include "annotation/AnnotationCommands.h"
@@ -97,9 +98,10 @@ bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
   if (row->does.Has(Does::StopPlay)) player.stopPlayback();
-  if (row->does.Has(Does::EndTool)) view.EndTool();
-  if (row->does.Has(Does::DrawInPanes) && view.ChartShown()) document.activity = Activity::Waveform;
-  RunCommand(*this, *row);
+  std::optional<MainView::ToolInUse> before;
+  if (row->does.Has(Does::EndTool)) before = view.PutToolAside(row->does.Has(Does::DrawInPanes));
+  const bool done = row->run.Run(*this);
+  if (before) done ? window.Repaint() : view.TakeUp(*before);
   DocumentChanged();
   return true;
 }
@@ -136,17 +138,14 @@ void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
 }
 
 bool Workstation::Key(const std::string& key) {
-  if (key == "T" || key == "t" || (key == "Escape" && player.playing())) {
-    if (!recording.running() && !player.playing()) return false;
-    recording.stopRecording();
-    player.stopPlayback();
-    return true;
-  }
-  if (key == "Space")
+  const std::string name = key == "t" ? "T" : key;
+  if (name == "Escape" && player.playing()) return dispatchCommand(commands::kStopPlaying);
+  if (name == "Space")
     return dispatchCommand(player.playing()              ? commands::kStopPlaying
                            : document.selectionDefined() ? commands::kPlaySelection
                                                          : commands::kPlayWhole);
-  if (const CommandRow* row = CommandOfKey(key)) return dispatchCommand(row->number);
+  for (const CommandRow& row : CommandTable())
+    if (row.keys == name && dispatchCommand(row.number)) return true;
   const bool used = view.Key(key);
   DocumentChanged();
   return used;

@@ -187,17 +187,24 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
   return picture;
 }
 
-void ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state) {
-  if (!RateFits(document)) return window.Notify(kRateRange);
-  if (document.selectionStart < 0) return window.ShowStatus(kMarkFirst);
+bool ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state) {
+  if (!RateFits(document)) return window.Refuse(kRateRange);
+  if (document.selectionStart < 0) {
+    window.ShowStatus(kMarkFirst);
+    return false;
+  }
   TakeFrame(document, state);
   Open(window, document, state, true);
   if (state.frame.gravity < kLowestGravity) window.Notify(kLowGravity);
+  return true;
 }
 
-void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantState& state) {
-  if (!document.selectionDefined()) return window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
-  if (!RateFits(document)) return window.Notify(kRateRange);
+bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantState& state) {
+  if (!document.selectionDefined()) {
+    window.ShowMessage(kNoStretch, kNoStretchCaption, Icon::None);
+    return false;
+  }
+  if (!RateFits(document)) return window.Refuse(kRateRange);
   state.start = document.selectionStart;
   state.step = document.sampleRate / 100;
   state.sampleRate = document.sampleRate;
@@ -207,6 +214,7 @@ void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
   state.shown = true;
   Open(window, document, state, false);
   if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStretch(window, state);
+  return true;
 }
 
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {

@@ -20,10 +20,10 @@ struct ConsonantState {
 
 /// 40095: the frame at the selection's start in the window "consonant". Refused outside 16000..22050 Hz; a
 /// gravity below band 9 is remarked on.
-void ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state);
+bool ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state);
 
 /// 40096: the measures over the selection; asks whether to save them to a .con file.
-void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantState& state);
+bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantState& state);
 
 /// 40109: writes "Cons.txt" of a .con file into `exportFolder` ("" is the current directory) and shows it.
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder);

@@ -109,8 +109,11 @@ void ShowFrameCommand(Window& window, SoundDocument& document, FrameState& state
   window.Repaint();
 }
 
-void CompareFramesCommand(Window& window, SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {
-  if (!BothMarked(document)) return window.ShowStatus(kMarkFirst);
+bool CompareFramesCommand(Window& window, SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {
+  if (!BothMarked(document)) {
+    window.ShowStatus(kMarkFirst);
+    return false;
+  }
   const bool voiced = window.AskYesNo(kVoicedOrNot, window.Caption());
   TakeComparison(document, state, voiced, analyser);
   state.shownStart = document.selectionStart;
@@ -119,6 +122,7 @@ void CompareFramesCommand(Window& window, SoundDocument& document, FrameState& s
   state.comparisonOpen = true;
   document.activity = Activity::Compare;
   window.Repaint();
+  return true;
 }
 
 void FollowSelectedFrames(Window& window, const SoundDocument& document, FrameState& state,

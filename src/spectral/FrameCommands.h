@@ -9,7 +9,7 @@ void ShowFrameCommand(Window& window, SoundDocument& document, FrameState& state
 
 /// 40089: asks whether the frames are voiced and compares the one at the selection's start with the one at
 /// its end, in either order, in the window "compare". Without both ends only a hint is shown.
-void CompareFramesCommand(Window& window, SoundDocument& document, FrameState& state, LpcAnalyser& analyser);
+bool CompareFramesCommand(Window& window, SoundDocument& document, FrameState& state, LpcAnalyser& analyser);
 
 /// After a click in the main window: what is open shows the frames that are marked now.
 void FollowSelectedFrames(Window& window, const SoundDocument& document, FrameState& state,

@@ -33,12 +33,12 @@ void ComputePicture(const SoundDocument& document, SpectrogramState& spectrogram
 
 }  // namespace
 
-void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
+bool SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
                         SpectrogramKind kind, const SpectrogramOptions& options) {
   const bool filterBank = kind == SpectrogramKind::FilterBank;
   const SpectrogramStretch stretch =
       filterBank ? FilterBankStretchOf(document, !document.selectionDefined()) : StretchOf(document);
-  if (filterBank && IsTooLong(stretch)) return window.Notify(kTooLong);
+  if (filterBank && IsTooLong(stretch)) return window.Refuse(kTooLong);
   const LoudestFrame loudest = FindLoudestFrame(document, stretch.levelStart, stretch.levelEnd);
   spectrogram.kind = kind;
   spectrogram.contrast = SettingsOf(kind, document.sampleRate, loudest.level).contrast;
@@ -48,6 +48,7 @@ void SpectrogramCommand(Window& window, const SoundDocument& document, Spectrogr
   ComputePicture(document, spectrogram, stretch, threeDimensional, options.analyser);
   spectrogram.shown = true;
   window.Repaint();
+  return true;
 }
 
 void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrogram) {

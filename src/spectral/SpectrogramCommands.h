@@ -14,7 +14,7 @@ struct SpectrogramOptions {
 
 /// Computes the picture of the selection, or of the view, and shows it in the analysis pane. The filter bank
 /// refuses a stretch of more than 63200 samples and leaves the pane as it was.
-void SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
+bool SpectrogramCommand(Window& window, const SoundDocument& document, SpectrogramState& spectrogram,
                         SpectrogramKind kind, const SpectrogramOptions& options = {});
 
 /// The same picture again, with the shade steps made so far, after the view or the samples have changed: a

@@ -71,6 +71,11 @@ class Window {
   }
   /// A notice or refusal under the main window's title.
   void Notify(const std::string& text, Icon icon = Icon::None) { ShowMessage(text, Caption(), icon); }
+  /// The same, for handlers that answer whether something was done: false.
+  bool Refuse(const std::string& text, Icon icon = Icon::None) {
+    Notify(text, icon);
+    return false;
+  }
 };
 
 }  // namespace parlowen

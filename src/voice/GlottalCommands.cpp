@@ -139,22 +139,18 @@ bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
     window.ShowStatus(kMarkFirst);
     return false;
   }
-  const auto refuse = [&window](const UiText& text) {
-    window.Notify(text);
-    return false;
-  };
-  if (!document.pitchPresent) return refuse(kPitchFirst);
+  if (!document.pitchPresent) return window.Refuse(kPitchFirst);
   const std::int64_t milliseconds = std::int64_t{document.SelectionLength()} * 1000;
   if (milliseconds < std::int64_t{kShortest} * document.sampleRate ||
       milliseconds > std::int64_t{kLongest} * document.sampleRate)
-    return refuse(kWrongLength);
+    return window.Refuse(kWrongLength);
   const std::span<const float> contour(document.pitch.data(),
                                        static_cast<std::size_t>(document.ContourLength()));
   const auto stretch =
       LongestVoicedStretch(contour, document.selectionStart, document.selectionEnd, document.sampleRate);
   GlottalWave wave;
   if (!stretch || EstimateGlottalWave(document.Samples(), document.sampleRate, *stretch, false, wave) < 0)
-    return refuse(kNoVoice);
+    return window.Refuse(kNoVoice);
   desk.state = {true, *stretch, false, std::move(wave), -1};
   window.OpenToolWindow(std::make_unique<GlottalWindow>(desk));
   document.activity = Activity::GlottalWave;

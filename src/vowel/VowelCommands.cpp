@@ -139,8 +139,8 @@ void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, c
 
 // --- The charts
 
-void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  if (RefuseHighRate(window, document) || !document.selectionDefined()) return;
+bool SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (RefuseHighRate(window, document) || !document.selectionDefined()) return false;
   vowels.chart.connectPoints = window.AskYesNo(kConnect, window.Caption());
   vowels.segmentAverages.clear();
   window.OpenToolWindow(std::make_unique<SegmentChart>(document, vowels, SegmentTrack(document)));
@@ -148,12 +148,14 @@ void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates&
   document.activity = Activity::SegmentChart;
   UpdateVowelCommands(document, states, vowels);
   window.Repaint();
+  return true;
 }
 
-void PointChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  if (RefuseHighRate(window, document)) return;
+bool PointChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (RefuseHighRate(window, document)) return false;
   window.ShowMessage(kInsertHint, kInsertHintCaption, Icon::None);
   ShowPointChart(window, document, states, vowels, true);
+  return true;
 }
 
 void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
@@ -166,8 +168,8 @@ void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, 
   window.Repaint(Pane::Chart);
 }
 
-void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  if (vowels.chart.count < 1) return;
+bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+  if (vowels.chart.count < 1) return false;
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
     vowels.unsaved = true;
@@ -178,17 +180,19 @@ void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
     AddMoment(window, document, vowels, vowels.lastClick, true);
   }
   ShowPointChart(window, document, states, vowels, false);
+  return true;
 }
 
-void ChoosePointShapeCommand(Window& window, VowelState& vowels) {
+bool ChoosePointShapeCommand(Window& window, VowelState& vowels) {
   constexpr const char* kLabels[] = {"圆形", "方形", "菱形", "三角形", "倒三角形"};
   InputForm form;
   form.title = kShapeTitle;
   for (int i = 0; i < std::ssize(kLabels); ++i)
     form.fields.push_back(RadioButton(i, kLabels[i], static_cast<PointShape>(i) == vowels.chart.shape));
-  if (!window.AskInput(form)) return;
+  if (!window.AskInput(form)) return false;
   if (const int chosen = form.CheckedIndex(); chosen >= 0)
     vowels.chart.shape = static_cast<PointShape>(chosen);
+  return true;
 }
 
 void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
@@ -198,25 +202,26 @@ void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& s
   ShowPointChart(window, document, states, vowels, false);
 }
 
-void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
+bool AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
   const bool pointChart = document.activity == Activity::PointChart;
-  if (!pointChart && document.activity != Activity::SegmentChart) return window.Notify(kNoChartShown);
+  if (!pointChart && document.activity != Activity::SegmentChart) return window.Refuse(kNoChartShown);
   InputForm form;
   form.title = kAveragesTitle;
   for (int i = 0; i < kSpeakerClasses; ++i)
     form.fields.push_back(RadioButton(i, SpeakerClassName(i), i == 0));
-  if (!window.AskInput(form)) return;
+  if (!window.AskInput(form)) return false;
   std::vector<int>& shown = pointChart ? vowels.averages : vowels.segmentAverages;
   const int chosen = form.CheckedIndex();
   if (chosen >= 0 && std::find(shown.begin(), shown.end(), chosen) == shown.end()) shown.push_back(chosen);
   window.Repaint();
+  return true;
 }
 
-void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
+bool TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
                       VowelState& vowels) {
   if (document.activity != Activity::PointChart && document.activity != Activity::GroupPlot)
-    return window.Notify(kOnlyPointChart);
-  if (vowels.chart.count >= VowelChart::kCapacity) return window.Notify(kChartFull, Icon::Error);
+    return window.Refuse(kOnlyPointChart);
+  if (vowels.chart.count >= VowelChart::kCapacity) return window.Refuse(kChartFull, Icon::Error);
   InputForm form;
   form.title = kTypeTitle;
   form.fields = {HertzField(kField1, "F1 (Hz)"), HertzField(kField2, "F2 (Hz)")};
@@ -229,8 +234,10 @@ void TypePointCommand(Window& window, const SoundDocument& document, CommandStat
     vowels.chart.Add(f1, f2, 0);
     vowels.unsaved = true;
     UpdateVowelCommands(document, states, vowels);
-    return window.Repaint(Pane::Chart);
+    window.Repaint(Pane::Chart);
+    return true;
   }
+  return false;
 }
 
 bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
@@ -268,20 +275,21 @@ void SaveChartCommand(Window& window, VowelState& vowels) {
   vowels.unsaved = false;
 }
 
-void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+bool OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
   const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
-  if (choice && !choice->path.empty()) OpenChartFile(window, document, states, vowels, choice->path);
+  return choice && !choice->path.empty() && OpenChartFile(window, document, states, vowels, choice->path);
 }
 
-void OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+bool OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
                    const std::string& path) {
   auto chart = LoadChart(window, vowels.chart, path);
-  if (!chart) return;
+  if (!chart) return false;
   vowels.chart = std::move(*chart);
   vowels.chart.loadedFromFile = true;
   vowels.unsaved = false;
   vowels.averages.clear();
   ShowPointChart(window, document, states, vowels, true);
+  return true;
 }
 
 void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,

@@ -10,19 +10,19 @@ namespace parlowen {
 /// Tells the states what depends on the chart's points and on `activity`.
 void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels);
 
-// The charts.
+// The charts. False from a command that was refused or cancelled.
 
-void SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states,
                          VowelState& vowels);  ///< 40056
-void PointChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool PointChartCommand(Window& window, SoundDocument& document, CommandStates& states,
                        VowelState& vowels);  ///< 40057
 /// 40059: takes the last point away, or measures it again with a correction of its formants.
-void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);
-void ChoosePointShapeCommand(Window& window, VowelState& vowels);  ///< 40070
+bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels);
+bool ChoosePointShapeCommand(Window& window, VowelState& vowels);  ///< 40070
 void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states,
                        VowelState& vowels);                                                    ///< 40058
-void AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels);  ///< 40085
-void TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
+bool AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels);  ///< 40085
+bool TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
                       VowelState& vowels);  ///< 40062
 
 /// A click in the amplitude pane at that sample while the point chart is shown.
@@ -42,10 +42,10 @@ bool MayBeTyped(int f1, int f2);
 // Files.
 
 void SaveChartCommand(Window& window, VowelState& vowels);  ///< 40072
-void OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states,
                       VowelState& vowels);  ///< 40073
 /// The same for a file that was chosen otherwise.
-void OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
+bool OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
                    const std::string& path);
 /// 40082: reads a chart and lists it as "VchDt.txt" in `exportFolder`.
 void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,

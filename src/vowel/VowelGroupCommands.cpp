@@ -31,23 +31,28 @@ const GroupKind& VowelGroupKind() {
   return kind;
 }
 
-void AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
-  if (vowels.chart.count < 1 || document.activity != Activity::PointChart)
-    return window.ShowMessage(kNoPoint, kNoPointCaption, Icon::None);
+bool AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
+  if (vowels.chart.count < 1 || document.activity != Activity::PointChart) {
+    window.ShowMessage(kNoPoint, kNoPointCaption, Icon::None);
+    return false;
+  }
   const VowelPoint& last = vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)];
   const std::uint16_t pair[] = {Low16(last.f1), Low16(last.f2)};
-  AddToGroups(window, vowels.group, VowelGroupKind(), pair);
+  return AddToGroups(window, vowels.group, VowelGroupKind(), pair);
 }
 
-void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
                             VowelState& vowels, const std::string& exportFolder) {
-  if (document.activity != Activity::PointChart)
-    return window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
+  if (document.activity != Activity::PointChart) {
+    window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
+    return false;
+  }
   const auto groups = AskForGroups(window, VowelGroupKind());
-  if (!groups) return;
+  if (!groups) return false;
   std::vector<VowelGroup> summaries = SummariesOfVowels(*groups);
   const bool placed = PlaceGroups(summaries);
-  if (WriteTextExport(window, exportFolder, kReportName, VowelReport(*groups, summaries, placed)) < 0) return;
+  if (WriteTextExport(window, exportFolder, kReportName, VowelReport(*groups, summaries, placed)) < 0)
+    return false;
   const bool showNames = window.AskYesNo(kShowNames, kShowNamesCaption);
   if (placed) {
     vowels.plot = {std::move(summaries), showNames};
@@ -58,6 +63,7 @@ void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStat
     window.ShowMessage(kTooClose, kTooCloseCaption, Icon::None);
   }
   ShowTextExport(window, exportFolder, kReportName);
+  return true;
 }
 
 }  // namespace parlowen

@@ -9,10 +9,10 @@ namespace parlowen {
 const GroupKind& VowelGroupKind();
 
 /// 40063: adds the point that was stored last to a group.
-void AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels);
+bool AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels);
 
 /// 40064: the text "VwlPoints.txt" in `exportFolder` and the plot of a file's groups.
-void ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
+bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
                             VowelState& vowels, const std::string& exportFolder);
 
 }  // namespace parlowen

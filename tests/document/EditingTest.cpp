@@ -120,8 +120,11 @@ TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
   EXPECT_TRUE(desk.document.twoChannel && desk.states.Holds(Need::TwoChannelFile));
   paste("yes");
   EXPECT_EQ(desk.document.sampleCount, 4);
-  EXPECT_FALSE(desk.document.twoChannel || desk.states.Holds(Need::TwoChannelFile));
+  EXPECT_FALSE(desk.document.twoChannel);
+  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "swapping says that there are none";
   EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
+  desk.Load({1, 2, 3});
+  EXPECT_FALSE(desk.states.Holds(Need::TwoChannelFile));
 }
 
 TEST(Editing, SwappedChannelsAreDrawnAndHaveNoContour) {

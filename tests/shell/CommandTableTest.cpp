@@ -155,6 +155,56 @@ TEST(CommandTable, EveryNumberStandsOnceAndItsMenuIsOneStretch) {
                           "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"}));
 }
 
+/// The repair of a contour, the placing of a text, a region (chosen from the point chart, too) and the point chart end
+/// when their successor has done something, not before.
+TEST(CommandTable, AToolEndsWhenItsSuccessorHasDoneSomething) {
+  const struct {
+    Activity in;
+    int command;
+    std::deque<std::string> answers;
+    Activity after;
+  } cases[] = {
+      {Activity::PointChart, 40066, {}, Activity::PointChart},  // the stretch is too long
+      {Activity::PointChart, 170, {}, Activity::Waveform},
+      {Activity::RegionChosen, 40096, {}, Activity::RegionChosen},  // a rate too high
+      {Activity::RegionChosen, 40070, {"ok:"}, Activity::PointChart},
+      {Activity::RegionChosen, 40070, {"cancel"}, Activity::RegionChosen},
+      {Activity::RegionChosen, 170, {}, Activity::Waveform},
+      {Activity::PitchRepair, 40103, {"cancel"}, Activity::PitchRepair},
+      {Activity::PitchRepair, 40103, {"ok:"}, Activity::Waveform},
+      {Activity::PitchRepair, 40042, {}, Activity::PitchRepair},
+      {Activity::PitchRepair, 40062, {}, Activity::PitchRepair},  // no point chart is shown
+      {Activity::PitchRepair, 40117, {}, Activity::PitchRepair},
+      {Activity::PitchRepair, 40067, {}, Activity::PitchRepair},  // too long
+      {Activity::PitchRepair, 40080, {}, Activity::Annotation},
+      {Activity::PitchRepair, 110, {"cancel"}, Activity::PitchRepair},
+      {Activity::PitchRepair, 110, {"file:/no/such.wav"}, Activity::PitchRepair},
+      {Activity::PitchRepair, 40060, {"file:/no/such.nsp"}, Activity::PitchRepair},
+      {Activity::PitchRepair, 40050, {"file:/tmp/none/p.pdt"}, Activity::PitchRepair},
+      {Activity::Annotation, 40074, {"cancel"}, Activity::Annotation},
+      {Activity::Annotation, 40109, {"cancel"}, Activity::Annotation},
+      {Activity::Annotation, 212, {}, Activity::Frame},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::to_string(c.command));
+    Booth b;
+    b.Open(c.command == 40096 ? 11025 : 16000, ChannelMode::One, 400000);
+    b.w.Select(0, 350000);
+    b.Do({220});
+    if (c.in == Activity::PointChart || c.in == Activity::RegionChosen) b.Do({40057});
+    if (c.in == Activity::PitchRepair) b.Do({40042});
+    if (c.in == Activity::Annotation) b.Do({40080});
+    if (c.in == Activity::RegionChosen) {
+      b.Do({40010});
+      for (const int x : {30, 90}) b.w.Click(Pane::Waveform, {x, x}, MouseButton::Left, false);
+    }
+    ASSERT_EQ(b.w.document.activity, c.in);
+    b.window.answers = c.answers;
+    b.Do({c.command});
+    EXPECT_EQ(b.w.document.activity, c.after);
+  }
+}
+
 TEST(CommandTable, AGreyedOrUnknownCommandIsNotDispatched) {
   Station s;
   for (const CommandRow& row : CommandTable()) {

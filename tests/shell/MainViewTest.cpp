@@ -137,7 +137,7 @@ TEST(MainView, MarksBeforeAnySoundDoNoHarm) {
   s.Click(Pane::Waveform, 900, kRight);
   EXPECT_FALSE(s.w.document.selectionDefined());
   for (const char* key : {"S", "X", "PageDown", "End", "Right", "D", "Space", "Escape"}) s.w.Key(key);
-  EXPECT_EQ(s.w.view.SelectionLine(), "起 0.000 s (0)");
+  EXPECT_EQ(s.w.view.SelectionLine(), "未选定语音段") << "a refused file opens nothing";
   EXPECT_EQ(s.w.view.HoverLine(Pane::Waveform, {500, 5}, 165, " "), "");
   EXPECT_EQ(s.w.document.viewLength, 0);
 }

@@ -5,6 +5,7 @@
 #include <QRadioButton>
 #include <QTest>
 
+#include "shell/qt/MenuTexts.h"
 #include "shell_qt/Doubles.h"
 
 namespace parlowen {
@@ -16,7 +17,7 @@ TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
   for (const CommandRow& row : CommandTable()) {
     const QAction* action = window->ActionOf(row.number);
     ASSERT_NE(action, nullptr) << row.number;
-    EXPECT_EQ(action->text(), row.label.Get());
+    EXPECT_EQ(action->text().remove('&').section('\t', 0, 0), PlainLabel(row.label.Get()));
     EXPECT_EQ(action->isEnabled(), Station().states.IsEnabled(row.number)) << row.number;
   }
   Open(WriteRamp("ramp.wav", 22050, 30000));
@@ -24,6 +25,24 @@ TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
     EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
         << row.number;
   EXPECT_EQ(window->menuBar()->actions().constLast()->text(), "扩展(&X)");
+}
+
+TEST_F(CommandsTest, AMenuHasEveryLetterOnceAndShowsTheKeysOfThePanes) {
+  int menus = 0;
+  for (const QMenu* menu : window->findChildren<QMenu*>()) {
+    QStringList letters;
+    for (const QAction* action : menu->actions())
+      if (const auto letter = QKeySequence::mnemonic(action->text()); !letter.isEmpty())
+        letters << letter.toString();
+    EXPECT_EQ(letters.removeDuplicates(), 0) << menu->title().toStdString();
+    menus += letters.size() > 1;
+  }
+  EXPECT_GE(menus, 14);
+  EXPECT_EQ(window->ActionOf(40106)->text(), "选定语音段的语调分析[&I]");
+  EXPECT_EQ(window->ActionOf(40074)->text(), "音长加入统计组[I]");
+  EXPECT_EQ(window->ActionOf(160)->text(), "局部放音[&P]\tSpace");
+  EXPECT_EQ(window->ActionOf(40013)->text(), "前进到标志[&M]\tPgDown");
+  EXPECT_TRUE(window->ActionOf(274)->shortcut().isEmpty());
 }
 
 TEST_F(CommandsTest, ShortcutsRunTheirCommandsAndGreyedOnesDoNothing) {

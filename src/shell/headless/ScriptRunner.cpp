@@ -289,8 +289,11 @@ void ScriptRunner::RunModalSteps() {
     const bool elsewhere =
         FindPane(clicked) != nullptr || (other != nullptr && other != window_.CurrentTool());
     if (elsewhere || std::find(std::begin(kAllowed), std::end(kAllowed), name) == std::end(kAllowed)) {
-      const auto number = step->words.size() > 1 ? ParseInteger(step->words[1]) : std::nullopt;
-      window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", number.value_or(0)));
+      // Only a command has a number.
+      const auto number =
+          name == "command" && step->words.size() == 2 ? ParseInteger(step->words[1]) : std::nullopt;
+      window_.PrintEvent(
+          JsonObject().Text("event", "refused").Raw("command", number ? IntegerText(*number) : "null"));
       continue;
     }
     if (Report(*step, RunStep(*step))) return;

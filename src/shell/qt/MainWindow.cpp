@@ -20,10 +20,10 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
-#include "shell/qt/CommandToolTips.h"
 #include "shell/qt/ElidedLabel.h"
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/LevelMeter.h"
+#include "shell/qt/MenuTexts.h"
 #include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneSplitter.h"
 #include "shell/qt/PaneWidget.h"
@@ -50,8 +50,9 @@ constexpr const char* kReadMarkersAgain =
 constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
 constexpr const char* kMayLoseCaption = "尚未保存";
 
-/// The keyboard's way to a menu; the names of the menus have none of their own.
-constexpr char kMenuLetters[] = {'F', 'R', 'P', 'T', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X', 'D'};
+/// The keyboard's way to a menu; the names of the menus have none of their own. A submenu's letter is none of its
+/// neighbours' in the menu.
+constexpr char kMenuLetters[] = {'F', 'R', 'P', 'S', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X', 'D'};
 
 QString MenuTitle(Menu menu) {
   return QString("%1(&%2)").arg(MenuName(menu)).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
@@ -124,9 +125,14 @@ void MainWindow::MakeMenus() {
       menus[row.menu] = menus[parent]->addMenu(MenuTitle(row.menu));
       menus[row.menu]->setToolTipsVisible(true);
     }
-    QAction* action = menus[row.menu]->addAction(QString::fromUtf8(row.label.Get()));
+    QMenu& menu = *menus[row.menu];
+    QAction* action = menu.addAction(WithUniqueMnemonic(QString::fromUtf8(row.label.Get()), menu));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
-    action->setShortcut(QKeySequence(row.keys));
+    if (IsPaneKey(row.keys)) {
+      action->setText(action->text() + '\t' + ShownKeys(row.keys));
+    } else {
+      action->setShortcut(QKeySequence(row.keys));
+    }
     actions_[row.number] = action;
   }
   MakeExtensionMenu(*menus[Menu::Extension]);
@@ -561,8 +567,9 @@ void MainWindow::RenewActions() {
     const QAction* entry = ActionOf(can ? *enabled : button.commands.back());
     if (entry == nullptr) continue;
     button.action->setEnabled(can);
-    QString toolTip = QString(entry->text()).remove('&');
-    if (!entry->shortcut().isEmpty()) toolTip += "  " + entry->shortcut().toString(QKeySequence::NativeText);
+    const CommandRow& row = *FindCommand(can ? *enabled : button.commands.back());
+    QString toolTip = PlainLabel(row.label.Get());
+    if (*row.keys != '\0') toolTip += "  " + ShownKeys(row.keys);
     if (!can) toolTip += "\n" + entry->toolTip();
     button.action->setToolTip(toolTip);
   }
