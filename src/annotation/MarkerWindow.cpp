@@ -47,6 +47,7 @@ constexpr const char* kSaved = "标志数据已保存为 %s";
 constexpr const char* kDamaged = "标志文件已损坏，没有读入：%s";
 constexpr const char* kCorrected = "标志文件中有位置超出声音或次序不对，已更正：%s";
 
+constexpr UiText kSaveStretchTitle = "保存声音数据文件";
 constexpr const char* kLabelTitle = "输入标注文字";
 constexpr const char* kLabelPrompt = "输入标注文字（最长12字符或6汉字）";
 constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
@@ -276,7 +277,8 @@ void MarkerWindow::SaveFile(Window& window) {
 
 void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
   if (stretch.start >= stretch.end) return;
-  const auto choice = window.AskSaveFile({"保存声音数据文件", {{"声音数据文件(*.wav)", "*.wav"}}, "wav", ""});
+  constexpr const FileKind& kKind = FileKindNamed("marked wav");
+  const auto choice = window.AskSaveFile({kSaveStretchTitle, {kKind}, kKind.extension});
   if (!choice) return;
   const int length = stretch.end - stretch.start;
   ByteWriter file;

@@ -10,6 +10,7 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kOpenTitle = "打开声音文件";
 constexpr const char* kBadName = "文件夹或文件名不对";
 constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
 constexpr const char* kBadNameCaption = "文件夹或文件名错误";
@@ -127,8 +128,8 @@ void LoadRaw(Window& window, SoundDocument& document, CommandStates& states, con
   FinishLoad(window, document, states, path, loaded, ContourOnly(file, document));
 }
 
-bool EndsIn(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+std::string WithWavSuffix(const std::string& path) {
+  return path.ends_with(kWavSuffix) ? path : path + kWavSuffix;
 }
 
 }  // namespace
@@ -142,8 +143,7 @@ std::optional<int> AskStartSecond(Window& window, int seconds) {
 }
 
 void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode) {
-  const auto choice = window.AskOpenFile(
-      {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式单声道16位声音文件(*.*)", "*.*"}}, "", ""});
+  const auto choice = window.AskOpenFile({kOpenTitle, {FileKindNamed("wav"), FileKindNamed("raw")}});
   if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadName, kBadNameCaption);
   openPath(window, document, states, choice->path, mode, mode == ChannelMode::One && choice->filter == 1);
 }
@@ -180,12 +180,12 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
 
 std::optional<std::string> AskSoundName(Window& window, const std::string& title,
                                         const std::string& proposed) {
-  const auto choice = window.AskSaveFile({title, {{"声音波形文件(*.wav)", "*.wav"}}, "", proposed});
+  const auto choice = window.AskSaveFile({title, {FileKindNamed("saved wav")}, "", proposed, WithWavSuffix});
   if (!choice || choice->path.size() > kLongestPath) {
     SayCannotSave(window);
     return {};
   }
-  return EndsIn(choice->path, kWavSuffix) ? choice->path : choice->path + kWavSuffix;
+  return WithWavSuffix(choice->path);
 }
 
 bool AskToKeepPitch(Window& window) { return window.AskYesNo(kKeepPitch, kKeepPitchCaption); }
@@ -198,7 +198,7 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (saveAs || path->empty())
     path = AskSoundName(window, saveAs ? kSaveUnderOtherName : "保存文件", document.nextDigitPath);
   if (!path) return;
-  if (!EndsIn(*path, kWavSuffix)) *path += kWavSuffix;
+  path = WithWavSuffix(*path);
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (file.Begin(*path) < 0) return SayCannotSave(window);

@@ -49,7 +49,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
 }
 
 std::optional<std::string> AskNspFile(Window& window, const char* title) {
-  const auto choice = window.AskOpenFile({title, {{"NSP文件(*.nsp)", "*.nsp"}}, "", ""});
+  const auto choice = window.AskOpenFile({title, {FileKindNamed("nsp")}});
   if (!choice) return {};
   return choice->path;
 }

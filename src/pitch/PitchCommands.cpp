@@ -18,9 +18,7 @@ constexpr const char* kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "
 constexpr int kFirstRangeButton = 1010;
 
 constexpr int kShortestSegment = 200;  // samples: below there is no contour to keep
-constexpr const char* kFileFilter = "基频数据文件(*.pdt)";
-constexpr const char* kSaveTitle = "保存基频数据文件";
-constexpr const char* kOpenTitle = "打开基频数据文件";
+constexpr UiText kSaveTitle = "保存基频数据文件", kOpenTitle = "打开基频数据文件";
 constexpr const char* kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？";
 constexpr const char* kRestartOrAppendCaption = "从头更新数据？";
 constexpr const char* kNoSuchFile = "文件不存在！";
@@ -35,7 +33,10 @@ constexpr const char* kNoContour = "请先求出基频！";
 constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
 constexpr const char* kOnlyVoiced = "只能修改浊音段";
 
-FileDialog PitchFileDialog(const char* title) { return {title, {{kFileFilter, "*.pdt"}}, "pdt", ""}; }
+FileDialog PitchFileDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("pdt");
+  return {title, {kKind}, kKind.extension};
+}
 
 PitchProgress ProgressOf(Window& window) {
   return [&window](double share) { return window.Progress(share); };

@@ -41,8 +41,11 @@ class Workstation {
   /// Runs the command if it is enabled; false when it is greyed or unknown.
   bool dispatchCommand(int number);
 
-  /// Loads a file that was dropped on the window or named at the start.
+  /// Loads a file that was dropped on the window or named at the start: what `OpeningCommand` would do with
+  /// it.
   void OpenFile(const std::string& path);
+  /// The command that opens a file of this name; names of no kind of ours are taken to be sounds.
+  static int OpeningCommand(const std::string& path);
 
   // What the user does in the main window. Everything goes through here, whoever shows the window.
   void Select(int start, int end);

@@ -21,6 +21,7 @@ constexpr const char* kNoStretch =
 constexpr const char* kNoStretchCaption = "辅音段未定义";
 constexpr const char* kLowGravity =
     "谱图重心的频率偏低，可能不是清辅音！\n\r请在上方的幅度能量图中用鼠标左键选择辅音断面";
+constexpr UiText kSaveTitle = "保存辅音数据文件", kOpenTitle = "打开辅音数据文件";
 constexpr const char* kSaveQuestion = "保存此图的数据吗（Yes/No）？";
 constexpr const char* kSaveCaption = "保存数据？";
 constexpr const char* kCannotCreate = "不能建立文件！";
@@ -36,8 +37,9 @@ constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
 constexpr Colour kBar = 0x4070B0, kGravityLine = 0xC80000, kDispersionLine = 0x0030C0,
                  kIntensityLine = colours::kBlack;
 
-FileDialog ConsonantDialog(const char* title) {
-  return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""};
+FileDialog ConsonantDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("con");
+  return {title, {kKind}, kKind.extension};
 }
 
 bool RateFits(const SoundDocument& document) {
@@ -100,7 +102,7 @@ void Open(Window& window, SoundDocument& document, ConsonantState& state, bool o
 }
 
 void SaveStretch(Window& window, const ConsonantState& state) {
-  const auto choice = window.AskSaveFile(ConsonantDialog("保存辅音数据文件"));
+  const auto choice = window.AskSaveFile(ConsonantDialog(kSaveTitle));
   if (!choice) return window.Repaint();
   ConsonantRecord record{state.start, state.step, {}};
   for (const ConsonantFrame& frame : state.stretch)
@@ -204,7 +206,7 @@ void ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
 }
 
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
-  const auto choice = window.AskOpenFile(ConsonantDialog("打开辅音数据文件"));
+  const auto choice = window.AskOpenFile(ConsonantDialog(kOpenTitle));
   std::error_code error;
   if (!choice || !std::filesystem::exists(choice->path, error)) return window.Notify(kNoFile, Icon::Error);
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);

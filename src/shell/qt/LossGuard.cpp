@@ -30,20 +30,16 @@ void LossGuard::CommandBegins(int setbacks) {
   setbacksBefore_ = setbacks;
 }
 
-void LossGuard::CommandEnded(const CommandRow& command, int setbacks) {
+bool LossGuard::CommandEnded(const CommandRow& command, int setbacks) {
   const bool done = setbacks == setbacksBefore_;
   const DoesSet does = command.does;
   const bool opened = does.Has(Does::OpenSound) && document_.soundGeneration != generationBefore_;
   const bool savesWhole =
       does.Has(Does::SaveSound) || (does.Has(Does::SaveFirstChannel) && !document_.twoChannel);
   if (opened || (savesWhole && done)) TakeSoundAsUnchanged();
-  if ((does.Has(Does::ReplaceChart) || does.Has(Does::SaveChart)) && done) TakeChartAsUnchanged();
-}
-
-bool LossGuard::FileOpened(bool chart, int setbacks) {
-  const bool opened = chart ? setbacks == setbacksBefore_ : document_.soundGeneration != generationBefore_;
-  if (opened) chart ? TakeChartAsUnchanged() : TakeSoundAsUnchanged();
-  return opened;
+  const bool openedChart = does.Has(Does::ReplaceChart) && done;
+  if (openedChart || (does.Has(Does::SaveChart) && done)) TakeChartAsUnchanged();
+  return opened || openedChart;
 }
 
 void LossGuard::TakeSoundAsUnchanged() { unchangedVersion_ = document_.samplesVersion; }

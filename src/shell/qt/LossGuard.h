@@ -24,9 +24,8 @@ class LossGuard {
   /// command that opens a sound leaves it unchanged when a new one is there; one that saves it, and those
   /// that open or save a chart, when nothing failed or was cancelled.
   void CommandBegins(int setbacks);
-  void CommandEnded(const CommandRow& command, int setbacks);
-  /// The same after a sound or chart that was dropped or named; true when it was opened.
-  bool FileOpened(bool chart, int setbacks);
+  /// True when a sound or chart was opened.
+  bool CommandEnded(const CommandRow& command, int setbacks);
 
  private:
   void TakeSoundAsUnchanged();

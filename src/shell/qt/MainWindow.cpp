@@ -67,20 +67,10 @@ std::vector<int> ExportCommands(Pane pane) {
   }
 }
 
-bool IsChartName(const QString& path) { return QFileInfo(path).suffix().toLower() == "vch"; }
-
-/// A file that goes with the present sound and leaves it as it is.
-bool IsTextGridName(const QString& path) { return QFileInfo(path).suffix().toLower() == "textgrid"; }
-
-bool IsFileOfOurs(const QString& path) {
-  const QString suffix = QFileInfo(path).suffix().toLower();
-  return IsChartName(path) || IsTextGridName(path) || suffix == "wav" || suffix == "nsp" || suffix == "ipa";
-}
-
 QString DroppedFile(const QMimeData* data) {
   if (data == nullptr || !data->hasUrls() || data->urls().isEmpty()) return {};
   const QString path = data->urls().constFirst().toLocalFile();
-  return IsFileOfOurs(path) ? path : QString();
+  return OpenedKindOf(path.toStdString()) != nullptr ? path : QString();
 }
 
 }  // namespace
@@ -327,14 +317,13 @@ bool MainWindow::Dispatch(int command) {
 void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
     if (station_.recording.running()) return;
-    const bool chart = IsChartName(path);
-    const bool sound = !chart && !IsTextGridName(path);
-    if (chart ? !MayLoseChart() : !MayLoseLabels() || (sound && !MayLoseSound())) return;
-    status_->SetText({});
     const std::string file = AbsolutePath(path.toStdString());
+    const CommandRow* row = FindCommand(Workstation::OpeningCommand(file));
+    if (row == nullptr || !MayLoseFor(*row)) return;
+    status_->SetText({});
     guard_.CommandBegins(dialogs_.Setbacks());
     station_.OpenFile(file);
-    if (guard_.FileOpened(chart, dialogs_.Setbacks())) FileSeen(QString::fromStdString(file));
+    if (guard_.CommandEnded(*row, dialogs_.Setbacks())) FileSeen(QString::fromStdString(file));
   });
 }
 

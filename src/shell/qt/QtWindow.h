@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,13 @@ class QtWindow : public QObject, public Window {
   bool Progress(double share) override;
   void CopyRegion(const PaneRegion& region) override;
   void Quit() override;
+
+  /// A question with buttons of its own: the index of the one that was pressed. The last one is Cancel, and
+  /// Escape and the window's cross are it.
+  int Choose(const std::string& text, const std::string& caption, std::span<const UiText> buttons,
+             int byDefault, QWidget* parent = nullptr);
+  /// True when no such file exists or the user lets it be replaced.
+  bool MayReplace(const std::string& path, QWidget* parent = nullptr);
 
   /// Failures shown and file dialogs cancelled so far: a command that adds none has done its work.
   int Setbacks() const { return setbacks_; }
