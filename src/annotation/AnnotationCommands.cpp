@@ -85,7 +85,7 @@ void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& 
   window.Repaint();
 }
 
-void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationState& annotations) {
+void SaveIpaCommand(Window& window, SoundDocument& document, AnnotationState& annotations) {
   constexpr const FileKind& kKind = FileKindNamed("saved ipa");
   const auto choice = window.AskSaveFile(
       {kSaveTitle, {kKind}, kKind.extension, ProposedName(document.filePath), WithIpaSuffix});
@@ -98,6 +98,8 @@ void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationSta
   if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), withPitch)) < 0)
     return SayBadName(window);
   annotations.changed = false;
+  if (withPitch) document.ContourSaved();
+  window.Saved(path);
 }
 
 void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states,

@@ -13,6 +13,7 @@
 #include "base/IpaCodes.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -113,6 +114,23 @@ void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& sta
   Open(window, document, state, play);
 }
 
+bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& state) {
+  // The caption of a sound that is a WAV file ends in its name.
+  const bool isFile = HasEnding(window.Caption(), ".wav") && !document.filePath.empty();
+  if (!state.set.HasMarkers() || !isFile) {
+    window.Notify(isFile || !state.set.HasMarkers() ? kNothingToSave : kSaveSoundFirst);
+    return false;
+  }
+  const std::string path = MarkerPathOf(document.filePath);
+  if (SaveFile(window, path, MarkerBytesOf(state.set)) < 0) {
+    window.Notify(kCannotCreate, Icon::Error);
+    return false;
+  }
+  state.changed = false;
+  window.ShowStatus(Format(kSaved, path.c_str()));
+  return true;
+}
+
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state) {
   if (state.generation != document.soundGeneration) ReadMarkers(document, state);
 }
@@ -203,7 +221,7 @@ bool MarkerWindow::Key(Window& window, const std::string& key) {
 
 void MarkerWindow::Press(Window& window, const ToolControl& control) {
   switch (control.number) {
-    case kSave: return SaveFile(window);
+    case kSave: SaveMarkers(window, document_, state_); return;
     case kExpand: return Zoom(window, true);
     case kShrink: return Zoom(window, false);
     default: break;
@@ -264,17 +282,6 @@ void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
     Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
 }
 
-void MarkerWindow::SaveFile(Window& window) {
-  if (!state_.set.HasMarkers()) return window.Notify(kNothingToSave);
-  // The caption of a sound that is a WAV file ends in its name.
-  if (!HasEnding(window.Caption(), ".wav") || document_.filePath.empty())
-    return window.Notify(kSaveSoundFirst);
-  const std::string path = MarkerPathOf(document_.filePath);
-  if (ReplaceFile(path, MarkerBytesOf(state_.set)) < 0) return window.Notify(kCannotCreate, Icon::Error);
-  state_.changed = false;
-  window.ShowStatus(Format(kSaved, path.c_str()));
-}
-
 void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
   if (stretch.start >= stretch.end) return;
   constexpr const FileKind& kKind = FileKindNamed("marked wav");
@@ -284,7 +291,7 @@ void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
   ByteWriter file;
   WriteWavHeader(file, document_.sampleRate, 1, length);
   file.PutInt16sLE({document_.samples.data() + stretch.start, static_cast<std::size_t>(length)});
-  if (ReplaceFile(choice->path, file) < 0) SayCannotSave(window);
+  if (SaveFile(window, choice->path, file) < 0) SayCannotSave(window);
 }
 
 /// A click in figures: band and time in seconds.

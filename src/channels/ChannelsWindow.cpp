@@ -10,6 +10,7 @@
 #include "base/Format.h"
 #include "channels/ChannelFiles.h"
 #include "document/EditCommands.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -176,7 +177,7 @@ void ChannelsWindow::SaveCurve(Window& window) {
   if (desk_.state.Curve(desk_.document).values.empty()) return window.Notify(kNoCurve);
   const auto choice = window.AskSaveFile(NasDialog(kSaveTitle));
   if (!choice) return;
-  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
+  if (SaveFile(window, choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
     window.Notify(kCannotCreate, Icon::Error);
 }
 
@@ -198,7 +199,7 @@ void ChannelsWindow::ShowCurve(Window& window) {
   const std::string source = opened.empty() ? desk_.document.filePath : opened;
   const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
   const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
-  if (ReplaceFile(path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
+  if (SaveFile(window, path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }
 
@@ -207,7 +208,7 @@ void ChannelsWindow::ExportStereo(Window& window) {
   constexpr const FileKind& kKind = FileKindNamed("saved wav");
   const auto choice = window.AskSaveFile({kExportTitle, {kKind}, kKind.extension});
   if (!choice) return;
-  if (ReplaceFile(choice->path, StereoWavBytesOf(desk_.document)) < 0)
+  if (SaveFile(window, choice->path, StereoWavBytesOf(desk_.document)) < 0)
     window.ShowError(kBadSaveName, kBadNameCaption);
 }
 

@@ -13,6 +13,7 @@
 #include "interchange/StatisticsTables.h"
 #include "interchange/TextDecoding.h"
 #include "prosody/DurationCommands.h"
+#include "ui/Saving.h"
 #include "vowel/VowelGroupCommands.h"
 
 namespace parlowen {
@@ -65,7 +66,7 @@ std::optional<std::string> AskOpen(Window& window, const char* title, const File
 }
 
 bool Write(Window& window, const std::string& path, ByteSpan bytes) {
-  if (ReplaceFile(path, bytes) == 0) return true;
+  if (SaveFile(window, path, bytes) == 0) return true;
   window.ShowError(kBadSaveName, kBadNameCaption);
   return false;
 }

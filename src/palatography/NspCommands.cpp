@@ -38,6 +38,7 @@ void FillChannel(SampleBuffer& channel, const std::vector<std::int16_t>& samples
 void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
                 int count, int rate, bool twoChannel) {
   document.twoChannel = twoChannel;
+  document.partOfFile = true;  // its header, and a palate, are in no file of ours
   document.longFileSeconds = document.longFileStart = 0;
   document.resetForNewSound(count, rate, states);
   document.filePath = path;

@@ -9,6 +9,7 @@
 #include "pitch/PitchAnalysis.h"
 #include "pitch/PitchFile.h"
 #include "spectral/SpectrogramCommands.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -125,7 +126,8 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
   const FrameSpan frames =
       RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
-  const int result = restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
+  const int result =
+      restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
   if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
   return result;
 }
@@ -164,6 +166,7 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
     window.Notify(kCannotWriteListing, Icon::Error);
     return 1;
   }
+  window.Saved(PitchListingPath(exportFolder));
   return end == PitchFileEnd::Complete ? 0 : 1;
 }
 

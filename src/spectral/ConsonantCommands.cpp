@@ -11,6 +11,7 @@
 #include "spectral/ConsonantFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -109,7 +110,7 @@ void SaveStretch(Window& window, const ConsonantState& state) {
     record.frames.push_back({frame.gravity, frame.dispersion});
   ByteWriter file;
   WriteConsonants(file, record);
-  if (ReplaceFile(choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (SaveFile(window, choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
 }
 
 void AddBars(Picture& picture, const ConsonantFrame& frame) {
@@ -214,7 +215,7 @@ void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
   if (!record) return window.Notify(kCannotOpen, Icon::Error);
   const std::string text = ConsonantText(*record);
   const std::string path = exportFolder.empty() ? kTextName : exportFolder + "/" + kTextName;
-  if (ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
+  if (SaveFile(window, path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
     return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }

@@ -8,6 +8,7 @@
 #include "spectral/LtaFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -60,7 +61,7 @@ int Save(Window& window, const LtaState& state) {
   }
   ByteWriter file;
   WriteLta(file, {state.levels, state.sampleRate});
-  if (ReplaceFile(choice->path, file) < 0) {
+  if (SaveFile(window, choice->path, file) < 0) {
     window.Notify(kCannotCreate, Icon::Error);
     return 1;
   }

@@ -56,6 +56,9 @@ class Window {
   virtual void ShowStatus(const std::string& text) = 0;
   virtual void SetCaption(const std::string& text) = 0;
   virtual const std::string& Caption() const = 0;
+  /// A file was written, whole, in the user's name. The desktop says which; a script's events know nothing of
+  /// it.
+  virtual void Saved(const std::string& /*path*/) {}
   /// Hands a text export or a help page to the system's viewer.
   virtual void OpenInEditor(const std::string& path) = 0;
   /// Shows that the data behind a pane (all when none is named) has changed.

@@ -4,6 +4,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Files.h"
+#include "ui/Saving.h"
 #include "ui/TextExport.h"
 #include "vowel/AverageVowels.h"
 #include "vowel/FormantFile.h"
@@ -269,7 +270,7 @@ void SaveChartCommand(Window& window, VowelState& vowels) {
   if (vowels.chart.count < 1) return;
   const auto choice = window.AskSaveFile(ChartDialog(kSaveChartTitle));
   if (!choice || choice->path.empty()) return;
-  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0)
+  if (SaveFile(window, choice->path, ChartBytes(vowels.chart)) < 0)
     return window.Notify(kCannotCreate, Icon::Error);
   vowels.unsaved = false;
 }
@@ -312,7 +313,8 @@ void SaveFormantsCommand(Window& window, const SoundDocument& document) {
   const bool restart = window.AskYesNo(kRestart, kRestartCaption);
   ByteWriter block;
   WriteFormantBlock(block, SelectionTrack(document));
-  const int result = restart ? ReplaceFile(choice->path, block) : AppendToFile(choice->path, block);
+  const int result =
+      restart ? SaveFile(window, choice->path, block) : SaveBehindFile(window, choice->path, block);
   if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
