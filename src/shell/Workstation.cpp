@@ -110,6 +110,14 @@ bool Workstation::dispatchCommand(int number) {
   return true;
 }
 
+bool Workstation::Save(int number) {
+  const CommandRow* row = FindCommand(number);
+  if (row == nullptr || recording.running()) return false;
+  RunCommand(*this, *row);
+  DocumentChanged();
+  return true;
+}
+
 int Workstation::OpeningCommand(const std::string& path) {
   const FileKind* kind = OpenedKindOf(path);
   return kind != nullptr ? kind->open : commands::kOpenSound;

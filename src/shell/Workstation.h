@@ -41,6 +41,9 @@ class Workstation {
   /// Runs the command if it is enabled; false when it is greyed or unknown.
   bool dispatchCommand(int number);
 
+  /// A saving command of the table, greyed or not: work that is about to be lost may be out of sight.
+  bool Save(int number);
+
   /// Loads a file that was dropped on the window or named at the start: what `OpeningCommand` would do with
   /// it.
   void OpenFile(const std::string& path);

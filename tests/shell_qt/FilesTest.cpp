@@ -75,7 +75,7 @@ TEST_F(FilesTest, ADroppedTextGridLeavesAChangedSoundWithoutAQuestion) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("\"ooTextFile\" \"TextGrid\" 0 1 <exists> 1 \"TextTier\" \"a\" 0 1 1 0.1 \"x\"");
   file.close();
-  BoxWatcher asked("否");
+  BoxWatcher asked("取消");
   EXPECT_TRUE(Drop(file.fileName()));
   EXPECT_EQ(asked.texts, QStringList());
   EXPECT_EQ(Document().sampleCount, 4900);
@@ -113,64 +113,6 @@ TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
   ASSERT_TRUE(window->Dispatch(40004));
   EXPECT_TRUE(window->StatusShown().isEmpty());  // said once
   EXPECT_EQ(QDir::currentPath(), process);
-}
-
-TEST_F(FilesTest, AChangedSoundIsAskedAboutBeforeAnotherTakesItsPlace) {
-  const QString first = WriteRamp("first.wav", 16000, 5000), second = WriteRamp("second.wav", 8000, 300);
-  Open(first);
-  Open(second);  // unchanged: no question, or this would hang
-  Open(first);
-  Change();
-  {
-    BoxWatcher no("否(&N)");
-    Open(second);
-    EXPECT_EQ(no.texts.size(), 1);
-    EXPECT_EQ(Document().sampleCount, 4900);
-    window->close();
-    EXPECT_EQ(no.texts.size(), 2);
-    EXPECT_TRUE(window->isVisible());
-  }
-  {
-    BoxWatcher cancel([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    ASSERT_TRUE(window->Dispatch(130));  // the cancelled dialog saves nothing
-    Open(second);
-    EXPECT_TRUE(cancel.texts.constLast().contains("放弃改动"));
-    EXPECT_EQ(Document().sampleCount, 4900);
-  }
-  // Undone, the samples are the file's again, but that is not known; saved, there is nothing to lose.
-  ASSERT_TRUE(window->Dispatch(120));
-  Open(second);
-  EXPECT_EQ(Document().sampleCount, 300);
-  Change();
-  BoxWatcher yes("是(&Y)");
-  Open(first);
-  EXPECT_EQ(yes.texts.size(), 1);
-  EXPECT_EQ(Document().sampleCount, 4900);
-}
-
-TEST_F(FilesTest, ASoundThatWasCutAwayWholeIsAskedAboutToo) {
-  Open(WriteRamp("first.wav", 16000, 5000));
-  ASSERT_TRUE(window->Dispatch(40026));
-  ASSERT_TRUE(window->Dispatch(40001));
-  ASSERT_EQ(Document().sampleCount, 0);
-  BoxWatcher no("否(&N)");
-  Open(SoundsFile("english_female_prompt_8000.wav"));
-  EXPECT_EQ(no.texts.size(), 1);
-}
-
-TEST_F(FilesTest, ASaveThatFailedLeavesTheSoundChanged) {
-  Open(WriteRamp("first.wav", 16000, 5000));
-  Change();
-  Document().filePath = folder.filePath("missing/first.wav").toStdString();
-  {
-    BoxWatcher watcher("确定");
-    ASSERT_TRUE(window->Dispatch(120));
-    EXPECT_EQ(watcher.texts.size(), 1);
-  }
-  BoxWatcher no("否(&N)");
-  Open(SoundsFile("english_female_prompt_8000.wav"));
-  EXPECT_EQ(no.texts.size(), 1);
-  EXPECT_EQ(Document().sampleCount, 4900);
 }
 
 TEST_F(FilesTest, RecentFilesAndTheFolderAreRemembered) {

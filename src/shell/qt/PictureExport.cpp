@@ -68,8 +68,10 @@ constexpr UiText kSaveTitle = "图形存为";
 
 void AskAndSave(QtWindow& window, const Picture& picture, const FormatRow& row) {
   const auto choice = window.AskSaveFile({kSaveTitle, {row.kind}, row.kind.extension});
-  if (choice && SavePicture(picture, choice->path, row.format) < 0)
-    window.ShowError(kCannotWrite, kCannotWriteCaption);
+  if (!choice) return;
+  if (SavePicture(picture, choice->path, row.format) < 0)
+    return window.ShowError(kCannotWrite, kCannotWriteCaption);
+  window.Saved(choice->path);
 }
 
 }  // namespace

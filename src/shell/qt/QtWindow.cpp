@@ -248,6 +248,11 @@ void QtWindow::SetCaption(const std::string& text) {
   Q_EMIT CaptionChanged(QString::fromStdString(text));
 }
 
+void QtWindow::Saved(const std::string& path) {
+  ++filesSaved_;
+  Q_EMIT FileSaved(QString::fromStdString(AbsolutePath(path)));
+}
+
 void QtWindow::OpenInEditor(const std::string& path) {
   Q_EMIT EditorAsked();
   // A help page may come with the section to show behind a '#'.

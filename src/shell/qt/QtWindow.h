@@ -36,6 +36,7 @@ class QtWindow : public QObject, public Window {
   void ShowStatus(const std::string& text) override;
   void SetCaption(const std::string& text) override;
   const std::string& Caption() const override { return caption_; }
+  void Saved(const std::string& path) override;
   void OpenInEditor(const std::string& path) override;
   void Repaint(std::optional<Pane> pane = {}) override;
   void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
@@ -53,6 +54,7 @@ class QtWindow : public QObject, public Window {
 
   /// Failures shown and file dialogs cancelled so far: a command that adds none has done its work.
   int Setbacks() const { return setbacks_; }
+  int FilesSaved() const { return filesSaved_; }
   bool CloseToolWindow(const std::string& name);
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
@@ -71,6 +73,7 @@ class QtWindow : public QObject, public Window {
   void StatusShown(const QString& text);
   void RepaintAsked(std::optional<parlowen::Pane> pane);
   void FileChosen(const QString& path);  ///< in a file dialog
+  void FileSaved(const QString& path);
   void EditorAsked();
   void RegionCopied(const parlowen::PaneRegion& region);
   void KeyUnused(const std::string& key);  ///< a key that a tool window had no use for
@@ -97,7 +100,7 @@ class QtWindow : public QObject, public Window {
   std::vector<ToolWidget*> modalTools_;
   QPointer<QProgressDialog> progress_;
   QElapsedTimer sinceAction_;
-  int setbacks_ = 0;
+  int setbacks_ = 0, filesSaved_ = 0;
 };
 
 }  // namespace parlowen
