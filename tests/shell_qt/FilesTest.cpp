@@ -16,9 +16,11 @@ namespace {
 
 class FilesTest : public WindowTest {
  protected:
-  bool Drop(const QString& path) {
+  bool Drop(const QString& path, const QStringList& others = {}) {
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path)});
+    QList<QUrl> urls = {QUrl::fromLocalFile(path)};
+    for (const QString& other : others) urls += QUrl::fromLocalFile(other);
+    data.setUrls(urls);
     QDragEnterEvent enter({100, 100}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     enter.ignore();
     QApplication::sendEvent(window.get(), &enter);
@@ -113,6 +115,25 @@ TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
   ASSERT_TRUE(window->Dispatch(40004));
   EXPECT_TRUE(window->StatusShown().isEmpty());  // said once
   EXPECT_EQ(QDir::currentPath(), process);
+}
+
+TEST_F(FilesTest, OfSeveralDroppedFilesTheFirstIsOpenedAndTheOthersAreKept) {
+  const QString first = WriteRamp("first.wav", 16000, 500), second = WriteRamp("second.wav", 16000, 600);
+  EXPECT_TRUE(Drop(first, {second, folder.filePath("notes.doc"), folder.filePath("a.vch")}));
+  EXPECT_EQ(Document().sampleCount, 500);
+  EXPECT_EQ(preferences->RecentFiles(), QStringList({first, second, folder.filePath("a.vch")}));
+  // What is saved from it begins with its name; a sound begins with the next of its series.
+  const auto proposed = [&](const FileKind& kind) {
+    QString name;
+    BoxWatcher watcher([&](QWidget& box) {
+      name = box.findChild<QLineEdit*>("fileNameEdit")->text();
+      QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    window->Dialogs().AskSaveFile({"保存", {kind}, kind.extension});
+    return name;
+  };
+  EXPECT_EQ(proposed(FileKindNamed("pdt")), "first.pdt");
+  EXPECT_EQ(proposed(FileKindNamed("marked wav")), "first1.wav");
 }
 
 TEST_F(FilesTest, RecentFilesAndTheFolderAreRemembered) {

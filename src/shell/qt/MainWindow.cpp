@@ -82,10 +82,13 @@ std::vector<int> ExportCommands(Pane pane) {
   }
 }
 
-QString DroppedFile(const QMimeData* data) {
-  if (data == nullptr || !data->hasUrls() || data->urls().isEmpty()) return {};
-  const QString path = data->urls().constFirst().toLocalFile();
-  return OpenedKindOf(path.toStdString()) != nullptr ? path : QString();
+/// Files of our kinds among what is dragged.
+QStringList DroppedFiles(const QMimeData* data) {
+  QStringList files;
+  if (data == nullptr) return files;
+  for (const QUrl& url : data->urls())
+    if (const QString path = url.toLocalFile(); OpenedKindOf(path.toStdString()) != nullptr) files += path;
+  return files;
 }
 
 }  // namespace
@@ -104,6 +107,7 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Connect();
   dialogs_.SetCaption(kProgramCaption);
   dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
+  dialogs_.nameFor = [this](const FileKind& kind) { return NameFor(kind); };
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -330,12 +334,13 @@ bool MainWindow::RunCommand(int command, bool (Workstation::*run)(int)) {
   if (command == kSaveSound) command = SavingCommand();
   const CommandRow* row = FindCommand(command);
   if (row == nullptr) return false;
-  const int setbacks = dialogs_.Setbacks();
+  const int setbacks = dialogs_.Setbacks(), filesSaved = dialogs_.FilesSaved();
   const QString folder = fileFolder_;
-  guard_.CommandBegins(setbacks, dialogs_.FilesSaved());
+  guard_.CommandBegins(setbacks, filesSaved);
   const bool done = (station_.*run)(command);
-  guard_.CommandEnded(*row, dialogs_.Setbacks(), dialogs_.FilesSaved());
-  if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;  // a file that was refused was not loaded
+  const bool opened = guard_.CommandEnded(*row, dialogs_.Setbacks(), dialogs_.FilesSaved());
+  // The folder of a file that was refused is not that of the last one loaded or saved.
+  if (dialogs_.Setbacks() != setbacks && dialogs_.FilesSaved() == filesSaved && !opened) fileFolder_ = folder;
   RenewExportFolder();
   SoundFileSeen();
   return done;
@@ -353,6 +358,22 @@ void MainWindow::OpenFile(const QString& path) {
     if (guard_.CommandEnded(*row, dialogs_.Setbacks(), dialogs_.FilesSaved()))
       FileSeen(QString::fromStdString(file));
   });
+}
+
+void MainWindow::OpenFiles(const QStringList& paths) {
+  for (qsizetype i = paths.size() - 1; i > 0; --i)
+    preferences_.AddRecentFile(QFileInfo(paths[i]).absoluteFilePath());
+  if (!paths.isEmpty()) OpenFile(paths.constFirst());
+}
+
+/// The sound's name with the kind's ending; for a sound, the next name of its series.
+std::string MainWindow::NameFor(const FileKind& kind) const {
+  const SoundDocument& document = station_.document;
+  if (document.filePath.empty() || *kind.extension == '\0') return {};
+  if (std::string_view(kind.extension) == FileKindNamed("wav").extension)
+    return FileNameOf(document.nextDigitPath);
+  const QFileInfo sound(QString::fromStdString(document.filePath));
+  return sound.completeBaseName().toStdString() + "." + kind.extension;
 }
 
 void MainWindow::SoundFileSeen() {
@@ -385,8 +406,9 @@ void MainWindow::RenewExportFolder() {
 }
 
 void MainWindow::ShowExportNotice() {
-  if (std::exchange(exportNotice_, false) && exportsMoved_)
-    dialogs_.ShowStatus(Format(kExportsMoved, station_.exportFolder.c_str()));
+  if (!std::exchange(exportNotice_, false) || !exportsMoved_) return;
+  said_ = QString::fromStdString(Format(kExportsMoved, station_.exportFolder.c_str()));
+  RenewStatus();
 }
 
 bool MainWindow::MayLoseFor(const CommandRow& command) {
@@ -480,15 +502,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (gate_.Depth() == 0 && !DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (gate_.Depth() == 0 && !DroppedFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  const QString path = DroppedFile(event->mimeData());
-  if (path.isEmpty()) return;
+  const QStringList files = DroppedFiles(event->mimeData());
+  if (files.isEmpty()) return;
   event->acceptProposedAction();
-  // Whoever dropped it waits until this returns; a question must not keep it waiting.
-  QTimer::singleShot(0, this, [this, path] { OpenFile(path); });
+  // Whoever dropped them waits until this returns; a question must not keep it waiting.
+  QTimer::singleShot(0, this, [this, files] { OpenFiles(files); });
 }
 
 void MainWindow::AskSelection() {

@@ -41,6 +41,8 @@ class MainWindow : public QMainWindow {
   bool Dispatch(int command);
   /// Opens a file that was dropped, chosen among the recent ones or named at the start.
   void OpenFile(const QString& path);
+  /// Opens the first and puts the others among the recent files.
+  void OpenFiles(const QStringList& paths);
   /// A microphone has come or gone.
   void InputDevicesChanged();
 
@@ -94,6 +96,7 @@ class MainWindow : public QMainWindow {
   void CopyHoverLine();
   void AskSelection();
   void RenewRecentFiles();
+  std::string NameFor(const FileKind& kind) const;
   void SoundFileSeen();
   void FileSeen(const QString& file);
   void FollowSound();

@@ -210,8 +210,10 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
   box.setLabelText(QFileDialog::FileName, "文件名(&N):");
   box.setLabelText(QFileDialog::FileType, "文件类型:");
   ShareColumns(box);
-  if (!dialog.proposed.empty()) {
-    const QFileInfo proposed(QString::fromStdString(dialog.proposed));
+  std::string name = dialog.proposed;
+  if (name.empty() && save && !dialog.kinds.empty() && nameFor) name = nameFor(dialog.kinds.front());
+  if (!name.empty()) {
+    const QFileInfo proposed(QString::fromStdString(name));
     if (proposed.isAbsolute() && proposed.dir().exists()) box.setDirectory(proposed.dir());
     box.selectFile(proposed.fileName());
   }
@@ -325,7 +327,6 @@ void QtWindow::ToolClosed(ToolWidget* widget) {
 void QtWindow::RunModal(ToolWindow& tool) {
   BeforeModal();
   const ActionGate::Hold hold(gate_);
-  BeforeModal();
   ToolWidget widget(tool, *this, gate_, gate_.Depth(), DialogParent());
   modalTools_.push_back(&widget);
   widget.exec();

@@ -63,6 +63,9 @@ class QtWindow : public QObject, public Window {
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;
 
+  /// The name that a save begins with whose handler proposes none; "" for none.
+  std::function<std::string(const FileKind& kind)> nameFor;
+
   /// What hands a file to the system; true when something took it. Tests put their own here.
   std::function<bool(const QUrl&)> openExternally;
   /// Work shorter than this shows no progress.
