@@ -63,6 +63,8 @@ class Workstation {
   /// To be told every edit: moves what keeps to the sound.
   void Follow(const Edit& edit);
 
+  /// To be called when the selection may have moved: windows that speak of the marked frames follow it.
+  void SelectionMoved();
   /// To be called when a microphone has come or gone: enables or greys the recordings.
   void InputDevicesChanged();
   /// Puts the cursor where the play is; false when nothing plays.
@@ -104,8 +106,6 @@ class Workstation {
   Recorder recording;
 
  private:
-  /// Windows that speak of the marked frames follow the selection.
-  void SelectionMoved();
   void UpdateDerived();
   /// Tells the command states what no room tells them as it happens.
   void TellStates();

@@ -282,6 +282,7 @@ void MainWindow::Connect() {
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
+    station_.SelectionMoved();
     station_.DocumentChanged();
     Renew();
     ShowExportNotice();
@@ -475,6 +476,8 @@ void MainWindow::InputDevicesChanged() {
 }
 
 bool MainWindow::UseKey(const std::string& key) {
+  // Not past the questions about loss.
+  if (const CommandRow* row = CommandOfKey(key)) return Dispatch(row->number);
   bool used = false;
   gate_.Run([&] { used = station_.Key(key); });
   return used;
