@@ -12,6 +12,7 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kSaveTitle = "保存国际音标文件", kOpenTitle = "打开国际音标数据文件";
 constexpr const char* kFirst = "本语音的第一次转换（Yes/No)?";
 constexpr const char* kFirstCaption = "第一次？";
 constexpr const char* kFull = "标志数已满，不能再加！";
@@ -23,6 +24,10 @@ constexpr const char* kTooMany = "文件中的注释字符多于500个，只取�
 constexpr std::string_view kSuffix = ".ipa";
 constexpr std::int64_t kMostRecordBytes = std::int64_t{16}
                                           << 20;  // hundreds of times what the records can need
+
+std::string WithIpaSuffix(const std::string& path) {
+  return HasEnding(path, kSuffix) ? path : path + std::string(kSuffix);
+}
 
 /// The sound's own name with the other ending; "" while it has none.
 std::string ProposedName(const std::string& soundPath) {
@@ -80,12 +85,12 @@ void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& 
   window.Repaint();
 }
 
-void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationState& annotations) {
+void SaveIpaCommand(Window& window, SoundDocument& document, AnnotationState& annotations) {
+  constexpr const FileKind& kKind = FileKindNamed("saved ipa");
   const auto choice = window.AskSaveFile(
-      {"保存国际音标文件", {{"国际音标文件(*.ipa)", "*.ipa"}}, "ipa", ProposedName(document.filePath)});
+      {kSaveTitle, {kKind}, kKind.extension, ProposedName(document.filePath), WithIpaSuffix});
   if (!choice) return;
-  const std::string path =
-      HasEnding(choice->path, kSuffix) ? choice->path : choice->path + std::string(kSuffix);
+  const std::string path = WithIpaSuffix(choice->path);
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (path.size() > kLongestPath || file.Begin(path) < 0) return SayBadName(window);
@@ -93,12 +98,13 @@ void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationSta
   if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), withPitch)) < 0)
     return SayBadName(window);
   annotations.changed = false;
+  if (withPitch) document.ContourSaved();
+  window.Saved(path);
 }
 
 void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states,
                     AnnotationState& annotations) {
-  const auto choice =
-      window.AskOpenFile({"打开国际音标数据文件", {{"国际音标数据文件(*.ipa)", "*.ipa"}}, "", ""});
+  const auto choice = window.AskOpenFile({kOpenTitle, {FileKindNamed("ipa")}});
   if (choice) OpenIpaFile(window, document, states, annotations, choice->path);
 }
 

@@ -19,7 +19,7 @@ void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& 
 
 /// 40079: channel 1 with its annotations, and the contour when it is complete and wanted. The document keeps
 /// the name of its sound file. After a failure the old file is whole.
-void SaveIpaCommand(Window& window, const SoundDocument& document, AnnotationState& annotations);
+void SaveIpaCommand(Window& window, SoundDocument& document, AnnotationState& annotations);
 
 /// 40078: asks for such a file and loads it.
 void OpenIpaCommand(Window& window, SoundDocument& document, CommandStates& states,

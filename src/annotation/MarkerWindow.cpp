@@ -13,6 +13,7 @@
 #include "base/IpaCodes.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -47,6 +48,7 @@ constexpr const char* kSaved = "标志数据已保存为 %s";
 constexpr const char* kDamaged = "标志文件已损坏，没有读入：%s";
 constexpr const char* kCorrected = "标志文件中有位置超出声音或次序不对，已更正：%s";
 
+constexpr UiText kSaveStretchTitle = "保存声音数据文件";
 constexpr const char* kLabelTitle = "输入标注文字";
 constexpr const char* kLabelPrompt = "输入标注文字（最长12字符或6汉字）";
 constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
@@ -110,6 +112,23 @@ void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& sta
   if (state.windowOpen) return window.Repaint();
   state.view = {};
   Open(window, document, state, play);
+}
+
+bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& state) {
+  // The caption of a sound that is a WAV file ends in its name.
+  const bool isFile = HasEnding(window.Caption(), ".wav") && !document.filePath.empty();
+  if (!state.set.HasMarkers() || !isFile) {
+    window.Notify(isFile || !state.set.HasMarkers() ? kNothingToSave : kSaveSoundFirst);
+    return false;
+  }
+  const std::string path = MarkerPathOf(document.filePath);
+  if (SaveFile(window, path, MarkerBytesOf(state.set)) < 0) {
+    window.Notify(kCannotCreate, Icon::Error);
+    return false;
+  }
+  state.changed = false;
+  window.ShowStatus(Format(kSaved, path.c_str()));
+  return true;
 }
 
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state) {
@@ -202,7 +221,7 @@ bool MarkerWindow::Key(Window& window, const std::string& key) {
 
 void MarkerWindow::Press(Window& window, const ToolControl& control) {
   switch (control.number) {
-    case kSave: return SaveFile(window);
+    case kSave: SaveMarkers(window, document_, state_); return;
     case kExpand: return Zoom(window, true);
     case kShrink: return Zoom(window, false);
     default: break;
@@ -263,26 +282,16 @@ void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
     Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
 }
 
-void MarkerWindow::SaveFile(Window& window) {
-  if (!state_.set.HasMarkers()) return window.Notify(kNothingToSave);
-  // The caption of a sound that is a WAV file ends in its name.
-  if (!HasEnding(window.Caption(), ".wav") || document_.filePath.empty())
-    return window.Notify(kSaveSoundFirst);
-  const std::string path = MarkerPathOf(document_.filePath);
-  if (ReplaceFile(path, MarkerBytesOf(state_.set)) < 0) return window.Notify(kCannotCreate, Icon::Error);
-  state_.changed = false;
-  window.ShowStatus(Format(kSaved, path.c_str()));
-}
-
 void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
   if (stretch.start >= stretch.end) return;
-  const auto choice = window.AskSaveFile({"保存声音数据文件", {{"声音数据文件(*.wav)", "*.wav"}}, "wav", ""});
+  constexpr const FileKind& kKind = FileKindNamed("marked wav");
+  const auto choice = window.AskSaveFile({kSaveStretchTitle, {kKind}, kKind.extension});
   if (!choice) return;
   const int length = stretch.end - stretch.start;
   ByteWriter file;
   WriteWavHeader(file, document_.sampleRate, 1, length);
   file.PutInt16sLE({document_.samples.data() + stretch.start, static_cast<std::size_t>(length)});
-  if (ReplaceFile(choice->path, file) < 0) SayCannotSave(window);
+  if (SaveFile(window, choice->path, file) < 0) SayCannotSave(window);
 }
 
 /// A click in figures: band and time in seconds.

@@ -23,6 +23,10 @@ void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState
 /// file.
 void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play);
 
+/// Writes the set beside the sound. False when it could not be, which has been said: there is no marker, the
+/// sound is no WAV file yet, the file cannot be made.
+bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& state);
+
 /// Reads the marker file beside the sound without a word, unless the set is this sound's already.
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state);
 
@@ -66,7 +70,6 @@ class MarkerWindow : public ToolWindow {
   void AskPlace(Window& window);
   void Take(Window& window, const MarkerOutcome& outcome);
   void LabelAt(Window& window, const MarkerPoint& at);
-  void SaveFile(Window& window);
   void SaveStretch(Window& window, MarkerStretch stretch);
 
   const SoundDocument& document_;

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "base/Files.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -59,7 +59,7 @@ void TakeRate(Window& window, SoundDocument& document, CommandStates& states, in
 }  // namespace
 
 void WriteSettingsFile(Window& window, const RecorderSettings& settings, const std::string& path) {
-  if (ReplaceFile(path, settings.FileBytes()) < 0) window.Notify(kCannotWrite, Icon::Error);
+  if (SaveFile(window, path, settings.FileBytes()) < 0) window.Notify(kCannotWrite, Icon::Error);
 }
 
 void SettingsCommand(Window& window, SoundDocument& document, CommandStates& states,

@@ -141,6 +141,12 @@ int AppendToFile(const std::string& path, ByteSpan bytes) {
   return ReplaceFile(path, whole);
 }
 
+std::optional<FileStamp> StampOf(const std::string& path) {
+  struct stat status {};
+  if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+  return FileStamp{status.st_size, std::int64_t{status.st_mtim.tv_sec} * 1000000000 + status.st_mtim.tv_nsec};
+}
+
 std::string AbsolutePath(const std::string& path) {
   std::error_code error;
   const fs::path absolute = fs::absolute(path, error);

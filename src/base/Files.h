@@ -56,6 +56,14 @@ int ReplaceFile(const std::string& path, ByteSpan bytes);
 /// Adds `bytes` behind what the file holds; a missing file is made. 0, or -1 with the old file intact.
 int AppendToFile(const std::string& path, ByteSpan bytes);
 
+/// By which a file's content is known to be another: its size and the time of its last change.
+struct FileStamp {
+  std::int64_t size = 0, nanoseconds = 0;
+  bool operator==(const FileStamp&) const = default;
+};
+/// Nothing when there is no ordinary file.
+std::optional<FileStamp> StampOf(const std::string& path);
+
 /// `path` against the current directory, without "." and ".." taken out of links: links are not resolved.
 std::string AbsolutePath(const std::string& path);
 

@@ -10,6 +10,7 @@
 #include "base/Format.h"
 #include "channels/ChannelFiles.h"
 #include "document/EditCommands.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -19,6 +20,8 @@ constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 12
 
 constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
 constexpr const char* kNoEqualSound = "校准段内两个声道都应有声音！";
+constexpr UiText kSaveTitle = "保存鼻音能量比数据文件", kOpenTitle = "打开鼻音能量比数据文件",
+                 kExportTitle = "导出立体声WAV";
 constexpr const char* kNoCurve = "没有鼻音能量比数据！";
 constexpr const char* kNoNasFile = "无此鼻音能量比数据文件！";
 constexpr const char* kCannotCreate = "不能建立文件！";
@@ -27,8 +30,9 @@ constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
 constexpr const char* kBadNameCaption = "文件夹或文件名错误";
 constexpr const char* kTextName = "NasRatio.txt";
 
-FileDialog NasDialog(const char* title) {
-  return {title, {{"鼻音能量比数据文件(*.nas)", "*.nas"}}, "nas", ""};
+FileDialog NasDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("nas");
+  return {title, {kKind}, kKind.extension};
 }
 
 ByteSpan BytesOf(const std::string& text) {
@@ -170,14 +174,14 @@ void ChannelsWindow::Calibrate(Window& window) {
 
 void ChannelsWindow::SaveCurve(Window& window) {
   if (desk_.state.Curve(desk_.document).values.empty()) return window.Notify(kNoCurve);
-  const auto choice = window.AskSaveFile(NasDialog("保存鼻音能量比数据文件"));
+  const auto choice = window.AskSaveFile(NasDialog(kSaveTitle));
   if (!choice) return;
-  if (ReplaceFile(choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
+  if (SaveFile(window, choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
     window.Notify(kCannotCreate, Icon::Error);
 }
 
 void ChannelsWindow::OpenCurve(Window& window) {
-  const auto choice = window.AskOpenFile(NasDialog("打开鼻音能量比数据文件"));
+  const auto choice = window.AskOpenFile(NasDialog(kOpenTitle));
   if (!choice) return;
   constexpr std::size_t kLargestNas = 20 + 4 * std::size_t{kMaxSamples};
   const auto bytes = ReadWholeFile(choice->path, kLargestNas);
@@ -194,15 +198,16 @@ void ChannelsWindow::ShowCurve(Window& window) {
   const std::string source = opened.empty() ? desk_.document.filePath : opened;
   const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
   const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
-  if (ReplaceFile(path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
+  if (SaveFile(window, path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }
 
 void ChannelsWindow::ExportStereo(Window& window) {
   if (!RequireTwoChannels(window, desk_.document)) return;
-  const auto choice = window.AskSaveFile({"导出立体声WAV", {{"声音波形文件(*.wav)", "*.wav"}}, "wav", ""});
+  constexpr const FileKind& kKind = FileKindNamed("saved wav");
+  const auto choice = window.AskSaveFile({kExportTitle, {kKind}, kKind.extension});
   if (!choice) return;
-  if (ReplaceFile(choice->path, StereoWavBytesOf(desk_.document)) < 0)
+  if (SaveFile(window, choice->path, StereoWavBytesOf(desk_.document)) < 0)
     window.ShowError(kBadSaveName, kBadNameCaption);
 }
 

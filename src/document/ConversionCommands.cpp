@@ -7,6 +7,7 @@
 #include "document/SegmentFilter.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -71,7 +72,7 @@ void SaveSelectionCommand(Window& window, SoundDocument& document) {
   WriteWavHeader(file, document.sampleRate, 1, length);
   if (length > 0)
     file.PutInt16sLE({&document.samples[document.selectionStart], static_cast<std::size_t>(length)});
-  if (ReplaceFile(*path, file) < 0) return SayCannotSave(window);
+  if (SaveFile(window, *path, file) < 0) return SayCannotSave(window);
   document.nextDigitPath = nextDigitPathOf(*path);
 }
 

@@ -56,9 +56,16 @@ int SoundDocument::frameCount() const { return FrameOfSample(sampleCount, sample
 
 int SoundDocument::ContourLength() const { return ContourLengthOf(sampleCount, sampleRate); }
 
+bool SoundDocument::HasRepairedContour() const {
+  const auto end = pitch.begin() + ContourLength();
+  return !std::equal(pitch.begin(), end, pitchBackup.begin()) &&
+         !std::equal(pitch.begin(), end, savedPitch.begin());
+}
+
 void SoundDocument::resetPitch() {
   pitch.fill(kNoValue);
   pitchBackup.fill(kNoValue);
+  savedPitch.fill(kNoValue);
   pitchPresent = false;
   contourKeeper.Restart();
 }

@@ -64,6 +64,10 @@ class SoundDocument {
   bool twoChannel = false;
   std::string filePath;  ///< "" until a file is opened or saved
   std::string nextDigitPath;
+  /// The file at `filePath` holds more than was loaded and a save would write again: a second channel, what
+  /// lies before or behind a stretch, records of another kind.
+  bool partOfFile = false;
+  bool fileTwoChannel = false;  ///< that file has two channels, which were both loaded
   int selectionStart = kNoSelection, selectionEnd = kNoSelection;
   int viewStart = 0, viewLength = 0;
   int pixelsPerSecond = 100;
@@ -75,6 +79,7 @@ class SoundDocument {
   int undoPosition = 0, undoLength = 0;
   std::vector<std::int16_t> undoSamples;  ///< removed by the cut, or pushed over the capacity by the paste
   PitchContour pitch{}, pitchBackup{};
+  PitchContour savedPitch{};  ///< as a file was given it last
   bool pitchPresent = false;
   ContourKeeper contourKeeper;
   int longFileSeconds = 0;  ///< whole seconds of a file too long to load whole, at most 32767
@@ -109,6 +114,12 @@ class SoundDocument {
   int frameCount() const;
   /// Frames that the contour can speak of: at most kUsableContourFrames.
   int ContourLength() const;
+  /// True when the contour was changed by hand since it was computed or loaded, and is in no file so.
+  bool HasRepairedContour() const;
+  /// To be called when the contour was written to a file.
+  void ContourSaved() { savedPitch = pitch; }
+  /// True when the file at `filePath` would lose something if the document took its place.
+  bool IsPartOfFile() const { return !filePath.empty() && (partOfFile || (fileTwoChannel && !twoChannel)); }
   /// All values −1.0, no contour present; the backup too.
   void resetPitch();
   /// Takes periods computed for these frames into the contour and its backup.

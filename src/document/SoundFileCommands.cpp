@@ -10,6 +10,7 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kOpenTitle = "打开声音文件", kSaveTitle = "保存文件";
 constexpr const char* kBadName = "文件夹或文件名不对";
 constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
 constexpr const char* kBadNameCaption = "文件夹或文件名错误";
@@ -32,12 +33,14 @@ struct LoadedSound {
   int count = 0;
   int longFileSeconds = 0, longFileStart = 0;
   bool twoChannel = false;
+  bool partOfFile = false;
   std::int64_t tailOffset = -1;  ///< where a pitch tail may lie; −1 for none
 };
 
 void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
                 const LoadedSound& loaded, const TailReader& readTail) {
-  document.twoChannel = loaded.twoChannel;
+  document.twoChannel = document.fileTwoChannel = loaded.twoChannel;
+  document.partOfFile = loaded.partOfFile;
   document.longFileSeconds = loaded.longFileSeconds;
   document.longFileStart = loaded.longFileStart;
   document.resetForNewSound(loaded.count, document.sampleRate, states);
@@ -79,6 +82,7 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
     loaded.count =
         ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
                          loaded.twoChannel ? document.samples2.data() : nullptr);
+    loaded.partOfFile = !loaded.twoChannel || bytes < layout.dataBytes;
     loaded.tailOffset = layout.dataOffset + bytes;
   } else if (layout.blockAlign != 2) {
     return refuse(kNot16Bits);
@@ -96,9 +100,11 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
     const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, *second);
     loaded.longFileSeconds = std::min(seconds, SHRT_MAX);
     loaded.longFileStart = stretch.startSample;
+    loaded.partOfFile = true;
     loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset,
                                    static_cast<int>(stretch.bytes / 2), document.samples.data());
   }
+  loaded.partOfFile = loaded.partOfFile || HoldsMoreThanSound(file, layout);
   FinishLoad(window, document, states, path, loaded, readTail);
   return true;
 }
@@ -124,11 +130,12 @@ void LoadRaw(Window& window, SoundDocument& document, CommandStates& states, con
   if (document.sampleRate == 0) document.sampleRate = kRateOfRaw;
   LoadedSound loaded;
   loaded.count = ReadMonoSamples(file, kRawLeadIn, count, document.samples.data());
+  loaded.partOfFile = true;
   FinishLoad(window, document, states, path, loaded, ContourOnly(file, document));
 }
 
-bool EndsIn(const std::string& text, const std::string& end) {
-  return text.size() >= end.size() && text.compare(text.size() - end.size(), end.size(), end) == 0;
+std::string WithWavSuffix(const std::string& path) {
+  return path.ends_with(kWavSuffix) ? path : path + kWavSuffix;
 }
 
 }  // namespace
@@ -142,8 +149,7 @@ std::optional<int> AskStartSecond(Window& window, int seconds) {
 }
 
 void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode) {
-  const auto choice = window.AskOpenFile(
-      {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式单声道16位声音文件(*.*)", "*.*"}}, "", ""});
+  const auto choice = window.AskOpenFile({kOpenTitle, {FileKindNamed("wav"), FileKindNamed("raw")}});
   if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadName, kBadNameCaption);
   openPath(window, document, states, choice->path, mode, mode == ChannelMode::One && choice->filter == 1);
 }
@@ -178,25 +184,28 @@ void openByName(Window& window, SoundDocument& document, CommandStates& states, 
 
 std::optional<std::string> AskSoundName(Window& window, const std::string& title,
                                         const std::string& proposed) {
-  const auto choice = window.AskSaveFile({title, {{"声音波形文件(*.wav)", "*.wav"}}, "", proposed});
+  const auto choice = window.AskSaveFile({title, {FileKindNamed("saved wav")}, "", proposed, WithWavSuffix});
   if (!choice || choice->path.size() > kLongestPath) {
     SayCannotSave(window);
     return {};
   }
-  return EndsIn(choice->path, kWavSuffix) ? choice->path : choice->path + kWavSuffix;
+  return WithWavSuffix(choice->path);
 }
 
 bool AskToKeepPitch(Window& window) { return window.AskYesNo(kKeepPitch, kKeepPitchCaption); }
 
 void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
 
+std::string PathToSave(const SoundDocument& document) {
+  return document.filePath.empty() ? "" : WithWavSuffix(document.filePath);
+}
+
 void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (document.sampleCount > kMaxSamples) return;
-  std::optional<std::string> path = document.filePath;
+  std::optional<std::string> path = PathToSave(document);
   if (saveAs || path->empty())
-    path = AskSoundName(window, saveAs ? kSaveUnderOtherName : "保存文件", document.nextDigitPath);
+    path = AskSoundName(window, saveAs ? kSaveUnderOtherName : kSaveTitle, document.nextDigitPath);
   if (!path) return;
-  if (!EndsIn(*path, kWavSuffix)) *path += kWavSuffix;
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (file.Begin(*path) < 0) return SayCannotSave(window);
@@ -205,10 +214,14 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   if (withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());
     document.pitch[frames] = document.pitch[frames + 1] = 0;  // as the file has them
+    document.ContourSaved();
   }
+  document.partOfFile = false;
+  document.fileTwoChannel = document.twoChannel;
   document.filePath = *path;
   document.nextDigitPath = nextDigitPathOf(*path);
   window.SetCaption(CaptionFor(*path));
+  window.Saved(*path);
 }
 
 }  // namespace parlowen

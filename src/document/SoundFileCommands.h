@@ -40,6 +40,9 @@ void openWithRecords(Window& window, SoundDocument& document, CommandStates& sta
 /// offered to go with it. After a failure the old file is whole.
 void saveSound(Window& window, SoundDocument& document, bool saveAs);
 
+/// Where a save without a dialog would write; "" when it would ask.
+std::string PathToSave(const SoundDocument& document);
+
 /// Asks under what name a sound is to be saved; ".wav" is appended when it is missing. A cancelled dialog and
 /// a name that is too long are refused with a message.
 std::optional<std::string> AskSoundName(Window& window, const std::string& title,

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::int64_t kFmtSizeAt = 16, kRateAt = 24, kBlockAlignAt = 32, kBitsAt = 34, kDataSizeAt = 40;
 constexpr std::uint32_t kSmallestFmt = 16, kLargestFmt = 65536;
+constexpr std::string_view kContourTag("PCH\0", 4);
 constexpr std::int64_t kFmtEnd =
     20;  // chunk identifiers and sizes are counted from the end of the fmt header
 
@@ -34,7 +35,56 @@ std::int64_t FindDataSize(const InputFile& file, std::uint32_t fmtSize) {
   return end + 4;
 }
 
+constexpr std::size_t kChunkHead = 8;  // identifier and size
+
+struct ChunkHead {
+  std::string id;
+  std::int64_t size = 0;
+};
+std::optional<ChunkHead> ChunkAt(const InputFile& file, std::int64_t offset) {
+  std::array<std::uint8_t, kChunkHead> buffer{};
+  if (file.ReadAt(offset, buffer.data(), buffer.size()) < buffer.size()) return {};
+  ByteReader reader(buffer);
+  reader.SeekTo(4);
+  return ChunkHead{std::string(buffer.begin(), buffer.begin() + 4), reader.TakeUint32LE()};
+}
+
+/// The only thing that a list of notes says is often the name of the program that wrote it.
+bool NamesOnlyItsWriter(const InputFile& file, std::int64_t offset, const ChunkHead& list) {
+  constexpr std::int64_t kTypeBytes = 4;
+  const auto note = ChunkAt(file, offset + std::int64_t{kChunkHead} + kTypeBytes);
+  return note && note->id == "ISFT" && list.size - kTypeBytes - std::int64_t{kChunkHead} - note->size <= 1;
+}
+
+/// True when nothing of what the chunks from `offset` to `end` hold would be missed.
+bool OnlyFills(const InputFile& file, std::int64_t offset, std::int64_t end) {
+  constexpr std::string_view kFilling[] = {"fmt ", "fact", "PEAK", "JUNK", "PAD ", "FLLR"};
+  constexpr std::string_view kZeros("\0\0\0\0", 4);
+  while (offset + std::int64_t{kChunkHead} <= end) {
+    const auto chunk = ChunkAt(file, offset);
+    if (!chunk) return true;
+    const bool fills = std::find(std::begin(kFilling), std::end(kFilling), chunk->id) != std::end(kFilling) ||
+                       (chunk->id == kZeros && chunk->size == 0) ||
+                       (chunk->id == "LIST" && NamesOnlyItsWriter(file, offset, *chunk));
+    if (!fills) return false;
+    offset += std::int64_t{kChunkHead} + chunk->size + chunk->size % 2;
+  }
+  return true;
+}
+
 }  // namespace
+
+bool HoldsMoreThanSound(const InputFile& file, const WavLayout& layout) {
+  constexpr std::int64_t kFirstChunk = 12;
+  if (!OnlyFills(file, kFirstChunk, layout.dataOffset - std::int64_t{kChunkHead})) return true;
+  std::int64_t behind = layout.dataOffset + layout.dataBytes;
+  const auto tail = ChunkAt(file, behind);
+  if (tail && tail->id == kContourTag) {
+    if (layout.blockAlign != 2) return true;  // two channels are saved without a contour
+    behind += 6 + (tail->size & 0xFFFF) * 4;
+  }
+  return !OnlyFills(file, behind + behind % 2, file.size());
+}
 
 bool HasRiffTag(const InputFile& file) {
   std::array<std::uint8_t, 4> tag{};
@@ -134,7 +184,7 @@ void ReadPitchTail(const InputFile& file, std::int64_t offset, SoundDocument& do
   document.resetPitch();
   std::array<std::uint8_t, 6> head{};
   ByteReader reader = FieldsAt(file, offset, head);
-  if (!reader.TakeTag(std::string_view("PCH\0", 4))) return;
+  if (!reader.TakeTag(kContourTag)) return;
   const int count = reader.TakeUint16LE();
   if (reader.failed()) return;
   const int kept = std::min(count, kContourFrames);
@@ -181,7 +231,7 @@ std::vector<std::uint8_t> WavBytesOf(const SoundDocument& document, bool withPit
   }
   if (withPitch) {
     const int frames = document.ContourLength();
-    out.PutTag(std::string_view("PCH\0", 4));
+    out.PutTag(kContourTag);
     out.PutUint16LE(static_cast<std::uint16_t>(frames + 2));
     for (int i = 0; i < frames; ++i) out.PutFloat32LE(document.pitch[static_cast<std::size_t>(i)]);
     out.PutFloat32LE(0);

@@ -30,6 +30,11 @@ enum class WavHeaderRule {
 /// 16..65536, a skipped chunk that reaches past the end.
 std::optional<WavLayout> ReadWavLayout(const InputFile& file, WavHeaderRule rule);
 
+/// True when the file has something beside format, samples and contour that a save would not write again:
+/// records, marks or notes of another program, bytes behind the samples. What only fills or repeats does not
+/// count: "fact", "PEAK", padding, the name of the writing program.
+bool HoldsMoreThanSound(const InputFile& file, const WavLayout& layout);
+
 /// True when the file is long enough for a header and begins with "RIFF".
 bool HasRiffTag(const InputFile& file);
 

@@ -14,6 +14,7 @@
 #include "interchange/StatisticsTables.h"
 #include "interchange/TextDecoding.h"
 #include "prosody/DurationCommands.h"
+#include "ui/Saving.h"
 #include "vowel/VowelGroupCommands.h"
 
 namespace parlowen {
@@ -38,18 +39,10 @@ std::string NoSuchFile(const char* kind) { return Format("无此%s文件！", ki
 std::string NotThatKind(const char* kind) { return Format("不是%s文件！", kind); }
 std::string DamagedFile(const char* kind) { return Format("%s文件数据错误！", kind); }
 
-struct FileKind {
-  const char* filter;
-  const char* pattern;
-  const char* extension;
-};
-constexpr FileKind kTextGrid = {"TextGrid文件(*.TextGrid)", "*.TextGrid", "TextGrid"};
-constexpr FileKind kPitchTier = {"PitchTier文件(*.PitchTier)", "*.PitchTier", "PitchTier"};
-constexpr FileKind kPitch = {"Pitch文件(*.Pitch)", "*.Pitch", "Pitch"};
-constexpr FileKind kFormant = {"Formant文件(*.Formant)", "*.Formant", "Formant"};
-constexpr FileKind kTrack = {"标签轨文件(*.txt)", "*.txt", "txt"};
-constexpr FileKind kCsv = {"CSV文件(*.csv)", "*.csv", "csv"};
-constexpr FileKind kWav = {"声音波形文件(*.wav)", "*.wav", "wav"};
+constexpr const FileKind &kTextGrid = FileKindNamed("TextGrid"), &kPitchTier = FileKindNamed("PitchTier"),
+                         &kPitch = FileKindNamed("Pitch"), &kFormant = FileKindNamed("Formant"),
+                         &kTrack = FileKindNamed("label track"), &kCsv = FileKindNamed("csv"),
+                         &kWav = FileKindNamed("saved wav");
 
 /// "/a/b.wav" with "_f0" and "csv": "/a/b_f0.csv"; "" of a sound that has no file.
 std::string NameBeside(const std::string& path, const char* ending, const char* extension) {
@@ -61,20 +54,20 @@ std::string NameBeside(const std::string& path, const char* ending, const char* 
 
 std::optional<std::string> AskSave(Window& window, const char* title, const FileKind& kind,
                                    const std::string& source, const char* ending = "") {
-  const auto choice = window.AskSaveFile(
-      {title, {{kind.filter, kind.pattern}}, kind.extension, NameBeside(source, ending, kind.extension)});
+  const auto choice =
+      window.AskSaveFile({title, {kind}, kind.extension, NameBeside(source, ending, kind.extension)});
   if (!choice || choice->path.empty()) return {};
   return choice->path;
 }
 
 std::optional<std::string> AskOpen(Window& window, const char* title, const FileKind& kind) {
-  const auto choice = window.AskOpenFile({title, {{kind.filter, kind.pattern}}, "", ""});
+  const auto choice = window.AskOpenFile({title, {kind}});
   if (!choice || choice->path.empty()) return {};
   return choice->path;
 }
 
 bool Write(Window& window, const std::string& path, ByteSpan bytes) {
-  if (ReplaceFile(path, bytes) == 0) return true;
+  if (SaveFile(window, path, bytes) == 0) return true;
   window.ShowError(kBadSaveName, kBadNameCaption);
   return false;
 }

@@ -38,6 +38,7 @@ void FillChannel(SampleBuffer& channel, const std::vector<std::int16_t>& samples
 void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
                 int count, int rate, bool twoChannel) {
   document.twoChannel = twoChannel;
+  document.partOfFile = true;  // its header, and a palate, are in no file of ours
   document.longFileSeconds = document.longFileStart = 0;
   document.resetForNewSound(count, rate, states);
   states.onTwoChannelChanged(twoChannel);
@@ -50,7 +51,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
 }
 
 std::optional<std::string> AskNspFile(Window& window, const char* title) {
-  const auto choice = window.AskOpenFile({title, {{"NSP文件(*.nsp)", "*.nsp"}}, "", ""});
+  const auto choice = window.AskOpenFile({title, {FileKindNamed("nsp")}});
   if (!choice) return {};
   return choice->path;
 }

@@ -9,6 +9,7 @@
 #include "pitch/PitchAnalysis.h"
 #include "pitch/PitchFile.h"
 #include "spectral/SpectrogramCommands.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -18,9 +19,7 @@ constexpr const char* kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "
 constexpr int kFirstRangeButton = 1010;
 
 constexpr int kShortestSegment = 200;  // samples: below there is no contour to keep
-constexpr const char* kFileFilter = "基频数据文件(*.pdt)";
-constexpr const char* kSaveTitle = "保存基频数据文件";
-constexpr const char* kOpenTitle = "打开基频数据文件";
+constexpr UiText kSaveTitle = "保存基频数据文件", kOpenTitle = "打开基频数据文件";
 constexpr const char* kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？";
 constexpr const char* kRestartOrAppendCaption = "从头更新数据？";
 constexpr const char* kNoSuchFile = "文件不存在！";
@@ -40,7 +39,10 @@ constexpr UiText kCepstrumHint =
     "左键：沿倒谱峰描点，右键：结束；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Esc：退出";
 constexpr const char* kOnlyVoiced = "只能修改浊音段";
 
-FileDialog PitchFileDialog(const char* title) { return {title, {{kFileFilter, "*.pdt"}}, "pdt", ""}; }
+FileDialog PitchFileDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("pdt");
+  return {title, {kKind}, kKind.extension};
+}
 
 PitchProgress ProgressOf(Window& window) {
   return [&window](double share) { return window.Progress(share); };
@@ -130,7 +132,8 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
   const FrameSpan frames =
       RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
-  const int result = restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
+  const int result =
+      restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
   if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
   return result;
 }
@@ -169,6 +172,7 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
     window.Notify(kCannotWriteListing, Icon::Error);
     return 1;
   }
+  window.Saved(PitchListingPath(exportFolder));
   return end == PitchFileEnd::Complete ? 0 : 1;
 }
 

@@ -7,6 +7,7 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kOpenTitle = "打开音长统计数据文件";
 constexpr const char* kReportName = "WvLength.txt";
 
 }  // namespace
@@ -14,7 +15,7 @@ constexpr const char* kReportName = "WvLength.txt";
 const GroupKind& DurationKind() {
   static const GroupKind kind = {
       kDurationLayout,
-      {"打开音长统计数据文件", {{"音长统计数据文件(*.lgs)", "*.lgs"}}, "lgs", ""},
+      {kOpenTitle, {FileKindNamed("lgs")}, FileKindNamed("lgs").extension},
       "声音长度统计文件错误！",
       "无此音长统计数据文件！",
       true,

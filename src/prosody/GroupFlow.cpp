@@ -5,6 +5,7 @@
 #include "base/Files.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -52,7 +53,7 @@ std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std
 }
 
 bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, const char* cannotWrite) {
-  if (ReplaceFile(path, bytes) == 0) return true;
+  if (SaveFile(window, path, bytes) == 0) return true;
   window.Notify(cannotWrite, Icon::Error);
   return false;
 }

@@ -259,6 +259,7 @@ constexpr DoesSet kRecords = Does::StopPlay | Does::RecordSound;
 constexpr DoesSet kSaves = Does::SaveSound;
 constexpr DoesSet kTool = Does::EndTool;
 constexpr DoesSet kDraws = Does::EndTool | Does::DrawInPanes;
+constexpr DoesSet kComputesPitch = kDraws | Does::ReplaceContour;
 constexpr DoesSet kReplacesLabels = Does::ReplaceMarkers | Does::ReplaceAnnotations;
 
 using namespace commands;
@@ -285,9 +286,9 @@ constexpr CommandRow kRows[] = {
     {kStopPlaying, Menu::Sound, "停止放音[&N]", "T", kPlain, Need::Playing, StopPlaying},
     {kResynthesize, Menu::Sound, "按给定基频合成放音[&Y]", "", kPlain, kPlayable | Need::MarkedAtLowRate,
      Resynthesize},
-    {kFastPitch, Menu::Pitch, "基频（快速法）[&T]", "F5", kDraws, kSound, FastPitchOfAll},
-    {kTrackedPitch, Menu::Pitch, "基频（频域法）[&F]", "", kDraws, kSound, TrackedPitchOfAll},
-    {kPitchAgain, Menu::Pitch, "再求一次音高[&Q]", "", kDraws, kContour, PitchAgain},
+    {kFastPitch, Menu::Pitch, "基频（快速法）[&T]", "F5", kComputesPitch, kSound, FastPitchOfAll},
+    {kTrackedPitch, Menu::Pitch, "基频（频域法）[&F]", "", kComputesPitch, kSound, TrackedPitchOfAll},
+    {kPitchAgain, Menu::Pitch, "再求一次音高[&Q]", "", kComputesPitch, kContour, PitchAgain},
     {kRepairPitch, Menu::Pitch, "据窄带谱修改基频[&N]", "", kDraws, kSound, RepairPitch},
     {kRepairPitchOverCepstrum, Menu::Pitch, "据倒谱修改基频[&P]", "", kDraws, kSound,
      RepairPitchOverCepstrum},
@@ -363,8 +364,8 @@ constexpr CommandRow kRows[] = {
     {kOpenTwoChannelNsp, Menu::TwoChannel, "打开.NSP双声道文件[&N]", "", kOpens, kNothing, OpenTwoChannelNsp},
     {kSaveTwoChannels, Menu::TwoChannel, "保存双声道数据为文件[&V]", "", kSaves, Need::TwoChannelFile,
      SaveTwoChannels},
-    {kSwapChannels, Menu::TwoChannel, "交换声道1,2的数据[&X]", "", Does::StopPlay, Need::TwoChannelFile,
-     SwapChannels},
+    {kSwapChannels, Menu::TwoChannel, "交换声道1,2的数据[&X]", "", Does::StopPlay | Does::ReplaceContour,
+     Need::TwoChannelFile, SwapChannels},
     {kShowTwoChannels, Menu::TwoChannel, "显示双声道数据[&D]", "", kPlain, Need::TwoChannelFile,
      ShowTwoChannels},
     {kCut, Menu::Edit, "波形剪切[&T]", "Ctrl+X", Does::StopPlay, kEditable, Cut},

@@ -40,6 +40,7 @@ enum class Does {
   RecordSound,       ///< a recording does; it is not saved yet
   SaveSound,         ///< the sound is saved whole
   SaveFirstChannel,  ///< channel 1 is saved, with the annotations
+  ReplaceContour,    ///< the sound's contour is computed anew, or thrown away
   ReplaceChart,      ///< a file's vowel chart takes the place of the present one
   SaveChart,
   ReplaceMarkers,  ///< a file's markers take the place of the present ones

@@ -1,5 +1,6 @@
 #include "shell/Workstation.h"
 
+#include <algorithm>
 #include <optional>
 #include <string_view>
 
@@ -26,6 +27,38 @@ bool IsPalateRecording(const std::string& path) {
   char id[4] = {};
   return InputFile(path).ReadAt(12, id, sizeof id) == sizeof id && std::string_view(id, sizeof id) == "HEDR";
 }
+
+/// What the commands that open files do once the file is chosen.
+struct FileReader {
+  int command;
+  void (*read)(Workstation& w, const std::string& path);
+};
+constexpr FileReader kReaders[] = {
+    {commands::kOpenSound,
+     [](Workstation& w, const std::string& path) {
+       openPath(w.window, w.document, w.states, path, ChannelMode::One, false);
+     }},
+    {commands::kOpenIpa,
+     [](Workstation& w, const std::string& path) {
+       OpenIpaFile(w.window, w.document, w.states, w.annotations, path);
+     }},
+    {commands::kOpenTwoChannelNsp,
+     [](Workstation& w, const std::string& path) {
+       if (IsPalateRecording(path)) {
+         ReadEpgNsp(w.window, w.document, w.states, w.palate, path);
+       } else {
+         ReadTwoChannelNsp(w.window, w.document, w.states, path);
+       }
+     }},
+    {commands::kOpenChart,
+     [](Workstation& w, const std::string& path) {
+       OpenChartFile(w.window, w.document, w.states, w.vowels, path);
+     }},
+    {commands::kImportTextGrid,
+     [](Workstation& w, const std::string& path) {
+       ImportTextGridFile(w.window, w.MarkersToExchange(), path);
+     }},
+};
 
 }  // namespace
 
@@ -106,22 +139,26 @@ bool Workstation::dispatchCommand(int number) {
   return true;
 }
 
+bool Workstation::Save(int number) {
+  const CommandRow* row = FindCommand(number);
+  if (row == nullptr || recording.running()) return false;
+  RunCommand(*this, *row);
+  DocumentChanged();
+  return true;
+}
+
+int Workstation::OpeningCommand(const std::string& path) {
+  const FileKind* kind = OpenedKindOf(path);
+  return kind != nullptr ? kind->open : commands::kOpenSound;
+}
+
 void Workstation::OpenFile(const std::string& path) {
   if (recording.running()) return;
   player.stopPlayback();
-  if (HasEnding(path, ".vch")) {
-    OpenChartFile(window, document, states, vowels, path);
-  } else if (HasEnding(path, ".textgrid")) {
-    ImportTextGridFile(window, MarkersToExchange(), path);
-  } else if (HasEnding(path, ".ipa")) {
-    OpenIpaFile(window, document, states, annotations, path);
-  } else if (HasEnding(path, ".nsp") && IsPalateRecording(path)) {
-    ReadEpgNsp(window, document, states, palate, path);
-  } else if (HasEnding(path, ".nsp")) {
-    ReadTwoChannelNsp(window, document, states, path);
-  } else {
-    openPath(window, document, states, path, ChannelMode::One, false);
-  }
+  const int command = OpeningCommand(path);
+  const auto* reader = std::find_if(std::begin(kReaders), std::end(kReaders),
+                                    [command](const FileReader& r) { return r.command == command; });
+  if (reader != std::end(kReaders)) reader->read(*this, path);
   DocumentChanged();
 }
 

@@ -47,8 +47,14 @@ class Workstation {
   /// Runs the command if it is enabled; false when it is greyed or unknown.
   bool dispatchCommand(int number);
 
-  /// Loads a file that was dropped on the window or named at the start.
+  /// A saving command of the table, greyed or not: work that is about to be lost may be out of sight.
+  bool Save(int number);
+
+  /// Loads a file that was dropped on the window or named at the start: what `OpeningCommand` would do with
+  /// it.
   void OpenFile(const std::string& path);
+  /// The command that opens a file of this name; names of no kind of ours are taken to be sounds.
+  static int OpeningCommand(const std::string& path);
 
   // What the user does in the main window. Everything goes through here, whoever shows the window.
   void Select(int start, int end);
@@ -63,6 +69,8 @@ class Workstation {
   /// To be told every edit: moves what keeps to the sound.
   void Follow(const Edit& edit);
 
+  /// To be called when the selection may have moved: windows that speak of the marked frames follow it.
+  void SelectionMoved();
   /// To be called when a microphone has come or gone: enables or greys the recordings.
   void InputDevicesChanged();
   /// Puts the cursor where the play is; false when nothing plays.
@@ -116,8 +124,6 @@ class Workstation {
 
  private:
   FirstBand ReadFirstBand();
-  /// Windows that speak of the marked frames follow the selection.
-  void SelectionMoved();
   void UpdateDerived();
   /// Tells the command states what no room tells them as it happens.
   void TellStates();

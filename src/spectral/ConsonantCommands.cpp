@@ -12,6 +12,7 @@
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
 #include "ui/Plot.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -22,6 +23,7 @@ constexpr const char* kNoStretch =
 constexpr const char* kNoStretchCaption = "辅音段未定义";
 constexpr const char* kLowGravity =
     "谱图重心的频率偏低，可能不是清辅音！\n\r请在上方的幅度能量图中用鼠标左键选择辅音断面";
+constexpr UiText kSaveTitle = "保存辅音数据文件", kOpenTitle = "打开辅音数据文件";
 constexpr const char* kSaveQuestion = "保存此图的数据吗（Yes/No）？";
 constexpr const char* kSaveCaption = "保存数据？";
 constexpr const char* kCannotCreate = "不能建立文件！";
@@ -37,8 +39,9 @@ constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
 constexpr double kFinestTick = 1e-3;              // seconds
 constexpr int kPanelLeft = 70, kPanelRight = 20;  // what the panels leave free
 
-FileDialog ConsonantDialog(const char* title) {
-  return {title, {{"辅音数据文件(*.con)", "*.con"}}, "con", ""};
+FileDialog ConsonantDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("con");
+  return {title, {kKind}, kKind.extension};
 }
 
 bool RateFits(const SoundDocument& document) {
@@ -101,14 +104,14 @@ void Open(Window& window, SoundDocument& document, ConsonantState& state, bool o
 }
 
 void SaveStretch(Window& window, const ConsonantState& state) {
-  const auto choice = window.AskSaveFile(ConsonantDialog("保存辅音数据文件"));
+  const auto choice = window.AskSaveFile(ConsonantDialog(kSaveTitle));
   if (!choice) return window.Repaint();
   ConsonantRecord record{state.start, state.step, {}};
   for (const ConsonantFrame& frame : state.stretch)
     record.frames.push_back({frame.gravity, frame.dispersion});
   ByteWriter file;
   WriteConsonants(file, record);
-  if (ReplaceFile(choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (SaveFile(window, choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
 }
 
 void AddBars(Picture& picture, const ConsonantFrame& frame) {
@@ -218,7 +221,7 @@ bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
 }
 
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
-  const auto choice = window.AskOpenFile(ConsonantDialog("打开辅音数据文件"));
+  const auto choice = window.AskOpenFile(ConsonantDialog(kOpenTitle));
   std::error_code error;
   if (!choice || !std::filesystem::exists(choice->path, error)) return window.Notify(kNoFile, Icon::Error);
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
@@ -226,7 +229,7 @@ void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
   if (!record) return window.Notify(kCannotOpen, Icon::Error);
   const std::string text = ConsonantText(*record);
   const std::string path = exportFolder.empty() ? kTextName : exportFolder + "/" + kTextName;
-  if (ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
+  if (SaveFile(window, path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
     return window.Notify(kCannotOpen, Icon::Error);
   window.OpenInEditor(path);
 }

@@ -8,12 +8,14 @@
 #include "spectral/LtaFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
 
 constexpr const char* kSaveButton = "保存此LTA谱";
 constexpr const char* kCompareButton = "LTA谱比较";
+constexpr UiText kSaveTitle = "保存 lta 谱图数据文件", kOpenTitle = "打开 lta 谱图数据文件";
 constexpr const char* kCannotCreate = "不能建立文件！";
 constexpr const char* kNoSuchFile = "无此 lta 谱图数据文件！";
 constexpr const char* kRatesDiffer = "采样频率不一致，不能比较！";
@@ -50,15 +52,15 @@ int Compute(Window& window, const SoundDocument& document, LtaState& state) {
 
 int Save(Window& window, const LtaState& state) {
   if (state.frames == 0 || !IsFinite(state.levels)) return 1;
-  const auto choice =
-      window.AskSaveFile({"保存 lta 谱图数据文件", {{"Lta 谱图数据文件(*.lta)", "*.lta"}}, "lta", ""});
+  constexpr const FileKind& kKind = FileKindNamed("saved lta");
+  const auto choice = window.AskSaveFile({kSaveTitle, {kKind}, kKind.extension});
   if (!choice) {
     window.Repaint();
     return 1;
   }
   ByteWriter file;
   WriteLta(file, {state.levels, state.sampleRate});
-  if (ReplaceFile(choice->path, file) < 0) {
+  if (SaveFile(window, choice->path, file) < 0) {
     window.Notify(kCannotCreate, Icon::Error);
     return 1;
   }
@@ -66,8 +68,7 @@ int Save(Window& window, const LtaState& state) {
 }
 
 int Compare(Window& window, const SoundDocument& document, LtaState& state) {
-  const auto choice =
-      window.AskOpenFile({"打开 lta 谱图数据文件", {{"lta 谱图数据文件(*.lta)", "*.lta"}}, "", ""});
+  const auto choice = window.AskOpenFile({kOpenTitle, {FileKindNamed("lta")}});
   if (!choice) return 1;
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseLta(*bytes) : std::nullopt;

@@ -2,12 +2,12 @@
 
 #include <charconv>
 
-#include "base/Files.h"
 #include "base/Format.h"
 #include "document/WavFile.h"
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchFile.h"
 #include "synthesis/SynthesisWindow.h"
+#include "ui/Saving.h"
 
 namespace parlowen {
 namespace {
@@ -53,7 +53,7 @@ int SaveSynthWave(const SynthesisJob& job, Window& window, const std::string& ex
   ByteWriter file;
   WriteWavHeader(file, job.sampleRate, 1, job.length);
   file.PutInt16sLE(std::span(job.output).first(static_cast<std::size_t>(job.length)));
-  if (ReplaceFile(exportFolder.empty() ? kWaveName : exportFolder + "/" + kWaveName, file) < 0) {
+  if (SaveFile(window, exportFolder.empty() ? kWaveName : exportFolder + "/" + kWaveName, file) < 0) {
     window.ShowError(kBadName, kBadNameCaption);
     return -1;
   }

@@ -1,6 +1,7 @@
 #include "ui/TextExport.h"
 
 #include "base/Files.h"
+#include "ui/Saving.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -17,7 +18,7 @@ std::string PathOf(const std::string& folder, const std::string& name) {
 int WriteTextExport(Window& window, const std::string& folder, const std::string& name,
                     std::string_view gbkText) {
   const ByteSpan bytes(reinterpret_cast<const std::uint8_t*>(gbkText.data()), gbkText.size());
-  const int result = ReplaceFile(PathOf(folder, name), bytes);
+  const int result = SaveFile(window, PathOf(folder, name), bytes);
   if (result < 0) window.Notify(kCannotWrite, Icon::Error);
   return result;
 }

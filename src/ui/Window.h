@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "ui/FileKind.h"
 #include "ui/InputForm.h"
 #include "ui/ToolWindow.h"
 
@@ -12,12 +13,16 @@ namespace parlowen {
 
 enum class Icon { None, Info, Question, Warning, Error };
 
-/// What a file dialog says. Patterns are matched in either case of the extension.
+/// What a file dialog says.
 struct FileDialog {
   std::string title;
-  std::vector<std::pair<std::string, std::string>> filters;  ///< label, pattern
-  std::string defaultExtension;  ///< appended to a name without a dot; "" for none
-  std::string proposed;          ///< the name a save dialog begins with
+  std::vector<FileKind> kinds;
+  std::string defaultExtension{};  ///< appended to a name without a dot; "" for none
+  /// The name a save dialog begins with; "": the desktop makes one of the sound's.
+  std::string proposed{};
+  /// What the handler makes of the name that was chosen; null: that name. So the question about replacing a
+  /// file is about the file that will be written.
+  std::string (*nameWritten)(const std::string& path) = nullptr;
 };
 
 struct FileChoice {
@@ -51,6 +56,9 @@ class Window {
   virtual void ShowStatus(const std::string& text) = 0;
   virtual void SetCaption(const std::string& text) = 0;
   virtual const std::string& Caption() const = 0;
+  /// A file was written, whole, in the user's name. The desktop says which; a script's events know nothing of
+  /// it.
+  virtual void Saved(const std::string& /*path*/) {}
   /// Hands a text export or a help page to the system's viewer.
   virtual void OpenInEditor(const std::string& path) = 0;
   /// Shows that the data behind a pane (all when none is named) has changed.

@@ -4,6 +4,7 @@
 
 #include "base/Arithmetic.h"
 #include "base/Files.h"
+#include "ui/Saving.h"
 #include "ui/TextExport.h"
 #include "vowel/AverageVowels.h"
 #include "vowel/FormantFile.h"
@@ -34,6 +35,8 @@ constexpr const char* kTypeTitle = "人工加入元音图的一点";
 constexpr const char* kWrongPair = "输入的 F1,F2 值错误";
 constexpr const char* kNoChartShown = "不在元音图状态，不能调入！";
 constexpr const char* kAveragesTitle = "调入统计平均元音位置";
+constexpr UiText kSaveChartTitle = "保存元音图数据文件", kOpenChartTitle = "打开元音图数据文件";
+constexpr UiText kSaveFormantsTitle = "保存共振峰数据文件", kOpenFormantsTitle = "打开共振峰数据文件";
 constexpr const char* kNoChartFile = "无此元音图数据文件！";
 constexpr const char* kCannotCreate = "不能建立文件！";
 constexpr const char* kNoSuchFile = "文件不存在！";
@@ -49,9 +52,13 @@ constexpr int kShortestSelection = 200;  // samples of a stretch whose formants 
 constexpr int kField1 = 1000, kField2 = 1008;
 constexpr int kButtons[] = {1010, 1011, 1012, 1013, 1030, 1037};
 
-FileDialog ChartDialog(const char* title) { return {title, {{"元音图数据文件(*.vch)", "*.vch"}}, "vch", ""}; }
-FileDialog FormantDialog(const char* title) {
-  return {title, {{"共振峰数据文件(*.fmt)", "*.fmt"}}, "fmt", ""};
+FileDialog ChartDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("vch");
+  return {title, {kKind}, kKind.extension};
+}
+FileDialog FormantDialog(UiText title) {
+  constexpr const FileKind& kKind = FileKindNamed("fmt");
+  return {title, {kKind}, kKind.extension};
 }
 
 bool RefuseHighRate(Window& window, const SoundDocument& document) {
@@ -268,15 +275,15 @@ void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, 
 
 void SaveChartCommand(Window& window, VowelState& vowels) {
   if (vowels.chart.count < 1) return;
-  const auto choice = window.AskSaveFile(ChartDialog("保存元音图数据文件"));
+  const auto choice = window.AskSaveFile(ChartDialog(kSaveChartTitle));
   if (!choice || choice->path.empty()) return;
-  if (ReplaceFile(choice->path, ChartBytes(vowels.chart)) < 0)
+  if (SaveFile(window, choice->path, ChartBytes(vowels.chart)) < 0)
     return window.Notify(kCannotCreate, Icon::Error);
   vowels.unsaved = false;
 }
 
 bool OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
+  const auto choice = window.AskOpenFile(ChartDialog(kOpenChartTitle));
   return choice && !choice->path.empty() && OpenChartFile(window, document, states, vowels, choice->path);
 }
 
@@ -294,7 +301,7 @@ bool OpenChartFile(Window& window, SoundDocument& document, CommandStates& state
 
 void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,
                       VowelState& vowels, const std::string& exportFolder) {
-  const auto choice = window.AskOpenFile(ChartDialog("打开元音图数据文件"));
+  const auto choice = window.AskOpenFile(ChartDialog(kOpenChartTitle));
   if (!choice || choice->path.empty()) return;
   auto chart = LoadChart(window, vowels.chart, choice->path);
   if (!chart) return;
@@ -309,17 +316,18 @@ void ListChartCommand(Window& window, const SoundDocument& document, CommandStat
 
 void SaveFormantsCommand(Window& window, const SoundDocument& document) {
   if (document.SelectionLength() < kShortestSelection) return;
-  const auto choice = window.AskSaveFile(FormantDialog("保存共振峰数据文件"));
+  const auto choice = window.AskSaveFile(FormantDialog(kSaveFormantsTitle));
   if (!choice || choice->path.empty()) return;
   const bool restart = window.AskYesNo(kRestart, kRestartCaption);
   ByteWriter block;
   WriteFormantBlock(block, SelectionTrack(document));
-  const int result = restart ? ReplaceFile(choice->path, block) : AppendToFile(choice->path, block);
+  const int result =
+      restart ? SaveFile(window, choice->path, block) : SaveBehindFile(window, choice->path, block);
   if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {
-  const auto choice = window.AskOpenFile(FormantDialog("打开共振峰数据文件"));
+  const auto choice = window.AskOpenFile(FormantDialog(kOpenFormantsTitle));
   if (!choice || choice->path.empty()) return;
   const auto bytes = ReadWholeFile(choice->path);
   if (!bytes) return window.Notify(kNoFormantFile, Icon::Error);

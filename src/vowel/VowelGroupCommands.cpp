@@ -7,6 +7,7 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kOpenTitle = "打开元音统计数据文件";
 constexpr const char* kNoPoint = "必须在向元音图加入单个元音点的状态下使用";
 constexpr const char* kNoPointCaption = "没有元音点";
 constexpr const char* kOnlyPointChart = "请在逐点加入元音图的情况下使用！";
@@ -24,7 +25,7 @@ std::uint16_t Low16(float hertz) { return static_cast<std::uint16_t>(LowInt16(Tr
 const GroupKind& VowelGroupKind() {
   static const GroupKind kind = {
       kVowelLayout,
-      {"打开元音统计数据文件", {{"元音统计数据文件(*.vls)", "*.vls"}}, "vls", ""},
+      {kOpenTitle, {FileKindNamed("vls")}, FileKindNamed("vls").extension},
       "元音统计文件错误！",
       "无此元音统计数据文件！",
   };

@@ -71,7 +71,7 @@ TEST_F(AnnotationsTest, UnsavedAnnotationsAreAskedAbout) {
   Annotate("ŋa");
   ASSERT_EQ(Station().annotations.items.size(), 1u);
   {
-    BoxWatcher no("否(&N)");
+    BoxWatcher no("取消");
     Open(second);
     EXPECT_FALSE(window->Dispatch(110));
     window->close();

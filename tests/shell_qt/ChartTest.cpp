@@ -20,7 +20,7 @@ class ChartTest : public WindowTest {
   PaneWidget& Chart() { return window->PaneOf(Pane::Chart); }
   /// Yes, in the notices OK: frequency coordinates.
   static void Agree(QWidget& box) {
-    for (const char* text : {"是(&Y)", "确定"})
+    for (const char* text : {"是(&Y)", "确定", "放弃(&D)"})
       for (auto* button : box.findChildren<QAbstractButton*>())
         if (button->text() == text) return button->click();
   }
@@ -87,7 +87,7 @@ TEST_F(ChartTest, AChangedChartIsAskedAboutBeforeAnotherAndBeforeTheEnd) {
   AddPoint(300, 2200);
   SaveChartAs("");  // cancelled: nothing is saved
   {
-    BoxWatcher no("否(&N)");
+    BoxWatcher no("取消");
     Open(path);
     EXPECT_EQ(no.texts.size(), 1);
     window->close();

@@ -2,7 +2,10 @@
 #include <QFile>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QRegularExpression>
+#include <QTest>
 #include <QTextBrowser>
 
 #include "shell/qt/FormDialog.h"
@@ -68,7 +71,7 @@ TEST_F(DialogsTest, FileDialogsTakeBothCasesAndTellWhichFilterWasChosen) {
       QMetaObject::invokeMethod(dialog, "accept");
     });
     return Dialogs().AskOpenFile(
-        {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式(*.*)", "*.*"}}, "", ""});
+        {"打开声音文件", {{"声音文件(*.wav)", "*.wav"}, {"无格式(*.*)", "*.*"}, FileKindNamed("TextGrid")}});
   };
   const auto first = choose("UPPER.WAV", 0);
   ASSERT_TRUE(first);
@@ -78,23 +81,52 @@ TEST_F(DialogsTest, FileDialogsTakeBothCasesAndTellWhichFilterWasChosen) {
   ASSERT_TRUE(second);
   EXPECT_EQ(second->path, folder.filePath("not there yet").toStdString());
   EXPECT_EQ(second->filter, 1);
-  ASSERT_EQ(filters.size(), 2);
+  ASSERT_EQ(filters.size(), 3);
   EXPECT_EQ(filters[0], "声音文件(*.wav) (*.wav *.WAV)");
   EXPECT_EQ(filters[1], "无格式(*.*) (*)");
+  EXPECT_EQ(filters[2], "TextGrid文件(*.TextGrid) (*.textgrid *.TEXTGRID *.TextGrid)");
 }
 
-TEST_F(DialogsTest, ASaveDialogAddsTheExtensionOnlyToANameWithoutADot) {
+TEST_F(DialogsTest, ASaveAsksAboutTheFileThatItWouldReplaceUnlessItIsAddedTo) {
   preferences->SetFolder(folder.path());
-  const auto choose = [&](const char* name) {
-    BoxWatcher watcher([&, name](QWidget& widget) {
-      widget.findChild<QLineEdit*>("fileNameEdit")->setText(name);
-      QMetaObject::invokeMethod(&widget, "accept");
+  QStringList asked;
+  // Takes the name; after a question that is answered by "cancel" the dialog is there again, and is left.
+  const auto save = [&](const FileDialog& dialog, const char* name, const char* answer) {
+    bool typed = false;
+    asked.clear();
+    BoxWatcher watcher([&](QWidget& widget) {
+      auto* edit = widget.findChild<QLineEdit*>("fileNameEdit");
+      if (edit == nullptr) {
+        const auto* box = qobject_cast<QMessageBox*>(&widget);
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->defaultButton()->text(), "取消");
+        asked += box->text().section(' ', 0, 0);
+        for (QAbstractButton* button : box->buttons())
+          if (button->text() == answer) button->click();
+      } else if (std::exchange(typed, true)) {  // asked and refused
+        QTest::keyClick(&widget, Qt::Key_Escape);
+      } else {
+        edit->setText(name);
+        QMetaObject::invokeMethod(&widget, "accept", Qt::QueuedConnection);
+      }
     });
-    const auto choice = Dialogs().AskSaveFile({"保存", {{"基频(*.pdt)", "*.pdt"}}, "pdt", ""});
+    const auto choice = Dialogs().AskSaveFile(dialog);
     return choice ? QString::fromStdString(choice->path) : QString();
   };
-  EXPECT_EQ(choose("a"), folder.filePath("a.pdt"));
-  EXPECT_EQ(choose("a.b"), folder.filePath("a.b"));
+  for (const FileKind& kind : {FileKindNamed("TextGrid"), FileKindNamed("pdt")}) {
+    const QString present = folder.filePath(QString("present.") + kind.extension);
+    ASSERT_TRUE(QFile(present).open(QIODevice::WriteOnly));
+    const FileDialog dialog{"保存", {kind}, kind.extension};
+    EXPECT_EQ(save(dialog, "present", "取消").isEmpty(), kind.asksBeforeReplacing) << kind.extension;
+    EXPECT_EQ(asked, kind.asksBeforeReplacing ? QStringList(present) : QStringList());
+    EXPECT_EQ(save(dialog, "present", "替换(&R)"), present);
+  }
+  // The handler's own ending: what is written is asked about, not what was typed.
+  ASSERT_TRUE(QFile(folder.filePath("a.2.wav")).open(QIODevice::WriteOnly));
+  const auto ending = [](const std::string& path) { return path + ".wav"; };
+  EXPECT_EQ(save({"保存", {FileKindNamed("saved wav")}, "", "", ending}, "a.2", "取消"), QString());
+  EXPECT_EQ(asked, QStringList(folder.filePath("a.2.wav")));
+  EXPECT_EQ(save({"保存", {FileKindNamed("pdt")}, "pdt"}, "a.b", "取消"), folder.filePath("a.b"));
 }
 
 TEST_F(DialogsTest, HelpPagesAreFoundAndShown) {

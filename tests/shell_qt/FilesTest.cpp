@@ -16,9 +16,11 @@ namespace {
 
 class FilesTest : public WindowTest {
  protected:
-  bool Drop(const QString& path) {
+  bool Drop(const QString& path, const QStringList& others = {}) {
     QMimeData data;
-    data.setUrls({QUrl::fromLocalFile(path)});
+    QList<QUrl> urls = {QUrl::fromLocalFile(path)};
+    for (const QString& other : others) urls += QUrl::fromLocalFile(other);
+    data.setUrls(urls);
     QDragEnterEvent enter({100, 100}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     enter.ignore();
     QApplication::sendEvent(window.get(), &enter);
@@ -75,7 +77,7 @@ TEST_F(FilesTest, ADroppedTextGridLeavesAChangedSoundWithoutAQuestion) {
   ASSERT_TRUE(file.open(QIODevice::WriteOnly));
   file.write("\"ooTextFile\" \"TextGrid\" 0 1 <exists> 1 \"TextTier\" \"a\" 0 1 1 0.1 \"x\"");
   file.close();
-  BoxWatcher asked("否");
+  BoxWatcher asked("取消");
   EXPECT_TRUE(Drop(file.fileName()));
   EXPECT_EQ(asked.texts, QStringList());
   EXPECT_EQ(Document().sampleCount, 4900);
@@ -115,62 +117,23 @@ TEST_F(FilesTest, TextExportsGoBesideTheLastFileOrToTheDocuments) {
   EXPECT_EQ(QDir::currentPath(), process);
 }
 
-TEST_F(FilesTest, AChangedSoundIsAskedAboutBeforeAnotherTakesItsPlace) {
-  const QString first = WriteRamp("first.wav", 16000, 5000), second = WriteRamp("second.wav", 8000, 300);
-  Open(first);
-  Open(second);  // unchanged: no question, or this would hang
-  Open(first);
-  Change();
-  {
-    BoxWatcher no("否(&N)");
-    Open(second);
-    EXPECT_EQ(no.texts.size(), 1);
-    EXPECT_EQ(Document().sampleCount, 4900);
-    window->close();
-    EXPECT_EQ(no.texts.size(), 2);
-    EXPECT_TRUE(window->isVisible());
-  }
-  {
-    BoxWatcher cancel([](QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); });
-    ASSERT_TRUE(window->Dispatch(130));  // the cancelled dialog saves nothing
-    Open(second);
-    EXPECT_TRUE(cancel.texts.constLast().contains("放弃改动"));
-    EXPECT_EQ(Document().sampleCount, 4900);
-  }
-  // Undone, the samples are the file's again, but that is not known; saved, there is nothing to lose.
-  ASSERT_TRUE(window->Dispatch(120));
-  Open(second);
-  EXPECT_EQ(Document().sampleCount, 300);
-  Change();
-  BoxWatcher yes("是(&Y)");
-  Open(first);
-  EXPECT_EQ(yes.texts.size(), 1);
-  EXPECT_EQ(Document().sampleCount, 4900);
-}
-
-TEST_F(FilesTest, ASoundThatWasCutAwayWholeIsAskedAboutToo) {
-  Open(WriteRamp("first.wav", 16000, 5000));
-  ASSERT_TRUE(window->Dispatch(40026));
-  ASSERT_TRUE(window->Dispatch(40001));
-  ASSERT_EQ(Document().sampleCount, 0);
-  BoxWatcher no("否(&N)");
-  Open(SoundsFile("english_female_prompt_8000.wav"));
-  EXPECT_EQ(no.texts.size(), 1);
-}
-
-TEST_F(FilesTest, ASaveThatFailedLeavesTheSoundChanged) {
-  Open(WriteRamp("first.wav", 16000, 5000));
-  Change();
-  Document().filePath = folder.filePath("missing/first.wav").toStdString();
-  {
-    BoxWatcher watcher("确定");
-    ASSERT_TRUE(window->Dispatch(120));
-    EXPECT_EQ(watcher.texts.size(), 1);
-  }
-  BoxWatcher no("否(&N)");
-  Open(SoundsFile("english_female_prompt_8000.wav"));
-  EXPECT_EQ(no.texts.size(), 1);
-  EXPECT_EQ(Document().sampleCount, 4900);
+TEST_F(FilesTest, OfSeveralDroppedFilesTheFirstIsOpenedAndTheOthersAreKept) {
+  const QString first = WriteRamp("first.wav", 16000, 500), second = WriteRamp("second.wav", 16000, 600);
+  EXPECT_TRUE(Drop(first, {second, folder.filePath("notes.doc"), folder.filePath("a.vch")}));
+  EXPECT_EQ(Document().sampleCount, 500);
+  EXPECT_EQ(preferences->RecentFiles(), QStringList({first, second, folder.filePath("a.vch")}));
+  // What is saved from it begins with its name; a sound begins with the next of its series.
+  const auto proposed = [&](const FileKind& kind) {
+    QString name;
+    BoxWatcher watcher([&](QWidget& box) {
+      name = box.findChild<QLineEdit*>("fileNameEdit")->text();
+      QTest::keyClick(&box, Qt::Key_Escape);
+    });
+    window->Dialogs().AskSaveFile({"保存", {kind}, kind.extension});
+    return name;
+  };
+  EXPECT_EQ(proposed(FileKindNamed("pdt")), "first.pdt");
+  EXPECT_EQ(proposed(FileKindNamed("marked wav")), "first1.wav");
 }
 
 TEST_F(FilesTest, RecentFilesAndTheFolderAreRemembered) {

@@ -35,20 +35,23 @@ TEST_F(MarkersTest, ChangedMarkersAreAskedAboutBeforeTheyAreLost) {
   const MarkerSet set = Station().markers.set;
   ASSERT_EQ(set.markerCount[0], 1);
   {
-    BoxWatcher no("否(&N)");
+    BoxWatcher no("取消");
     window->OpenFile(sound);
     window->Dispatch(40093);
     EXPECT_FALSE(window->close());
-    EXPECT_EQ(no.texts.count("标志已经改动，还没有保存。放弃改动，继续吗？"), 3);
+    EXPECT_EQ(no.texts.count("标志已经改动，还没有保存。"), 3);
+  }
+  {
     // Going back to the window without reading the file.
+    BoxWatcher keep("继续使用(&K)");
     window->Dialogs().CloseToolWindow("markers");
     window->Dispatch(40105);
-    EXPECT_EQ(no.texts.size(), 4);
+    EXPECT_EQ(keep.texts.size(), 1);
   }
   ASSERT_NE(Widget(), nullptr);
   EXPECT_EQ(Station().markers.set, set);
   {
-    BoxWatcher yes("是(&Y)");
+    BoxWatcher again("放弃(&D)");
     window->Dispatch(40105);
   }
   EXPECT_FALSE(Station().markers.set.HasMarkers());
@@ -56,7 +59,7 @@ TEST_F(MarkersTest, ChangedMarkersAreAskedAboutBeforeTheyAreLost) {
   Widget()->Button("加标志")->click();
   ClickBand(120);
   Widget()->Button("保存标志")->click();
-  BoxWatcher none("否(&N)");
+  BoxWatcher none("取消");
   window->OpenFile(sound);  // saved: nothing to ask
   window->Dispatch(40105);
   EXPECT_EQ(none.texts, QStringList());

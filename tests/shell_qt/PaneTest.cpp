@@ -203,5 +203,15 @@ TEST_F(PaneTest, ThePanesMenuComesByKeyboardAndNotByAPlainRightClick) {
   EXPECT_EQ(opened, 3);
 }
 
+TEST_F(PaneTest, TheFrameWindowFollowsAClick) {
+  Open(SoundsFile("english_male_sentence_16000.wav"));
+  Station().Select(3000, 6000);
+  ASSERT_TRUE(window->Dispatch(212));
+  Activate();
+  QTest::mouseClick(&Waveform(), Qt::LeftButton, {}, At(Waveform(), 400));
+  EXPECT_NE(Document().selectionStart, 3000);
+  EXPECT_EQ(Station().frames.shownStart, Document().selectionStart);
+}
+
 }  // namespace
 }  // namespace parlowen

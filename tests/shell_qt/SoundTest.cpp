@@ -52,6 +52,19 @@ TEST_F(SoundTest, WhileItRecordsOnlyTheStopCanBeChosen) {
   EXPECT_FALSE(window->HintShown().contains("录音"));
 }
 
+TEST_F(SoundTest, TheCrossEndsARecordingAndAsksAboutIt) {
+  ASSERT_TRUE(window->Dispatch(40022));
+  for (int i = 0; i < 4; ++i) microphone.Fill(Square(8000));
+  ASSERT_TRUE(Station().recording.keeping());
+  EXPECT_FALSE(window->close());
+  BoxWatcher watcher("取消");
+  microphone.Fill(Square(8000));  // the last block
+  EXPECT_TRUE(QTest::qWaitFor([&] { return watcher.texts.size() == 1; }, 2000));
+  EXPECT_FALSE(Station().recording.running());
+  EXPECT_GT(Document().sampleCount, 0);
+  EXPECT_TRUE(window->isVisible());
+}
+
 TEST_F(SoundTest, TheCursorMovesAndADialogStopsThePlay) {
   Open(WriteRamp("a.wav", 16000, 100000));
   ASSERT_TRUE(window->Dispatch(40023));

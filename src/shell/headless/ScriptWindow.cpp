@@ -158,10 +158,10 @@ std::optional<FileChoice> ScriptWindow::AskFile(const char* kind, const FileDial
   PrintEvent(Event("dialog")
                  .Text("kind", kind)
                  .Text("title", dialog.title)
-                 .Raw("filter", JsonList(dialog.filters,
-                                         [](const auto& filter) {
-                                           return "[" + JsonString(filter.first) + "," +
-                                                  JsonString(filter.second) + "]";
+                 .Raw("filter", JsonList(dialog.kinds,
+                                         [](const FileKind& row) {
+                                           return "[" + JsonString(row.label.Get()) + "," +
+                                                  JsonString(row.pattern) + "]";
                                          }))
                  .Text("answer", chosen ? answer->path : "cancel"));
   if (!chosen) return {};

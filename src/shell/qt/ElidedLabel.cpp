@@ -2,7 +2,9 @@
 
 namespace parlowen {
 
-ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) { setTextFormat(Qt::PlainText); }
+ElidedLabel::ElidedLabel(QWidget* parent, Qt::TextElideMode mode) : QLabel(parent), mode_(mode) {
+  setTextFormat(Qt::PlainText);
+}
 
 void ElidedLabel::SetText(const QString& text) {
   if (text == text_) return;
@@ -26,8 +28,7 @@ void ElidedLabel::resizeEvent(QResizeEvent* event) {
 }
 
 void ElidedLabel::Elide() {
-  const QString shown =
-      fontMetrics().elidedText(text_, Qt::ElideRight, contentsRect().width() - 2 * margin());
+  const QString shown = fontMetrics().elidedText(text_, mode_, contentsRect().width() - 2 * margin());
   setText(shown);
   setToolTip(shown == text_ ? QString() : text_);
 }

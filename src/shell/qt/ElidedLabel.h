@@ -3,10 +3,10 @@
 
 namespace parlowen {
 
-/// One line of text that gives way: what does not fit ends in "…" and is shown whole in the tool tip.
+/// One line of text that gives way: where something does not fit stands "…", and the tool tip shows the whole.
 class ElidedLabel : public QLabel {
  public:
-  explicit ElidedLabel(QWidget* parent = nullptr);
+  explicit ElidedLabel(QWidget* parent = nullptr, Qt::TextElideMode mode = Qt::ElideRight);
   void SetText(const QString& text);
   const QString& Text() const { return text_; }
   QSize minimumSizeHint() const override;
@@ -17,6 +17,7 @@ class ElidedLabel : public QLabel {
 
  private:
   void Elide();
+  const Qt::TextElideMode mode_;
   QString text_;
 };
 

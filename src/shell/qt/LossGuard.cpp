@@ -2,48 +2,83 @@
 
 #include <algorithm>
 
+#include "annotation/Annotations.h"
 #include "annotation/MarkerSet.h"
 #include "document/SoundDocument.h"
+#include "document/SoundFileCommands.h"
 
 namespace parlowen {
-LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers)
-    : document_(document), chart_(chart), markers_(markers) {
+bool LossGuard::Replaces(const CommandRow& command, Work work) {
+  const DoesSet does = command.does;
+  const bool sound = does.Has(Does::OpenSound) || does.Has(Does::RecordSound);
+  switch (work) {
+    case Work::Sound: return sound;
+    case Work::Contour: return sound || does.Has(Does::ReplaceContour);
+    case Work::Markers: return sound || does.Has(Does::ReplaceMarkers);
+    case Work::Annotations: return sound || does.Has(Does::ReplaceAnnotations);
+    case Work::Chart: return does.Has(Does::ReplaceChart);
+  }
+  return false;
+}
+
+LossGuard::LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers,
+                     const AnnotationState& annotations)
+    : document_(document), chart_(chart), markers_(markers), annotations_(annotations) {
   TakeSoundAsUnchanged();
 }
 
-bool LossGuard::SoundChanged() const { return document_.samplesVersion != unchangedVersion_; }
-
-bool LossGuard::MarkersChanged() const {
-  return markers_.changed && markers_.generation == document_.soundGeneration && markers_.set.HasMarkers();
+bool LossGuard::Unsaved(Work work) const {
+  switch (work) {
+    case Work::Sound:
+      return document_.samplesVersion != unchangedVersion_ &&
+             !(document_.sampleCount == 0 && document_.filePath.empty());
+    case Work::Contour: return document_.HasRepairedContour();
+    case Work::Markers:
+      return markers_.changed && markers_.generation == document_.soundGeneration &&
+             markers_.set.HasMarkers();
+    case Work::Annotations:
+      return annotations_.changed && annotations_.generation == document_.soundGeneration;
+    case Work::Chart:
+      return chart_.count > 0 && !std::equal(chart_.points.begin(), chart_.points.begin() + chart_.count,
+                                             unchangedPoints_.begin(), unchangedPoints_.end(),
+                                             [](const VowelPoint& a, const VowelPoint& b) {
+                                               return a.shape == b.shape && a.f1 == b.f1 && a.f2 == b.f2 &&
+                                                      a.f3 == b.f3;
+                                             });
+  }
+  return false;
 }
 
-bool LossGuard::ChartChanged() const {
-  if (chart_.count == 0) return false;
-  return !std::equal(chart_.points.begin(), chart_.points.begin() + chart_.count, unchangedPoints_.begin(),
-                     unchangedPoints_.end(), [](const VowelPoint& a, const VowelPoint& b) {
-                       return a.shape == b.shape && a.f1 == b.f1 && a.f2 == b.f2 && a.f3 == b.f3;
-                     });
+bool LossGuard::AnythingUnsaved() const {
+  return std::any_of(std::begin(kWorks), std::end(kWorks), [this](Work work) { return Unsaved(work); });
 }
 
-void LossGuard::CommandBegins(int setbacks) {
+LossGuard::SavingLoss LossGuard::LossBySaving() const {
+  const std::string path = PathToSave(document_);
+  const auto present = StampOf(path);
+  if (path.empty() || !present) return SavingLoss::None;
+  if (path != document_.filePath) return SavingLoss::AnotherSound;
+  if (document_.IsPartOfFile()) return SavingLoss::RestOfFile;
+  return present == stamp_ ? SavingLoss::None : SavingLoss::LaterChanges;
+}
+
+void LossGuard::CommandBegins(int setbacks, int filesSaved) {
   generationBefore_ = document_.soundGeneration;
   setbacksBefore_ = setbacks;
+  filesSavedBefore_ = filesSaved;
 }
 
-void LossGuard::CommandEnded(const CommandRow& command, int setbacks) {
-  const bool done = setbacks == setbacksBefore_;
+bool LossGuard::CommandEnded(const CommandRow& command, int setbacks, int filesSaved) {
   const DoesSet does = command.does;
+  const bool wrote = filesSaved != filesSavedBefore_;
   const bool opened = does.Has(Does::OpenSound) && document_.soundGeneration != generationBefore_;
-  const bool savesWhole =
-      does.Has(Does::SaveSound) || (does.Has(Does::SaveFirstChannel) && !document_.twoChannel);
-  if (opened || (savesWhole && done)) TakeSoundAsUnchanged();
-  if ((does.Has(Does::ReplaceChart) || does.Has(Does::SaveChart)) && done) TakeChartAsUnchanged();
-}
-
-bool LossGuard::FileOpened(bool chart, int setbacks) {
-  const bool opened = chart ? setbacks == setbacksBefore_ : document_.soundGeneration != generationBefore_;
-  if (opened) chart ? TakeChartAsUnchanged() : TakeSoundAsUnchanged();
-  return opened;
+  const bool saved = does.Has(Does::SaveSound) && wrote;
+  if (opened || saved) stamp_ = StampOf(document_.filePath);
+  const bool savedElsewhere = does.Has(Does::SaveFirstChannel) && wrote && !document_.twoChannel;
+  if (opened || saved || savedElsewhere) TakeSoundAsUnchanged();
+  const bool openedChart = does.Has(Does::ReplaceChart) && setbacks == setbacksBefore_;
+  if (openedChart || (does.Has(Does::SaveChart) && wrote)) TakeChartAsUnchanged();
+  return opened || openedChart;
 }
 
 void LossGuard::TakeSoundAsUnchanged() { unchangedVersion_ = document_.samplesVersion; }

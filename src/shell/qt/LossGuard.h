@@ -1,32 +1,55 @@
 #pragma once
 #include <cstdint>
+#include <optional>
 #include <vector>
 
+#include "base/Files.h"
 #include "shell/CommandTable.h"
 #include "vowel/VowelChart.h"
 
 namespace parlowen {
 
+struct AnnotationState;
 struct MarkerState;
 class SoundDocument;
 
-/// Knows whether the sound, its markers and the vowel chart were changed after they were opened or saved.
+/// What a user can have made and not saved, in the order in which it is asked about. What was computed is no
+/// work: it can be computed again.
+enum class Work { Sound, Contour, Markers, Annotations, Chart };
+inline constexpr Work kWorks[] = {Work::Sound, Work::Contour, Work::Markers, Work::Annotations, Work::Chart};
+
+/// Knows what was changed after it was opened or saved, and what a save would destroy.
 class LossGuard {
  public:
-  LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers);
+  LossGuard(const SoundDocument& document, const VowelChart& chart, const MarkerState& markers,
+            const AnnotationState& annotations);
 
-  bool SoundChanged() const;
-  /// Without points there is nothing to lose. Coordinates do not count: they are chosen anew at will.
-  bool ChartChanged() const;
-  /// A set without markers cannot be saved: nothing is lost with it.
-  bool MarkersChanged() const;
-  /// To be called before and after every command, with the failures and cancelled file dialogs so far. A
-  /// command that opens a sound leaves it unchanged when a new one is there; one that saves it, and those
-  /// that open or save a chart, when nothing failed or was cancelled.
-  void CommandBegins(int setbacks);
-  void CommandEnded(const CommandRow& command, int setbacks);
-  /// The same after a sound or chart that was dropped or named; true when it was opened.
-  bool FileOpened(bool chart, int setbacks);
+  /// - The sound: an empty one without a file is none.
+  /// - The contour: repaired by hand, and in no sound or annotation file so.
+  /// - Markers: a set without any cannot be saved, so nothing is lost with it.
+  /// - The chart: without points there is nothing to lose. Coordinates do not count: they are chosen anew at
+  ///   will.
+  bool Unsaved(Work work) const;
+  bool AnythingUnsaved() const;
+
+  /// What a save under the sound's own name would take from the file there.
+  enum class SavingLoss {
+    None,
+    RestOfFile,    ///< the sound is only a part of its file
+    LaterChanges,  ///< somebody wrote it after it was opened or saved here
+    AnotherSound,  ///< a file that was never opened: the sound came from one of another kind
+  };
+  SavingLoss LossBySaving() const;
+
+  /// To be called before and after every command, with the failures and cancelled file dialogs so far and the
+  /// files written. A command that opens a sound leaves it unchanged when a new one is there; one that saves
+  /// a sound or chart when it wrote a file; one that opens a chart when nothing failed or was cancelled. True
+  /// when a sound or chart was opened.
+  void CommandBegins(int setbacks, int filesSaved);
+  bool CommandEnded(const CommandRow& command, int setbacks, int filesSaved);
+
+  /// Whether a command puts something else in the place of that work.
+  static bool Replaces(const CommandRow& command, Work work);
 
  private:
   void TakeSoundAsUnchanged();
@@ -35,10 +58,12 @@ class LossGuard {
   const SoundDocument& document_;
   const VowelChart& chart_;
   const MarkerState& markers_;
+  const AnnotationState& annotations_;
   std::uint64_t unchangedVersion_ = 0;
+  std::optional<FileStamp> stamp_;  ///< of the sound's file as it was read or written here
   std::vector<VowelPoint> unchangedPoints_;
   std::uint64_t generationBefore_ = 0;
-  int setbacksBefore_ = 0;
+  int setbacksBefore_ = 0, filesSavedBefore_ = 0;
 };
 
 }  // namespace parlowen

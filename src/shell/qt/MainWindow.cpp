@@ -15,11 +15,13 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdlib>
+#include <span>
 #include <utility>
 
 #include "base/Files.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
+#include "document/WavFile.h"
 #include "shell/qt/ElidedLabel.h"
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/LevelMeter.h"
@@ -39,16 +41,29 @@ constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::W
 constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗", "波形窗"};
 constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5
 
+constexpr UiText kSaved = "已保存：";
 constexpr const char* kExportsMoved = "文件夹不能写入，文本数据写到 %s";
 constexpr int kSoundMilliseconds = 30;  // between two positions of the cursor
 
-constexpr const char* kMayLose = "声音已经改动，还没有保存。放弃改动，继续吗？";
-constexpr const char* kMayLoseChart = "元音图已经改动，还没有保存。放弃改动，继续吗？";
-constexpr const char* kMayLoseMarkers = "标志已经改动，还没有保存。放弃改动，继续吗？";
-constexpr const char* kReadMarkersAgain =
-    "标志已经改动，还没有保存。放弃改动，重新读入标志文件（是）？继续使用现有标志（否）？";
-constexpr const char* kMayLoseAnnotations = "注释字符已经改动，还没有存为国际音标文件。放弃改动，继续吗？";
-constexpr const char* kMayLoseCaption = "尚未保存";
+using namespace commands;
+
+constexpr UiText kUnsavedCaption = "尚未保存";
+constexpr UiText kUnsaved[] = {"声音已经改动，还没有保存。", "手工修改过的基频还没有保存。",
+                               "标志已经改动，还没有保存。", "注释字符已经改动，还没有存为国际音标文件。",
+                               "元音图已经改动，还没有保存。"};  // in the order of kWorks
+constexpr UiText kUnsavedBoth = "声音已经改动，基频经过手工修改，都还没有保存。";
+constexpr UiText kUnsavedForGood = "手工修改过的基频还没有保存。有些帧没有求过基频，不能随声音保存。";
+constexpr UiText kSaveOrNot[] = {"保存(&S)", "放弃(&D)", "取消"};
+
+constexpr UiText kReadMarkersAgain =
+    "标志已经改动，还没有保存。继续使用现有标志，还是放弃改动、重新读入标志文件？";
+constexpr UiText kKeepMarkers[] = {"继续使用(&K)", "放弃(&D)", "取消"};
+
+constexpr UiText kSaveCaption = "保存声音";
+constexpr UiText kPartOfFile = "只调入了文件的一部分，保存将丢失其余部分。";
+constexpr UiText kChangedFile = "文件在调入或保存以后又被改动，保存将丢失这些改动。\n%s";
+constexpr UiText kOtherFile = "%s 已经存在，保存将替换它。";
+constexpr UiText kReplaceFile[] = {"另存为(&A)...", "覆盖(&O)", "取消"};
 
 /// The keyboard's way to a menu; the names of the menus have none of their own. A submenu's letter is none of its
 /// neighbours' in the menu.
@@ -68,20 +83,13 @@ std::vector<int> ExportCommands(Pane pane) {
   }
 }
 
-bool IsChartName(const QString& path) { return QFileInfo(path).suffix().toLower() == "vch"; }
-
-/// A file that goes with the present sound and leaves it as it is.
-bool IsTextGridName(const QString& path) { return QFileInfo(path).suffix().toLower() == "textgrid"; }
-
-bool IsFileOfOurs(const QString& path) {
-  const QString suffix = QFileInfo(path).suffix().toLower();
-  return IsChartName(path) || IsTextGridName(path) || suffix == "wav" || suffix == "nsp" || suffix == "ipa";
-}
-
-QString DroppedFile(const QMimeData* data) {
-  if (data == nullptr || !data->hasUrls() || data->urls().isEmpty()) return {};
-  const QString path = data->urls().constFirst().toLocalFile();
-  return IsFileOfOurs(path) ? path : QString();
+/// Files of our kinds among what is dragged.
+QStringList DroppedFiles(const QMimeData* data) {
+  QStringList files;
+  if (data == nullptr) return files;
+  for (const QUrl& url : data->urls())
+    if (const QString path = url.toLocalFile(); OpenedKindOf(path.toStdString()) != nullptr) files += path;
+  return files;
 }
 
 }  // namespace
@@ -90,7 +98,7 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
     : preferences_(preferences),
       dialogs_(*this, gate_, preferences),
       station_(dialogs_, std::move(dataFolder), devices),
-      guard_(station_.document, station_.vowels.chart, station_.markers) {
+      guard_(station_.document, station_.vowels.chart, station_.markers, station_.annotations) {
   setAcceptDrops(true);
   setContextMenuPolicy(Qt::NoContextMenu);
   MakeMenus();
@@ -100,6 +108,7 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Connect();
   dialogs_.SetCaption(kProgramCaption);
   dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
+  dialogs_.nameFor = [this](const FileKind& kind) { return NameFor(kind); };
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -242,7 +251,7 @@ void MainWindow::MakeStatusBar() {
   grid->setVerticalSpacing(0);
   hint_ = new ElidedLabel(lines);
   hover_ = new ElidedLabel(lines);
-  status_ = new ElidedLabel(lines);
+  status_ = new ElidedLabel(lines, Qt::ElideMiddle);  // the end of a file's name matters most
   status_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QFont bold = font();
   bold.setBold(true);
@@ -269,18 +278,24 @@ void MainWindow::Connect() {
   renewal_ = new QTimer(this);
   renewal_->setSingleShot(true);
   connect(renewal_, &QTimer::timeout, this, &MainWindow::Renew);
-  connect(&gate_, &ActionGate::Began, this, &MainWindow::RenewExportFolder);
+  connect(&gate_, &ActionGate::Began, this, [this] {
+    said_.clear();
+    saved_.clear();
+    RenewExportFolder();
+  });
   soundTimer_ = new QTimer(this);
   soundTimer_->setInterval(kSoundMilliseconds);
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
+    station_.SelectionMoved();
     station_.DocumentChanged();
     Renew();
     ShowExportNotice();
   });
-  connect(&dialogs_, &QtWindow::CaptionChanged, this, &QWidget::setWindowTitle);
-  connect(&dialogs_, &QtWindow::StatusShown, status_, &ElidedLabel::SetText);
+  connect(&dialogs_, &QtWindow::CaptionChanged, this, &MainWindow::ShowCaption);
+  connect(&dialogs_, &QtWindow::StatusShown, this, &MainWindow::ShowStatus);
+  connect(&dialogs_, &QtWindow::FileSaved, this, &MainWindow::ShowSaved);
   connect(&dialogs_, &QtWindow::RepaintAsked, this, &MainWindow::RepaintPanes);
   connect(&dialogs_, &QtWindow::RegionCopied, this, &MainWindow::CopyRegionOf);
   connect(&dialogs_, &QtWindow::FileChosen, this, &MainWindow::ChooseExportFolder);
@@ -315,33 +330,57 @@ bool MainWindow::Dispatch(int command) {
   if (row == nullptr || !station_.states.IsEnabled(command)) return false;
   bool done = false;
   gate_.Run([&] {
-    if (!MayLoseFor(*row)) return;
-    if (command == commands::kEditMarkers && KeepMarkers()) return;
+    if (!MayLoseFor(*row) || (command == kEditMarkers && !MayReadMarkers())) return;
     status_->SetText({});
-    const int setbacks = dialogs_.Setbacks();
-    const QString folder = fileFolder_;
-    guard_.CommandBegins(setbacks);
-    done = station_.dispatchCommand(command);
-    guard_.CommandEnded(*row, dialogs_.Setbacks());
-    if (dialogs_.Setbacks() != setbacks) fileFolder_ = folder;  // a file that was refused was not loaded
-    RenewExportFolder();
-    SoundFileSeen();
+    done = RunCommand(command, &Workstation::dispatchCommand);
   });
+  return done;
+}
+
+bool MainWindow::RunCommand(int command, bool (Workstation::*run)(int)) {
+  if (command == kSaveSound) command = SavingCommand();
+  const CommandRow* row = FindCommand(command);
+  if (row == nullptr) return false;
+  const int setbacks = dialogs_.Setbacks(), filesSaved = dialogs_.FilesSaved();
+  const QString folder = fileFolder_;
+  guard_.CommandBegins(setbacks, filesSaved);
+  const bool done = (station_.*run)(command);
+  const bool opened = guard_.CommandEnded(*row, dialogs_.Setbacks(), dialogs_.FilesSaved());
+  // The folder of a file that was refused is not that of the last one loaded or saved.
+  if (dialogs_.Setbacks() != setbacks && dialogs_.FilesSaved() == filesSaved && !opened) fileFolder_ = folder;
+  RenewExportFolder();
+  SoundFileSeen();
   return done;
 }
 
 void MainWindow::OpenFile(const QString& path) {
   gate_.Run([&] {
     if (station_.recording.running()) return;
-    const bool chart = IsChartName(path);
-    const bool sound = !chart && !IsTextGridName(path);
-    if (chart ? !MayLoseChart() : !MayLoseLabels() || (sound && !MayLoseSound())) return;
-    status_->SetText({});
     const std::string file = AbsolutePath(path.toStdString());
-    guard_.CommandBegins(dialogs_.Setbacks());
+    const CommandRow* row = FindCommand(Workstation::OpeningCommand(file));
+    if (row == nullptr || !MayLoseFor(*row)) return;
+    status_->SetText({});
+    guard_.CommandBegins(dialogs_.Setbacks(), dialogs_.FilesSaved());
     station_.OpenFile(file);
-    if (guard_.FileOpened(chart, dialogs_.Setbacks())) FileSeen(QString::fromStdString(file));
+    if (guard_.CommandEnded(*row, dialogs_.Setbacks(), dialogs_.FilesSaved()))
+      FileSeen(QString::fromStdString(file));
   });
+}
+
+void MainWindow::OpenFiles(const QStringList& paths) {
+  for (qsizetype i = paths.size() - 1; i > 0; --i)
+    preferences_.AddRecentFile(QFileInfo(paths[i]).absoluteFilePath());
+  if (!paths.isEmpty()) OpenFile(paths.constFirst());
+}
+
+/// The sound's name with the kind's ending; for a sound, the next name of its series.
+std::string MainWindow::NameFor(const FileKind& kind) const {
+  const SoundDocument& document = station_.document;
+  if (document.filePath.empty() || *kind.extension == '\0') return {};
+  if (std::string_view(kind.extension) == FileKindNamed("wav").extension)
+    return FileNameOf(document.nextDigitPath);
+  const QFileInfo sound(QString::fromStdString(document.filePath));
+  return sound.completeBaseName().toStdString() + "." + kind.extension;
 }
 
 void MainWindow::SoundFileSeen() {
@@ -374,36 +413,67 @@ void MainWindow::RenewExportFolder() {
 }
 
 void MainWindow::ShowExportNotice() {
-  if (std::exchange(exportNotice_, false) && exportsMoved_)
-    dialogs_.ShowStatus(Format(kExportsMoved, station_.exportFolder.c_str()));
-}
-
-bool MainWindow::MayLoseChart() {
-  return !guard_.ChartChanged() || dialogs_.AskYesNo(kMayLoseChart, kMayLoseCaption);
-}
-
-bool MainWindow::MayLoseMarkers() {
-  return !guard_.MarkersChanged() || dialogs_.AskYesNo(kMayLoseMarkers, kMayLoseCaption);
-}
-
-bool MainWindow::MayLoseAnnotations() {
-  return !station_.annotations.changed || dialogs_.AskYesNo(kMayLoseAnnotations, kMayLoseCaption);
-}
-
-/// The marker window begins with the file's markers, unless the user would rather go on with changed ones.
-bool MainWindow::KeepMarkers() {
-  if (!guard_.MarkersChanged() || dialogs_.AskYesNo(kReadMarkersAgain, kMayLoseCaption)) return false;
-  ShowMarkers(dialogs_, station_.document, station_.markers, station_.playStretch);
-  return true;
+  if (!std::exchange(exportNotice_, false) || !exportsMoved_) return;
+  said_ = QString::fromStdString(Format(kExportsMoved, station_.exportFolder.c_str()));
+  RenewStatus();
 }
 
 bool MainWindow::MayLoseFor(const CommandRow& command) {
-  const DoesSet does = command.does;
-  const bool sound = does.Has(Does::OpenSound) || does.Has(Does::RecordSound);
-  return (!sound || (MayLoseSound() && MayLoseLabels())) &&
-         (!does.Has(Does::ReplaceMarkers) || MayLoseMarkers()) &&
-         (!does.Has(Does::ReplaceAnnotations) || MayLoseAnnotations()) &&
-         (!does.Has(Does::ReplaceChart) || MayLoseChart());
+  return MayLose([&command](Work work) { return LossGuard::Replaces(command, work); });
+}
+
+bool MainWindow::MayLose(const std::function<bool(Work)>& isLost) {
+  const auto asksAbout = [&](Work work) { return isLost(work) && guard_.Unsaved(work); };
+  bool contourGiven = false;
+  for (const Work work : kWorks) {
+    if (!asksAbout(work) || (work == Work::Contour && contourGiven)) continue;
+    // One file holds both: one question.
+    const bool both = work == Work::Sound && asksAbout(Work::Contour);
+    const bool canSave = work != Work::Contour || HasComputedContour(station_.document);
+    const UiText text = both ? kUnsavedBoth : canSave ? kUnsaved[static_cast<int>(work)] : kUnsavedForGood;
+    const std::span<const UiText> buttons =
+        canSave ? std::span(kSaveOrNot) : std::span(kSaveOrNot).subspan(1);
+    // The first that loses nothing is the default.
+    const int answer = dialogs_.Choose(text, kUnsavedCaption, buttons, canSave ? 0 : 1) + (canSave ? 0 : 1);
+    if (answer > 1 || (answer == 0 && !Save(work))) return false;
+    contourGiven = both && answer == 1;
+  }
+  return true;
+}
+
+/// True when it is saved afterwards.
+bool MainWindow::Save(Work work) {
+  switch (work) {
+    case Work::Sound: RunCommand(kSaveSound, &Workstation::Save); break;
+    // A file with two channels has no room for a contour.
+    case Work::Contour:
+      RunCommand(station_.document.twoChannel ? kSaveIpa : kSaveSound, &Workstation::Save);
+      break;
+    case Work::Markers: SaveMarkers(dialogs_, station_.document, station_.markers); break;
+    case Work::Annotations: RunCommand(kSaveIpa, &Workstation::Save); break;
+    case Work::Chart: RunCommand(kSaveChart, &Workstation::Save); break;
+  }
+  return !guard_.Unsaved(work);
+}
+
+/// The command that saves the sound without taking from its file what the user wants to keep; 0 for none.
+int MainWindow::SavingCommand() {
+  const LossGuard::SavingLoss loss = guard_.LossBySaving();
+  if (loss == LossGuard::SavingLoss::None) return kSaveSound;
+  const UiText text = loss == LossGuard::SavingLoss::RestOfFile     ? kPartOfFile
+                      : loss == LossGuard::SavingLoss::LaterChanges ? kChangedFile
+                                                                    : kOtherFile;
+  const std::string path = PathToSave(station_.document);
+  constexpr int kCommands[] = {kSaveSoundAs, kSaveSound, 0};
+  return kCommands[dialogs_.Choose(Format(text.Get(), path.c_str()), kSaveCaption, kReplaceFile, 0)];
+}
+
+/// The marker window begins with the file's markers, unless the user would rather go on with changed ones.
+bool MainWindow::MayReadMarkers() {
+  if (!guard_.Unsaved(Work::Markers)) return true;
+  const int answer = dialogs_.Choose(kReadMarkersAgain, kUnsavedCaption, kKeepMarkers, 0);
+  if (answer == 0) ShowMarkers(dialogs_, station_.document, station_.markers, station_.playStretch);
+  return answer == 1;
 }
 
 void MainWindow::InputDevicesChanged() {
@@ -411,11 +481,9 @@ void MainWindow::InputDevicesChanged() {
   Renew();
 }
 
-bool MainWindow::MayLoseSound() {
-  return !guard_.SoundChanged() || dialogs_.AskYesNo(kMayLose, kMayLoseCaption);
-}
-
 bool MainWindow::UseKey(const std::string& key) {
+  // Not past the questions about loss.
+  if (const CommandRow* row = CommandOfKey(key)) return Dispatch(row->number);
   bool used = false;
   gate_.Run([&] { used = station_.Key(key); });
   return used;
@@ -427,8 +495,15 @@ void MainWindow::keyPressEvent(QKeyEvent* event) {
 }
 
 void MainWindow::closeEvent(QCloseEvent* event) {
+  const Recorder& recording = station_.recording;
+  if (recording.running() && !recording.listensOnly() && !std::exchange(closing_, true)) {
+    // What was spoken so far is unsaved work; it is complete with the next block.
+    station_.recording.stopRecording();
+    return event->ignore();
+  }
+  closing_ = false;
   bool mayClose = false;
-  gate_.Run([&] { mayClose = MayLoseSound() && MayLoseLabels() && MayLoseChart(); });
+  gate_.Run([&] { mayClose = MayLose([](Work) { return true; }); });
   if (!mayClose) return event->ignore();
   preferences_.SetLayout(splitter_->ChosenHeights());
   dialogs_.CloseAllToolWindows();
@@ -436,15 +511,15 @@ void MainWindow::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindow::dragEnterEvent(QDragEnterEvent* event) {
-  if (gate_.Depth() == 0 && !DroppedFile(event->mimeData()).isEmpty()) event->acceptProposedAction();
+  if (gate_.Depth() == 0 && !DroppedFiles(event->mimeData()).isEmpty()) event->acceptProposedAction();
 }
 
 void MainWindow::dropEvent(QDropEvent* event) {
-  const QString path = DroppedFile(event->mimeData());
-  if (path.isEmpty()) return;
+  const QStringList files = DroppedFiles(event->mimeData());
+  if (files.isEmpty()) return;
   event->acceptProposedAction();
-  // Whoever dropped it waits until this returns; a question must not keep it waiting.
-  QTimer::singleShot(0, this, [this, path] { OpenFile(path); });
+  // Whoever dropped them waits until this returns; a question must not keep it waiting.
+  QTimer::singleShot(0, this, [this, files] { OpenFiles(files); });
 }
 
 void MainWindow::AskSelection() {
@@ -511,6 +586,30 @@ void MainWindow::RepaintPanes(std::optional<Pane> pane) {
   if (renewal_ != nullptr) renewal_->start(0);
 }
 
+void MainWindow::ShowCaption(const QString& caption) {
+  // "[*]" is where the mark of unsaved changes goes; in a name it is doubled.
+  setWindowTitle(QString(caption).replace("[*]", "[*][*]") + "[*]");
+}
+
+/// A file that was written is named beside what the command says, whichever comes first.
+void MainWindow::ShowStatus(const QString& text) {
+  said_ = text;
+  if (gate_.Depth() == 0) saved_.clear();  // the end of a play or a recording: of no action
+  RenewStatus();
+}
+
+void MainWindow::ShowSaved(const QString& path) {
+  saved_ += path;
+  RenewStatus();
+}
+
+void MainWindow::RenewStatus() {
+  QStringList parts;
+  if (!said_.isEmpty()) parts += said_;
+  if (!saved_.isEmpty()) parts += kSaved.Get() + saved_.join("；");
+  status_->SetText(parts.join("  "));
+}
+
 void MainWindow::TakePaneWidth() { station_.view.SetPaneWidth(panes_[0]->PaneSize().width()); }
 
 void MainWindow::ShowChart(bool shown) {
@@ -535,6 +634,7 @@ void MainWindow::FollowSound() {
     metered_ = recording.blocks();
     meter_->SetLevels(recording.Levels());
   }
+  if (closing_ && !recording.running()) QTimer::singleShot(0, this, &QWidget::close);
   if (!playing && !recording.running()) soundTimer_->stop();
 }
 
@@ -547,6 +647,7 @@ void MainWindow::Renew() {
   if (status_->Text() == hint_->Text()) status_->SetText({});  // a tool that announces itself
   axis_->update();
   overview_->update();
+  setWindowModified(guard_.AnythingUnsaved());
   RenewActions();
   if (hoverPane_ != nullptr) ShowHover(hoverPane_, hoverAt_);
 }

@@ -2,6 +2,7 @@
 #include <QMainWindow>
 #include <QPointer>
 #include <array>
+#include <functional>
 #include <map>
 #include <string>
 #include <vector>
@@ -40,6 +41,8 @@ class MainWindow : public QMainWindow {
   bool Dispatch(int command);
   /// Opens a file that was dropped, chosen among the recent ones or named at the start.
   void OpenFile(const QString& path);
+  /// Opens the first and puts the others among the recent files.
+  void OpenFiles(const QStringList& paths);
   /// A microphone has come or gone.
   void InputDevicesChanged();
 
@@ -78,6 +81,10 @@ class MainWindow : public QMainWindow {
   void MakeStatusBar();
   void Connect();
 
+  void ShowCaption(const QString& caption);
+  void ShowStatus(const QString& text);
+  void ShowSaved(const QString& path);
+  void RenewStatus();
   void RepaintPanes(std::optional<Pane> pane);
   void TakePaneWidth();
   void Renew();
@@ -89,17 +96,20 @@ class MainWindow : public QMainWindow {
   void CopyHoverLine();
   void AskSelection();
   void RenewRecentFiles();
+  std::string NameFor(const FileKind& kind) const;
   void SoundFileSeen();
   void FileSeen(const QString& file);
   void FollowSound();
-  bool MayLoseSound();
-  bool MayLoseChart();
-  bool MayLoseMarkers();
-  bool MayLoseAnnotations();
-  /// Both: what is written on the sound.
-  bool MayLoseLabels() { return MayLoseMarkers() && MayLoseAnnotations(); }
-  bool KeepMarkers();
+  /// Inside an action. A save that would take something from the sound's file may become another command, or
+  /// none.
+  bool RunCommand(int command, bool (Workstation::*run)(int));
+  /// Asks about each unsaved work that is lost; false when the user would rather not, or when a save that was
+  /// wanted did not come about.
+  bool MayLose(const std::function<bool(Work)>& isLost);
   bool MayLoseFor(const CommandRow& command);
+  bool Save(Work work);
+  int SavingCommand();
+  bool MayReadMarkers();
   void ChooseExportFolder(const QString& file);
   void RenewExportFolder();
   void ShowExportNotice();
@@ -131,8 +141,11 @@ class MainWindow : public QMainWindow {
   int metered_ = 0;               ///< blocks of the recording that the meter has seen
   PaneWidget* hoverPane_ = nullptr;
   QPoint hoverAt_;
+  QString said_;       ///< by the present action, or since
+  QStringList saved_;  ///< files that it wrote
   std::string seenPath_;
   QString fileFolder_;         ///< of the last loaded or saved file; "" before the first
+  bool closing_ = false;       ///< as soon as the recording has ended
   bool exportsMoved_ = false;  ///< text exports go elsewhere, for that folder cannot be written to
   bool exportNotice_ = false;  ///< the status line has yet to say so
 };

@@ -56,21 +56,22 @@ QByteArray PngBytes(const Picture& picture) {
 
 struct FormatRow {
   PictureFormat format;
-  const char* menuText;
-  const char* filter;
-  const char* pattern;
-  const char* extension;
+  UiText menuText;
+  FileKind kind;
 };
 constexpr FormatRow kFormats[] = {
-    {PictureFormat::Svg, "图形存为 SVG(&V)...", "SVG 图形(*.svg)", "*.svg", "svg"},
-    {PictureFormat::Pdf, "图形存为 PDF(&F)...", "PDF 文件(*.pdf)", "*.pdf", "pdf"},
-    {PictureFormat::Png, "图形存为 PNG，300 dpi(&G)...", "PNG 图像(*.png)", "*.png", "png"},
+    {PictureFormat::Svg, "图形存为 SVG(&V)...", FileKindNamed("svg")},
+    {PictureFormat::Pdf, "图形存为 PDF(&F)...", FileKindNamed("pdf")},
+    {PictureFormat::Png, "图形存为 PNG，300 dpi(&G)...", FileKindNamed("png")},
 };
+constexpr UiText kSaveTitle = "图形存为";
 
 void AskAndSave(QtWindow& window, const Picture& picture, const FormatRow& row) {
-  const auto choice = window.AskSaveFile({"图形存为", {{row.filter, row.pattern}}, row.extension, ""});
-  if (choice && SavePicture(picture, choice->path, row.format) < 0)
-    window.ShowError(kCannotWrite, kCannotWriteCaption);
+  const auto choice = window.AskSaveFile({kSaveTitle, {row.kind}, row.kind.extension});
+  if (!choice) return;
+  if (SavePicture(picture, choice->path, row.format) < 0)
+    return window.ShowError(kCannotWrite, kCannotWriteCaption);
+  window.Saved(choice->path);
 }
 
 }  // namespace
@@ -94,7 +95,7 @@ void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int leve
     gate.Run([&] { CopyPicture(picture(), window.DevicePixelRatio()); }, level);
   });
   for (const FormatRow& row : kFormats)
-    menu.addAction(row.menuText, &menu, [&window, &gate, level, picture, &row] {
+    menu.addAction(row.menuText.Get(), &menu, [&window, &gate, level, picture, &row] {
       gate.Run([&] { AskAndSave(window, picture(), row); }, level);
     });
 }

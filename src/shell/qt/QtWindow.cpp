@@ -18,6 +18,7 @@
 
 #include "annotation/IpaIndex.h"
 #include "base/Files.h"
+#include "base/Format.h"
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/Preferences.h"
 #include "shell/qt/TextWindow.h"
@@ -28,6 +29,8 @@ namespace {
 
 constexpr const char* kDefaultErrorCaption = "错误";
 constexpr int kProgressSteps = 1000;
+constexpr UiText kExists = "%s 已经存在。\n要替换它吗？", kReplaceCaption = "替换文件";
+constexpr UiText kReplaceOrNot[] = {"替换(&R)", "取消"};
 
 QMessageBox::Icon IconOf(Icon icon) {
   switch (icon) {
@@ -44,19 +47,12 @@ QString BoxText(const std::string& text) { return QString::fromStdString(text).r
 
 /// A filter as the file dialog wants it: what is shown, then the patterns in brackets, which it hides. A
 /// pattern that wants a dot in every name means all files.
-QString NameFilter(const std::pair<std::string, std::string>& filter) {
-  const QString pattern = QString::fromStdString(filter.second);
-  QStringList patterns;
-  for (const QString& one : pattern.split(';', Qt::SkipEmptyParts)) {
-    const QString trimmed = one.trimmed();
-    if (trimmed == "*.*") {
-      patterns += "*";
-    } else {
-      patterns += trimmed.toLower();
-      if (trimmed.toLower() != trimmed.toUpper()) patterns += trimmed.toUpper();
-    }
-  }
-  return QString::fromStdString(filter.first) + " (" + patterns.join(' ') + ")";
+QString NameFilter(const FileKind& kind) {
+  const QString pattern = kind.pattern;
+  QStringList patterns = {pattern.toLower(), pattern.toUpper(), pattern};
+  if (pattern == "*.*") patterns = {"*"};
+  patterns.removeDuplicates();
+  return QString(kind.label.Get()) + " (" + patterns.join(' ') + ")";
 }
 
 /// A box is made for its text; its caption should be readable too.
@@ -79,10 +75,27 @@ void ShareColumns(QFileDialog& box) {
   }
 }
 
-std::string WithExtension(const std::string& path, const std::string& extension) {
-  if (extension.empty() || FileNameOf(path).find('.') != std::string::npos) return path;
-  return path + "." + extension;
+/// The path that a handler gets when the user has typed or chosen `file`.
+std::string PathOf(const FileDialog& dialog, const QString& file) {
+  const std::string path = AbsolutePath(file.toStdString());
+  const bool dotted = FileNameOf(path).find('.') != std::string::npos;
+  return dialog.defaultExtension.empty() || dotted ? path : path + "." + dialog.defaultExtension;
 }
+
+/// The toolkit's own question is about the name that was typed, which need not be the one that is written.
+class FileBox : public QFileDialog {
+ public:
+  using QFileDialog::QFileDialog;
+  std::function<bool(const QString& file)> mayTake;
+
+ protected:
+  void accept() override {
+    const QStringList files = selectedFiles();
+    // A folder's name is no choice: the dialog goes there.
+    const bool chosen = !files.isEmpty() && !QFileInfo(files.constFirst()).isDir();
+    if (!chosen || !mayTake || mayTake(files.constFirst())) QFileDialog::accept();
+  }
+};
 
 }  // namespace
 
@@ -129,6 +142,33 @@ void QtWindow::ShowMessage(const std::string& text, const std::string& caption, 
   box.exec();
 }
 
+int QtWindow::Choose(const std::string& text, const std::string& caption, std::span<const UiText> buttons,
+                     int byDefault, QWidget* parent) {
+  BeforeModal();
+  const ActionGate::Hold hold(gate_);
+  QMessageBox box(parent != nullptr ? parent : DialogParent());
+  box.setIcon(QMessageBox::Question);
+  box.setWindowTitle(QString::fromStdString(caption));
+  box.setTextFormat(Qt::PlainText);
+  box.setText(BoxText(text));
+  std::vector<QAbstractButton*> made;
+  for (const UiText& label : buttons) {
+    // One role for all: others would be put into the order of the platform.
+    QPushButton* button = box.addButton(label.Get(), QMessageBox::ActionRole);
+    if (std::ssize(made) == byDefault) box.setDefaultButton(button);
+    made.push_back(button);
+  }
+  box.setEscapeButton(made.back());
+  MakeRoomForCaption(box);
+  box.exec();
+  return static_cast<int>(std::find(made.begin(), made.end(), box.clickedButton()) - made.begin());
+}
+
+bool QtWindow::MayReplace(const std::string& path, QWidget* parent) {
+  if (!QFileInfo::exists(QString::fromStdString(path))) return true;
+  return Choose(Format(kExists.Get(), path.c_str()), kReplaceCaption, kReplaceOrNot, 1, parent) == 0;
+}
+
 bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
   BeforeModal();
   const ActionGate::Hold hold(gate_);
@@ -149,32 +189,31 @@ bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
 std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save) {
   BeforeModal();
   const ActionGate::Hold hold(gate_);
-  QFileDialog box(DialogParent(), QString::fromStdString(dialog.title), preferences_.Folder());
+  FileBox box(DialogParent(), QString::fromStdString(dialog.title), preferences_.Folder());
   box.setOption(QFileDialog::DontUseNativeDialog);
+  box.setOption(QFileDialog::DontConfirmOverwrite);
   box.setOption(QFileDialog::HideNameFilterDetails);
   // A refusal of a missing file is the reader's; some files are opened in order to be made.
   box.setFileMode(QFileDialog::AnyFile);
   box.setAcceptMode(save ? QFileDialog::AcceptSave : QFileDialog::AcceptOpen);
   QStringList filters;
-  bool replaces = false;
-  for (const auto& filter : dialog.filters) {
-    filters += NameFilter(filter);
-    for (const char* whole : {"*.wav", "*.ipa", "*.svg", "*.pdf", "*.png"})
-      replaces = replaces || filter.second == whole;
-  }
-  // Files that can be added to are asked about by their handlers; only what is always replaced is asked about
-  // here.
-  box.setOption(QFileDialog::DontConfirmOverwrite, !(save && replaces));
+  for (const FileKind& kind : dialog.kinds) filters += NameFilter(kind);
   if (!filters.isEmpty()) box.setNameFilters(filters);
-  if (save && replaces) box.setDefaultSuffix(QString::fromStdString(dialog.filters.front().second).mid(2));
+  if (save && !dialog.kinds.empty() && dialog.kinds.front().asksBeforeReplacing)
+    box.mayTake = [&](const QString& file) {
+      const std::string path = PathOf(dialog, file);
+      return MayReplace(dialog.nameWritten != nullptr ? dialog.nameWritten(path) : path, &box);
+    };
   box.setLabelText(QFileDialog::Accept, save ? "保存(&S)" : "打开(&O)");
   box.setLabelText(QFileDialog::Reject, "取消");
   box.setLabelText(QFileDialog::LookIn, "查找范围:");
   box.setLabelText(QFileDialog::FileName, "文件名(&N):");
   box.setLabelText(QFileDialog::FileType, "文件类型:");
   ShareColumns(box);
-  if (!dialog.proposed.empty()) {
-    const QFileInfo proposed(QString::fromStdString(dialog.proposed));
+  std::string name = dialog.proposed;
+  if (name.empty() && save && !dialog.kinds.empty() && nameFor) name = nameFor(dialog.kinds.front());
+  if (!name.empty()) {
+    const QFileInfo proposed(QString::fromStdString(name));
     if (proposed.isAbsolute() && proposed.dir().exists()) box.setDirectory(proposed.dir());
     box.selectFile(proposed.fileName());
   }
@@ -186,7 +225,7 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
   preferences_.SetFolder(QFileInfo(chosen).absolutePath());
   Q_EMIT FileChosen(chosen);
   FileChoice choice;
-  choice.path = WithExtension(AbsolutePath(chosen.toStdString()), dialog.defaultExtension);
+  choice.path = PathOf(dialog, chosen);
   // Two filters may look the same without their details: the place in the list tells them apart.
   const auto* list = box.findChild<QComboBox*>("fileTypeCombo");
   choice.filter = list != nullptr ? std::max(0, list->currentIndex()) : 0;
@@ -209,6 +248,11 @@ void QtWindow::ShowStatus(const std::string& text) { Q_EMIT StatusShown(QString:
 void QtWindow::SetCaption(const std::string& text) {
   caption_ = text;
   Q_EMIT CaptionChanged(QString::fromStdString(text));
+}
+
+void QtWindow::Saved(const std::string& path) {
+  ++filesSaved_;
+  Q_EMIT FileSaved(QString::fromStdString(AbsolutePath(path)));
 }
 
 void QtWindow::OpenInEditor(const std::string& path) {
@@ -283,7 +327,6 @@ void QtWindow::ToolClosed(ToolWidget* widget) {
 void QtWindow::RunModal(ToolWindow& tool) {
   BeforeModal();
   const ActionGate::Hold hold(gate_);
-  BeforeModal();
   ToolWidget widget(tool, *this, gate_, gate_.Depth(), DialogParent());
   modalTools_.push_back(&widget);
   widget.exec();

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -35,6 +36,7 @@ class QtWindow : public QObject, public Window {
   void ShowStatus(const std::string& text) override;
   void SetCaption(const std::string& text) override;
   const std::string& Caption() const override { return caption_; }
+  void Saved(const std::string& path) override;
   void OpenInEditor(const std::string& path) override;
   void Repaint(std::optional<Pane> pane = {}) override;
   void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
@@ -44,14 +46,25 @@ class QtWindow : public QObject, public Window {
   void CopyRegion(const PaneRegion& region) override;
   void Quit() override;
 
+  /// A question with buttons of its own: the index of the one that was pressed. The last one is Cancel, and
+  /// Escape and the window's cross are it.
+  int Choose(const std::string& text, const std::string& caption, std::span<const UiText> buttons,
+             int byDefault, QWidget* parent = nullptr);
+  /// True when no such file exists or the user lets it be replaced.
+  bool MayReplace(const std::string& path, QWidget* parent = nullptr);
+
   /// Failures shown and file dialogs cancelled so far: a command that adds none has done its work.
   int Setbacks() const { return setbacks_; }
+  int FilesSaved() const { return filesSaved_; }
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
   double DevicePixelRatio() const;
 
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;
+
+  /// The name that a save begins with whose handler proposes none; "" for none.
+  std::function<std::string(const FileKind& kind)> nameFor;
 
   /// What hands a file to the system; true when something took it. Tests put their own here.
   std::function<bool(const QUrl&)> openExternally;
@@ -63,6 +76,7 @@ class QtWindow : public QObject, public Window {
   void StatusShown(const QString& text);
   void RepaintAsked(std::optional<parlowen::Pane> pane);
   void FileChosen(const QString& path);  ///< in a file dialog
+  void FileSaved(const QString& path);
   void EditorAsked();
   void RegionCopied(const parlowen::PaneRegion& region);
   void KeyUnused(const std::string& key);  ///< a key that a tool window had no use for
@@ -89,7 +103,7 @@ class QtWindow : public QObject, public Window {
   std::vector<ToolWidget*> modalTools_;
   QPointer<QProgressDialog> progress_;
   QElapsedTimer sinceAction_;
-  int setbacks_ = 0;
+  int setbacks_ = 0, filesSaved_ = 0;
 };
 
 }  // namespace parlowen

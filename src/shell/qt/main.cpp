@@ -42,7 +42,7 @@ int main(int argc, char** argv) {
   QTimer::singleShot(0, &window, [&] {
     if (screen.width() < kSmallestScreen.width() || screen.height() < kSmallestScreen.height())
       window.Dialogs().ShowMessage("显示器分辨率不低于1024*720!", "警告", parlowen::Icon::Warning);
-    if (arguments.size() > 1) window.OpenFile(arguments.at(1));
+    window.OpenFiles(arguments.mid(1));
   });
   return QApplication::exec();
 }
