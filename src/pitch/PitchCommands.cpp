@@ -180,6 +180,7 @@ void RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramStat
 
 void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,
                  MouseButton button) {
+  repair.KeepTo(document);
   repair.pointer = point;
   if (button == MouseButton::Left) return Repaired(window, TracePoint(document, repair, point));
   // The right button ends a trace; without one it marks frames, as the two ends of a drag do.
@@ -191,7 +192,9 @@ void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, R
   window.Repaint();
 }
 
-void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame) {
+void RepairMark(Window& window, const SoundDocument& document, PitchRepair& repair, int firstFrame,
+                int lastFrame) {
+  repair.KeepTo(document);
   repair.lastPoint.reset();
   repair.markStart = firstFrame;
   MarkRepairFrame(repair, lastFrame);
@@ -199,6 +202,7 @@ void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFra
 }
 
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key) {
+  repair.KeepTo(document);
   if (key.size() == 1 && key[0] >= '1' && key[0] <= '9') {
     if (repair.rows == RepairRows::Quefrencies) return true;  // there the row is the period itself
     repair.harmonic = key[0] - '0';
