@@ -12,12 +12,12 @@ constexpr const char* kClipped = "数据太大，产生限幅失真";
 constexpr const char* kWarning = "警告";
 constexpr const char* kNoTwoChannels = "没有双声道数据！";
 
-/// Cut and paste work on one channel; a two-channel document becomes a mono one when the user agrees.
-bool MayBreakChannels(Window& window, SoundDocument& document, CommandStates& states) {
+/// Cut and paste work on one channel; a two-channel document becomes a mono one when the user agrees. The
+/// two-channel commands stay: they say themselves that there is no second channel any more.
+bool MayBreakChannels(Window& window, SoundDocument& document) {
   if (!document.twoChannel) return true;
   if (!window.AskYesNo(kBreaksChannels, window.Caption())) return false;
   document.twoChannel = false;
-  states.onTwoChannelChanged(false);
   return true;
 }
 
@@ -34,7 +34,7 @@ bool RequireTwoChannels(Window& window, const SoundDocument& document) {
 }
 
 Edit CutCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  if (!MayBreakChannels(window, document, states)) return {};
+  if (!MayBreakChannels(window, document)) return {};
   const Edit edit = CutSelection(document);
   if (!edit) return {};
   states.onSelectionChanged(document.SelectionFacts());
@@ -49,7 +49,7 @@ void CopyCommand(SoundDocument& document, CommandStates& states) {
 }
 
 Edit PasteCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  if (!MayBreakChannels(window, document, states)) return {};
+  if (!MayBreakChannels(window, document)) return {};
   const Edit edit = PasteClip(document);
   document.setView(states);
   states.onPaste();

@@ -120,7 +120,10 @@ TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
   EXPECT_TRUE(desk.document.twoChannel && desk.states.Holds(Need::TwoChannelFile));
   paste("yes");
   EXPECT_EQ(desk.document.sampleCount, 4);
-  EXPECT_FALSE(desk.document.twoChannel || desk.states.Holds(Need::TwoChannelFile));
+  EXPECT_FALSE(desk.document.twoChannel);
+  SwapChannelsCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.window.Log(), Texts{"none|" + desk.window.Caption() + "|没有双声道数据！"});
+  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "to say so they can be chosen, up to the next load";
   EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
 }
 
