@@ -188,7 +188,9 @@ std::optional<std::string> AskSoundName(Window& window, const std::string& title
   return EndsIn(choice->path, kWavSuffix) ? choice->path : choice->path + kWavSuffix;
 }
 
-bool AskToKeepPitch(Window& window) { return window.AskYesNo(kKeepPitch, kKeepPitchCaption); }
+std::optional<bool> AskToKeepPitch(Window& window) {
+  return window.AskBeforeWriting(kKeepPitch, kKeepPitchCaption);
+}
 
 void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
 
@@ -202,9 +204,11 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (file.Begin(*path) < 0) return SayCannotSave(window);
-  const bool withPitch = HasComputedContour(document) && !document.twoChannel && AskToKeepPitch(window);
-  if (file.Commit(WavBytesOf(document, withPitch)) < 0) return SayCannotSave(window);
-  if (withPitch) {
+  const bool mayKeepPitch = HasComputedContour(document) && !document.twoChannel;
+  const auto withPitch = mayKeepPitch ? AskToKeepPitch(window) : false;
+  if (!withPitch) return;
+  if (file.Commit(WavBytesOf(document, *withPitch)) < 0) return SayCannotSave(window);
+  if (*withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());
     document.pitch[frames] = document.pitch[frames + 1] = 0;  // as the file has them
   }

@@ -119,13 +119,14 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
     window.Repaint();
     return 0;
   }
-  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  if (!restart) return 0;
   ByteWriter record;
   const FrameSpan frames =
       RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
-  const int result = restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
-  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  const int result = *restart ? ReplaceFile(choice->path, record) : AppendToFile(choice->path, record);
+  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
   return result;
 }
 

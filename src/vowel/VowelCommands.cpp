@@ -303,11 +303,12 @@ void SaveFormantsCommand(Window& window, const SoundDocument& document) {
   if (document.SelectionLength() < kShortestSelection) return;
   const auto choice = window.AskSaveFile(FormantDialog("保存共振峰数据文件"));
   if (!choice || choice->path.empty()) return;
-  const bool restart = window.AskYesNo(kRestart, kRestartCaption);
+  const auto restart = window.AskBeforeWriting(kRestart, kRestartCaption);
+  if (!restart) return;
   ByteWriter block;
   WriteFormantBlock(block, SelectionTrack(document));
-  const int result = restart ? ReplaceFile(choice->path, block) : AppendToFile(choice->path, block);
-  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  const int result = *restart ? ReplaceFile(choice->path, block) : AppendToFile(choice->path, block);
+  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {
