@@ -78,7 +78,7 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
     loaded.count =
         ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
                          loaded.twoChannel ? document.samples2.data() : nullptr);
-    loaded.tailOffset = layout.dataOffset + bytes;
+    loaded.tailOffset = layout.dataOffset + bytes / 4 * 4;
   } else if (layout.blockAlign != 2) {
     return refuse(kNot16Bits);
   } else if (mode == ChannelMode::Two) {
