@@ -171,7 +171,11 @@ void UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
     vowels.unsaved = true;
-  } else if (vowels.lastClick >= 0 && vowels.lastClickSound == document.soundGeneration) {
+  } else if (vowels.lastClick < 0 || vowels.lastClickSound != document.soundGeneration) {
+    // there is nothing to measure again
+  } else if (vowels.chart.count > VowelChart::kMostClicked) {
+    window.Notify(kChartFull, Icon::Error);  // the last one was typed, and clicks stop before it
+  } else {
     // A correction that leaves no vowel takes the point away.
     --vowels.chart.count;
     vowels.unsaved = true;
@@ -237,11 +241,10 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
               const std::string& key) {
   const bool plot = document.activity == Activity::GroupPlot;
   if (!plot && document.activity != Activity::PointChart) return false;
-  if (key == "M") {
+  if (key == "M" || key == "L") {
     bool& flag = plot ? vowels.plot.showNames : vowels.showNumbers;
-    flag = !flag;
-  } else if (key == "L") {
-    if (!plot) vowels.averages.clear();
+    if (key == "M") flag = !flag;
+    if (!plot) vowels.averages.clear();  // both draw the chart anew
   } else if (key == "B" && plot) {
     LeaveChart(window, document, states, vowels);
   } else {
