@@ -27,7 +27,8 @@ constexpr const char* kNoSuchFile = "文件不存在！";
 constexpr const char* kCannotCreate = "不能建立文件！";
 constexpr const char* kNoPitchFile = "无基频数据文件！";
 constexpr const char* kCannotWriteListing = "文件打开错误！";
-constexpr std::size_t kLongestPitchFile = std::size_t{64} << 20;
+// Five hours of contour. A longer file is none, and its listing would fill the memory.
+constexpr std::size_t kLongestPitchFile = std::size_t{8} << 20;
 
 constexpr const char* kPitchListing = "Pitch.txt";
 
@@ -140,8 +141,10 @@ std::optional<std::vector<std::uint8_t>> AskPitchFile(Window& window) {
     window.Repaint();
     return {};
   }
+  const InputFile file(choice->path);
+  const bool tooLong = file.isOpen() && file.size() > static_cast<std::int64_t>(kLongestPitchFile);
   auto bytes = ReadWholeFile(choice->path, kLongestPitchFile);
-  if (!bytes) window.Notify(kNoPitchFile, Icon::Error);
+  if (!bytes) window.Notify(tooLong ? kBadPitchFile : kNoPitchFile, Icon::Error);
   return bytes;
 }
 
@@ -155,11 +158,10 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
   }
   std::vector<PitchRecord> records;
   const PitchFileEnd end = ReadPitchRecords(*bytes, records);
-  std::string text;
+  std::string gbk;
   for (std::size_t i = 0; i < records.size(); ++i)
-    text += PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate);
+    gbk += ToGbk(PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate));
   if (end == PitchFileEnd::Broken) window.Notify(kBadPitchFile, Icon::Error);
-  const std::string gbk = ToGbk(text);
   if (listing.Commit({reinterpret_cast<const std::uint8_t*>(gbk.data()), gbk.size()}) < 0) {
     window.Notify(kCannotWriteListing, Icon::Error);
     return 1;

@@ -44,6 +44,9 @@ constexpr const char* kBadFormantFile = "共振峰数据文件错误！";
 constexpr const char* kChartListName = "VchDt.txt";
 constexpr const char* kFormantListName = "Formant.txt";
 
+// Half an hour of frames. A longer file is none, and its listing would fill the memory.
+constexpr std::size_t kLongestFormantFile = std::size_t{8} << 20;
+
 constexpr int kHighestRate = 16000;
 constexpr int kShortestSelection = 200;  // samples of a stretch whose formants are saved
 constexpr int kField1 = 1000, kField2 = 1008;
@@ -317,13 +320,17 @@ void SaveFormantsCommand(Window& window, const SoundDocument& document) {
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(FormantDialog("打开共振峰数据文件"));
   if (!choice || choice->path.empty()) return;
-  const auto bytes = ReadWholeFile(choice->path);
-  if (!bytes) return window.Notify(kNoFormantFile, Icon::Error);
-  const auto blocks = ReadFormantFile(*bytes);
-  if (!blocks) return window.Notify(kBadFormantFile, Icon::Error);
-  if (WriteTextExport(window, exportFolder, kFormantListName, FormantListing(*blocks, document.sampleRate)) <
-      0)
-    return;
+  const InputFile file(choice->path);
+  const bool tooLong = file.isOpen() && file.size() > static_cast<std::int64_t>(kLongestFormantFile);
+  const auto bytes = ReadWholeFile(choice->path, kLongestFormantFile);
+  if (!bytes) return window.Notify(tooLong ? kBadFormantFile : kNoFormantFile, Icon::Error);
+  std::vector<FormantBlock> blocks;
+  const FormantFileEnd end = ReadFormantBlocks(*bytes, blocks);
+  std::string text;
+  for (std::size_t i = 0; i < blocks.size(); ++i)
+    text += FormantListing(blocks[i], static_cast<int>(i) + 1, document.sampleRate);
+  if (WriteTextExport(window, exportFolder, kFormantListName, text) < 0) return;
+  if (end == FormantFileEnd::Broken) return window.Notify(kBadFormantFile, Icon::Error);
   ShowTextExport(window, exportFolder, kFormantListName);
 }
 

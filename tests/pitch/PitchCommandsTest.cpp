@@ -146,6 +146,10 @@ TEST(PitchCommands, ListingWritesPitchTxt) {
   desk.window.answers = {"file:" + data};
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);
   EXPECT_EQ(ReadFile(listing), "");
+  WriteFile(data, std::string((8 << 20) + 1, 'x'));  // too large to be one
+  desk.window.answers = {"file:" + data};
+  EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);
+  EXPECT_EQ(desk.window.Log().back(), "error|Parlowen(Tessiran)|基频数据文件错误！");
   WriteFile(data, std::string());
   desk.window.answers = {"file:" + data};
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 0);
