@@ -3,7 +3,9 @@
 
 One row a lead byte 0x81..0xFE, 190 trail bytes 0x40..0xFE without 0x7F. The user-defined codes get the
 private-use characters that GBK implementations agree on: AAA1..AFFE U+E000.., F8A1..FEFE U+E234..,
-A140..A7A0 U+E4C6... Other codes without a character are 0.
+A140..A7A0 U+E4C6... Every other code without a character gets one of U+E766.. in the order of the codes,
+so that a text comes back as it was read. Files do not hold these characters, but other programs may have been
+given them: the order is never changed.
 """
 import os
 
@@ -27,8 +29,14 @@ for first_lead, last_lead, trails in (
                 table[lead, trail] = private
             private += 1
 
+for code in sorted(table):
+    if table[code] == 0:
+        table[code] = private
+        private += 1
+assert len(set(table.values())) == len(table)
+
 target = os.path.join(os.path.dirname(__file__), "..", "src", "base", "GbkTable.inc")
 with open(target, "w", encoding="ascii") as out:
     values = [table[key] for key in sorted(table)]
     for at in range(0, len(values), 16):
-        out.write(",".join("0x%X" % value if value else "0" for value in values[at:at + 16]) + ",\n")
+        out.write(",".join("0x%X" % value for value in values[at:at + 16]) + ",\n")

@@ -94,8 +94,9 @@ void SaveIpaCommand(Window& window, SoundDocument& document, AnnotationState& an
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (path.size() > kLongestPath || file.Begin(path) < 0) return SayBadName(window);
-  const bool withPitch = HasComputedContour(document) && AskToKeepPitch(window);
-  if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), withPitch)) < 0)
+  const auto withPitch = HasComputedContour(document) ? AskToKeepPitch(window) : false;
+  if (!withPitch) return;
+  if (file.Commit(IpaBytesOf(document, AnnotationsOf(annotations, document), *withPitch)) < 0)
     return SayBadName(window);
   annotations.changed = false;
   if (withPitch) document.ContourSaved();

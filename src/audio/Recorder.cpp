@@ -153,6 +153,7 @@ void Recorder::Keep(std::span<const std::int16_t> block) {
   } else {
     Append(block);
     ShowRecorded();
+    window_.ShowStatus(Format(kLength, static_cast<double>(recorded_) / sampleRate_));
   }
 }
 
@@ -202,7 +203,6 @@ void Recorder::ShowRecorded() {
   document_.SamplesChanged();
   document_.viewStart = std::max(0, recorded_ - document_.FullViewLength());
   document_.setView(states_);
-  window_.ShowStatus(Format(kLength, static_cast<double>(recorded_) / sampleRate_));
   window_.Repaint();
 }
 

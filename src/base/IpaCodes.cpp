@@ -25,23 +25,27 @@ std::string EachCharacter(std::string_view utf8, Replace replace) {
   return text;
 }
 
-char32_t UserCodeOf(char32_t character) {
+char32_t SymbolOf(char32_t character) {
+  const bool inRow = character >= kFirstUserCode && character < kFirstUserCode + kRowLength;
+  return inRow ? kRow[character - kFirstUserCode] : character;
+}
+
+/// Symbols and the characters of their codes change places. What an ordinary code has made a symbol gets the
+/// character that the phonetic code leaves free, so that both come back.
+char32_t Exchanged(char32_t character) {
   for (std::size_t i = 0; i < kRowLength; ++i)
     if (kRow[i] == character) return static_cast<char32_t>(kFirstUserCode + i);
-  return character;
+  return SymbolOf(character);
 }
 
 }  // namespace
 
-std::string IpaFromGbk(std::string_view gbk) {
-  return EachCharacter(FromGbk(gbk), [](char32_t character) {
-    const bool inRow = character >= kFirstUserCode && character < kFirstUserCode + kRowLength;
-    return inRow ? kRow[character - kFirstUserCode] : character;
-  });
-}
+std::string IpaFromGbk(std::string_view gbk) { return EachCharacter(FromGbk(gbk), Exchanged); }
 
-std::string IpaToGbk(std::string_view utf8) { return ToGbk(EachCharacter(utf8, UserCodeOf)); }
+std::string IpaToGbk(std::string_view utf8) { return ToGbk(EachCharacter(utf8, Exchanged)); }
 
-bool HasIpaCodes(std::string_view utf8) { return HasGbkCodes(EachCharacter(utf8, UserCodeOf)); }
+std::string IpaAsDrawn(std::string_view utf8) { return EachCharacter(utf8, SymbolOf); }
+
+bool HasIpaCodes(std::string_view utf8) { return HasGbkCodes(EachCharacter(utf8, Exchanged)); }
 
 }  // namespace parlowen

@@ -57,8 +57,10 @@ Edit ConvertRateCommand(Window& window, SoundDocument& document, CommandStates& 
     window.Notify(kNothingToConvert);
     return {};
   }
+  const bool ofTwoChannels = states.Holds(Need::TwoChannelFile);
   const Edit edit = ConvertDocument(document, target);
   document.resetForNewSound(document.sampleCount, target, states);
+  states.onTwoChannelChanged(ofTwoChannels);  // only a load or a recording tells otherwise
   window.Repaint();
   return edit;
 }

@@ -12,8 +12,8 @@ constexpr const char* kClipped = "数据太大，产生限幅失真";
 constexpr const char* kWarning = "警告";
 constexpr const char* kNoTwoChannels = "没有双声道数据！";
 
-/// Cut and paste work on one channel; a two-channel document becomes a mono one when the user agrees. The commands of
-/// two channels stay enabled until a mono sound is loaded, and say that there are none.
+/// Cut and paste work on one channel; a two-channel document becomes a mono one when the user agrees. The
+/// two-channel commands stay: they say themselves that there is no second channel any more.
 bool MayBreakChannels(Window& window, SoundDocument& document) {
   if (!document.twoChannel) return true;
   if (!window.AskYesNo(kBreaksChannels, window.Caption())) return false;

@@ -83,7 +83,7 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
         ReadStereoFrames(file, layout.dataOffset, static_cast<int>(bytes / 4), document.samples.data(),
                          loaded.twoChannel ? document.samples2.data() : nullptr);
     loaded.partOfFile = !loaded.twoChannel || bytes < layout.dataBytes;
-    loaded.tailOffset = layout.dataOffset + bytes;
+    loaded.tailOffset = layout.dataOffset + bytes / 4 * 4;
   } else if (layout.blockAlign != 2) {
     return refuse(kNot16Bits);
   } else if (mode == ChannelMode::Two) {
@@ -192,7 +192,9 @@ std::optional<std::string> AskSoundName(Window& window, const std::string& title
   return WithWavSuffix(choice->path);
 }
 
-bool AskToKeepPitch(Window& window) { return window.AskYesNo(kKeepPitch, kKeepPitchCaption); }
+std::optional<bool> AskToKeepPitch(Window& window) {
+  return window.AskBeforeWriting(kKeepPitch, kKeepPitchCaption);
+}
 
 void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
 
@@ -209,9 +211,11 @@ void saveSound(Window& window, SoundDocument& document, bool saveAs) {
   // The place is tried before the question, so that nobody answers in vain.
   FileReplacement file;
   if (file.Begin(*path) < 0) return SayCannotSave(window);
-  const bool withPitch = HasComputedContour(document) && !document.twoChannel && AskToKeepPitch(window);
-  if (file.Commit(WavBytesOf(document, withPitch)) < 0) return SayCannotSave(window);
-  if (withPitch) {
+  const bool mayKeepPitch = HasComputedContour(document) && !document.twoChannel;
+  const auto withPitch = mayKeepPitch ? AskToKeepPitch(window) : false;
+  if (!withPitch) return;
+  if (file.Commit(WavBytesOf(document, *withPitch)) < 0) return SayCannotSave(window);
+  if (*withPitch) {
     const auto frames = static_cast<std::size_t>(document.ContourLength());
     document.pitch[frames] = document.pitch[frames + 1] = 0;  // as the file has them
     document.ContourSaved();

@@ -50,7 +50,7 @@ std::optional<std::string> AskSoundName(Window& window, const std::string& title
 inline constexpr const char* kSaveUnderOtherName = "文件换名存为...";
 
 /// Whether the contour, which is complete, goes into the file.
-bool AskToKeepPitch(Window& window);
+std::optional<bool> AskToKeepPitch(Window& window);
 
 /// The message of a sound file that could not be written.
 void SayCannotSave(Window& window);

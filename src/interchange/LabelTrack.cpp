@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "base/Format.h"
+#include "base/IpaCodes.h"
 #include "interchange/FrameGrid.h"
 #include "interchange/MarkerSetBuilder.h"
 
@@ -97,7 +98,8 @@ std::vector<TrackLabel> TrackOfMarkers(const MarkerSet& markers, int sampleRate)
   std::vector<TrackLabel> labels;
   for (int band = 0; band < kMarkerBands; ++band)
     for (const MarkerLabel& label : markers.Labels(band))
-      labels.push_back({SecondsOf(label.start, sampleRate), SecondsOf(label.end, sampleRate), label.text});
+      labels.push_back(
+          {SecondsOf(label.start, sampleRate), SecondsOf(label.end, sampleRate), IpaAsDrawn(label.text)});
   std::stable_sort(labels.begin(), labels.end(),
                    [](const TrackLabel& a, const TrackLabel& b) { return a.start < b.start; });
   return labels;

@@ -4,6 +4,7 @@
 #include <array>
 #include <optional>
 
+#include "base/IpaCodes.h"
 #include "interchange/FrameGrid.h"
 #include "interchange/MarkerSetBuilder.h"
 
@@ -62,7 +63,8 @@ GridTier BandTier(const MarkerSet& markers, int band, int sampleCount, int sampl
     const bool isStretch =
         edge != edges.end() && *edge == label.start && edge + 1 != edges.end() && edge[1] == label.end;
     if (isStretch) {
-      Join(tier.intervals[static_cast<std::size_t>(edge - edges.begin())].text, label.text, losses);
+      Join(tier.intervals[static_cast<std::size_t>(edge - edges.begin())].text, IpaAsDrawn(label.text),
+           losses);
     } else {
       ++losses.leftOut;
     }
@@ -76,7 +78,7 @@ std::vector<Moment> PointLabels(const MarkerSet& markers, int band, int sampleCo
   for (const MarkerLabel& label : markers.Labels(band)) {
     if (!label.IsPoint()) continue;
     if (inSound(label.start)) {
-      moments.push_back({label.start, label.text});
+      moments.push_back({label.start, IpaAsDrawn(label.text)});
     } else {
       ++losses.leftOut;
     }
@@ -258,7 +260,7 @@ TextGrid GridOfMarkers(const MarkerSet& markers, const std::vector<Annotation>& 
   std::vector<Moment> moments;
   for (const Annotation& annotation : annotations) {
     if (annotation.position >= 0 && annotation.position <= sampleCount) {
-      moments.push_back({annotation.position, annotation.text});
+      moments.push_back({annotation.position, IpaAsDrawn(annotation.text)});
     } else {
       ++losses.leftOut;
     }

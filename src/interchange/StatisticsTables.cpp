@@ -88,7 +88,7 @@ std::string MarkersCsv(const MarkerSet& markers, const SoundDocument& document) 
     std::vector<Row> rows;
     for (const std::int32_t marker : markers.Markers(band)) rows.push_back({marker, marker, "marker", ""});
     for (const MarkerLabel& label : markers.Labels(band))
-      rows.push_back({label.start, label.end, label.IsPoint() ? "point" : "segment", label.text});
+      rows.push_back({label.start, label.end, label.IsPoint() ? "point" : "segment", IpaAsDrawn(label.text)});
     std::stable_sort(rows.begin(), rows.end(), [](const Row& a, const Row& b) { return a.start < b.start; });
     for (const Row& row : rows) {
       const double duration = (static_cast<double>(row.end) - row.start) / rate;

@@ -110,6 +110,7 @@ NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
   if (reader.failed() || rate < kSmallestRate) return NspRefusal::NotNsp;
   read.sampleRate = static_cast<int>(rate);
   const auto limit = static_cast<int>(std::min<std::int64_t>(announced, NspSampleLimit(read.sampleRate)));
+  read.sampleCount = limit;
 
   struct FoundMarker {
     EpgMarker marker;
@@ -129,7 +130,6 @@ NspRefusal ParseEpgNsp(ByteSpan file, EpgRecording& recording) {
       if (read.channel != 0) continue;
       read.channel = Is(id, "SDA_") ? 'A' : 'B';
       read.samples = SamplesOf(body, limit);
-      read.sampleCount = static_cast<int>(read.samples.size());
       continue;
     }
     const ByteSpan body = reader.Take(length);

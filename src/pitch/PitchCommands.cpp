@@ -26,7 +26,8 @@ constexpr const char* kNoSuchFile = "文件不存在！";
 constexpr const char* kCannotCreate = "不能建立文件！";
 constexpr const char* kNoPitchFile = "无基频数据文件！";
 constexpr const char* kCannotWriteListing = "文件打开错误！";
-constexpr std::size_t kLongestPitchFile = std::size_t{64} << 20;
+// Five hours of contour. A longer file is none, and its listing would fill the memory.
+constexpr std::size_t kLongestPitchFile = std::size_t{8} << 20;
 
 constexpr const char* kPitchListing = "Pitch.txt";
 
@@ -127,14 +128,15 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
     window.Repaint();
     return 0;
   }
-  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  if (!restart) return 0;
   ByteWriter record;
   const FrameSpan frames =
       RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
   const int result =
-      restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
-  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+      *restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
+  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
   return result;
 }
 
@@ -148,8 +150,10 @@ std::optional<std::vector<std::uint8_t>> AskPitchFile(Window& window) {
     window.Repaint();
     return {};
   }
+  const InputFile file(choice->path);
+  const bool tooLong = file.isOpen() && file.size() > static_cast<std::int64_t>(kLongestPitchFile);
   auto bytes = ReadWholeFile(choice->path, kLongestPitchFile);
-  if (!bytes) window.Notify(kNoPitchFile, Icon::Error);
+  if (!bytes) window.Notify(tooLong ? kBadPitchFile : kNoPitchFile, Icon::Error);
   return bytes;
 }
 
@@ -163,11 +167,10 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
   }
   std::vector<PitchRecord> records;
   const PitchFileEnd end = ReadPitchRecords(*bytes, records);
-  std::string text;
+  std::string gbk;
   for (std::size_t i = 0; i < records.size(); ++i)
-    text += PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate);
+    gbk += ToGbk(PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate));
   if (end == PitchFileEnd::Broken) window.Notify(kBadPitchFile, Icon::Error);
-  const std::string gbk = ToGbk(text);
   if (listing.Commit({reinterpret_cast<const std::uint8_t*>(gbk.data()), gbk.size()}) < 0) {
     window.Notify(kCannotWriteListing, Icon::Error);
     return 1;
@@ -198,6 +201,7 @@ UiText RepairHint(const PitchRepair& repair) {
 
 void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,
                  MouseButton button) {
+  repair.KeepTo(document);
   repair.pointer = point;
   if (button == MouseButton::Left) return Repaired(window, TracePoint(document, repair, point));
   // The right button ends a trace; without one it marks frames, as the two ends of a drag do.
@@ -209,7 +213,9 @@ void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, R
   window.Repaint();
 }
 
-void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame) {
+void RepairMark(Window& window, const SoundDocument& document, PitchRepair& repair, int firstFrame,
+                int lastFrame) {
+  repair.KeepTo(document);
   repair.lastPoint.reset();
   repair.markStart = firstFrame;
   MarkRepairFrame(repair, lastFrame);
@@ -217,6 +223,7 @@ void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFra
 }
 
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key) {
+  repair.KeepTo(document);
   if (key.size() == 1 && key[0] >= '1' && key[0] <= '9') {
     if (repair.rows == RepairRows::Quefrencies) return true;  // there the row is the period itself
     repair.harmonic = key[0] - '0';

@@ -54,7 +54,8 @@ bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramStat
 void RepairClick(Window& window, SoundDocument& document, PitchRepair& repair, RepairPoint point,
                  MouseButton button);
 /// A right drag.
-void RepairMark(Window& window, PitchRepair& repair, int firstFrame, int lastFrame);
+void RepairMark(Window& window, const SoundDocument& document, PitchRepair& repair, int firstFrame,
+                int lastFrame);
 /// True when the key was used: 1–9, D, Up, Down, Z, R.
 bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, const std::string& key);
 /// What to do while `activity` is 9.

@@ -31,6 +31,15 @@ bool Change(SoundDocument& document, PitchRepair& repair, FrameSpan span, ValueO
 
 }  // namespace
 
+void PitchRepair::KeepTo(const SoundDocument& document) {
+  if (contour == document.contourKeeper.version()) return;
+  contour = document.contourKeeper.version();
+  lastPoint.reset();
+  markStart.reset();
+  marked = {0, -1};
+  undo.clear();
+}
+
 bool TracePoint(SoundDocument& document, PitchRepair& repair, RepairPoint point) {
   if (!(point.frequency > 0)) return false;
   const double rate = document.sampleRate;

@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <vector>
 
@@ -35,7 +36,13 @@ struct PitchRepair {
   std::optional<RepairPoint> pointer;    ///< where the comb stands
   std::vector<RepairStep> undo;          ///< the last steps, oldest first, at most kRepairSteps
 
+  std::uint64_t contour = 0;  ///< version of the contour that trace, marks and steps were made on
+
   bool IsMarked(int frame) const { return frame >= marked.first && frame <= marked.last; }
+  /// Puts away trace, marks and steps of another contour than the document's present one: after an edit, a
+  /// change of the rate or an analysis they would bring values to sounds that they never were of. To be
+  /// called before the repair is used or shown.
+  void KeepTo(const SoundDocument& document);
 };
 inline constexpr std::size_t kRepairSteps = 200;
 

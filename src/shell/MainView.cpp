@@ -125,7 +125,7 @@ RepairPoint MainView::RepairPointAt(Point at) const {
 
 void MainView::MarkRepairFrames(int x0, int x1) {
   if (!RepairsPitch(Pane::Analysis)) return;
-  RepairMark(window_, pitchRepair_, RepairPointAt({x0, 0}).frame, RepairPointAt({x1, 0}).frame);
+  RepairMark(window_, document_, pitchRepair_, RepairPointAt({x0, 0}).frame, RepairPointAt({x1, 0}).frame);
 }
 
 void MainView::PointAtRepair(Point at) {

@@ -250,6 +250,7 @@ void Workstation::Follow(const Edit& edit) {
 }
 
 void Workstation::UpdateDerived() {
+  pitch.repair.KeepTo(document);
   if (seenGeneration_ != document.soundGeneration) {
     seenGeneration_ = document.soundGeneration;
     seenSamples_ = document.samplesVersion;

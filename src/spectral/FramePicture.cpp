@@ -14,7 +14,16 @@ constexpr int kVoicedTop = 3500;                             // Hz
 constexpr double kFrameScale = 1.2, kComparisonScale = 1.5;  // units of the curves a dB
 constexpr double kRowsPerDecibel = 3.6, kComparedRowsPerDecibel = 2.3;
 
+constexpr int kBandwidthColumn = 70;  // behind the frequency
+
 int Whole(double value) { return TruncateToInt32(value); }
+
+std::string FrequencyText(const FormantFrame& formants, int index) {
+  return Format("F%d=%-4d", index + 1, Whole(formants.frequency[static_cast<std::size_t>(index)]));
+}
+std::string BandwidthText(const FormantFrame& formants, int index) {
+  return Format("B%d=%5d", index + 1, Whole(formants.bandwidth[static_cast<std::size_t>(index)]));
+}
 
 }  // namespace
 
@@ -30,11 +39,8 @@ std::vector<std::string> FrameLines(const FrameParameters& frame) {
         Format("音强 E=%4.1lfdb  基频 F0=%3.0fHz", frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
   }
   lines.push_back("共振峰:");
-  for (std::size_t i = 0; static_cast<int>(i) < frame.formants.count; ++i) {
-    const int number = static_cast<int>(i) + 1;
-    lines.push_back(Format("F%d=%-4d", number, Whole(frame.formants.frequency[i])) + "  " +
-                    Format("B%d=%5d", number, Whole(frame.formants.bandwidth[i])));
-  }
+  for (int i = 0; i < frame.formants.count; ++i)
+    lines.push_back(FrequencyText(frame.formants, i) + "  " + BandwidthText(frame.formants, i));
   return lines;
 }
 
@@ -70,13 +76,15 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   picture.Add(CurveOf(plot, state.frame.narrow.data(), colours::kSpectrumRed));
   picture.Add(CurveOf(plot, state.frame.lpc.data(), colours::kBlack));
   const std::vector<std::string> lines = FrameLines(state.frame);
-  constexpr std::size_t kHeadLines = 3;  // the others are the formants, in a table of their own
-  for (std::size_t i = 0; i < lines.size(); ++i) {
-    const int line = static_cast<int>(i < kHeadLines ? i : i - kHeadLines);
-    if (i < kHeadLines)
-      AddLine(picture, kTextLeft, kFirstLine + line * kLineStep, lines[i]);
-    else
-      AddLine(picture, kTableLeft + 20, kTableTop + line * kLineStep, lines[i]);
+  constexpr int kHeadLines = 3;  // the others are the formants, in a table of their own
+  for (int i = 0; i < kHeadLines; ++i)
+    AddLine(picture, kTextLeft, kFirstLine + i * kLineStep, lines[static_cast<std::size_t>(i)]);
+  const int left = kTableLeft + 20;
+  AddLine(picture, left, kTableTop, lines[kHeadLines]);
+  for (int i = 0; i < state.frame.formants.count; ++i) {
+    const int y = kTableTop + (i + 1) * kLineStep;
+    AddLine(picture, left, y, FrequencyText(state.frame.formants, i));
+    AddLine(picture, left + kBandwidthColumn, y, BandwidthText(state.frame.formants, i));
   }
   return picture;
 }

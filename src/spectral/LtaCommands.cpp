@@ -102,7 +102,7 @@ SpectralPlot RightPlot(const LtaState& state, int width, int height) {
 }
 
 std::vector<std::string> DifferenceLines(const LtaDifference& difference) {
-  return {"谱的差图（归一为0均值）", Format("均方差=%.2lf(db)", difference.deviation),
+  return {"谱的差图", "（归一为0均值）", Format("均方差=%.2lf(db)", difference.deviation),
           Format("最大差=%.1lfdb", difference.largest), Format("在%dHz", difference.largestHz)};
 }
 
@@ -180,8 +180,10 @@ Picture LtaPicture(const LtaState& state, int width, int height) {
   for (Point& point : curve.points) point.y = std::clamp(point.y, 0, height);
   picture.Add(std::move(curve));
   const std::vector<std::string> lines = DifferenceLines(*state.difference);
-  for (std::size_t i = 0; i < lines.size(); ++i)
-    AddLine(picture, right.left + 60, 24 + 20 * static_cast<int>(i), lines[i]);
+  // The first two share a row, so that four stand above the curve.
+  AddLine(picture, right.left + 60, 24, lines[0]);
+  for (std::size_t i = 1; i < lines.size(); ++i)
+    AddLine(picture, right.left + (i == 1 ? 118 : 60), 24 + 20 * static_cast<int>(i - 1), lines[i]);
   return picture;
 }
 

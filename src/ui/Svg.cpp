@@ -3,6 +3,7 @@
 #include <span>
 
 #include "base/Format.h"
+#include "base/IpaCodes.h"
 #include "base/Utf8.h"
 #include "ui/Png.h"
 
@@ -103,7 +104,7 @@ struct SvgMark {
                "xml:space=\"preserve\">",
                mark.x, mark.y, mark.height, FamilyOf(mark.face), kAnchors[static_cast<int>(mark.anchor)],
                Hex(mark.colour).c_str()) +
-           Escaped(mark.text) + "</text>\n";
+           Escaped(IpaAsDrawn(mark.text)) + "</text>\n";
   }
   std::string operator()(const GreyImageMark& mark) const {
     return Image(mark.x, mark.y, mark.width, mark.height, mark.columns, mark.rows, 1, mark.pixels);

@@ -73,6 +73,17 @@ class Window {
   virtual void CopyRegion(const PaneRegion& region) = 0;
   virtual void Quit() = 0;
 
+  /// True once a question was given something that is no answer to it. Everything that is asked from then on
+  /// counts as cancelled.
+  virtual bool GivenUp() const { return false; }
+
+  /// A question on which a file is written either way: nothing when it could not be answered, and then nothing
+  /// is to be written.
+  std::optional<bool> AskBeforeWriting(const std::string& text, const std::string& caption) {
+    const bool yes = AskYesNo(text, caption);
+    return GivenUp() ? std::nullopt : std::optional(yes);
+  }
+
   /// A failure, with the system's own error caption.
   void ShowError(const std::string& text, const std::string& caption = {}) {
     ShowMessage(text, caption, Icon::Error);

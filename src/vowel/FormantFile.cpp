@@ -26,39 +26,33 @@ void WriteFormantBlock(ByteWriter& file, const VowelTrack& track) {
     }
 }
 
-std::optional<std::vector<FormantBlock>> ReadFormantFile(ByteSpan bytes) {
-  std::vector<FormantBlock> blocks;
+FormantFileEnd ReadFormantBlocks(ByteSpan bytes, std::vector<FormantBlock>& blocks) {
   ByteReader file(bytes);
-  while (file.Remaining() > 0) {
-    if (!file.TakeTag("HEAD")) return {};
+  while (file.Remaining() >= 4) {
+    if (!file.TakeTag("HEAD")) return FormantFileEnd::Broken;
     const std::int32_t size = file.TakeInt32LE();
     FormantBlock block;
     block.start = file.TakeInt32LE();
-    if (file.failed() || size < kSizeBase) return {};
+    if (file.failed() || size < kSizeBase) return FormantFileEnd::Broken;
     const auto count = static_cast<std::size_t>(size / kFrameBytes);
-    if (count > file.Remaining() / kFrameBytes) return {};
+    if (count > file.Remaining() / kFrameBytes) return FormantFileEnd::Broken;
     block.frames.resize(count);
     for (auto& frame : block.frames)
       for (double& value : frame) value = file.TakeFloat64LE();
     blocks.push_back(std::move(block));
   }
-  return blocks;
+  return FormantFileEnd::Complete;
 }
 
-std::string FormantListing(const std::vector<FormantBlock>& blocks, int sampleRate) {
-  const std::string header = "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
-  std::string text;
-  int number = 0;
-  for (const FormantBlock& block : blocks) {
-    const double start = FrameOfSample(block.start, sampleRate) * 0.01;
-    const double length = static_cast<double>(block.frames.size()) * 0.01;
-    text +=
-        Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", ++number, start, start + length) + header;
-    for (std::size_t k = 0; k < block.frames.size(); ++k) {
-      text += Format("%-7.2f", static_cast<double>(k) * 0.01 + start);
-      for (const double value : block.frames[k]) text += Format("%8d", TruncateToInt32(value));
-      text += "\r\n";
-    }
+std::string FormantListing(const FormantBlock& block, int number, int sampleRate) {
+  const double start = FrameOfSample(block.start, sampleRate) * 0.01;
+  const double length = static_cast<double>(block.frames.size()) * 0.01;
+  std::string text = Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", number, start, start + length);
+  text += "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
+  for (std::size_t k = 0; k < block.frames.size(); ++k) {
+    text += Format("%-7.2f", static_cast<double>(k) * 0.01 + start);
+    for (const double value : block.frames[k]) text += Format("%8d", TruncateToInt32(value));
+    text += "\r\n";
   }
   return ToGbk(text);
 }

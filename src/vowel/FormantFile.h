@@ -1,5 +1,4 @@
 #pragma once
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -17,11 +16,14 @@ struct FormantBlock {
   std::vector<std::array<double, 6>> frames;  ///< F1, B1, F2, B2, F3, B3
 };
 
-/// All blocks of a file; nothing when one does not begin with "HEAD" or is longer than what is left.
-std::optional<std::vector<FormantBlock>> ReadFormantFile(ByteSpan file);
+enum class FormantFileEnd { Complete, Broken };
 
-/// The text of "Formant.txt" in GBK. The file does not know its rate: times are those of a sound at
-/// `sampleRate`.
-std::string FormantListing(const std::vector<FormantBlock>& blocks, int sampleRate);
+/// The blocks of a file, up to its end or to the first one that is broken: another tag, a size below that of
+/// an empty block or larger than what follows. Fewer than four bytes behind the last block are ignored.
+FormantFileEnd ReadFormantBlocks(ByteSpan file, std::vector<FormantBlock>& blocks);
+
+/// A block as "Formant.txt" shows it, in GBK: its number (from 1) and times, a column head, a line a frame.
+/// The file does not know its rate: times are those of a sound at `sampleRate`.
+std::string FormantListing(const FormantBlock& block, int number, int sampleRate);
 
 }  // namespace parlowen

@@ -47,6 +47,9 @@ constexpr const char* kBadFormantFile = "共振峰数据文件错误！";
 constexpr const char* kChartListName = "VchDt.txt";
 constexpr const char* kFormantListName = "Formant.txt";
 
+// Half an hour of frames. A longer file is none, and its listing would fill the memory.
+constexpr std::size_t kLongestFormantFile = std::size_t{8} << 20;
+
 constexpr int kHighestRate = 16000;
 constexpr int kShortestSelection = 200;  // samples of a stretch whose formants are saved
 constexpr int kField1 = 1000, kField2 = 1008;
@@ -180,7 +183,11 @@ bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
     vowels.unsaved = true;
-  } else if (vowels.lastClick >= 0 && vowels.lastClickSound == document.soundGeneration) {
+  } else if (vowels.lastClick < 0 || vowels.lastClickSound != document.soundGeneration) {
+    // there is nothing to measure again
+  } else if (vowels.chart.count > VowelChart::kMostClicked) {
+    window.Notify(kChartFull, Icon::Error);  // the last one was typed, and clicks stop before it
+  } else {
     // A correction that leaves no vowel takes the point away.
     --vowels.chart.count;
     vowels.unsaved = true;
@@ -251,11 +258,10 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
               const std::string& key) {
   const bool plot = document.activity == Activity::GroupPlot;
   if (!plot && document.activity != Activity::PointChart) return false;
-  if (key == "M") {
+  if (key == "M" || key == "L") {
     bool& flag = plot ? vowels.plot.showNames : vowels.showNumbers;
-    flag = !flag;
-  } else if (key == "L") {
-    if (!plot) vowels.averages.clear();
+    if (key == "M") flag = !flag;
+    if (!plot) vowels.averages.clear();  // both draw the chart anew
   } else if (key == "B" && plot) {
     LeaveChart(window, document, states, vowels);
   } else {
@@ -318,24 +324,29 @@ void SaveFormantsCommand(Window& window, const SoundDocument& document) {
   if (document.SelectionLength() < kShortestSelection) return;
   const auto choice = window.AskSaveFile(FormantDialog(kSaveFormantsTitle));
   if (!choice || choice->path.empty()) return;
-  const bool restart = window.AskYesNo(kRestart, kRestartCaption);
+  const auto restart = window.AskBeforeWriting(kRestart, kRestartCaption);
+  if (!restart) return;
   ByteWriter block;
   WriteFormantBlock(block, SelectionTrack(document));
   const int result =
-      restart ? SaveFile(window, choice->path, block) : SaveBehindFile(window, choice->path, block);
-  if (result < 0) window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+      *restart ? SaveFile(window, choice->path, block) : SaveBehindFile(window, choice->path, block);
+  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(FormantDialog(kOpenFormantsTitle));
   if (!choice || choice->path.empty()) return;
-  const auto bytes = ReadWholeFile(choice->path);
-  if (!bytes) return window.Notify(kNoFormantFile, Icon::Error);
-  const auto blocks = ReadFormantFile(*bytes);
-  if (!blocks) return window.Notify(kBadFormantFile, Icon::Error);
-  if (WriteTextExport(window, exportFolder, kFormantListName, FormantListing(*blocks, document.sampleRate)) <
-      0)
-    return;
+  const InputFile file(choice->path);
+  const bool tooLong = file.isOpen() && file.size() > static_cast<std::int64_t>(kLongestFormantFile);
+  const auto bytes = ReadWholeFile(choice->path, kLongestFormantFile);
+  if (!bytes) return window.Notify(tooLong ? kBadFormantFile : kNoFormantFile, Icon::Error);
+  std::vector<FormantBlock> blocks;
+  const FormantFileEnd end = ReadFormantBlocks(*bytes, blocks);
+  std::string text;
+  for (std::size_t i = 0; i < blocks.size(); ++i)
+    text += FormantListing(blocks[i], static_cast<int>(i) + 1, document.sampleRate);
+  if (WriteTextExport(window, exportFolder, kFormantListName, text) < 0) return;
+  if (end == FormantFileEnd::Broken) return window.Notify(kBadFormantFile, Icon::Error);
   ShowTextExport(window, exportFolder, kFormantListName);
 }
 

@@ -29,6 +29,17 @@ TEST(IpaCodes, TheRowIsTheDocumentsTableAndGoesThereAndBack) {
   EXPECT_EQ(symbols.size(), 94u);
 }
 
+TEST(IpaCodes, ASymbolOfTwoCodesIsDrawnAlikeAndStoredAsItWas) {
+  // β, θ, χ, ɑ, ɡ, each as an ordinary and as a phonetic code.
+  const std::string ordinary = "\xA6\xC2\xA6\xC8\xA6\xD6\xA8\xBB\xA8\xC0", symbols = "βθχɑɡ";
+  EXPECT_EQ(FromGbk(ordinary), symbols);
+  EXPECT_EQ(IpaFromGbk(IpaToGbk(symbols)), symbols);
+  EXPECT_NE(IpaToGbk(symbols), ordinary);
+  EXPECT_NE(IpaFromGbk(ordinary), symbols);
+  EXPECT_EQ(IpaAsDrawn(IpaFromGbk(ordinary)), symbols);
+  EXPECT_EQ(IpaAsDrawn("a普ʂ\uE765"), "a普ʂ\uE765");
+}
+
 TEST(IpaCodes, OtherTextAndOtherUserCodesAreKept) {
   const std::string bytes = ToGbk("普通话 ma") + "\xAB\xA1\xF8\xA1\xA1\x40";
   EXPECT_EQ(IpaToGbk(IpaFromGbk(bytes)), bytes);

@@ -149,6 +149,7 @@ TEST(RateConversion, MakesANewSoundOfIt) {
   PasteCommand(desk.window, desk.document, desk.states);
   desk.document.TakePeriods(0, std::vector<float>{0, 441, -1});
   EXPECT_FALSE(desk.states.Holds(Need::LowRate));
+  desk.states.onTwoChannelChanged(true);  // the file had two; the paste made it one
   desk.window.answers = {"yes"};
   ConvertRateCommand(desk.window, desk.document, desk.states);
   EXPECT_TRUE(desk.document.pitchPresent && desk.states.Holds(Need::Contour)) << "10 ms are 10 ms";
@@ -158,6 +159,7 @@ TEST(RateConversion, MakesANewSoundOfIt) {
   EXPECT_EQ(desk.document.undoKind, UndoKind::None);
   EXPECT_FALSE(desk.document.selectionDefined());
   EXPECT_TRUE(desk.states.Holds(Need::LowRate));
+  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "a conversion is no load";
   EXPECT_FALSE(desk.states.Holds(Need::Undo));
   EXPECT_TRUE(desk.states.Holds(Need::Clip)) << "the clip stays";
   EXPECT_TRUE(desk.document.AtStartScale());

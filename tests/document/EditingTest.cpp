@@ -121,7 +121,9 @@ TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
   paste("yes");
   EXPECT_EQ(desk.document.sampleCount, 4);
   EXPECT_FALSE(desk.document.twoChannel);
-  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "swapping says that there are none";
+  SwapChannelsCommand(desk.window, desk.document, desk.states);
+  EXPECT_EQ(desk.window.Log(), Texts{"none|" + desk.window.Caption() + "|没有双声道数据！"});
+  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "to say so they can be chosen, up to the next load";
   EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
   desk.Load({1, 2, 3});
   EXPECT_FALSE(desk.states.Holds(Need::TwoChannelFile));

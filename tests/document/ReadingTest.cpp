@@ -128,6 +128,19 @@ TEST(Reading, EveryFieldMayLie) {
   }
 }
 
+TEST(Reading, TheTailOfAStereoFileLiesBehindItsLastWholeFrame) {
+  Desk desk;
+  desk.Open(Wav([](auto& w) {
+              w.blockAlign = 4;
+              w.samples.assign(6, 1);
+              w.dataSize = 14;
+              w.behind = PitchTail({0, 5, 6});
+            }).Bytes(),
+            ChannelMode::Two);
+  EXPECT_EQ(desk.document.sampleCount, 3);
+  EXPECT_EQ(desk.document.pitch[2], 6.0f);
+}
+
 TEST(Reading, OneChunkIsSkippedAndASecondOneIsReadAsData) {
   Desk desk;
   const std::string two =

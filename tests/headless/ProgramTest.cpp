@@ -33,6 +33,8 @@ TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
       {"answer file long.wav\nanswer ok choose=3\ncommand 110", 3, "the dialog has no button 3"},
       {"answer file pitch.wav\ncommand 110\nanswer ok\ncommand 120", 4,
        "a question took an answer that is not yes or no"},
+      {"answer file pitch.wav\ncommand 110\nselect 0 800\nanswer file kept.pdt\nanswer cancel\ncommand 40050",
+       6, "a question took an answer that is not yes or no"},
       {"select 5", 1, "select needs"},
       {"click attic 1 1", 1, "no pane or open window is called attic"},
       {"close", 1, "no tool window is open"},
@@ -52,6 +54,7 @@ TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
     EXPECT_EQ(result.lines.back().substr(0, head.size()), head);
     EXPECT_EQ(result.errors.rfind("line " + std::to_string(c.line) + ": " + c.text, 0), 0u) << result.errors;
   }
+  EXPECT_FALSE(std::filesystem::exists(folder / "kept.pdt")) << "a question without an answer writes nothing";
   EXPECT_EQ(RunProgram(folder, "-", load + "answer yes\nanswer ok 5\n").status, 0)
       << "left-over answers are ignored";
 }

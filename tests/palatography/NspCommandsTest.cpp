@@ -34,7 +34,7 @@ std::string SpeechFile(const std::string& chunks, std::uint32_t rate = 16000) {
   return NspBytes{.formLength = {}, .headerLength = {}, .rate = rate, .chunks = chunks}.TwoChannel();
 }
 std::string EpgFile(const std::string& chunks) {
-  return NspBytes{.formLength = {}, .headerLength = {}, .chunks = chunks}.Epg(4);
+  return NspBytes{.formLength = {}, .headerLength = {}, .chunks = chunks}.Epg(4);  // samples announced
 }
 const std::string kWholeEpg = EpgFile(Speech("SDA_", {5, 6, 7, 8}) + Preferences() + Chunk("PALA", "frames") +
                                       Marker("MKA_", 2, "t") + Marker("MKA_", 4, ""));

@@ -123,7 +123,11 @@ TEST(EpgNsp, TheFirstSpeechChunkCounts) {
 
 TEST(EpgNsp, TheHeaderAnnouncesTheSamples) {
   EXPECT_EQ(Epg(Speech("SDA_", kA), 3).samples, (Samples{1, -2, 3}));
-  EXPECT_EQ(Epg(Speech("SDA_", kA), 0xFFFFFFFF).samples, kA) << "never more than there are";
+  const EpgRecording longer = Epg(Speech("SDA_", kA) + Marker("MKA_", 40000, "late"), 50000);
+  EXPECT_EQ(longer.samples, kA);
+  EXPECT_EQ(longer.sampleCount, 50000) << "the rest is silence";
+  EXPECT_EQ(longer.markers.size(), 1u);
+  EXPECT_EQ(Epg(Speech("SDA_", kA), 0xFFFFFFFF).sampleCount, NspSampleLimit(16000));
   EXPECT_EQ(Epg(Speech("SDA_", kA), 0).sampleCount, 0);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "base/Gbk.h"
+#include "document/Editing.h"
 #include "dsp/SignalTables.h"
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
@@ -145,6 +146,10 @@ TEST(PitchCommands, ListingWritesPitchTxt) {
   desk.window.answers = {"file:" + data};
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);
   EXPECT_EQ(ReadFile(listing), "");
+  WriteFile(data, std::string((8 << 20) + 1, 'x'));  // too large to be one
+  desk.window.answers = {"file:" + data};
+  EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 1);
+  EXPECT_EQ(desk.window.Log().back(), "error|Parlowen(Tessiran)|基频数据文件错误！");
   WriteFile(data, std::string());
   desk.window.answers = {"file:" + data};
   EXPECT_EQ(ListPitchFile(desk.window, *desk.document, folder.path()), 0);
@@ -194,7 +199,7 @@ TEST(PitchRepair, MarkedFramesAreUnvoicedDoubledHalvedAndRestored) {
   key("D");
   key("Up");
   EXPECT_EQ(desk.window.Log(), Texts({"status|只能修改浊音段", "status|只能修改浊音段"}));
-  RepairMark(desk.window, repair, 50, 45);  // a drag to the left
+  RepairMark(desk.window, *desk.document, repair, 50, 45);  // a drag to the left
   key("Up");
   EXPECT_EQ(desk.Frequency(45), 200);
   EXPECT_EQ(desk.Frequency(50), 200);
@@ -218,10 +223,31 @@ TEST(PitchRepair, MarkedFramesAreUnvoicedDoubledHalvedAndRestored) {
   EXPECT_FALSE(RepairKey(desk.window, *desk.document, repair, "S"));
 }
 
+TEST(PitchRepair, NothingOfAnotherContourIsLeftInHand) {
+  using Change = void (*)(RepairDesk&);
+  for (const Change change :
+       {Change([](RepairDesk& d) { CutSelection(*d.document); }),
+        Change([](RepairDesk& d) { d.document->TakePeriods(1, std::vector<float>{100}); }),
+        Change([](RepairDesk& d) { d.document->resetPitch(); })}) {
+    RepairDesk desk;
+    PitchRepair& repair = desk.state.repair;
+    RepairClick(desk.window, *desk.document, repair, {60, 200}, MouseButton::Left);
+    RepairMark(desk.window, *desk.document, repair, 45, 50);
+    RepairClick(desk.window, *desk.document, repair, {62, 200}, MouseButton::Left);
+    desk.document->selectionStart = 1000;
+    desk.document->selectionEnd = 2000;
+    change(desk);
+    const PitchContour changed = desk.document->pitch;
+    for (const char* key : {"Z", "D", "R"}) RepairKey(desk.window, *desk.document, repair, key);
+    EXPECT_EQ(desk.document->pitch, changed);
+    EXPECT_FALSE(repair.lastPoint) << "the trace begins anew";
+  }
+}
+
 TEST(PitchRepair, FrameZeroAndFramesBehindTheSoundStay) {
   RepairDesk desk;
   PitchRepair& repair = desk.state.repair;
-  RepairMark(desk.window, repair, 0, 12499);
+  RepairMark(desk.window, *desk.document, repair, 0, 12499);
   RepairClick(desk.window, *desk.document, repair, {0, 100}, MouseButton::Left);
   RepairClick(desk.window, *desk.document, repair, {12499, 100}, MouseButton::Left);
   EXPECT_EQ(desk.document->pitch[0], 0.0f);

@@ -129,6 +129,12 @@ VowelTrack TrackOf(int start, int frames) {
   return track;
 }
 
+std::optional<std::vector<FormantBlock>> WholeFormantFile(ByteSpan bytes) {
+  std::vector<FormantBlock> blocks;
+  if (ReadFormantBlocks(bytes, blocks) == FormantFileEnd::Broken) return {};
+  return blocks;
+}
+
 TEST(FormantFile, ABlockIsTheseBytes) {
   ByteWriter file;
   WriteFormantBlock(file, TrackOf(2400, 2));
@@ -145,15 +151,15 @@ TEST(FormantFile, EveryBlockIsListed) {
   ByteWriter file;
   WriteFormantBlock(file, TrackOf(2459, 2));  // 0.1536 s
   WriteFormantBlock(file, TrackOf(0, 0));
-  const auto blocks = ReadFormantFile(file);
-  ASSERT_TRUE(blocks);
+  const auto blocks = WholeFormantFile(file);
+  ASSERT_TRUE(blocks && blocks->size() == 2);
   const std::string header = "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
-  EXPECT_EQ(FormantListing(*blocks, 16000),
+  EXPECT_EQ(FormantListing(blocks->front(), 1, 16000),
             ToGbk("\r\n          第1段：T=0.15秒--0.17秒\r\n\r\n" + header +
                   "0.15        300      50    1000      60    2000      70\r\n"
-                  "0.16        300      50       0       0       0       0\r\n"
-                  "\r\n          第2段：T=0.00秒--0.00秒\r\n\r\n" +
-                  header));
+                  "0.16        300      50       0       0       0       0\r\n"));
+  EXPECT_EQ(FormantListing(blocks->back(), 2, 16000),
+            ToGbk("\r\n          第2段：T=0.00秒--0.00秒\r\n\r\n" + header));
 }
 
 TEST(FormantFile, DamagedFilesAreSeen) {
@@ -166,16 +172,18 @@ TEST(FormantFile, DamagedFilesAreSeen) {
     b[at] = value;
     return b;
   };
-  EXPECT_TRUE(ReadFormantFile(good));
-  EXPECT_TRUE(ReadFormantFile({})) << "no block at all";
-  EXPECT_FALSE(ReadFormantFile(with(0, 'h')));
-  EXPECT_FALSE(ReadFormantFile(with(108, 'h')));
-  EXPECT_FALSE(ReadFormantFile(with(4, 56))) << "the first block ends in its second frame";
-  EXPECT_FALSE(ReadFormantFile(with(112, 104))) << "longer than the file";
-  EXPECT_FALSE(ReadFormantFile(with(7, 0x7F)));
-  EXPECT_FALSE(ReadFormantFile(with(7, 0xFF))) << "a negative size";
-  EXPECT_FALSE(ReadFormantFile(Bytes(good.begin(), good.end() - 1)));
-  EXPECT_FALSE(ReadFormantFile(Bytes(good.begin(), good.begin() + 110)));
+  EXPECT_TRUE(WholeFormantFile(good));
+  EXPECT_TRUE(WholeFormantFile({})) << "no block at all";
+  EXPECT_FALSE(WholeFormantFile(with(0, 'h')));
+  std::vector<FormantBlock> sound;
+  EXPECT_EQ(ReadFormantBlocks(with(108, 'h'), sound), FormantFileEnd::Broken);
+  EXPECT_EQ(sound.size(), 1u) << "the block before the damaged one";
+  EXPECT_FALSE(WholeFormantFile(with(4, 56))) << "the first block ends in its second frame";
+  EXPECT_FALSE(WholeFormantFile(with(112, 104))) << "longer than the file";
+  EXPECT_FALSE(WholeFormantFile(with(7, 0x7F)));
+  EXPECT_FALSE(WholeFormantFile(with(7, 0xFF))) << "a negative size";
+  EXPECT_FALSE(WholeFormantFile(Bytes(good.begin(), good.end() - 1)));
+  EXPECT_TRUE(WholeFormantFile(Bytes(good.begin(), good.begin() + 111))) << "less than a tag is the end";
 }
 
 TEST(VowelFiles, AnyByteMayLie) {
@@ -192,7 +200,9 @@ TEST(VowelFiles, AnyByteMayLie) {
           chart->PlaceAgain();
           ASSERT_LE(ChartBytes(*chart).bytes().size(), 6u + 200 * 22);
         }
-        if (const auto blocks = ReadFormantFile(bytes)) FormantListing(*blocks, 11025);
+        std::vector<FormantBlock> blocks;
+        ReadFormantBlocks(bytes, blocks);
+        for (const FormantBlock& block : blocks) FormantListing(block, 1, 11025);
       }
 }
 
@@ -200,7 +210,7 @@ TEST(FormantFile, NonsenseIsListedWithoutHarm) {
   FormantBlock block;
   block.start = INT32_MIN;
   block.frames = {{std::nan(""), HUGE_VAL, -HUGE_VAL, 1e300, -0.5, 5}};
-  const std::string text = FormantListing({block}, 0);
+  const std::string text = FormantListing(block, 1, 0);
   EXPECT_NE(text.find("       02147483647-21474836482147483647       0       5\r\n"), std::string::npos)
       << text;
 }

@@ -99,8 +99,8 @@ TEST_F(VowelCommands, The199thClickIsStoredAndThe200thRefused) {
   EXPECT_EQ(vowels.chart.count, 200);
   EXPECT_EQ(Type({}), Texts{kFull});
   const VowelPoint before = vowels.chart.points[198];
-  Undo({"no", "no", "yes"});
-  EXPECT_EQ(vowels.chart.count, 200) << "a full chart can still be corrected";
+  EXPECT_EQ(Undo({"no"}), (Texts{kDeleteOrModify, kFull}));
+  EXPECT_EQ(vowels.chart.count, 200) << "all of them stay";
   EXPECT_EQ(vowels.chart.points[198], before);
 }
 
@@ -214,13 +214,28 @@ TEST_F(VowelCommands, FormantsAreSavedInBlocks) {
   save({"file:" + path, "no"});
   const std::string bytes = ReadFile(path);
   ASSERT_EQ(bytes.size(), 2 * 12u + (1 + 12) * 48);
-  const auto blocks = ReadFormantFile({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-  ASSERT_TRUE(blocks);
-  EXPECT_EQ(blocks->at(1).start, MiddleOf(0) - 1000);
-  for (const auto& frame : blocks->at(1).frames) {
+  std::vector<FormantBlock> blocks;
+  ReadFormantBlocks({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, blocks);
+  ASSERT_EQ(blocks.size(), 2u);
+  EXPECT_EQ(blocks[1].start, MiddleOf(0) - 1000);
+  for (const auto& frame : blocks[1].frames) {
     EXPECT_NEAR(frame[0], kVowels[0].f1, 70);
     EXPECT_NEAR(frame[2], kVowels[0].f2, 70);
   }
+  const auto list = [&] {
+    Answer({"file:" + path});
+    ListFormantsCommand(window, document, folder.path());
+    return window.Log();
+  };
+  EXPECT_EQ(list().back(), "editor|" + (folder / "Formant.txt"));
+  const std::string whole = ReadFile(folder / "Formant.txt");
+  WriteFile(path, bytes.substr(0, bytes.size() - 1));
+  EXPECT_EQ(list().back(), Notice("共振峰数据文件错误！", nullptr, "error"));
+  const std::string first = ReadFile(folder / "Formant.txt");
+  EXPECT_TRUE(!first.empty() && first.size() < whole.size() && whole.starts_with(first));
+  WriteFile(path, std::string((8 << 20) + 1, 'x'));
+  EXPECT_EQ(list().back(), Notice("共振峰数据文件错误！", nullptr, "error"));
+  EXPECT_EQ(ReadFile(folder / "Formant.txt"), first) << "too large a file is not read";
   save({"file:" + path, "yes"});
   EXPECT_EQ(ReadFile(path).size(), 12u + 12 * 48);
 }

@@ -120,6 +120,7 @@ void ScriptWindow::Fail(const std::string& text) {
 }
 
 std::optional<ScriptAnswer> ScriptWindow::TakeAnswer() {
+  if (GivenUp()) return {};
   if (answers_.empty()) {
     ranOutOfAnswers_ = true;
     return {};

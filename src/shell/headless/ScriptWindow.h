@@ -48,7 +48,8 @@ class ScriptWindow : public Window {
   void OpenToolWindow(std::unique_ptr<ToolWindow> tool) override;
   bool CloseToolWindow(const std::string& name) override;
   void RunModal(ToolWindow& tool) override;
-  bool Progress(double) override { return true; }
+  bool Progress(double) override { return !GivenUp(); }
+  bool GivenUp() const override { return !failure_.empty(); }
   void CopyRegion(const PaneRegion& region) override;
   void Quit() override { quit_ = true; }
 

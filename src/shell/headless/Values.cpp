@@ -67,7 +67,7 @@ std::string SamplesValue(const Workstation& w, const Words& words, JsonObject& e
 }
 
 std::string PitchValue(const Workstation& w, const Words& words, JsonObject& event) {
-  std::int64_t first = 0, last = std::int64_t{w.document.frameCount()} - 1;
+  std::int64_t first = 0, last = std::int64_t{w.document.ContourLength()} - 1;
   if (words.size() != 1) {
     const auto from = words.size() == 3 ? ParseInteger(words[1]) : std::nullopt;
     const auto to = words.size() == 3 ? ParseInteger(words[2]) : std::nullopt;

@@ -6,6 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/IpaCodes.h"
+
 namespace parlowen {
 namespace {
 
@@ -89,7 +91,7 @@ class MarkPainter {
   }
   void operator()(const TextMark& mark) const {
     const QFont font = FontOf(mark.face, mark.height);
-    const QString text = QString::fromStdString(mark.text);
+    const QString text = QString::fromStdString(IpaAsDrawn(mark.text));
     double x = mark.x;
     if (mark.anchor != Anchor::Left) {
       const double width = QFontMetricsF(font).horizontalAdvance(text);
