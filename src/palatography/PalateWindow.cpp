@@ -27,7 +27,7 @@ void Play(Window& window, const PalateDesk& desk) {
 void PressCommon(Window& window, PalateDesk desk, int number) {
   // The statistics take this window's place: from there on there is only the copy of the desk.
   if (number == kPlay) return Play(window, desk);
-  if (number == kStatistics) return PalateStatisticsCommand(window, desk);
+  if (number == kStatistics) PalateStatisticsCommand(window, desk);
 }
 
 }  // namespace

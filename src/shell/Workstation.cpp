@@ -142,7 +142,7 @@ bool Workstation::dispatchCommand(int number) {
 bool Workstation::Save(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || recording.running()) return false;
-  RunCommand(*this, *row);
+  row->run.Run(*this);
   DocumentChanged();
   return true;
 }
