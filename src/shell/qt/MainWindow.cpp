@@ -268,8 +268,7 @@ void MainWindow::MakeStatusBar() {
   meter_ = new LevelMeter(lines);
   meter_->hide();
   grid->addWidget(meter_, 0, 2, 2, 1, Qt::AlignVCenter);
-  grid->setColumnStretch(0, 3);
-  grid->setColumnStretch(1, 2);
+  grid->setColumnStretch(0, 1);  // a report takes what it needs, see TakePaneWidth
   statusBar()->setSizeGripEnabled(false);
   statusBar()->addWidget(lines, 1);
 }
@@ -482,8 +481,9 @@ void MainWindow::InputDevicesChanged() {
 }
 
 bool MainWindow::UseKey(const std::string& key) {
-  // Not past the questions about loss.
-  if (const CommandRow* row = CommandOfKey(key)) return Dispatch(row->number);
+  // A menu's key that a tool window had no use for: not past the questions about loss.
+  for (const CommandRow& row : CommandTable())
+    if (row.keys == key && !IsPaneKey(row.keys)) return Dispatch(row.number);
   bool used = false;
   gate_.Run([&] { used = station_.Key(key); });
   return used;
@@ -610,7 +610,10 @@ void MainWindow::RenewStatus() {
   status_->SetText(parts.join("  "));
 }
 
-void MainWindow::TakePaneWidth() { station_.view.SetPaneWidth(panes_[0]->PaneSize().width()); }
+void MainWindow::TakePaneWidth() {
+  station_.view.SetPaneWidth(panes_[0]->PaneSize().width());
+  status_->setMaximumWidth(width() * 3 / 5);  // the readout of the pointer needs the rest
+}
 
 void MainWindow::ShowChart(bool shown) {
   if (shown != chart_->isHidden()) return;
