@@ -205,6 +205,24 @@ TEST(CommandTable, AToolEndsWhenItsSuccessorHasDoneSomething) {
   }
 }
 
+/// The page of a menu in both languages has a row for each of its commands, with its keys, and promises no other.
+TEST(CommandTable, TheHelpDescribesEveryCommandWithItsKeys) {
+  constexpr const char* kPages[] = {"file",     "sound",  "pitch",    "tones",     "spectrum",
+                                    "vowel",    "palate", "channels", "edit",      "marking",
+                                    "settings", "region", "help",     "extension", "extension"};
+  for (const std::string language : {"zh/", "en/"}) {
+    for (const CommandRow& row : CommandTable()) {
+      const std::string label = row.label, name = label.substr(0, label.find_last_of("[("));
+      std::string cell = "<td>" + name.substr(0, name.find_last_not_of(' ') + 1);
+      const std::string keys = row.keys;
+      if (!keys.empty()) cell += " (" + (keys.starts_with("Page") ? "Page " + keys.substr(4) : keys) + ")";
+      const std::string page = language + kPages[static_cast<int>(row.menu)] + ".html";
+      const std::string text = testing::ReadFile(PARLOWEN_SOURCE_DIR "/data/help/" + page);
+      EXPECT_NE(text.find(cell + "</td>"), std::string::npos) << page << ": " << cell;
+    }
+  }
+}
+
 TEST(CommandTable, AGreyedOrUnknownCommandIsNotDispatched) {
   Station s;
   for (const CommandRow& row : CommandTable()) {
