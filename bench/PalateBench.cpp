@@ -26,7 +26,7 @@ struct Recording {
       document.samples[i] = static_cast<std::int16_t>(random() % 20000) - 10000;
     document.resetForNewSound(kRate * kSeconds, kRate, states);
     palate.loaded = true;
-    palate.generation = document.soundGeneration;
+    palate.sound = document.Stamp();
     palate.toldRate = kFrameRate;
     palate.recording.hasPalate = true;
     palate.recording.sampleRate = kRate;

@@ -48,7 +48,7 @@ void TryRecording(ByteSpan bytes) {
   CommandStates states;
   document.resetForNewSound(palate.recording.sampleCount, palate.recording.sampleRate, states);
   palate.loaded = true;
-  palate.generation = document.soundGeneration;
+  palate.sound = document.Stamp();
   const ContactTiming timing = TimingOf(palate, document);
   if (timing.frames < 1) return;
   Require(std::isfinite(timing.rate) && timing.rate > 0, "frames at a rate");

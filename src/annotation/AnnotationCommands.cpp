@@ -52,7 +52,7 @@ void TakeRecords(IpaRecords records, SoundDocument& document, AnnotationState& a
     annotation.position = std::clamp(annotation.position, 0, document.sampleCount);
   annotations = {};
   annotations.items = std::move(records.annotations);
-  annotations.generation = document.soundGeneration;
+  annotations.sound = document.Stamp();
   document.resetPitch();
   if (records.periods) TakeStoredContour(*records.periods, document);
 }
@@ -60,7 +60,7 @@ void TakeRecords(IpaRecords records, SoundDocument& document, AnnotationState& a
 }  // namespace
 
 std::span<const Annotation> AnnotationsOf(const AnnotationState& annotations, const SoundDocument& document) {
-  if (annotations.generation != document.soundGeneration) return {};
+  if (annotations.sound != document.Stamp()) return {};
   return annotations.items;
 }
 
@@ -71,9 +71,9 @@ void BeginAnnotation(Window& window, SoundDocument& document) {
 
 void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& annotations, int sample) {
   document.activity = Activity::Waveform;
-  if (annotations.generation != document.soundGeneration) {
+  if (annotations.sound != document.Stamp()) {
     annotations = {};
-    annotations.generation = document.soundGeneration;
+    annotations.sound = document.Stamp();
   }
   std::vector<Annotation>& items = annotations.items;
   const auto text = AskInsertedText(window, items.empty() ? kMiddleTextHeight : items.back().height);

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+#include "document/SoundStamp.h"
+
 namespace parlowen {
 
 inline constexpr int kMostAnnotations = 500;
@@ -23,8 +25,8 @@ struct Annotation {
 /// The annotations of the current sound, in the order they were inserted; at most kMostAnnotations.
 struct AnnotationState {
   std::vector<Annotation> items;
-  std::uint64_t generation = 0;  ///< the sound they belong to: of another one they count as none
-  bool changed = false;          ///< since they were read or saved
+  SoundStamp sound;      ///< the sound they belong to: of another one they count as none
+  bool changed = false;  ///< since they were read or saved
   /// The items before and after the cut or paste that can be undone.
   std::vector<Annotation> beforeEdit{}, afterEdit{};
 };

@@ -90,18 +90,18 @@ void MoveWithUndo(State& state, Items& items, const Move& move) {
 void FollowEdit(const PlacedThings& things, const Edit& edit, const SoundDocument& document) {
   if (!edit) return;
   const Move move(edit);
-  if (things.markers.generation == edit.soundBefore) {
+  if (things.markers.sound == edit.soundBefore) {
     MoveWithUndo(things.markers, things.markers.set, move);
     ScrollMarkersTo(things.markers.view, things.markers.view.start, document.sampleCount);
-    things.markers.generation = document.soundGeneration;
+    things.markers.sound = document.Stamp();
   }
-  if (things.annotations.generation == edit.soundBefore) {
+  if (things.annotations.sound == edit.soundBefore) {
     MoveWithUndo(things.annotations, things.annotations.items, move);
-    things.annotations.generation = document.soundGeneration;
+    things.annotations.sound = document.Stamp();
   }
-  if (things.characters.generation == edit.soundBefore) {
+  if (things.characters.sound == edit.soundBefore) {
     MoveAll(things.characters.items, move);
-    things.characters.generation = document.soundGeneration;
+    things.characters.sound = document.Stamp();
   }
 }
 

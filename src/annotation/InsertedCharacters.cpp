@@ -11,9 +11,9 @@ constexpr const char* kFull = "字符数已满，不能再加！";
 }  // namespace
 
 void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters) {
-  if (characters.generation != document.soundGeneration) {
+  if (characters.sound != document.Stamp()) {
     characters = {};
-    characters.generation = document.soundGeneration;
+    characters.sound = document.Stamp();
   }
   if (characters.items.size() >= kMostInsertedCharacters) return window.Notify(kFull);
   const auto text =

@@ -24,8 +24,8 @@ struct PlacedText {
 struct InsertedCharacters {
   std::vector<PlacedText> items;  ///< at most kMostInsertedCharacters
   bool shown = true;
-  PlacedText next;               ///< what the next click places
-  std::uint64_t generation = 0;  ///< the sound they belong to: of another one they count as none
+  PlacedText next;   ///< what the next click places
+  SoundStamp sound;  ///< the sound they belong to: of another one they count as none
 };
 
 /// 40053: asks for a text; the next left click in a pane places it.

@@ -4,6 +4,8 @@
 #include <span>
 #include <string>
 
+#include "document/SoundStamp.h"
+
 namespace parlowen {
 
 inline constexpr int kMarkerBands = 4, kMarkersPerBand = 20, kLabelsPerBand = 20;
@@ -49,8 +51,8 @@ struct MarkerView {
 /// The marker set with what belongs to it beside its file.
 struct MarkerState {
   MarkerSet set;
-  std::uint64_t generation = 0;  ///< the sound it belongs to: of another one it counts as empty
-  bool changed = false;          ///< since it was read or saved
+  SoundStamp sound;      ///< the sound it belongs to: of another one it counts as empty
+  bool changed = false;  ///< since it was read or saved
   MarkerView view;
   bool windowOpen = false;
   /// The set around the last edit of the sound, for its undo.

@@ -66,7 +66,7 @@ std::string ReadMarkers(const SoundDocument& document, MarkerState& state) {
   state = {};
   state.windowOpen = open;
   state.view.columns = columns;
-  state.generation = document.soundGeneration;
+  state.sound = document.Stamp();
   if (document.filePath.empty()) return {};
   const std::string path = MarkerPathOf(document.filePath);
   if (!InputFile(path).isOpen()) return {};
@@ -107,7 +107,7 @@ void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState
 }
 
 void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play) {
-  state.generation = document.soundGeneration;
+  state.sound = document.Stamp();
   state.changed = true;
   if (state.windowOpen) return window.Repaint();
   state.view = {};
@@ -132,11 +132,11 @@ bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& sta
 }
 
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state) {
-  if (state.generation != document.soundGeneration) ReadMarkers(document, state);
+  if (state.sound != document.Stamp()) ReadMarkers(document, state);
 }
 
 void DropOldMarkers(Window& window, const SoundDocument& document, MarkerState& state) {
-  if (state.generation == document.soundGeneration) return;
+  if (state.sound == document.Stamp()) return;
   if (!state.windowOpen) {
     state = {};
     return;

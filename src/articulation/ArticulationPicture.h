@@ -4,6 +4,7 @@
 
 #include "articulation/Articulation.h"
 #include "articulation/TractEstimate.h"
+#include "document/SoundStamp.h"
 #include "ui/Picture.h"
 
 namespace parlowen {
@@ -14,6 +15,7 @@ struct ArticulationState {
   int step = 0;                ///< of its movement
   bool demonstrating = false;  ///< the steps go on by themselves
   std::optional<TractEstimate> estimate;
+  SoundStamp estimatedSound;  ///< that it was made from
 
   const MandarinSound& Sound() const { return MandarinSounds()[static_cast<std::size_t>(sound)]; }
 };

@@ -112,6 +112,7 @@ void EstimateFromSelection(Window& window, const SoundDocument& document, Articu
       document.Samples(), document.sampleRate, document.selectionStart, document.selectionEnd, analyser));
   if (!formants) return window.Notify(kNoFormants);
   state.estimate = EstimateTract(*formants);
+  state.estimatedSound = document.Stamp();
   window.Repaint();
 }
 

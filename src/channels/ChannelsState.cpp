@@ -19,7 +19,7 @@ const NasalanceCurve& ChannelsState::Curve(const SoundDocument& document) const 
 }
 
 void ChannelsState::ShowOpened(NasalanceCurve curve, std::string fileName, const SoundDocument& document) {
-  opened_ = Opened{std::move(curve), std::move(fileName), document.soundGeneration, document.selectionStart,
+  opened_ = Opened{std::move(curve), std::move(fileName), document.Stamp(), document.selectionStart,
                    document.selectionEnd};
 }
 
@@ -28,7 +28,7 @@ std::string ChannelsState::OpenedName(const SoundDocument& document) const {
 }
 
 bool ChannelsState::OpenedCounts(const SoundDocument& document) const {
-  return opened_ && opened_->generation == document.soundGeneration &&
+  return opened_ && opened_->sound == document.Stamp() &&
          opened_->selectionStart == document.selectionStart && opened_->selectionEnd == document.selectionEnd;
 }
 

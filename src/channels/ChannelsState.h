@@ -34,7 +34,7 @@ class ChannelsState {
   struct Opened {
     NasalanceCurve curve;
     std::string name;
-    std::uint64_t generation = 0;
+    SoundStamp sound;
     int selectionStart = 0, selectionEnd = 0;
   };
   bool OpenedCounts(const SoundDocument& document) const;

@@ -1,5 +1,5 @@
 #pragma once
-#include <cstdint>
+#include "document/SoundStamp.h"
 
 namespace parlowen {
 
@@ -15,7 +15,7 @@ struct Edit {
   int at = 0, removed = 0, inserted = 0;  ///< samples
   int oldCount = 0, newCount = 0;         ///< samples of the whole sound
   int oldRate = 0, newRate = 0;           ///< Hz
-  std::uint64_t soundBefore = 0;          ///< the document's soundGeneration before it
+  SoundStamp soundBefore;                 ///< things that belong to it follow
 
   explicit operator bool() const { return kind != EditKind::None; }
 };

@@ -83,7 +83,7 @@ Edit SoundDocument::BeginEdit(EditKind kind, int at) const {
   edit.at = at;
   edit.oldCount = edit.newCount = sampleCount;
   edit.oldRate = edit.newRate = sampleRate;
-  edit.soundBefore = soundGeneration;
+  edit.soundBefore = Stamp();
   return edit;
 }
 

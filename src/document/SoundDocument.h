@@ -10,6 +10,7 @@
 #include "document/ContourKeeper.h"
 #include "document/Edit.h"
 #include "document/PitchContour.h"
+#include "document/SoundStamp.h"
 #include "dsp/LevelCurve.h"
 #include "dsp/SampleSpan.h"
 #include "ui/CommandStates.h"
@@ -88,8 +89,9 @@ class SoundDocument {
   int insertPoint = 0;
   bool pasteReady = false;
 
-  /// Counts loads and recordings: whoever keeps results of the old sound drops them when it moves.
+  /// Counts loads, recordings and conversions. Results keep it as their stamp.
   std::uint64_t soundGeneration = 0;
+  SoundStamp Stamp() const { return {soundGeneration}; }
   /// Counts changes of the samples, for everything that is derived from them.
   std::uint64_t samplesVersion = 0;
 

@@ -108,12 +108,12 @@ bool RequireContour(Window& window, const SoundDocument& document) {
 const MarkerSet& PresentMarkers(const MarkerDesk& desk) {
   static const MarkerSet kNone;
   desk.ensureRead();
-  return desk.markers.generation == desk.document.soundGeneration ? desk.markers.set : kNone;
+  return desk.markers.sound == desk.document.Stamp() ? desk.markers.set : kNone;
 }
 
 const std::vector<Annotation>& PresentAnnotations(const MarkerDesk& desk) {
   static const std::vector<Annotation> kNone;
-  return desk.annotations.generation == desk.document.soundGeneration ? desk.annotations.items : kNone;
+  return desk.annotations.sound == desk.document.Stamp() ? desk.annotations.items : kNone;
 }
 
 template <typename Counts>
@@ -148,14 +148,14 @@ void TakeImport(Window& window, const MarkerDesk& desk, ImportedMarkers imported
   if (imported.hasBands) {
     report += Format("标志 %d，标注文字 %d", Sum(imported.set.markerCount), Sum(imported.set.labelCount));
     desk.markers.set = std::move(imported.set);
-    desk.markers.generation = desk.document.soundGeneration;
+    desk.markers.sound = desk.document.Stamp();
     desk.markers.changed = true;
   }
   if (imported.hasAnnotations) {
     report +=
         Format("%s注释字符 %d", imported.hasBands ? "，" : "", static_cast<int>(imported.annotations.size()));
     desk.annotations.items = std::move(imported.annotations);
-    desk.annotations.generation = desk.document.soundGeneration;
+    desk.annotations.sound = desk.document.Stamp();
     desk.annotations.changed = true;
   }
   window.Repaint();

@@ -95,7 +95,7 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
   recording.samples = {};
   FinishLoad(window, document, states, path, recording.sampleCount, recording.sampleRate, false);
   const std::size_t slash = path.rfind('/');
-  palate = {true, std::move(recording), document.soundGeneration, 0,
+  palate = {true, std::move(recording), document.Stamp(), 0,
             slash == std::string::npos ? std::string(".") : path.substr(0, slash)};
   states.Tell(Need::PalateFile, palate.IsComplete());
   return 1;

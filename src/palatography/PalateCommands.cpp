@@ -226,7 +226,7 @@ void ImportContactFramesCommand(Window& window, const SoundDocument& document, C
     recording.palate.insert(recording.palate.end(), frame.begin(), frame.end());
   palate.recording = std::move(recording);
   palate.loaded = true;
-  palate.generation = document.soundGeneration;
+  palate.sound = document.Stamp();
   palate.toldRate = kind->rate;
   states.Tell(Need::PalateFile);
   window.Repaint();

@@ -235,13 +235,13 @@ const SpectrogramMatrix& WideBandStrip::Columns(const SoundDocument& document, c
                                                 int columns) {
   const bool same = stretch_.start == stretch.start && stretch_.end == stretch.end && columns_ == columns &&
                     sampleRate_ == document.sampleRate && version_ == document.samplesVersion &&
-                    generation_ == document.soundGeneration;
+                    sound_ == document.Stamp();
   if (same) return matrix_;
   stretch_ = stretch;
   columns_ = columns;
   sampleRate_ = document.sampleRate;
   version_ = document.samplesVersion;
-  generation_ = document.soundGeneration;
+  sound_ = document.Stamp();
   matrix_ = ComputeSpreadSpectrogram(document, SpectrogramKind::WideBand,
                                      SettingsOf(SpectrogramKind::WideBand, sampleRate_), stretch.start,
                                      stretch.end, columns);

@@ -43,7 +43,8 @@ class WideBandStrip {
   SpectrogramMatrix matrix_;
   PalateStretch stretch_;
   int columns_ = 0, sampleRate_ = 0;
-  std::uint64_t version_ = 0, generation_ = 0;
+  std::uint64_t version_ = 0;
+  SoundStamp sound_;
 };
 
 /// Rows from the top: 20–120 the waveform with the markers of the recording, 130–258 the wide-band picture

@@ -6,8 +6,7 @@ namespace parlowen {
 
 ContactFault FaultOf(const PalateState& palate, const SoundDocument& document) {
   const std::size_t bytes = palate.recording.palate.size();
-  const bool present =
-      palate.loaded && palate.generation == document.soundGeneration && palate.recording.hasPalate;
+  const bool present = palate.loaded && palate.sound == document.Stamp() && palate.recording.hasPalate;
   if (!present || bytes == 0 || bytes % kContactFrameBytes != 0 || palate.recording.sampleCount < 1 ||
       document.sampleRate < 1)
     return ContactFault::Damaged;

@@ -27,9 +27,9 @@ enum class ContactFault {
 /// The palate recording whose speech is in the document. It lasts until another sound is loaded.
 struct PalateState {
   bool loaded = false;
-  EpgRecording recording;        ///< without its samples: those are the document's
-  std::uint64_t generation = 0;  ///< the load that it belongs to
-  int toldRate = 0;              ///< frames a second as the import was told; 0: they fill the sound
+  EpgRecording recording;     ///< without its samples: those are the document's
+  SoundStamp sound;           ///< the load that it belongs to
+  int toldRate = 0;           ///< frames a second as the import was told; 0: they fill the sound
   std::string libraryFolder;  ///< of the palate file opened last, whatever sound has come since; "" for none
 
   /// Speech, preference record and palate frames, or frames that were imported: what the displays need.
@@ -39,8 +39,8 @@ struct PalateState {
   /// True while a sample of the document is the sample of the file: not after a cut, paste or rate
   /// conversion.
   bool FitsSamples(const SoundDocument& document) const {
-    return loaded && generation == document.soundGeneration &&
-           recording.sampleCount == document.sampleCount && recording.sampleRate == document.sampleRate;
+    return loaded && sound == document.Stamp() && recording.sampleCount == document.sampleCount &&
+           recording.sampleRate == document.sampleRate;
   }
   /// All but the folder.
   void DropRecording() {
@@ -82,6 +82,7 @@ struct PalateView {
   int current = 0;            ///< the frame looked at
   bool showTotal = true, showGravity = true;
   PalateStatistics statistics;
+  SoundStamp sound;  ///< that they belong to
 };
 
 /// The stretch that the window shows: the selection, without one the whole sound.

@@ -50,7 +50,7 @@ bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState&
   if (!result) return window.Refuse(kNoPitch);
   window.OpenToolWindow(std::make_unique<IntonationWindow>(desk, state));
   document.activity = Activity::Intonation;  // a window open before has ended its own
-  state = {std::move(result), -1, {}};
+  state = {std::move(result), -1, {}, document.Stamp()};
   window.Repaint();
   return true;
 }

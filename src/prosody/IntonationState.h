@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <optional>
 
+#include "document/SoundStamp.h"
 #include "prosody/Intonation.h"
 #include "prosody/IntonationFile.h"
 
@@ -12,6 +13,7 @@ struct IntonationState {
   std::optional<Intonation> result;
   int chosen = -1;  ///< a unit
   std::optional<SavedIntonation> compared;
+  SoundStamp sound;  ///< that the result was made from
 };
 
 }  // namespace parlowen

@@ -316,7 +316,7 @@ void MainView::AddTexts(Picture& picture, Pane pane) const {
     const int head = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
     AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, head + kFlagHeight, columnOf);
   }
-  if (characters != nullptr && characters->generation == document_.soundGeneration)
+  if (characters != nullptr && characters->sound == document_.Stamp())
     AddCharacters(picture, *characters, pane, left, columnOf);
 }
 

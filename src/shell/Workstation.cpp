@@ -111,7 +111,7 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
 FirstBand Workstation::ReadFirstBand() {
   FirstBand band;
   EnsureMarkersRead(document, markers);
-  if (markers.generation != document.soundGeneration) return band;
+  if (markers.sound != document.Stamp()) return band;
   band.markers.assign(markers.set.Markers(0).begin(), markers.set.Markers(0).end());
   for (const MarkerLabel& label : markers.set.Labels(0))
     if (!label.IsPoint()) band.labels.push_back({label.start, label.end, label.text});
@@ -249,24 +249,36 @@ void Workstation::Follow(const Edit& edit) {
   window.Repaint(Pane::Analysis);
 }
 
-void Workstation::UpdateDerived() {
-  pitch.repair.KeepTo(document);
-  if (seenGeneration_ != document.soundGeneration) {
-    seenGeneration_ = document.soundGeneration;
-    seenSamples_ = document.samplesVersion;
-    spectrogram = {};
-    frames.hasFrame = frames.hasComparison = false;
-    consonant.shown = false;
-    glottal = {};
-    synthesis = {};
-    intonation = {};
-    if (palate.generation != document.soundGeneration) palate.DropRecording();
-    articulation.estimate.reset();
+void Workstation::DropOldResults() {
+  const SoundStamp now = document.Stamp();
+  const auto drop = [&now](auto& state) {
+    if (state.sound != now) state = {};
+  };
+  drop(spectrogram);
+  drop(glottal);
+  drop(synthesis);
+  drop(intonation);
+  drop(annotations);
+  drop(characters);
+  // What outlives the sound, windows and settings, stays in these.
+  if (frames.sound != now) frames.hasFrame = frames.hasComparison = false;
+  if (consonant.sound != now) consonant.shown = false;
+  if (palate.sound != now) palate.DropRecording();
+  if (articulation.estimatedSound != now) articulation.estimate.reset();
+  if (palateView.sound != now) {
     palateView.statistics = {};
     palateView.current = 0;
-    DropOldMarkers(window, document, markers);
-    if (annotations.generation != document.soundGeneration) annotations = {};
-    if (characters.generation != document.soundGeneration) characters = {};
+    palateView.sound = now;
+  }
+  DropOldMarkers(window, document, markers);
+}
+
+void Workstation::UpdateDerived() {
+  pitch.repair.KeepTo(document);
+  if (seenSound_ != document.Stamp()) {
+    seenSound_ = document.Stamp();
+    DropOldResults();
+    seenSamples_ = document.samplesVersion;
     view.Reset();
     window.Repaint();
     return;

@@ -125,6 +125,8 @@ class Workstation {
  private:
   FirstBand ReadFirstBand();
   void UpdateDerived();
+  /// Whatever carries the stamp of another sound goes.
+  void DropOldResults();
   /// Tells the command states what no room tells them as it happens.
   void TellStates();
 
@@ -132,7 +134,8 @@ class Workstation {
 
   std::vector<std::int16_t> fileSamples_;  ///< of the file that is played
   SoundInput* input_;
-  std::uint64_t seenGeneration_ = 0, seenSamples_ = 0;
+  SoundStamp seenSound_;
+  std::uint64_t seenSamples_ = 0;
 };
 
 }  // namespace parlowen

@@ -60,6 +60,7 @@ void TakeFrame(const SoundDocument& document, ConsonantState& state) {
   state.stretch.clear();
   state.sampleRate = document.sampleRate;
   state.shownStart = start;
+  state.sound = document.Stamp();
   state.shown = true;
 }
 
@@ -214,6 +215,7 @@ bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
   state.stretch = AnalyseConsonant(document.Samples(), document.sampleRate, state.start,
                                    document.selectionEnd, state.frame);
   state.frame = state.stretch.back();
+  state.sound = document.Stamp();
   state.shown = true;
   Open(window, document, state, false);
   if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStretch(window, state);

@@ -14,6 +14,7 @@ struct ConsonantState {
   std::vector<ConsonantFrame> stretch;  ///< of the stretch that is shown; empty while one frame is
   int start = 0, step = 0;              ///< samples, of that stretch
   int sampleRate = 0;
+  SoundStamp sound;  ///< that it was made from
   bool shown = false, frameOpen = false;
   int shownStart = 0;  ///< where the frame begins
 };

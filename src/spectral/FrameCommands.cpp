@@ -83,6 +83,7 @@ class ComparisonWindow : public ToolWindow {
 void TakeFrame(const SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {
   state.frame = AnalyseFrame(document, FramePosition(document), analyser);
   state.sampleRate = document.sampleRate;
+  state.sound = document.Stamp();
   state.hasFrame = true;
 }
 
@@ -90,6 +91,7 @@ void TakeComparison(const SoundDocument& document, FrameState& state, bool voice
   state.comparison =
       CompareFrames(document, document.selectionStart, document.selectionEnd, voiced, analyser);
   state.sampleRate = document.sampleRate;
+  state.sound = document.Stamp();
   state.hasComparison = true;
 }
 

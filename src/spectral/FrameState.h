@@ -1,4 +1,5 @@
 #pragma once
+#include "document/SoundStamp.h"
 #include "spectral/FrameParameters.h"
 
 namespace parlowen {
@@ -7,6 +8,7 @@ namespace parlowen {
 /// sound comes.
 struct FrameState {
   bool hasFrame = false, hasComparison = false;
+  SoundStamp sound;  ///< that they were made from
   int sampleRate = 0;
   FrameParameters frame;
   FrameComparison comparison;

@@ -47,6 +47,7 @@ bool SpectrogramCommand(Window& window, const SoundDocument& document, Spectrogr
   const bool threeDimensional = options.threeDimensional && !filterBank && kind != SpectrogramKind::Cepstrum;
   ComputePicture(document, spectrogram, stretch, threeDimensional, options.analyser);
   spectrogram.shown = true;
+  spectrogram.sound = document.Stamp();
   window.Repaint();
   return true;
 }

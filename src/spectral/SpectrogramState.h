@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "document/SoundStamp.h"
 #include "spectral/SpectrogramMatrix.h"
 #include "ui/Plot.h"
 
@@ -35,6 +36,7 @@ struct FormantDot {
 /// The picture in the analysis pane. It lasts until the next one or until a new sound comes.
 struct SpectrogramState {
   bool shown = false;
+  SoundStamp sound;  ///< that it was made from
   SpectrogramKind kind = SpectrogramKind::WideBand;
   int frameLength = 0;  ///< samples
   double contrast = 0;

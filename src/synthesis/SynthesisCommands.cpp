@@ -39,6 +39,7 @@ void StartResynthesis(Window& window, const SynthesisDesk& desk) {
   desk.player.stopPlayback();  // it may be of the output that is now replaced
   desk.state.job = MakeSynthesisJob(document.Samples(), document.sampleRate, document.selectionStart,
                                     document.selectionEnd);
+  desk.state.sound = document.Stamp();
   const auto contourLength = static_cast<std::size_t>(document.ContourLength());
   FindPitchMarks(desk.state.job, std::span(document.pitch).first(contourLength), kPolarity);
   desk.state.target.assign(static_cast<std::size_t>(desk.state.job.frames), 0.0f);

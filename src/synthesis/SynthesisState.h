@@ -1,4 +1,5 @@
 #pragma once
+#include "document/SoundStamp.h"
 #include "synthesis/Resynthesis.h"
 #include "synthesis/TargetCurve.h"
 
@@ -8,6 +9,7 @@ namespace parlowen {
 struct SynthesisState {
   SynthesisJob job;
   TargetCurve target;
+  SoundStamp sound;  ///< that it was made from
 };
 
 }  // namespace parlowen

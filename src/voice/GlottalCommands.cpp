@@ -151,7 +151,7 @@ bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
   GlottalWave wave;
   if (!stretch || EstimateGlottalWave(document.Samples(), document.sampleRate, *stretch, false, wave) < 0)
     return window.Refuse(kNoVoice);
-  desk.state = {true, *stretch, false, std::move(wave), -1};
+  desk.state = {true, *stretch, false, std::move(wave), -1, desk.document.Stamp()};
   window.OpenToolWindow(std::make_unique<GlottalWindow>(desk));
   document.activity = Activity::GlottalWave;
   return true;

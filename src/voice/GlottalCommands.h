@@ -4,6 +4,7 @@
 #include <string>
 
 #include "document/SoundDocument.h"
+#include "document/SoundStamp.h"
 #include "ui/Text.h"
 #include "ui/Window.h"
 #include "voice/GlottalAnalysis.h"
@@ -16,7 +17,8 @@ struct GlottalState {
   VoicedStretch stretch;
   bool turned = false;  ///< the polarity is the user's, not the one that was found
   GlottalWave wave;
-  int chosen = -1;  ///< a period, or −1
+  int chosen = -1;   ///< a period, or −1
+  SoundStamp sound;  ///< that it was made from
 };
 
 /// Plays samples start .. end − 1.

@@ -172,7 +172,7 @@ void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, 
                 int sample) {
   if (vowels.chart.count >= VowelChart::kMostClicked) return window.Notify(kChartFull, Icon::Error);
   vowels.lastClick = sample;
-  vowels.lastClickSound = document.soundGeneration;
+  vowels.lastClickSound = document.Stamp();
   AddMoment(window, document, vowels, sample, false);
   UpdateVowelCommands(document, states, vowels);
   window.Repaint(Pane::Chart);
@@ -183,7 +183,7 @@ bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
     vowels.unsaved = true;
-  } else if (vowels.lastClick < 0 || vowels.lastClickSound != document.soundGeneration) {
+  } else if (vowels.lastClick < 0 || vowels.lastClickSound != document.Stamp()) {
     // there is nothing to measure again
   } else if (vowels.chart.count > VowelChart::kMostClicked) {
     window.Notify(kChartFull, Icon::Error);  // the last one was typed, and clicks stop before it

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "document/SoundStamp.h"
 #include "prosody/GroupFlow.h"
 #include "vowel/GroupPlot.h"
 #include "vowel/VowelChart.h"
@@ -15,8 +16,8 @@ struct VowelState {
   bool showNumbers = false;          ///< beside the points
   std::vector<int> averages;         ///< speaker classes drawn over the point chart
   std::vector<int> segmentAverages;  ///< and over the segment chart
-  int lastClick = -1;                ///< sample; meant for the sound of that generation only
-  std::uint64_t lastClickSound = 0;
+  int lastClick = -1;                ///< sample; meant for that sound only
+  SoundStamp lastClickSound;
   CurrentGroup group;  ///< of the statistics
   GroupPlot plot;
 };

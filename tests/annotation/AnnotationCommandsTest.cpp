@@ -50,7 +50,7 @@ struct AnnotationDesk : testing::Station {
   void Put(std::vector<Annotation> items) {
     w.annotations = {};
     w.annotations.items = std::move(items);
-    w.annotations.generation = document.soundGeneration;
+    w.annotations.sound = document.Stamp();
   }
   void FillWith(int count) {
     Put(std::vector<Annotation>(static_cast<std::size_t>(count), Annotation{"a", 1}));

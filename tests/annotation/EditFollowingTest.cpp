@@ -19,7 +19,7 @@ struct Edited {
 
   Edited() {
     document.resetForNewSound(10000, 16000, states);
-    state.generation = annotations.generation = characters.generation = document.soundGeneration;
+    state.sound = annotations.sound = characters.sound = document.Stamp();
   }
   void Mark(int band, std::initializer_list<int> positions, std::initializer_list<MarkerLabel> labels = {}) {
     const auto b = static_cast<std::size_t>(band);
@@ -95,7 +95,7 @@ TEST(MarkersFollow, ARateConversionScalesPositions) {
   FollowEdit({sound.state, sound.annotations, sound.characters}, conversion, sound.document);
   // 1001·11025/16000 = 689.75; the end is trunc(10000·11025/16000) − 1 = 6889, and 6889.9 is behind it.
   EXPECT_EQ(sound.Markers(3), Ints({689, 6889}));
-  EXPECT_EQ(sound.state.generation, sound.document.soundGeneration);
+  EXPECT_EQ(sound.state.sound, sound.document.Stamp());
 }
 
 TEST(MarkersFollow, MarkersOfAnotherSoundAndEditsThatDidNothingLeaveThem) {
@@ -103,7 +103,7 @@ TEST(MarkersFollow, MarkersOfAnotherSoundAndEditsThatDidNothingLeaveThem) {
   sound.Mark(0, {5000});
   sound.Undo();  // there is none
   EXPECT_FALSE(sound.state.changed);
-  sound.state.generation += 7;
+  sound.state.sound.number += 7;
   sound.Cut(0, 1000);
   EXPECT_EQ(sound.Markers(0), Ints({5000}));
 }

@@ -36,7 +36,7 @@ TEST(ExchangeCommands, AnImportTakesThePlaceOfTheSetAndMarksItChanged) {
   EXPECT_EQ(e.ImportGrid(Grid(kOneTier)), Texts{"status|已读入：标志 1，标注文字 1"});
   EXPECT_EQ(e.calls, "show ");
   EXPECT_TRUE(e.markers.changed);
-  EXPECT_EQ(e.markers.generation, e.document.soundGeneration);
+  EXPECT_EQ(e.markers.sound, e.document.Stamp());
   EXPECT_EQ(e.markers.set.labels[0].text, "音");
   EXPECT_EQ(e.annotations.items.size(), 1u) << "the file has no tier for them";
   EXPECT_FALSE(e.annotations.changed);
@@ -44,7 +44,7 @@ TEST(ExchangeCommands, AnImportTakesThePlaceOfTheSetAndMarksItChanged) {
   EXPECT_EQ(e.ImportGrid(Grid(kAnnotations)), Texts{"status|已读入：注释字符 1"});
   EXPECT_EQ(e.annotations.items[0].position, 8000);
   EXPECT_TRUE(e.annotations.changed);
-  EXPECT_EQ(e.annotations.generation, e.document.soundGeneration);
+  EXPECT_EQ(e.annotations.sound, e.document.Stamp());
   EXPECT_EQ(e.markers.set.markerCount[0], 1) << "and this one none for markers";
 }
 

@@ -219,7 +219,7 @@ void VowelsValue(const VowelChart& chart, JsonObject& event) {
 }
 
 void MarkersValue(const Workstation& w, JsonObject& event) {
-  const bool ofThisSound = w.markers.generation == w.document.soundGeneration;
+  const bool ofThisSound = w.markers.sound == w.document.Stamp();
   const MarkerState state = ofThisSound ? w.markers : MarkerState{};
   std::string bands;
   for (int band = 0; band < kMarkerBands; ++band) {

@@ -34,10 +34,10 @@ bool LossGuard::Unsaved(Work work) const {
              !(document_.sampleCount == 0 && document_.filePath.empty());
     case Work::Contour: return document_.HasRepairedContour();
     case Work::Markers:
-      return markers_.changed && markers_.generation == document_.soundGeneration &&
+      return markers_.changed && markers_.sound == document_.Stamp() &&
              markers_.set.HasMarkers();
     case Work::Annotations:
-      return annotations_.changed && annotations_.generation == document_.soundGeneration;
+      return annotations_.changed && annotations_.sound == document_.Stamp();
     case Work::Chart:
       return chart_.count > 0 && !std::equal(chart_.points.begin(), chart_.points.begin() + chart_.count,
                                              unchangedPoints_.begin(), unchangedPoints_.end(),
@@ -63,7 +63,7 @@ LossGuard::SavingLoss LossGuard::LossBySaving() const {
 }
 
 void LossGuard::CommandBegins(int setbacks, int filesSaved) {
-  generationBefore_ = document_.soundGeneration;
+  soundBefore_ = document_.Stamp();
   setbacksBefore_ = setbacks;
   filesSavedBefore_ = filesSaved;
 }
@@ -71,7 +71,7 @@ void LossGuard::CommandBegins(int setbacks, int filesSaved) {
 bool LossGuard::CommandEnded(const CommandRow& command, int setbacks, int filesSaved) {
   const DoesSet does = command.does;
   const bool wrote = filesSaved != filesSavedBefore_;
-  const bool opened = does.Has(Does::OpenSound) && document_.soundGeneration != generationBefore_;
+  const bool opened = does.Has(Does::OpenSound) && document_.Stamp() != soundBefore_;
   const bool saved = does.Has(Does::SaveSound) && wrote;
   if (opened || saved) stamp_ = StampOf(document_.filePath);
   const bool savedElsewhere = does.Has(Does::SaveFirstChannel) && wrote && !document_.twoChannel;

@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "base/Files.h"
+#include "document/SoundStamp.h"
 #include "shell/CommandTable.h"
 #include "vowel/VowelChart.h"
 
@@ -62,7 +63,7 @@ class LossGuard {
   std::uint64_t unchangedVersion_ = 0;
   std::optional<FileStamp> stamp_;  ///< of the sound's file as it was read or written here
   std::vector<VowelPoint> unchangedPoints_;
-  std::uint64_t generationBefore_ = 0;
+  SoundStamp soundBefore_;
   int setbacksBefore_ = 0, filesSavedBefore_ = 0;
 };
 
