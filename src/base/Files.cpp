@@ -28,12 +28,18 @@ bool WriteAll(int descriptor, ByteSpan bytes) {
   return true;
 }
 
-/// Where a chain of links ends; the name itself when it is no link or the chain is broken.
-std::string ResolveLinks(const std::string& path) {
+/// Where a chain of links ends, whether a file is there or not; nothing when it has no end.
+std::optional<std::string> ResolveLinks(const std::string& path) {
+  constexpr int kMostLinks = 40;
+  fs::path at = path;
   std::error_code error;
-  if (!fs::is_symlink(fs::path(path), error)) return path;
-  const fs::path resolved = fs::weakly_canonical(path, error);
-  return error ? path : resolved.string();
+  for (int links = 0; links <= kMostLinks; ++links) {
+    if (!fs::is_symlink(at, error)) return at.string();
+    const fs::path target = fs::read_symlink(at, error);
+    if (error) return {};
+    at = at.parent_path() / target;
+  }
+  return {};
 }
 
 }  // namespace
@@ -87,7 +93,9 @@ void FileReplacement::Abandon() {
 
 int FileReplacement::Begin(const std::string& path) {
   Abandon();
-  target_ = ResolveLinks(path);
+  const auto target = ResolveLinks(path);
+  if (!target) return -1;
+  target_ = *target;
   struct stat status {};
   const bool exists = ::stat(target_.c_str(), &status) == 0;
   // A rename would also replace a file that its owner has protected; plain writing would not.
@@ -102,6 +110,11 @@ int FileReplacement::Begin(const std::string& path) {
   mode_t mode = 0666;
   if (exists) {
     mode = status.st_mode & 07777;
+    // A file that colleagues share stays their group's, and root's programs leave it to its owner. Whoever may
+    // not give it away becomes the owner.
+    if (::fchown(descriptor_, status.st_uid, status.st_gid) != 0 &&
+        ::fchown(descriptor_, static_cast<uid_t>(-1), status.st_gid) != 0)
+      mode &= 0777;
   } else {
     const mode_t mask = ::umask(0);
     ::umask(mask);

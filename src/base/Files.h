@@ -33,7 +33,8 @@ std::optional<std::vector<std::uint8_t>> ReadWholeFile(const std::string& path,
 
 /// A file that takes another's place only when it is whole: `Begin` creates it beside the target, `Commit`
 /// writes, flushes and renames. Until the rename, and after any failure, the target is as it was. A target
-/// that is a link is replaced where it points; one that is a folder, a device or not writable is refused.
+/// that is a link is replaced or made where it points; one that is a folder, a device or not writable is
+/// refused. Permissions and group are kept, and the owner where that is allowed.
 class FileReplacement {
  public:
   FileReplacement() = default;

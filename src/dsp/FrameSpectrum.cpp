@@ -72,8 +72,9 @@ using Packed = detail::PlaneBuffer<std::int32_t>;
 
 bool Fits32(std::int64_t value) { return value >= INT32_MIN && value <= INT32_MAX; }
 
-// A packed value is turned in the last stage at the latest, in a transform of every other one. No such
-// transform has a value above the sum of its moduli, and truncation only makes values smaller.
+// Only what is turned must fit 17 bits, and in the last stage, where values are largest, that is a transform of
+// every other packed value. No such transform has a value above the sum of its moduli, and truncation only makes
+// values smaller.
 bool CannotWrap(const double* frame) {
   double sums[2] = {0.0, 0.0};
   for (int n = 0; n < kPackedSize; ++n) {
@@ -85,7 +86,7 @@ bool CannotWrap(const double* frame) {
 }
 
 // The transform of the packed frame in 64 bits: true when a turned value or a sum leaves 32 bits before its
-// division.
+// division. (An upper value may leave them for a while: a sum that comes back is right.)
 bool Wraps(const double* frame) {
   std::int64_t re[kPackedSize];
   std::int64_t im[kPackedSize];
@@ -114,7 +115,8 @@ bool Wraps(const double* frame) {
       }
     }
   }
-  return !std::all_of(re, re + kPackedSize, Fits32) || !std::all_of(im, im + kPackedSize, Fits32);
+  const auto fitsTwice = [](std::int64_t value) { return Fits32(2 * value); };  // the split adds two
+  return !std::all_of(re, re + kPackedSize, fitsTwice) || !std::all_of(im, im + kPackedSize, fitsTwice);
 }
 
 // Returns the number of halvings.

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include "support/Child.h"
 #include "support/TempFolder.h"
 
@@ -77,9 +80,10 @@ TEST(Files, PermissionsHoldForAnUnprivilegedUser) {
   for (const std::string& path : {locked, foreign, secret}) EXPECT_EQ(ReadFile(path), "kept") << path;
 }
 
-TEST(Files, ALinkIsFollowedAndTheModeOfTheFileIsKept) {
+TEST(Files, ALinkIsFollowedAndModeAndGroupOfTheFileAreKept) {
   const TempFolder folder;
   const std::string target = WriteFile(folder / "target", std::string("old"));
+  const bool given = ::chown(target.c_str(), 12345, 23456) == 0;  // only root may
   fs::permissions(target, fs::perms(0640));
   fs::create_symlink("target", folder / "link");
   fs::create_symlink("link", folder / "link2");
@@ -87,6 +91,18 @@ TEST(Files, ALinkIsFollowedAndTheModeOfTheFileIsKept) {
   EXPECT_TRUE(fs::is_symlink(folder / "link") && fs::is_symlink(folder / "link2"));
   EXPECT_EQ(ReadFile(target), "new");
   EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
+  struct stat status {};
+  ASSERT_EQ(::stat(target.c_str(), &status), 0);
+  EXPECT_TRUE(!given || (status.st_uid == 12345 && status.st_gid == 23456));
+
+  // A link to what is not there yet, or no more (a drive that is away), or nowhere.
+  fs::create_symlink(folder / "later", folder / "early");
+  fs::create_symlink("away/file", folder / "lost");
+  fs::create_symlink("ring", folder / "ring");
+  EXPECT_EQ(ReplaceFile(folder / "early", BytesOf("made")), 0);
+  EXPECT_EQ(ReadFile(folder / "later"), "made");
+  for (const char* name : {"lost", "ring"}) EXPECT_EQ(AppendToFile(folder / name, BytesOf("x")), -1) << name;
+  for (const char* name : {"early", "lost", "ring"}) EXPECT_TRUE(fs::is_symlink(folder / name)) << name;
 }
 
 TEST(Files, OnlyOrdinaryFilesOpenAndTheLimitHolds) {
