@@ -214,7 +214,7 @@ int Recorder::Finish(Ending ending) {
   states_.onRecording(false);
   int result = kGainTestEnded;
   if (gainTest_) {
-    FinishGainTest();
+    FinishGainTest(ending);
   } else {
     // A device that fails before there is a voice leaves the old sound.
     if (started_ || ending == Ending::Wanted) FinishRecording();
@@ -233,12 +233,13 @@ void Recorder::FinishRecording() {
   window_.SetCaption(kProgramCaption);
 }
 
-/// A test that was cut short says nothing about the room.
-void Recorder::FinishGainTest() {
+/// A test that its user ends early counts the blocks that did not come as silent ones; one whose device broke says
+/// nothing about the room.
+void Recorder::FinishGainTest(Ending ending) {
   const GainTest test = *gainTest_;
   gainTest_.reset();
   Changed();
-  if (!test.Complete()) return window_.ShowStatus(kTestStopped);
+  if (ending == Ending::Broken && !test.Complete()) return window_.ShowStatus(kTestStopped);
   window_.ShowStatus(kTested);
   const int level = test.MeanLevel();
   if (level < kQuietestRoom) return window_.Notify(kTooQuiet);

@@ -77,7 +77,7 @@ class Recorder {
   void DropTrailingSilence();
   int Finish(Ending ending);
   void FinishRecording();
-  void FinishGainTest();
+  void FinishGainTest(Ending ending);
   void DeviceLost(InputLoss loss);
   void Changed();
 

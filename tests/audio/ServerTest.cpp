@@ -201,7 +201,7 @@ TEST_F(SoundServer, WhateverHappensToItNothingIsLostAndSoundComesBack) {
 
     trouble.heal();
     BoxWatcher watcher([](QWidget& box) {  // no device yet; the recording is not saved
-      for (const char* button : {"确定", "是(&Y)"})
+      for (const char* button : {"确定", "放弃(&D)"})
         for (QAbstractButton* one : box.findChildren<QAbstractButton*>())
           if (one->text() == button) return one->click();
     });
