@@ -64,7 +64,7 @@ void TryResult(ByteSpan bytes) {
 }
 
 void TryIntonation(ByteSpan bytes) {
-  IntonationState state{Sentence(), -1, ParseIntonation(bytes)};
+  IntonationState state{Sentence(), -1, ParseIntonation(bytes), {}};
   if (state.compared) IntonationPicture(state, 1024, 640);
   const auto range = ParseSpeakerRange(bytes);
   if (!range) return;

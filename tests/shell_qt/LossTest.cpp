@@ -36,7 +36,7 @@ class LossTest : public WindowTest {
     document.pitch.fill(100);
     document.pitchBackup = document.pitch;
     document.pitchPresent = true;
-    Station().markers.generation = Station().annotations.generation = document.soundGeneration;
+    Station().markers.sound = Station().annotations.sound = document.Stamp();
     document.pitch[50] = 50;  // by hand
     Station().markers.set.markerCount[0] = 1;
     Station().markers.changed = Station().annotations.changed = true;

@@ -34,10 +34,8 @@ bool LossGuard::Unsaved(Work work) const {
              !(document_.sampleCount == 0 && document_.filePath.empty());
     case Work::Contour: return document_.HasRepairedContour();
     case Work::Markers:
-      return markers_.changed && markers_.sound == document_.Stamp() &&
-             markers_.set.HasMarkers();
-    case Work::Annotations:
-      return annotations_.changed && annotations_.sound == document_.Stamp();
+      return markers_.changed && markers_.sound == document_.Stamp() && markers_.set.HasMarkers();
+    case Work::Annotations: return annotations_.changed && annotations_.sound == document_.Stamp();
     case Work::Chart:
       return chart_.count > 0 && !std::equal(chart_.points.begin(), chart_.points.begin() + chart_.count,
                                              unchangedPoints_.begin(), unchangedPoints_.end(),
