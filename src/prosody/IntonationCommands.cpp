@@ -6,6 +6,8 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "prosody/IntonationWindow.h"
+#include "ui/FileKind.h"
+#include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
 
@@ -18,10 +20,8 @@ constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
 constexpr UiText kNoPitch = "所选段没有基频！";
 constexpr UiText kHint = "左键：加边界，右键：删边界；←→：选单元";
 constexpr UiText kSaveTitle = "保存语调数据文件", kOpenTitle = "打开语调数据文件";
-constexpr UiText kItnFilter = "语调数据文件(*.itn)";
 constexpr UiText kNoIntonationFile = "无此语调数据文件！";
 constexpr UiText kSpeakerTitle = "保存说话人调域文件", kOpenSpeakerTitle = "打开说话人调域文件";
-constexpr UiText kTnrFilter = "说话人调域文件(*.tnr)";
 constexpr UiText kNoSpeakerFile = "无此说话人调域文件！";
 constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？",
                  kRestartOrAppendCaption = "从头更新数据？";
@@ -29,8 +29,10 @@ constexpr UiText kCannotCreate = "不能建立文件！", kNoSuchFile = "文件�
 constexpr UiText kUnitLine = "%s：%s--%s半音  Q %s--%s  停延率 %s  音强比 %s";
 constexpr FileText kReportName = "ToneDom.txt";
 
-FileDialog SpeakerDialog(UiText title) { return {title, {{kTnrFilter, "*.tnr"}}, "tnr", ""}; }
-FileDialog ItnDialog(UiText title) { return {title, {{kItnFilter, "*.itn"}}, "itn", ""}; }
+FileDialog SpeakerDialog(UiText title) {
+  return {title, {FileKindNamed("tnr")}, FileKindNamed("tnr").extension};
+}
+FileDialog ItnDialog(UiText title) { return {title, {FileKindNamed("itn")}, FileKindNamed("itn").extension}; }
 
 std::string Figure(double value, int decimals) {
   return std::isfinite(value) ? Format("%.*f", decimals, value) : std::string("--");
@@ -59,7 +61,7 @@ void SaveIntonation(Window& window, const IntonationState& state) {
   if (!state.result) return;
   const auto choice = window.AskSaveFile(ItnDialog(kSaveTitle));
   if (!choice || choice->path.empty()) return;
-  if (ReplaceFile(choice->path, WriteIntonation(*state.result)) < 0)
+  if (SaveFile(window, choice->path, WriteIntonation(*state.result)) < 0)
     window.Notify(kCannotCreate, Icon::Error);
 }
 
@@ -86,7 +88,7 @@ void AddToSpeakerRange(Window& window, const IntonationState& state) {
   if (!choice || choice->path.empty()) return;
   const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
   const ByteWriter bytes = WriteSpeakerRecord(*record);
-  if ((restart ? ReplaceFile(choice->path, bytes) : AppendToFile(choice->path, bytes)) < 0)
+  if ((restart ? SaveFile(window, choice->path, bytes) : SaveBehindFile(window, choice->path, bytes)) < 0)
     window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 

@@ -12,6 +12,8 @@
 #include "base/IpaCodes.h"
 #include "prosody/DegreeWindow.h"
 #include "prosody/ToneWindow.h"
+#include "ui/FileKind.h"
+#include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
 
@@ -25,7 +27,7 @@ constexpr UiText kDegreeTitle = "五度坐标";
 constexpr UiText kLowest = "最低频率(Hz)", kHighest = "最高频率(Hz)";
 constexpr UiText kBadLimits = "输入的频率值错误";
 
-constexpr UiText kOpenTitle = "打开声调统计数据文件", kPitFilter = "声调统计数据文件(*.pit)";
+constexpr UiText kOpenTitle = "打开声调统计数据文件";
 constexpr UiText kCannotOpen = "文件打开错误，请重试！";
 constexpr UiText kDamaged = "声调统计文件错误！";
 constexpr UiText kNewRun = "新的统计（Yes)?继续已有的统计（No）？", kNewRunCaption = "新的统计？";
@@ -44,7 +46,7 @@ constexpr UiText kAxisNames[kToneAxes] = {"T值", "D值", "半音", "Hz", "LZ值
 constexpr UiText kGroupTitle = "输入统计组名", kNoSuchGroup = "无此组名！";
 constexpr UiText kLabelsAdded = "加入%d个，略过%d个";
 constexpr UiText kRangeTitle = "范围", kRangeOfMeans = "各组均值的最小、最大", kRangeGiven = "指定(Hz)";
-constexpr UiText kCompareTitle = "打开声调统计结果文件", kBinFilter = "声调统计结果文件(*.bin)";
+constexpr UiText kCompareTitle = "打开声调统计结果文件";
 constexpr UiText kNoResult = "无此声调统计数据文件！";
 constexpr UiText kPicked = "%s 第%d个 %s %.3f--%.3f秒";
 constexpr FileText kReportName = "ToneStat.txt";
@@ -182,7 +184,7 @@ bool StoreItems(Window& window, ToneState& tones, std::vector<ToneItem> items) {
     window.Notify(kFull);
     return false;
   }
-  if (ReplaceFile(tones.path, WriteToneItems(items)) < 0) {
+  if (SaveFile(window, tones.path, WriteToneItems(items)) < 0) {
     window.Notify(kCannotOpen, Icon::Error);
     return false;
   }
@@ -275,7 +277,8 @@ bool DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree,
 }
 
 bool BeginTonesCommand(Window& window, ToneState& tones) {
-  const auto choice = window.AskOpenFile({kOpenTitle, {{kPitFilter, "*.pit"}}, "pit", ""});
+  const auto choice =
+      window.AskOpenFile({kOpenTitle, {FileKindNamed("pit")}, FileKindNamed("pit").extension});
   if (!choice || choice->path.empty()) return false;
   std::vector<ToneItem> items;
   bool written = false;
@@ -345,7 +348,7 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
 
 void EndTonesCommand(Window& window, ToneState& tones) {
   if (!tones.items.empty() &&
-      ReplaceFile(ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics))) < 0)
+      SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics))) < 0)
     return window.Notify(kCannotCreate, Icon::Error);
   window.CloseToolWindow("tones");
   tones.open = tones.written = false;
@@ -428,7 +431,8 @@ void AskToneRange(Window& window, ToneState& tones) {
 }
 
 void CompareTones(Window& window, ToneState& tones) {
-  const auto choice = window.AskOpenFile({kCompareTitle, {{kBinFilter, "*.bin"}}, "bin", ""});
+  const auto choice =
+      window.AskOpenFile({kCompareTitle, {FileKindNamed("bin")}, FileKindNamed("bin").extension});
   if (!choice || choice->path.empty()) return;
   const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
   auto result = bytes ? ParseToneResult(*bytes) : std::nullopt;
