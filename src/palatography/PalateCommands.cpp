@@ -7,6 +7,7 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "palatography/PalateWindow.h"
+#include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
 
@@ -21,7 +22,6 @@ constexpr UiText kSaveQuestion = "保存此图的数据吗（Yes/No）？";
 constexpr UiText kSaveCaption = "保存数据？";
 constexpr UiText kSaveTitle = "保存腭位统计数据文件";
 constexpr UiText kOpenTitle = "打开腭位统计数据文件";
-constexpr UiText kStatisticsFilter = "腭位统计数据文件(*.pal)";
 constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No）？";
 constexpr UiText kRestartOrAppendCaption = "从头更新数据？";
 constexpr UiText kNotThere = "文件不存在！";
@@ -30,7 +30,6 @@ constexpr UiText kNoStatistics = "无此腭位统计数据文件！";
 constexpr UiText kFull = "数据太多，不能再加入！";
 constexpr UiText kCannotOpen = "文件打开错误！";
 constexpr UiText kImport = "导入腭位帧";
-constexpr UiText kImportFilter = "腭位帧(*.epg)";
 constexpr UiText kFramesASecond = "每秒帧数";
 constexpr UiText kEightBytes = "每帧8字节";
 constexpr UiText kTwelveBytes = "每帧12字节（前4字节不用）";
@@ -44,7 +43,9 @@ constexpr std::size_t kLargestFile = std::size_t{64} << 20;
 constexpr int kRateField = 1000, kEightButton = 1010, kTwelveButton = 1011;
 constexpr int kUsualRate = 200, kLowestRate = 10, kHighestRate = 1000;
 
-FileDialog StatisticsDialog(UiText title) { return {title, {{kStatisticsFilter, "*.pal"}}, "pal", ""}; }
+FileDialog StatisticsDialog(UiText title) {
+  return {title, {FileKindNamed("pal")}, FileKindNamed("pal").extension};
+}
 
 /// True when the frames can be shown; else says why not.
 bool RequireFrames(Window& window, const PalateDesk& desk) {
@@ -75,17 +76,18 @@ void AppendRecord(Window& window, const std::string& path, const ByteWriter& rec
     if (!records) return window.Notify(kNoStatistics, Icon::Error);
     if (records->size() >= kMostPalateRecords) return window.Notify(kFull);
   }
-  if (AppendToFile(path, record) < 0) window.Notify(kNotThere, Icon::Error);
+  if (SaveBehindFile(window, path, record) < 0) window.Notify(kNotThere, Icon::Error);
 }
 
 void SaveStatistics(Window& window, const PalateRecord& record) {
   const auto choice = window.AskSaveFile(StatisticsDialog(kSaveTitle));
   if (!choice) return window.Repaint();
-  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  if (!restart) return window.Repaint();
   ByteWriter bytes;
   WritePalateRecord(bytes, record);
-  if (!restart) return AppendRecord(window, choice->path, bytes);
-  if (ReplaceFile(choice->path, bytes) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (!*restart) return AppendRecord(window, choice->path, bytes);
+  if (SaveFile(window, choice->path, bytes) < 0) window.Notify(kCannotCreate, Icon::Error);
 }
 
 struct StatisticsFile {
@@ -203,7 +205,7 @@ void ShowPalateIntroductionCommand(Window& window, const std::string& dataFolder
 void ImportContactFramesCommand(Window& window, const SoundDocument& document, CommandStates& states,
                                 PalateState& palate) {
   if (document.sampleCount < 1 || document.sampleRate < 1) return;
-  const auto choice = window.AskOpenFile({kImport, {{kImportFilter, "*.epg"}}, "", ""});
+  const auto choice = window.AskOpenFile({kImport, {FileKindNamed("epg")}});
   if (!choice) return;
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   if (!bytes) return window.Notify(kCannotOpen, Icon::Error);

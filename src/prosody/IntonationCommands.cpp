@@ -86,10 +86,11 @@ void AddToSpeakerRange(Window& window, const IntonationState& state) {
   if (!record) return;
   const auto choice = window.AskSaveFile(SpeakerDialog(kSpeakerTitle));
   if (!choice || choice->path.empty()) return;
-  const bool restart = window.AskYesNo(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  if (!restart) return;
   const ByteWriter bytes = WriteSpeakerRecord(*record);
-  if ((restart ? SaveFile(window, choice->path, bytes) : SaveBehindFile(window, choice->path, bytes)) < 0)
-    window.Notify(restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  if ((*restart ? SaveFile(window, choice->path, bytes) : SaveBehindFile(window, choice->path, bytes)) < 0)
+    window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
 void UseSpeakerRange(Window& window, const ProsodyDesk& desk, IntonationState& state) {

@@ -41,6 +41,8 @@ inline constexpr FileKind kFileKinds[] = {
     {"声调统计结果文件(*.bin)", "*.bin", "bin", true, 0, "bin"},
     {"语调数据文件(*.itn)", "*.itn", "itn", true, 0, "itn"},
     {"说话人调域文件(*.tnr)", "*.tnr", "tnr", false, 0, "tnr"},
+    {"腭位统计数据文件(*.pal)", "*.pal", "pal", false, 0, "pal"},
+    {"腭位帧(*.epg)", "*.epg", "", true, 0, "epg"},
     {"lta 谱图数据文件(*.lta)", "*.lta", "lta", true, 0, "lta"},
     {"Lta 谱图数据文件(*.lta)", "*.lta", "lta", true, 0, "saved lta"},
     {"辅音数据文件(*.con)", "*.con", "con", true, 0, "con"},
