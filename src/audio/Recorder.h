@@ -37,8 +37,8 @@ class Recorder {
   /// 0, or −1 after a failure, which is shown.
   int startRecording(RecordingStop stop, int channels = 1);
 
-  /// Begins four seconds of listening, after which gain and threshold are set and kept in `file`. A test that is
-  /// stopped before sets nothing.
+  /// Begins four seconds of listening, after which gain and threshold are set and kept in `file`. Blocks that
+  /// do not come because its user ends it count as silent ones.
   int runGainTest(const std::string& file);
 
   /// The device filled a block. The number of recorded samples when that ended a recording, 200 when it ended

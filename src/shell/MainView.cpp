@@ -28,7 +28,7 @@ namespace {
 
 constexpr UiText kWaitingHint = "正在录音：听到语音后开始保存；T 键：停止录音";
 constexpr UiText kRecordingHint = "正在录音：声音正在保存；T 键：停止录音";
-constexpr UiText kGainTestHint = "正在测试录音增益：请保持安静，约 4 秒；T 键：停止测试，设置不变";
+constexpr UiText kGainTestHint = "正在测试录音增益：请保持安静，约 4 秒；T 键：提前结束";
 constexpr double kSemitonesPerOctave = 12.0, kLowestTone = 64.0;
 
 /// Level in dB of the 10 ms around a sample's place on the level curve.
@@ -237,12 +237,15 @@ void MainView::ZoomKey(bool out) {
   ViewMoved();
 }
 
-void MainView::ZoomAt(int x, bool out) {
-  const double column = std::max(x, kPaneMargin) - kPaneMargin;
-  const double sample = document_.viewStart + column * TimeScaleOf(document_).SamplesPerColumn();
+void MainView::ZoomAt(Pane pane, int x, bool out) {
+  const int column = std::max(x, kPaneMargin);
+  const auto timeScale = [&] {
+    return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
+  };
+  const std::int64_t sample = timeScale().SampleAt(column);
   document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
                                          1, kLargestSamplesPerPixel);
-  ScrollTo(TruncateToInt64(sample - column * TimeScaleOf(document_).SamplesPerColumn()));
+  ScrollTo(document_.viewStart + sample - timeScale().SampleAt(column));
 }
 
 void MainView::ZoomTo(int start, int end) {
@@ -427,13 +430,13 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
     line += Format("%sF0 %.1f Hz%s%.1f 半音", separator, frequency, separator,
                    kSemitonesPerOctave * std::log2(frequency / kLowestTone));
   }
-  if (pane == Pane::Analysis && spectrogram_.shown && paneHeight > 0) {
+  // In three dimensions a row is no frequency.
+  if (pane == Pane::Analysis && spectrogram_.shown && spectrogram_.ridges.empty() && paneHeight > 0) {
     const int row =
         std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
-    if (column >= 0 && spectrogram_.ridges.empty())
-      line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
+    if (column >= 0) line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
   }
   return line;
 }

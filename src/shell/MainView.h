@@ -82,8 +82,8 @@ class MainView {
   void ScrollBy(std::int64_t samples) { ScrollTo(document_.viewStart + samples); }
   void ScrollTenths(int tenths);
   void ZoomKey(bool out);
-  /// Doubles or halves the scale and keeps the sample under column `x` there.
-  void ZoomAt(int x, bool out);
+  /// Doubles or halves the scale and keeps the sample under column `x` of a pane there.
+  void ZoomAt(Pane pane, int x, bool out);
   /// The finest scale that shows the whole stretch, with the stretch at the left margin.
   void ZoomTo(int start, int end);
   void SetPaneWidth(int width);

@@ -130,7 +130,7 @@ class RidgeLine {
 
 Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height) {
   Picture picture{width, height, {}};
-  std::vector<int> horizon(kHorizonColumns, kHorizonStart);
+  std::vector<int> horizon(kHorizonColumns, std::max(kHorizonStart, height));
   for (std::size_t i = 0; i < spectrogram.ridges.size(); ++i) {
     const int frame = static_cast<int>(i);
     const int left = kRidgeLeft + kShiftRight * frame, foot = height - kRidgeFoot - kShiftUp * frame;

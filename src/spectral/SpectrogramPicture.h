@@ -18,7 +18,7 @@ int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, in
 
 /// The frames of a three-dimensional view as lines of heights, 3 columns a row of the spectrum, each frame 2
 /// columns to the right of the one before and one row up, 0.8 rows a dB. What lies behind an earlier frame is
-/// left out by a floating horizon of 1280 columns.
+/// left out by a floating horizon of 1280 columns that begins below the picture, at row 700 at least.
 Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height);
 
 /// The picture's grid, as pane rows and what stands beside them: a line every 1000 Hz, above 20000 Hz sampling rate every 2000 Hz; for the cepstrum every 2 or 5 ms; none

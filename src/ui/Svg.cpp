@@ -87,7 +87,7 @@ struct SvgMark {
       out +=
           Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"%s\" fill-opacity=\"%.2f\"/>\n",
                  mark.x, mark.y, mark.width, mark.height, Hex(mark.fill).c_str(), mark.opacity);
-    if (mark.outlined)
+    if (mark.outlined && mark.width > 0 && mark.height > 0)
       out += Format("<rect x=\"%d\" y=\"%d\" width=\"%d\" height=\"%d\" fill=\"none\" stroke=\"%s\"%s/>\n",
                     mark.x, mark.y, mark.width - 1, mark.height - 1, Hex(mark.outline).c_str(), kMiddle);
     return out;

@@ -237,6 +237,7 @@ TEST(Reading, TheStartSecondOfALongFile) {
     EXPECT_EQ(desk.document.samples[0], c.second);
     EXPECT_EQ(desk.document.samples[2 * 16000], c.second + 2);
     EXPECT_FALSE(desk.document.pitchPresent) << "a part of a sound takes no contour";
+    EXPECT_TRUE(desk.document.IsPartOfFile());
     EXPECT_EQ(desk.window.Log().size(), 2u);
     desk.Load(Ramp(5));
     EXPECT_EQ(desk.document.longFileSeconds + desk.document.longFileStart, 0);
@@ -300,6 +301,57 @@ TEST(Reading, APitchTailIsMadeHarmless) {
   }
 }
 
+TEST(Reading, WhatASaveWouldTakeFromTheFileIsKnown) {
+  const std::string contour = PitchTail(std::vector<float>(7, 50.0f));
+  const std::string writer = Chunk("ISFT", 3, std::string("me\0", 4)), comment = Chunk("ICMT", 4, "good");
+  const auto list = [](const std::string& notes) {
+    return Chunk("LIST", static_cast<std::uint32_t>(notes.size() + 4), "INFO" + notes);
+  };
+  const auto behind = [](const std::string& bytes) {
+    return Wav([&](auto& w) { w.behind = bytes; }).Bytes();
+  };
+  const auto stereo = [](const std::string& bytes) {
+    return Wav([&](auto& w) {
+             w.blockAlign = 4;
+             w.behind = bytes;
+           })
+        .Bytes();
+  };
+  const struct {
+    const char* what;
+    std::string bytes;
+    bool isPart;
+    ChannelMode mode = ChannelMode::One;
+  } cases[] = {
+      {"samples", behind(""), false},
+      {"a contour", behind(contour), false},
+      {"what only fills", behind(list(writer) + Chunk("PAD ", 1, std::string(2, 0)) + std::string(40, 0)),
+       false},
+      {"an unknown record behind the contour", behind(contour + Chunk("abcd", 0, "")), true},
+      {"a mark before the data", Wav([](auto& w) { w.between = Chunk("cue ", 4, "abcd"); }).Bytes(), true},
+      {"a comment", behind(list(writer + comment)), true},
+      {"samples behind a size of 0", Wav([](auto& w) { w.dataSize = 0; }).Bytes(), true},
+      {"two channels, one loaded", stereo(""), true},
+      {"two channels", stereo(""), false, ChannelMode::Two},
+      {"two channels and a contour", stereo(contour), true, ChannelMode::Two},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.what);
+    Desk desk;
+    desk.Open(c.bytes, c.mode);
+    EXPECT_EQ(desk.document.IsPartOfFile(), c.isPart);
+    if (desk.document.twoChannel) {
+      desk.Mark(1, 2);
+      desk.window.answers = {"yes"};
+      CutCommand(desk.window, desk.document, desk.states);
+      EXPECT_TRUE(desk.document.IsPartOfFile()) << "the second channel is given up in the document alone";
+    }
+    desk.window.answers = {"no"};
+    saveSound(desk.window, desk.document, false);
+    EXPECT_FALSE(desk.document.IsPartOfFile());
+  }
+}
+
 TEST(Reading, RawSoundsLoseTheirEnds) {
   const std::vector<std::int16_t> samples = Ramp(100);
   WavBytes wav;
@@ -313,6 +365,7 @@ TEST(Reading, RawSoundsLoseTheirEnds) {
   };
   EXPECT_EQ(byName(raw(200)), Texts{});
   EXPECT_EQ(desk.document.sampleRate, 11025) << "no rate was known";
+  EXPECT_TRUE(desk.document.IsPartOfFile());
   EXPECT_EQ(desk.Samples(), std::vector<std::int16_t>(samples.begin(), samples.begin() + 76));
   desk.Load(Ramp(5), 8000);
   EXPECT_EQ(byName(raw(51)), Texts{});

@@ -134,6 +134,26 @@ TEST(House, ACommandNumberStandsInOnePlace) {
   }
 }
 
+/// What is written in the user's name is told to the window (ui/Saving.h); these write for nobody, or tell it
+/// themselves.
+TEST(House, ARoomSavesThroughTheWindow) {
+  static const std::regex kBare(R"(\b(ReplaceFile|AppendToFile)\(|\.Commit\()");
+  const std::set<std::string> mayWrite = {"base/Files.cpp",
+                                          "base/Files.h",
+                                          "ui/Saving.cpp",
+                                          "ui/Saving.h",
+                                          "audio/file/FileLoudspeaker.cpp",
+                                          "shell/headless/ScriptRunner.cpp",
+                                          "shell/qt/PictureExport.cpp"};
+  const fs::path root = fs::path(PARLOWEN_SOURCE_DIR) / "src";
+  for (const auto& entry : fs::recursive_directory_iterator(root)) {
+    if (!entry.is_regular_file()) continue;
+    const std::string text = testing::ReadFile(entry.path());
+    if (!std::regex_search(text, kBare) || text.find("window.Saved(") != std::string::npos) continue;
+    EXPECT_TRUE(mayWrite.contains(fs::relative(entry.path(), root).generic_string())) << entry.path();
+  }
+}
+
 TEST(House, TheCheckSeesWhatItIsFor) {
   const struct {
     const char *path, *line;

@@ -64,7 +64,7 @@ TEST(MainView, ZoomingAtThePointerKeepsItsSample) {
   s.w.view.ScrollTo(400000);
   for (const bool out : {false, false, false, true, true}) {
     const int before = s.w.view.SampleAt(Pane::Waveform, 700);
-    s.w.view.ZoomAt(700, out);
+    s.w.view.ZoomAt(Pane::Waveform, 700, out);
     EXPECT_NEAR(s.w.view.SampleAt(Pane::Waveform, 700), before, 1);
   }
   s.w.view.ZoomTo(500000, 510041);

@@ -298,7 +298,9 @@ void MainWindow::Connect() {
   connect(&dialogs_, &QtWindow::RepaintAsked, this, &MainWindow::RepaintPanes);
   connect(&dialogs_, &QtWindow::RegionCopied, this, &MainWindow::CopyRegionOf);
   connect(&dialogs_, &QtWindow::FileChosen, this, &MainWindow::ChooseExportFolder);
-  connect(&dialogs_, &QtWindow::EditorAsked, this, [this] { exportNotice_ = exportsMoved_; });
+  // Not for a help page: an export was written before it is shown.
+  connect(&dialogs_, &QtWindow::EditorAsked, this,
+          [this] { exportNotice_ = exportsMoved_ && !saved_.isEmpty(); });
   connect(&dialogs_, &QtWindow::KeyUnused, this, &MainWindow::UseKey);
   // The handler that asks to quit is still running: the window closes when it has returned.
   connect(&dialogs_, &QtWindow::QuitAsked, this, &QWidget::close, Qt::QueuedConnection);

@@ -276,7 +276,7 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
   const Point at = PointAt(event->position().toPoint());
   gate_.Run([&] {
     if (!zoom) return view_.ScrollTenths(-notches);
-    for (int i = 0; i < std::abs(notches); ++i) view_.ZoomAt(at.x, notches < 0);
+    for (int i = 0; i < std::abs(notches); ++i) view_.ZoomAt(pane_, at.x, notches < 0);
   });
 }
 
