@@ -22,7 +22,7 @@ const Intonation& Sentence() {
     made.end = 16000;
     for (int frame = 0; frame < 90; ++frame) made.melody.push_back({frame, 10.0 + frame % 7});
     made.boundaries = {4000, 9000};
-    MeasureIntonation(made, {});
+    MeasureIntonation(made);
     return made;
   }();
   return sentence;
@@ -70,7 +70,7 @@ void TryIntonation(ByteSpan bytes) {
   if (!range) return;
   Require(range->low <= range->high, "a range has two ends");
   state.result->speaker = range;
-  MeasureIntonation(*state.result, {});
+  MeasureIntonation(*state.result);
   IntonationPicture(state, 1024, 640);
   IntonationReport(*state.result);
 }

@@ -34,11 +34,25 @@ std::span<const MelodyPoint> MelodyIn(const Intonation& intonation, int start, i
   return {first, last};
 }
 
-double EnergyOf(SampleSpan samples, int start, int end) {
-  std::int64_t energy = 0;
-  for (int i = std::max(0, start); i < std::min(end, samples.count); ++i)
-    energy += samples.data[i] * samples.data[i];
-  return static_cast<double>(energy);
+/// Sums of squares up to each sample of start .. end; what lies outside of the sound counts as silence.
+std::vector<std::int64_t> EnergySums(SampleSpan samples, int start, int end) {
+  std::vector<std::int64_t> sums{0};
+  sums.reserve(static_cast<std::size_t>(std::max(0, end - start)) + 1);
+  for (int i = start; i < end; ++i) {
+    const std::int64_t value = samples.At(i);
+    sums.push_back(sums.back() + value * value);
+  }
+  return sums;
+}
+
+double EnergyOf(const Intonation& intonation, const IntonationUnit& unit) {
+  const auto& sums = intonation.energySums;
+  if (sums.empty()) return 0;
+  const auto sumTo = [&](int sample) {
+    const std::int64_t place = std::int64_t{sample} - intonation.start;
+    return sums[static_cast<std::size_t>(std::clamp<std::int64_t>(place, 0, std::ssize(sums) - 1))];
+  };
+  return static_cast<double>(sumTo(unit.end) - sumTo(unit.start));
 }
 
 std::string NameOf(const Intonation& intonation, int start, int end, std::size_t index) {
@@ -97,7 +111,7 @@ SemitoneSpan SpanOf(const std::vector<IntonationUnit>& units) {
 
 double Ratio(double value, double mean) { return mean > 0 ? value / mean : kNoFigure; }
 
-void MeasureRelations(Intonation& intonation, SampleSpan samples) {
+void MeasureRelations(Intonation& intonation) {
   const SemitoneSpan domain = intonation.Domain();
   const double width = domain.high - domain.low;
   std::vector<IntonationUnit*> spoken;
@@ -106,7 +120,7 @@ void MeasureRelations(Intonation& intonation, SampleSpan samples) {
   for (IntonationUnit& unit : intonation.units) {
     if (unit.IsPause()) continue;
     spoken.push_back(&unit);
-    energies.push_back(EnergyOf(samples, unit.start, unit.end));
+    energies.push_back(EnergyOf(intonation, unit));
     duration += unit.duration;
     energy += energies.back();
     if (width > 0) {
@@ -162,14 +176,15 @@ std::optional<Intonation> AnalyseIntonation(const SoundDocument& document, int s
   if (intonation.boundaries.empty())
     for (const int boundary : GapBoundaries(intonation.melody, document.sampleRate))
       AddBoundary(intonation, boundary);
-  MeasureIntonation(intonation, document.Samples());
+  intonation.energySums = EnergySums(document.Samples(), start, end);
+  MeasureIntonation(intonation);
   return intonation;
 }
 
-void MeasureIntonation(Intonation& intonation, SampleSpan samples) {
+void MeasureIntonation(Intonation& intonation) {
   intonation.units = MakeUnits(intonation);
   intonation.sentence = SpanOf(intonation.units);
-  MeasureRelations(intonation, samples);
+  MeasureRelations(intonation);
   MeasureLines(intonation);
   intonation.closeCopy.clear();
   for (const IntonationUnit& unit : intonation.units) {

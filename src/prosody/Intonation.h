@@ -1,4 +1,5 @@
 #pragma once
+#include <cstdint>
 #include <limits>
 #include <optional>
 #include <span>
@@ -63,6 +64,8 @@ struct Intonation {
   std::vector<int> boundaries;             ///< inside the stretch, ascending, at most 99
   std::vector<LabelledStretch> labels;     ///< name the units with the same ends
   std::optional<SemitoneSpan> speaker;     ///< the range in use instead of the sentence's
+  /// Sum of the squares of the stretch's first i samples: the sound may be edited while boundaries still move.
+  std::vector<std::int64_t> energySums;
 
   // Measured from the above.
   std::vector<IntonationUnit> units;
@@ -87,7 +90,7 @@ std::optional<Intonation> AnalyseIntonation(const SoundDocument& document, int s
                                             const FirstBand& band);
 
 /// Measures units, lines and close copy again, after boundaries or the speaker's range have changed.
-void MeasureIntonation(Intonation& intonation, SampleSpan samples);
+void MeasureIntonation(Intonation& intonation);
 
 /// Puts a boundary at that sample; false where there is one, it is no inner one, or there are 100 units.
 bool AddBoundary(Intonation& intonation, int sample);

@@ -93,7 +93,7 @@ void AddToSpeakerRange(Window& window, const IntonationState& state) {
     window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
 }
 
-void UseSpeakerRange(Window& window, const ProsodyDesk& desk, IntonationState& state) {
+void UseSpeakerRange(Window& window, IntonationState& state) {
   if (!state.result) return;
   std::optional<SemitoneSpan> range;
   if (!state.result->speaker) {
@@ -104,7 +104,7 @@ void UseSpeakerRange(Window& window, const ProsodyDesk& desk, IntonationState& s
     if (!range) return window.Notify(kNoSpeakerFile, Icon::Error);
   }
   state.result->speaker = range;
-  MeasureIntonation(*state.result, desk.document.Samples());
+  MeasureIntonation(*state.result);
   window.Repaint();
 }
 

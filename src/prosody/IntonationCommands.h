@@ -18,7 +18,7 @@ void CompareIntonation(Window& window, IntonationState& state);
 void ShowIntonationReport(Window& window, const ProsodyDesk& desk, const IntonationState& state);
 void AddToSpeakerRange(Window& window, const IntonationState& state);
 /// Takes the range of a speaker's file in use, or lets go of the one that is.
-void UseSpeakerRange(Window& window, const ProsodyDesk& desk, IntonationState& state);
+void UseSpeakerRange(Window& window, IntonationState& state);
 void ChooseIntonationUnit(Window& window, IntonationState& state, int unit);
 /// A unit's figures in one line that fits the status bar.
 std::string UnitLine(const IntonationUnit& unit);

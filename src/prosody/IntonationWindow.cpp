@@ -63,7 +63,7 @@ void IntonationWindow::Click(Window& window, Point at, MouseButton button, bool)
 }
 
 void IntonationWindow::MeasureAgain(Window& window) {
-  MeasureIntonation(*state_.result, desk_.document.Samples());
+  MeasureIntonation(*state_.result);
   state_.chosen = -1;
   window.Repaint();
 }
@@ -83,7 +83,7 @@ void IntonationWindow::Press(Window& window, const ToolControl& control) {
     case kCompare: return CompareIntonation(window, state_);
     case kShow: return ShowIntonationReport(window, desk_, state_);
     case kAddSpeaker: return AddToSpeakerRange(window, state_);
-    case kUseSpeaker: return UseSpeakerRange(window, desk_, state_);
+    case kUseSpeaker: return UseSpeakerRange(window, state_);
     case kPlay: return Play(window);
     default: return;
   }

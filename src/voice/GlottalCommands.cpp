@@ -17,7 +17,7 @@ constexpr UiText kMarkFirst = "请先用鼠标左、右键选定语音段";
 constexpr UiText kPitchFirst = "请先求出基频！";
 constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
 constexpr UiText kNoVoice = "所选段没有基频！";
-constexpr UiText kTitle = "声门波(嗓音)估计（估计值）";
+constexpr UiText kTitle = "声门波估计（估计值）";
 constexpr UiText kShow = "显示数据", kTurn = "反相", kPlay = "放音";
 constexpr UiText kPeriodLine =
     "第%d个周期 %.4f秒  F0=%sHz  OQ=%s  QOQ=%s  SQ=%s  NAQ=%s  H1-H2=%sdB  HRF=%sdB";
@@ -46,6 +46,10 @@ std::string MeasuresLine(const GlottalMeasures& m) {
                 Number(m.naq, 3).c_str(), Number(m.h1h2, 1).c_str(), Number(m.hrf, 1).c_str());
 }
 
+SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
+  return {samples.data(), static_cast<int>(samples.size())};
+}
+
 class GlottalWindow : public ToolWindow {
  public:
   explicit GlottalWindow(const GlottalDesk& desk) : desk_(desk) {}
@@ -60,7 +64,8 @@ class GlottalWindow : public ToolWindow {
   }
   Picture Draw(int width, int height) const override {
     if (!desk_.state.shown) return {width, height, {}};
-    return GlottalPicture(desk_.state.wave, desk_.document, desk_.state.chosen, width, height);
+    return GlottalPicture(desk_.state.wave, SpanOf(desk_.state.samples), SpanOf(desk_.state.second),
+                          desk_.state.chosen, width, height);
   }
   void Resized(int width, int /*height*/) override { width_ = width; }
 
@@ -119,7 +124,7 @@ class GlottalWindow : public ToolWindow {
 
   void TurnOver(Window& window) {
     GlottalState& state = desk_.state;
-    if (EstimateGlottalWave(desk_.document.Samples(), state.wave.sampleRate, state.stretch, !state.turned,
+    if (EstimateGlottalWave(SpanOf(state.samples), state.wave.sampleRate, state.stretch, !state.turned,
                             state.wave) < 0)
       return window.Notify(kNoVoice);
     state.turned = !state.turned;
@@ -151,7 +156,13 @@ bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
   GlottalWave wave;
   if (!stretch || EstimateGlottalWave(document.Samples(), document.sampleRate, *stretch, false, wave) < 0)
     return window.Refuse(kNoVoice);
-  desk.state = {true, *stretch, false, std::move(wave), -1, desk.document.Stamp()};
+  const auto copyOf = [&](const SampleBuffer& channel) {
+    return std::vector<std::int16_t>(channel.data(), channel.data() + document.sampleCount);
+  };
+  GlottalState made{true, *stretch, false,           std::move(wave), copyOf(document.samples),
+                    {},   -1,       document.Stamp()};
+  if (document.twoChannel) made.second = copyOf(document.samples2);
+  desk.state = std::move(made);
   window.OpenToolWindow(std::make_unique<GlottalWindow>(desk));
   document.activity = Activity::GlottalWave;
   return true;

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "document/SoundDocument.h"
 #include "document/SoundStamp.h"
@@ -17,6 +18,8 @@ struct GlottalState {
   VoicedStretch stretch;
   bool turned = false;  ///< the polarity is the user's, not the one that was found
   GlottalWave wave;
+  /// The sound as it was, and its second channel or nothing: what is drawn and turned over after an edit.
+  std::vector<std::int16_t> samples, second;
   int chosen = -1;   ///< a period, or −1
   SoundStamp sound;  ///< that it was made from
 };

@@ -156,7 +156,7 @@ int GlottalSampleAt(const GlottalWave& wave, int x, int width) {
                                                                 0, length - 1));
 }
 
-Picture GlottalPicture(const GlottalWave& wave, const SoundDocument& document, int chosen, int width,
+Picture GlottalPicture(const GlottalWave& wave, SampleSpan speech, SampleSpan second, int chosen, int width,
                        int height) {
   Picture picture{width, height, {}};
   const Layout layout(width, height);
@@ -169,9 +169,8 @@ Picture GlottalPicture(const GlottalWave& wave, const SoundDocument& document, i
     picture.Add(BoxMark{from, layout.speech.top, std::max(1, to - from),
                         layout.derivative.Bottom() - layout.speech.top, colours::kChosenPeriod});
   }
-  const SampleSpan samples = document.Samples(), second{document.samples2.data(), document.sampleCount};
   const double sign = wave.inverted ? -1 : 1;
-  const auto speechAt = [&](int i) { return sign * samples.At(wave.start + i); };
+  const auto speechAt = [&](int i) { return sign * speech.At(wave.start + i); };
   const auto secondAt = [&](int i) { return static_cast<double>(second.At(wave.start + i)); };
   const auto flowAt = [&](int i) { return wave.flow[static_cast<std::size_t>(i)]; };
   const auto derivativeAt = [&](int i) { return wave.derivative[static_cast<std::size_t>(i)]; };
@@ -182,7 +181,7 @@ Picture GlottalPicture(const GlottalWave& wave, const SoundDocument& document, i
   std::tie(low, high) = RangeOf(count, flowAt);
   AddWave(picture, wave, width, AddBand(picture, layout.flow, layout.style, kFlow, low, high), flowAt,
           colours::kCurve[2]);
-  if (document.twoChannel) {
+  if (second.count > 0) {
     // Often a laryngograph: its steps stand where the closures should.
     std::tie(low, high) = RangeOf(count, secondAt);
     if (high > low)

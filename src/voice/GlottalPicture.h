@@ -1,5 +1,5 @@
 #pragma once
-#include "document/SoundDocument.h"
+#include "dsp/SampleSpan.h"
 #include "ui/Picture.h"
 #include "voice/GlottalAnalysis.h"
 
@@ -13,7 +13,7 @@ int GlottalSampleAt(const GlottalWave& wave, int x, int width);
 /// From the top: speech, flow and derivative with the moments of closure over one axis of time, the second channel
 /// (often a laryngograph) in grey below them; at the foot the mean harmonics and the table of measures. `chosen` is a
 /// period or −1.
-Picture GlottalPicture(const GlottalWave& wave, const SoundDocument& document, int chosen, int width,
+Picture GlottalPicture(const GlottalWave& wave, SampleSpan speech, SampleSpan second, int chosen, int width,
                        int height);
 
 }  // namespace parlowen
