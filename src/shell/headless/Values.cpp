@@ -1,6 +1,7 @@
 #include "shell/headless/Values.h"
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 
 #include "annotation/AnnotationCommands.h"
@@ -171,13 +172,24 @@ JsonObject& AddGlottalMeasures(JsonObject& object, const GlottalMeasures& measur
   return object;
 }
 
-void GlottalValue(const GlottalWave& wave, bool withWave, JsonObject& event) {
+/// The wave of the last estimate; without one all its figures are undefined.
+GlottalWave PrintedWave(const GlottalState& state) {
+  GlottalWave wave = state.wave;
+  if (state.shown) return wave;
+  wave.jitter = wave.shimmer = std::nan("");
+  for (const auto measure : kGlottalMeasures) wave.mean.*measure = wave.sd.*measure = std::nan("");
+  return wave;
+}
+
+void GlottalValue(const GlottalState& state, bool withWave, JsonObject& event) {
+  const GlottalWave wave = PrintedWave(state);
+  const auto place = [&state](int sample) { return state.shown ? IntegerText(sample) : std::string("null"); };
   const auto means = [](const GlottalMeasures& measures) {
     JsonObject object;
     return AddGlottalMeasures(object, measures).Done();
   };
-  event.Integer("start", wave.start)
-      .Integer("end", wave.end)
+  event.Raw("start", place(wave.start))
+      .Raw("end", place(wave.end))
       .Integer("inverted", wave.inverted)
       .Raw("marks", JsonList(wave.marks, IntegerText))
       .Raw("periods", JsonList(wave.periods,
@@ -357,7 +369,7 @@ std::string PrintedValue(const Workstation& workstation, const Words& words, Jso
   if (what == "samples") return SamplesValue(workstation, words, event);
   if (what == "pitch") return PitchValue(workstation, words, event);
   if (what == "glottal" && (words.size() == 1 || (words.size() == 2 && words[1] == "wave"))) {
-    GlottalValue(workstation.glottal.wave, words.size() == 2, event);
+    GlottalValue(workstation.glottal, words.size() == 2, event);
     return {};
   }
   if (what == "palate" && words.size() == 2 && words[1] == "statistics") {
