@@ -228,8 +228,6 @@ void ChangeToneAxis(Workstation& w) { NextToneAxisCommand(w.window, w.tones); }
 bool ShowTonePattern(Workstation& w) { return TonePatternCommand(w.window, w.prosody, w.tones); }
 bool ShowToneGroup(Workstation& w) { return ToneGroupCommand(w.window, w.prosody, w.tones); }
 
-// --- Refusals of functions that are still to come
-
 // --- View, region, help
 
 void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint()); }
