@@ -106,7 +106,7 @@ Picture PitchPicture(const SoundDocument& document, int width, int height) {
   AddMarginLine(picture);
   std::vector<Tick> semitones = WithoutLabels(TicksEvery({0, kPitchSemitones, height - 1, 0}, 1));
   std::erase_if(semitones, [](const Tick& tick) { return static_cast<int>(tick.value) % kOctave == 0; });
-  AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None});
+  AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None, colours::kGrid});
   AddLevelAxis(picture, WithoutLabels(PitchTicks(height)), {kPaneMargin, width - 1, 0});
   if (!document.pitchPresent || document.sampleRate <= 0) return picture;
 

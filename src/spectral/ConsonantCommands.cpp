@@ -37,7 +37,7 @@ constexpr std::size_t kLargestFile = std::size_t{1} << 26;
 
 constexpr int kPanelTop = 60, kBarsLeft = 50, kBarWidth = 10, kBarsHeight = 150;
 constexpr double kFinestTick = 1e-3;              // seconds
-constexpr int kPanelLeft = 70, kPanelRight = 20;  // what the panels leave free
+constexpr int kPanelLeft = 70, kPanelRight = 44;  // what the panels leave free
 
 FileDialog ConsonantDialog(UiText title) {
   constexpr const FileKind& kKind = FileKindNamed("con");

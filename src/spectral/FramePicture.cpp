@@ -95,8 +95,8 @@ Picture ComparisonPicture(const FrameState& state) {
   const FrameComparison& comparison = state.comparison;
   const SpectralPlot plot = ComparisonPlot(state);
   for (int k = 0; k < plot.points; ++k) {
-    const int y = plot.YOf(comparison.a.curve[static_cast<std::size_t>(k)]);
-    picture.Add(LineMark{{plot.XOf(k), plot.base}, {plot.XOf(k), y}, colours::kSpectrumBars});
+    const int y = std::min(plot.base, plot.YOf(comparison.a.curve[static_cast<std::size_t>(k)]));
+    picture.Add(BoxMark{plot.XOf(k), y, 1, plot.base - y + 1, colours::kSpectrumBars});
   }
   AddAxes(picture, plot, comparison.voiced ? 3 : state.sampleRate / 2000, 20, 100, kComparisonScale);
   picture.Add(CurveOf(plot, comparison.b.curve.data(), colours::kSpectrumRed));

@@ -205,7 +205,13 @@ void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tic
   const int baseline = y + style.tick + style.text, gap = style.text / 2;
   int end = picture.width;  // where labels must end
   if (!unit.empty()) {
-    const int width = TextWidth(unit, style.text), x = std::min(right + 4, picture.width - 2 - width);
+    const int width = TextWidth(unit, style.text);
+    int behind = right + 4;
+    for (const Tick& tick : ticks) {
+      const int label = TextWidth(tick.label, style.text);
+      if (tick.at < picture.width) behind = std::max(behind, tick.at - label / 2 + label + gap);
+    }
+    const int x = std::min(behind, picture.width - 2 - width);
     picture.Add(TextMark{x, baseline, unit, colours::kText, style.text});
     end = x - gap;
   }
@@ -226,8 +232,7 @@ void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis
                   const PlotStyle& style) {
   for (const Tick& tick : ticks) {
     if (axis.grid == GridLines::None)
-      picture.Add(
-          LineMark{{axis.left - style.tick, tick.at}, {axis.left, tick.at}, colours::kText, style.stroke});
+      picture.Add(LineMark{{axis.left - style.tick, tick.at}, {axis.left, tick.at}, axis.tick, style.stroke});
     else
       picture.Add(LineMark{{axis.left, tick.at},
                            {axis.right, tick.at},

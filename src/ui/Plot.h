@@ -146,8 +146,8 @@ struct PlotBox {
 };
 
 /// An axis along the row `y`, over the columns of the scale: line, ticks below it, labels below them, moved or,
-/// where they would meet, left out so that none is cut or covers another. `unit` stands behind the axis, or over its
-/// end where the picture has no room.
+/// where they would meet, left out so that none is cut or covers another. `unit` stands behind the axis and its
+/// labels, or over its end where the picture has no room.
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});
 
@@ -159,6 +159,7 @@ struct LevelAxis {
   int labelX = 0;
   Anchor anchor = Anchor::Right;
   GridLines grid = GridLines::Solid;
+  Colour tick = colours::kText;  ///< without lines
 };
 void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis& axis,
                   const PlotStyle& style = {});

@@ -106,6 +106,14 @@ TEST(Plot, AnAxisIsWholeFrom640To1920Columns) {
     }
     EXPECT_EQ(labels, 10) << "0.0 to 0.9: 1.0 would meet the unit";
     EXPECT_LE(end, picture.width - TextWidth("T(秒)", style.text));
+    // Where the picture goes on behind the axis the unit makes way for the last label.
+    Picture wider{640 * factor, style.AxisHeight(), {}};
+    const PlotScale kiloHertz{0, 8, 20 * factor, 276 * factor};
+    AddColumnAxis(wider, kiloHertz, TicksEvery(kiloHertz, 1), 0, style, "F(KHz)");
+    const auto isLast = [](const Mark& mark) {
+      return std::holds_alternative<TextMark>(mark) && std::get<TextMark>(mark).text == "8";
+    };
+    EXPECT_TRUE(std::any_of(wider.marks.begin(), wider.marks.end(), isLast));
   }
 }
 
