@@ -558,7 +558,7 @@ void MainWindow::AskSelection() {
 
 void MainWindow::CopyRegionOf(const PaneRegion& region) {
   const PaneWidget& pane = PaneOf(region.pane);
-  const double scale = dialogs_.DevicePixelRatio();
+  const double scale = devicePixelRatioF();
   // The frame around the region is no part of it.
   const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
                          .normalized()
