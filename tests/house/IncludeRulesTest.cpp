@@ -136,6 +136,25 @@ TEST(House, EveryRoomLinksWhatItIncludes) {
   EXPECT_GE(rooms, 15);
 }
 
+/// A header and its source count as one. Files that include each other are taken away from the bottom upwards; what is
+/// left over goes round in a circle.
+TEST(House, TheFilesOfTheShellIncludeEachOtherOneWay) {
+  const auto stem = [](const std::string& path) { return path.substr(0, path.rfind('.')); };
+  std::map<std::string, std::set<std::string>> above;
+  for (const auto& [path, text] : Sources())
+    if (path.starts_with("shell/"))
+      for (const auto& [around, name] : IncludesOf(text))
+        if (name.starts_with("shell/") && stem(name) != stem(path)) above[stem(path)].insert(stem(name));
+  for (bool taken = true; std::exchange(taken, false);)
+    std::erase_if(above, [&](const auto& file) {
+      const bool bottom = std::none_of(file.second.begin(), file.second.end(),
+                                       [&](const std::string& name) { return above.contains(name); });
+      taken = taken || bottom;
+      return bottom;
+    });
+  for (const auto& [file, unused] : above) ADD_FAILURE() << file;
+}
+
 /// Comments may name a command by its number; code uses the names of ui/CommandNumbers.h.
 TEST(House, ACommandNumberStandsInOnePlace) {
   static const std::regex kNumber(R"(\b4[01]\d{3}\b)"), kComment(R"(//[^\n]*)");
