@@ -19,7 +19,7 @@
 #include "prosody/IntonationCommands.h"
 #include "prosody/ToneCommands.h"
 #include "shell/HelpPages.h"
-#include "shell/Workstation.h"
+#include "shell/Rooms.h"
 #include "spectral/FrameCommands.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrumWindow.h"
@@ -33,209 +33,207 @@ namespace {
 
 // --- File
 
-void OpenSound(Workstation& w) { openInteractive(w.window, w.document, w.states, ChannelMode::One); }
-void SaveSound(Workstation& w) { saveSound(w.window, w.document, false); }
-void SaveSoundAs(Workstation& w) { saveSound(w.window, w.document, true); }
-void OpenNextDigit(Workstation& w) {
+void OpenSound(Rooms& w) { openInteractive(w.window, w.document, w.states, ChannelMode::One); }
+void SaveSound(Rooms& w) { saveSound(w.window, w.document, false); }
+void SaveSoundAs(Rooms& w) { saveSound(w.window, w.document, true); }
+void OpenNextDigit(Rooms& w) {
   openByName(w.window, w.document, w.states, std::string(w.document.nextDigitPath));
 }
-void Quit(Workstation& w) { w.window.Quit(); }
+void Quit(Rooms& w) { w.window.Quit(); }
 
-void GoToPlace(Workstation& w) {
+void GoToPlace(Rooms& w) {
   const auto second = AskStartSecond(w.window, w.document.sampleCount / std::max(1, w.document.sampleRate));
   if (second) w.view.ScrollTo(std::int64_t{*second} * w.document.sampleRate);
 }
-void NextScreen(Workstation& w) { w.view.ScrollBy(w.document.FullViewLength()); }
-void PreviousScreen(Workstation& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
+void NextScreen(Rooms& w) { w.view.ScrollBy(w.document.FullViewLength()); }
+void PreviousScreen(Rooms& w) { w.view.ScrollBy(-std::int64_t{w.document.FullViewLength()}); }
 
 // --- Sound
 
-void RecordUntilSilence(Workstation& w) { w.recording.startRecording(RecordingStop::AfterSilence); }
-void RecordUntilStopped(Workstation& w) { w.recording.startRecording(RecordingStop::ByHand); }
-void RecordTwoChannels(Workstation& w) { w.recording.startRecording(RecordingStop::AfterSilence, 2); }
-void StopRecording(Workstation& w) { w.recording.stopRecording(); }
-void PlayWhole(Workstation& w) {
+void RecordUntilSilence(Rooms& w) { w.recording.startRecording(RecordingStop::AfterSilence); }
+void RecordUntilStopped(Rooms& w) { w.recording.startRecording(RecordingStop::ByHand); }
+void RecordTwoChannels(Rooms& w) { w.recording.startRecording(RecordingStop::AfterSilence, 2); }
+void StopRecording(Rooms& w) { w.recording.stopRecording(); }
+void PlayWhole(Rooms& w) {
   w.player.startPlayback(0, w.document.sampleCount, PlayMode::Forward, w.document.samples.data());
 }
-void PlaySelection(Workstation& w) {
+void PlaySelection(Rooms& w) {
   w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Forward,
                          w.document.samples.data());
 }
-void PlayReversed(Workstation& w) {
+void PlayReversed(Rooms& w) {
   w.player.startPlayback(w.document.selectionStart, w.document.selectionEnd, PlayMode::Reverse,
                          w.document.samples.data());
 }
-void Resynthesize(Workstation& w) {
+void Resynthesize(Rooms& w) {
   StartResynthesis(w.window, {w.document, w.synthesis, w.player, w.exportFolder, w.readTarget});
 }
-void StopPlaying(Workstation& w) { w.player.stopPlayback(); }
-void Settings(Workstation& w) {
+void StopPlaying(Rooms& w) { w.player.stopPlayback(); }
+void Settings(Rooms& w) {
   SettingsCommand(w.window, w.document, w.states, w.recorder, w.ExportPath("Thresh.dat"));
 }
-void TestGain(Workstation& w) { w.recording.runGainTest(w.ExportPath("Thrsh.dat")); }
+void TestGain(Rooms& w) { w.recording.runGainTest(w.ExportPath("Thrsh.dat")); }
 
 // --- Pitch
 
-bool FastPitchOfAll(Workstation& w) { return PitchCommand(w.window, w.document, w.states, w.pitch); }
-bool TrackedPitchOfAll(Workstation& w) {
+bool FastPitchOfAll(Rooms& w) { return PitchCommand(w.window, w.document, w.states, w.pitch); }
+bool TrackedPitchOfAll(Rooms& w) {
   return PitchByCorrelationCommand(w.window, w.document, w.states, w.pitch);
 }
-bool PitchAgain(Workstation& w) { return PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
-bool RepairPitch(Workstation& w) { return RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
-bool RepairPitchOverCepstrum(Workstation& w) {
+bool PitchAgain(Rooms& w) { return PitchAgainCommand(w.window, w.document, w.states, w.pitch); }
+bool RepairPitch(Rooms& w) { return RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch); }
+bool RepairPitchOverCepstrum(Rooms& w) {
   return RepairPitchCommand(w.window, w.document, w.spectrogram, w.pitch, SpectrogramKind::Cepstrum);
 }
-void SaveSegmentPitch(Workstation& w) { SavePitchSegment(w.window, w.document); }
-void ListSavedPitch(Workstation& w) {
+void SaveSegmentPitch(Rooms& w) { SavePitchSegment(w.window, w.document); }
+void ListSavedPitch(Rooms& w) {
   if (ListPitchFile(w.window, w.document, w.exportFolder) == 0)
     w.window.OpenInEditor(PitchListingPath(w.exportFolder));
 }
 
 // --- Durations
 
-void AddDuration(Workstation& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
-void ShowDurations(Workstation& w) { ShowDurationsCommand(w.window, w.exportFolder); }
+void AddDuration(Rooms& w) { AddDurationCommand(w.window, w.document, w.durationGroup); }
+void ShowDurations(Rooms& w) { ShowDurationsCommand(w.window, w.exportFolder); }
 
 // --- Spectrum
 
 template <SpectrogramKind kind>
-bool DrawSpectrogram(Workstation& w) {
+bool DrawSpectrogram(Rooms& w) {
   return SpectrogramCommand(w.window, w.document, w.spectrogram, kind,
                             {w.recorder.spectrogramShading == 0, &w.lpc});
 }
 
-void ShowFrame(Workstation& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
-bool CompareTwoFrames(Workstation& w) { return CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
-void LongTermSpectrum(Workstation& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
-bool ConsonantOneFrame(Workstation& w) { return ConsonantFrameCommand(w.window, w.document, w.consonant); }
-bool ConsonantSegment(Workstation& w) { return ConsonantStretchCommand(w.window, w.document, w.consonant); }
-void ListConsonants(Workstation& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
-void SpectrumWithWaveform(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
-void SpectrumAlone(Workstation& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
+void ShowFrame(Rooms& w) { ShowFrameCommand(w.window, w.document, w.frames, w.lpc); }
+bool CompareTwoFrames(Rooms& w) { return CompareFramesCommand(w.window, w.document, w.frames, w.lpc); }
+void LongTermSpectrum(Rooms& w) { LongTermSpectrumCommand(w.window, w.document, w.lta); }
+bool ConsonantOneFrame(Rooms& w) { return ConsonantFrameCommand(w.window, w.document, w.consonant); }
+bool ConsonantSegment(Rooms& w) { return ConsonantStretchCommand(w.window, w.document, w.consonant); }
+void ListConsonants(Rooms& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
+void SpectrumWithWaveform(Rooms& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
+void SpectrumAlone(Rooms& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Voice
 
-bool EstimateGlottal(Workstation& w) {
+bool EstimateGlottal(Rooms& w) {
   return GlottalWaveCommand(w.window, {w.document, w.glottal, w.exportFolder, w.playStretch});
 }
 
 // --- Vowels
 
-bool SegmentVowels(Workstation& w) { return SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
-void SaveFormants(Workstation& w) { SaveFormantsCommand(w.window, w.document); }
-void ListFormants(Workstation& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
-bool PointChart(Workstation& w) { return PointChartCommand(w.window, w.document, w.states, w.vowels); }
-bool UndoPoint(Workstation& w) { return UndoPointCommand(w.window, w.document, w.states, w.vowels); }
-bool ChoosePointShape(Workstation& w) { return ChoosePointShapeCommand(w.window, w.vowels); }
-void ClearChart(Workstation& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
-bool ShowAverageVowels(Workstation& w) { return AverageVowelsCommand(w.window, w.document, w.vowels); }
-void SaveChart(Workstation& w) { SaveChartCommand(w.window, w.vowels); }
-bool OpenChart(Workstation& w) { return OpenChartCommand(w.window, w.document, w.states, w.vowels); }
-void ListChart(Workstation& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
-bool AddPointByHand(Workstation& w) { return TypePointCommand(w.window, w.document, w.states, w.vowels); }
-bool AddPointToGroup(Workstation& w) { return AddPointToGroupCommand(w.window, w.document, w.vowels); }
-bool ShowVowelGroups(Workstation& w) {
+bool SegmentVowels(Rooms& w) { return SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
+void SaveFormants(Rooms& w) { SaveFormantsCommand(w.window, w.document); }
+void ListFormants(Rooms& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
+bool PointChart(Rooms& w) { return PointChartCommand(w.window, w.document, w.states, w.vowels); }
+bool UndoPoint(Rooms& w) { return UndoPointCommand(w.window, w.document, w.states, w.vowels); }
+bool ChoosePointShape(Rooms& w) { return ChoosePointShapeCommand(w.window, w.vowels); }
+void ClearChart(Rooms& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
+bool ShowAverageVowels(Rooms& w) { return AverageVowelsCommand(w.window, w.document, w.vowels); }
+void SaveChart(Rooms& w) { SaveChartCommand(w.window, w.vowels); }
+bool OpenChart(Rooms& w) { return OpenChartCommand(w.window, w.document, w.states, w.vowels); }
+void ListChart(Rooms& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
+bool AddPointByHand(Rooms& w) { return TypePointCommand(w.window, w.document, w.states, w.vowels); }
+bool AddPointToGroup(Rooms& w) { return AddPointToGroupCommand(w.window, w.document, w.vowels); }
+bool ShowVowelGroups(Rooms& w) {
   return ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
 }
 
 // --- Editing and marking
 
-void Cut(Workstation& w) { w.Follow(CutCommand(w.window, w.document, w.states)); }
-void Copy(Workstation& w) { CopyCommand(w.document, w.states); }
-void Paste(Workstation& w) { w.Follow(PasteCommand(w.window, w.document, w.states)); }
-void Undo(Workstation& w) { w.Follow(UndoCommand(w.window, w.document, w.states)); }
-void Amplify(Workstation& w) { AmplifyCommand(w.window, w.document); }
-void Attenuate(Workstation& w) { AttenuateCommand(w.window, w.document); }
-void SaveSelection(Workstation& w) { SaveSelectionCommand(w.window, w.document); }
-void EditMarkers(Workstation& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
-void FilterSegment(Workstation& w) { FilterSegmentCommand(w.window, w.document); }
-void ShowArticulation(Workstation& w) {
+void Cut(Rooms& w) { w.Follow(CutCommand(w.window, w.document, w.states)); }
+void Copy(Rooms& w) { CopyCommand(w.document, w.states); }
+void Paste(Rooms& w) { w.Follow(PasteCommand(w.window, w.document, w.states)); }
+void Undo(Rooms& w) { w.Follow(UndoCommand(w.window, w.document, w.states)); }
+void Amplify(Rooms& w) { AmplifyCommand(w.window, w.document); }
+void Attenuate(Rooms& w) { AttenuateCommand(w.window, w.document); }
+void SaveSelection(Rooms& w) { SaveSelectionCommand(w.window, w.document); }
+void EditMarkers(Rooms& w) { OpenMarkerWindow(w.window, w.document, w.markers, w.playStretch); }
+void FilterSegment(Rooms& w) { FilterSegmentCommand(w.window, w.document); }
+void ShowArticulation(Rooms& w) {
   ShowArticulationCommand(w.window, {w.document, w.articulation, w.dataFolder, w.playSoundFile});
 }
-void ConvertRate(Workstation& w) { w.Follow(ConvertRateCommand(w.window, w.document, w.states)); }
-void SelectAll(Workstation& w) { SelectAllCommand(w.window, w.document, w.states); }
-void ClearSelection(Workstation& w) { ClearSelectionCommand(w.window, w.document, w.states); }
+void ConvertRate(Rooms& w) { w.Follow(ConvertRateCommand(w.window, w.document, w.states)); }
+void SelectAll(Rooms& w) { SelectAllCommand(w.window, w.document, w.states); }
+void ClearSelection(Rooms& w) { ClearSelectionCommand(w.window, w.document, w.states); }
 
 // --- Two channels
 
-void OpenTwoChannels(Workstation& w) { openInteractive(w.window, w.document, w.states, ChannelMode::Two); }
-void SaveTwoChannels(Workstation& w) {
+void OpenTwoChannels(Rooms& w) { openInteractive(w.window, w.document, w.states, ChannelMode::Two); }
+void SaveTwoChannels(Rooms& w) {
   if (RequireTwoChannels(w.window, w.document)) saveSound(w.window, w.document, true);
 }
-void SwapChannels(Workstation& w) { SwapChannelsCommand(w.window, w.document, w.states); }
-void ShowTwoChannels(Workstation& w) {
+void SwapChannels(Rooms& w) { SwapChannelsCommand(w.window, w.document, w.states); }
+void ShowTwoChannels(Rooms& w) {
   ShowTwoChannelsCommand(w.window, {w.document, w.states, w.channels, w.exportFolder, w.playChannel});
 }
-void OpenTwoChannelNsp(Workstation& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
+void OpenTwoChannelNsp(Rooms& w) { OpenTwoChannelNspCommand(w.window, w.document, w.states); }
 
 // --- Exchange with other programs
 
-void ImportTextGrid(Workstation& w) { ImportTextGridCommand(w.window, w.MarkersToExchange()); }
-void ExportTextGrid(Workstation& w) { ExportTextGridCommand(w.window, w.MarkersToExchange()); }
-void ImportLabelTrack(Workstation& w) { ImportLabelTrackCommand(w.window, w.MarkersToExchange()); }
-void ExportLabelTrack(Workstation& w) { ExportLabelTrackCommand(w.window, w.MarkersToExchange()); }
-void ExportMarkersCsv(Workstation& w) { ExportMarkersCsvCommand(w.window, w.MarkersToExchange()); }
-void ExportPitchTier(Workstation& w) { ExportPitchTierCommand(w.window, w.document); }
-void ExportPitch(Workstation& w) { ExportPitchCommand(w.window, w.document, w.pitch.range); }
-void ExportFormant(Workstation& w) { ExportFormantCommand(w.window, w.document); }
-void ExportPitchCsv(Workstation& w) { ExportPitchCsvCommand(w.window, w.document, w.pitch.range); }
-void ExportLevelsCsv(Workstation& w) { ExportLevelsCsvCommand(w.window, w.document); }
-void ExportFormantsCsv(Workstation& w) { ExportFormantsCsvCommand(w.window, w.document); }
-void ExportLtaCsv(Workstation& w) { ExportLtaCsvCommand(w.window, w.lta); }
-void ExportVowelChartCsv(Workstation& w) { ExportVowelChartCsvCommand(w.window, w.document, w.vowels.chart); }
-void ExportDurationsCsv(Workstation& w) { ExportDurationsCsvCommand(w.window, w.document); }
-void ExportVowelGroupsCsv(Workstation& w) { ExportVowelGroupsCsvCommand(w.window, w.document); }
-void ExportTonesCsv(Workstation& w) { ExportTonesCsvCommand(w.window, w.document, w.tones); }
-void ExportIntonationCsv(Workstation& w) { ExportIntonationCsvCommand(w.window, w.document, w.intonation); }
-void ExportGlottalCsv(Workstation& w) { ExportGlottalCsvCommand(w.window, w.document, w.glottal); }
-void ExportIntonationTier(Workstation& w) { ExportIntonationTierCommand(w.window, w.document, w.intonation); }
-void ExportStereoWav(Workstation& w) { ExportStereoWavCommand(w.window, w.document); }
+void ImportTextGrid(Rooms& w) { ImportTextGridCommand(w.window, w.MarkersToExchange()); }
+void ExportTextGrid(Rooms& w) { ExportTextGridCommand(w.window, w.MarkersToExchange()); }
+void ImportLabelTrack(Rooms& w) { ImportLabelTrackCommand(w.window, w.MarkersToExchange()); }
+void ExportLabelTrack(Rooms& w) { ExportLabelTrackCommand(w.window, w.MarkersToExchange()); }
+void ExportMarkersCsv(Rooms& w) { ExportMarkersCsvCommand(w.window, w.MarkersToExchange()); }
+void ExportPitchTier(Rooms& w) { ExportPitchTierCommand(w.window, w.document); }
+void ExportPitch(Rooms& w) { ExportPitchCommand(w.window, w.document, w.pitch.range); }
+void ExportFormant(Rooms& w) { ExportFormantCommand(w.window, w.document); }
+void ExportPitchCsv(Rooms& w) { ExportPitchCsvCommand(w.window, w.document, w.pitch.range); }
+void ExportLevelsCsv(Rooms& w) { ExportLevelsCsvCommand(w.window, w.document); }
+void ExportFormantsCsv(Rooms& w) { ExportFormantsCsvCommand(w.window, w.document); }
+void ExportLtaCsv(Rooms& w) { ExportLtaCsvCommand(w.window, w.lta); }
+void ExportVowelChartCsv(Rooms& w) { ExportVowelChartCsvCommand(w.window, w.document, w.vowels.chart); }
+void ExportDurationsCsv(Rooms& w) { ExportDurationsCsvCommand(w.window, w.document); }
+void ExportVowelGroupsCsv(Rooms& w) { ExportVowelGroupsCsvCommand(w.window, w.document); }
+void ExportTonesCsv(Rooms& w) { ExportTonesCsvCommand(w.window, w.document, w.tones); }
+void ExportIntonationCsv(Rooms& w) { ExportIntonationCsvCommand(w.window, w.document, w.intonation); }
+void ExportGlottalCsv(Rooms& w) { ExportGlottalCsvCommand(w.window, w.document, w.glottal); }
+void ExportIntonationTier(Rooms& w) { ExportIntonationTierCommand(w.window, w.document, w.intonation); }
+void ExportStereoWav(Rooms& w) { ExportStereoWavCommand(w.window, w.document); }
 
 // --- Palate
 
-bool OpenEpg(Workstation& w) { return OpenEpgCommand(w.window, w.document, w.states, w.palate); }
-bool ShowPalate(Workstation& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), false); }
-bool ShowPalateAndSpectrum(Workstation& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), true); }
-bool CountSelectedFrames(Workstation& w) { return PalateStatisticsCommand(w.window, w.PalatesToShow()); }
-bool OpenPalateStatistics(Workstation& w) { return OpenPalateStatisticsCommand(w.window, w.PalatesToShow()); }
-void ShowPalateIndex(Workstation& w) { ShowPalateIndexCommand(w.window, w.palate, w.dataFolder); }
-void ShowPalateIntroduction(Workstation& w) { ShowPalateIntroductionCommand(w.window, w.dataFolder); }
-void ImportContactFrames(Workstation& w) {
-  ImportContactFramesCommand(w.window, w.document, w.states, w.palate);
-}
-void ExportPalateCsv(Workstation& w) { ExportPalateCsvCommand(w.window, w.document, w.palate); }
+bool OpenEpg(Rooms& w) { return OpenEpgCommand(w.window, w.document, w.states, w.palate); }
+bool ShowPalate(Rooms& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), false); }
+bool ShowPalateAndSpectrum(Rooms& w) { return ShowPalateCommand(w.window, w.PalatesToShow(), true); }
+bool CountSelectedFrames(Rooms& w) { return PalateStatisticsCommand(w.window, w.PalatesToShow()); }
+bool OpenPalateStatistics(Rooms& w) { return OpenPalateStatisticsCommand(w.window, w.PalatesToShow()); }
+void ShowPalateIndex(Rooms& w) { ShowPalateIndexCommand(w.window, w.palate, w.dataFolder); }
+void ShowPalateIntroduction(Rooms& w) { ShowPalateIntroductionCommand(w.window, w.dataFolder); }
+void ImportContactFrames(Rooms& w) { ImportContactFramesCommand(w.window, w.document, w.states, w.palate); }
+void ExportPalateCsv(Rooms& w) { ExportPalateCsvCommand(w.window, w.document, w.palate); }
 
 // --- Annotations
 
-void OpenIpa(Workstation& w) { OpenIpaCommand(w.window, w.document, w.states, w.annotations); }
-void SaveIpa(Workstation& w) { SaveIpaCommand(w.window, w.document, w.annotations); }
-void Annotate(Workstation& w) { BeginAnnotation(w.window, w.document); }
-void ShowIpaSymbols(Workstation& w) { ShowIpaIndex(w.window, w.dataFolder); }
-void InsertCharacters(Workstation& w) { BeginCharacters(w.window, w.document, w.characters); }
-void ShowCharacters(Workstation& w) { ToggleCharacters(w.window, w.characters); }
-void ForgetCharacters(Workstation& w) { ClearCharacters(w.window, w.characters); }
+void OpenIpa(Rooms& w) { OpenIpaCommand(w.window, w.document, w.states, w.annotations); }
+void SaveIpa(Rooms& w) { SaveIpaCommand(w.window, w.document, w.annotations); }
+void Annotate(Rooms& w) { BeginAnnotation(w.window, w.document); }
+void ShowIpaSymbols(Rooms& w) { ShowIpaIndex(w.window, w.dataFolder); }
+void InsertCharacters(Rooms& w) { BeginCharacters(w.window, w.document, w.characters); }
+void ShowCharacters(Rooms& w) { ToggleCharacters(w.window, w.characters); }
+void ForgetCharacters(Rooms& w) { ClearCharacters(w.window, w.characters); }
 
 // --- Tones and intonation
 
-bool ShowDegrees(Workstation& w) { return DegreeCommand(w.window, w.prosody, w.degree, w.tones); }
-bool AnalyseIntonation(Workstation& w) { return IntonationCommand(w.window, w.prosody, w.intonation); }
-bool BeginTones(Workstation& w) { return BeginTonesCommand(w.window, w.tones); }
-void AddTone(Workstation& w) { AddToneCommand(w.window, w.prosody, w.tones); }
-void RemoveTone(Workstation& w) { RemoveToneCommand(w.window, w.tones); }
-void EndTones(Workstation& w) { EndTonesCommand(w.window, w.tones); }
-void ReportTones(Workstation& w) { ReportTonesCommand(w.window, w.prosody, w.tones); }
-void ChangeToneAxis(Workstation& w) { NextToneAxisCommand(w.window, w.tones); }
-bool ShowTonePattern(Workstation& w) { return TonePatternCommand(w.window, w.prosody, w.tones); }
-bool ShowToneGroup(Workstation& w) { return ToneGroupCommand(w.window, w.prosody, w.tones); }
+bool ShowDegrees(Rooms& w) { return DegreeCommand(w.window, w.prosody, w.degree, w.tones); }
+bool AnalyseIntonation(Rooms& w) { return IntonationCommand(w.window, w.prosody, w.intonation); }
+bool BeginTones(Rooms& w) { return BeginTonesCommand(w.window, w.tones); }
+void AddTone(Rooms& w) { AddToneCommand(w.window, w.prosody, w.tones); }
+void RemoveTone(Rooms& w) { RemoveToneCommand(w.window, w.tones); }
+void EndTones(Rooms& w) { EndTonesCommand(w.window, w.tones); }
+void ReportTones(Rooms& w) { ReportTonesCommand(w.window, w.prosody, w.tones); }
+void ChangeToneAxis(Rooms& w) { NextToneAxisCommand(w.window, w.tones); }
+bool ShowTonePattern(Rooms& w) { return TonePatternCommand(w.window, w.prosody, w.tones); }
+bool ShowToneGroup(Rooms& w) { return ToneGroupCommand(w.window, w.prosody, w.tones); }
 
 // --- View, region, help
 
-void ShowHint(Workstation& w) { w.window.Notify(w.view.Hint()); }
-void ChangeAmplitudeScale(Workstation& w) { w.view.NextAmplitudeScale(); }
-void SelectRegion(Workstation& w) { w.view.BeginRegion(); }
-void CopyRegion(Workstation& w) { w.window.CopyRegion(w.view.region); }
-void ShowHelp(Workstation& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
-void ShowAbout(Workstation& w) { w.window.ShowMessage(AboutText(), kProgramCaption, Icon::None); }
+void ShowHint(Rooms& w) { w.window.Notify(w.view.Hint()); }
+void ChangeAmplitudeScale(Rooms& w) { w.view.NextAmplitudeScale(); }
+void SelectRegion(Rooms& w) { w.view.BeginRegion(); }
+void CopyRegion(Rooms& w) { w.window.CopyRegion(w.view.region); }
+void ShowHelp(Rooms& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
+void ShowAbout(Rooms& w) { w.window.ShowMessage(AboutText(), kProgramCaption, Icon::None); }
 
 constexpr Needs kNothing;
 constexpr Needs kSound = Need::Sound;
@@ -453,9 +451,9 @@ std::vector<CommandRule> CommandRules() {
   return rules;
 }
 
-bool CommandHandler::Run(Workstation& workstation) const {
-  if (try_ != nullptr) return try_(workstation);
-  act_(workstation);
+bool CommandHandler::Run(Rooms& rooms) const {
+  if (try_ != nullptr) return try_(rooms);
+  act_(rooms);
   return true;
 }
 

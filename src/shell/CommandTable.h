@@ -7,7 +7,7 @@
 
 namespace parlowen {
 
-class Workstation;
+struct Rooms;
 
 /// The menus of the main window, in their order. `Tone` is a submenu of `Pitch`, `Exchange` of `Extension`.
 enum class Menu {
@@ -53,13 +53,13 @@ constexpr DoesSet operator|(Does a, Does b) { return DoesSet(a) | DoesSet(b); }
 /// one that is refused or cancelled ends no other.
 class CommandHandler {
  public:
-  using Act = void (*)(Workstation&);
-  using Try = bool (*)(Workstation&);
+  using Act = void (*)(Rooms&);
+  using Try = bool (*)(Rooms&);
   constexpr CommandHandler(Act act) : act_(act) {}      // NOLINT: rows name their function
   constexpr CommandHandler(Try tryIt) : try_(tryIt) {}  // NOLINT
 
   /// False when nothing was done.
-  bool Run(Workstation& workstation) const;
+  bool Run(Rooms& rooms) const;
 
  private:
   Act act_ = nullptr;

@@ -15,7 +15,6 @@
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
 #include "prosody/IntonationCommands.h"
-#include "shell/PanePictures.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "ui/Text.h"

@@ -11,6 +11,7 @@
 #include "document/WavePyramid.h"
 #include "palatography/PalateState.h"
 #include "pitch/PitchRepair.h"
+#include "shell/PanePictures.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
 #include "ui/Picture.h"
@@ -20,9 +21,6 @@
 #include "vowel/VowelState.h"
 
 namespace parlowen {
-
-/// How the amplitude/energy pane is scaled, in the order of command 40041.
-enum class AmplitudeScale { Linear, Double, Quadruple, DecibelsOnly };
 
 /// What an open microphone is heard for.
 enum class Listening { No, ForVoice, ToRecord, ToTestGain };

@@ -1,13 +1,17 @@
 #pragma once
+#include <string>
 #include <vector>
 
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
-#include "shell/MainView.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/Picture.h"
+#include "ui/Plot.h"
 
 namespace parlowen {
+
+/// How the amplitude/energy pane is scaled, in the order of command 40041.
+enum class AmplitudeScale { Linear, Double, Quadruple, DecibelsOnly };
 
 // The panes of the main window as pictures: state and size in, marks out. The first 20 columns stay empty.
 

@@ -19,9 +19,6 @@
 namespace parlowen {
 namespace {
 
-// Samples that an edited sound needs for its picture to be made anew.
-constexpr int kLeastForAnalysis = 2000;
-
 /// Palate recordings and two-channel speech share their name's ending; the header chunk tells them apart.
 bool IsPalateRecording(const std::string& path) {
   char id[4] = {};
@@ -31,19 +28,19 @@ bool IsPalateRecording(const std::string& path) {
 /// What the commands that open files do once the file is chosen.
 struct FileReader {
   int command;
-  void (*read)(Workstation& w, const std::string& path);
+  void (*read)(Rooms& w, const std::string& path);
 };
 constexpr FileReader kReaders[] = {
     {commands::kOpenSound,
-     [](Workstation& w, const std::string& path) {
+     [](Rooms& w, const std::string& path) {
        openPath(w.window, w.document, w.states, path, ChannelMode::One, false);
      }},
     {commands::kOpenIpa,
-     [](Workstation& w, const std::string& path) {
+     [](Rooms& w, const std::string& path) {
        OpenIpaFile(w.window, w.document, w.states, w.annotations, path);
      }},
     {commands::kOpenTwoChannelNsp,
-     [](Workstation& w, const std::string& path) {
+     [](Rooms& w, const std::string& path) {
        if (IsPalateRecording(path)) {
          ReadEpgNsp(w.window, w.document, w.states, w.palate, path);
        } else {
@@ -51,56 +48,26 @@ constexpr FileReader kReaders[] = {
        }
      }},
     {commands::kOpenChart,
-     [](Workstation& w, const std::string& path) {
+     [](Rooms& w, const std::string& path) {
        OpenChartFile(w.window, w.document, w.states, w.vowels, path);
      }},
     {commands::kImportTextGrid,
-     [](Workstation& w, const std::string& path) {
-       ImportTextGridFile(w.window, w.MarkersToExchange(), path);
-     }},
+     [](Rooms& w, const std::string& path) { ImportTextGridFile(w.window, w.MarkersToExchange(), path); }},
 };
 
 }  // namespace
 
 Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices devices)
-    : window(ownWindow),
-      states(CommandRules()),
-      view(ownWindow, document, states, spectrogram, pitch.repair, vowels),
-      dataFolder(std::move(folder)),
-      prosody{document, exportFolder},
-      player(devices.output, ownWindow, document, states),
-      recording(devices.input, ownWindow, document, states, recorder),
-      input_(devices.input) {
-  view.palate = &palate;
-  view.palateView = &palateView;
-  view.annotations = &annotations;
-  view.characters = &characters;
-  InitSignalTables();
+    : Rooms(ownWindow, std::move(folder), devices, CommandRules()), input_(devices.input) {
   player.changed = [this] { MoveCursor(); };
   recording.changed = [this] {
-    view.listening = !recording.running()      ? Listening::No
-                     : recording.listensOnly() ? Listening::ToTestGain
-                     : recording.keeping()     ? Listening::ToRecord
-                                               : Listening::ForVoice;
-    DocumentChanged();
+    Act([this] {
+      view.listening = !recording.running()      ? Listening::No
+                       : recording.listensOnly() ? Listening::ToTestGain
+                       : recording.keeping()     ? Listening::ToRecord
+                                                 : Listening::ForVoice;
+    });
   };
-  view.paste = [this] {
-    player.stopPlayback();
-    Follow(PasteCommand(window, document, states));
-  };
-  playChannel = [this](Window&, int channel, int start, int end) {
-    player.startPlayback(start, end, PlayMode::Forward,
-                         (channel == 2 ? document.samples2 : document.samples).data());
-  };
-  playStretch = [this](Window&, int start, int end) {
-    player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
-  };
-  playSoundFile = [this](Window&, const std::string& path) { return PlayFile(path); };
-  readTarget = [this](Window& asking, int firstFrame, int frameCount) {
-    return ReadPitchTierTarget(asking, document.sampleRate, firstFrame, frameCount);
-  };
-  prosody.play = playStretch;
-  prosody.firstBand = [this] { return ReadFirstBand(); };
   prosody.mark = [this](int start, int end) {
     Select(start, end);
     view.ScrollTo(start);
@@ -108,42 +75,31 @@ Workstation::Workstation(Window& ownWindow, std::string folder, SoundDevices dev
   InputDevicesChanged();
 }
 
-FirstBand Workstation::ReadFirstBand() {
-  FirstBand band;
-  EnsureMarkersRead(document, markers);
-  if (markers.sound != document.Stamp()) return band;
-  band.markers.assign(markers.set.Markers(0).begin(), markers.set.Markers(0).end());
-  for (const MarkerLabel& label : markers.set.Labels(0))
-    if (!label.IsPoint()) band.labels.push_back({label.start, label.end, label.text});
-  std::stable_sort(band.labels.begin(), band.labels.end(),
-                   [](const LabelledStretch& a, const LabelledStretch& b) { return a.start < b.start; });
-  return band;
+void Workstation::Act(const std::function<void()>& action) {
+  action();
+  FollowSelection();
+  RenewDerived();
+  FollowShownFrames(palateView, palate, document);
+  TellStates();
 }
-
-MarkerDesk Workstation::MarkersToExchange() {
-  return {document, markers, annotations, [this] { EnsureMarkersRead(document, markers); },
-          [this] { ShowMarkers(window, document, markers, playStretch); }};
-}
-
-PalateDesk Workstation::PalatesToShow() { return {document, palate, palateView, exportFolder, playStretch}; }
 
 bool Workstation::dispatchCommand(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || !states.IsEnabled(number)) return false;
-  if (row->does.Has(Does::StopPlay)) player.stopPlayback();
-  std::optional<MainView::ToolInUse> before;
-  if (row->does.Has(Does::EndTool)) before = view.PutToolAside(row->does.Has(Does::DrawInPanes));
-  const bool done = row->run.Run(*this);
-  if (before) done ? window.Repaint() : view.TakeUp(*before);
-  DocumentChanged();
+  Act([&] {
+    if (row->does.Has(Does::StopPlay)) player.stopPlayback();
+    std::optional<MainView::ToolInUse> before;
+    if (row->does.Has(Does::EndTool)) before = view.PutToolAside(row->does.Has(Does::DrawInPanes));
+    const bool done = row->run.Run(*this);
+    if (before) done ? window.Repaint() : view.TakeUp(*before);
+  });
   return true;
 }
 
 bool Workstation::Save(int number) {
   const CommandRow* row = FindCommand(number);
   if (row == nullptr || recording.running()) return false;
-  row->run.Run(*this);
-  DocumentChanged();
+  Act([&] { row->run.Run(*this); });
   return true;
 }
 
@@ -154,25 +110,61 @@ int Workstation::OpeningCommand(const std::string& path) {
 
 void Workstation::OpenFile(const std::string& path) {
   if (recording.running()) return;
-  player.stopPlayback();
   const int command = OpeningCommand(path);
   const auto* reader = std::find_if(std::begin(kReaders), std::end(kReaders),
                                     [command](const FileReader& r) { return r.command == command; });
-  if (reader != std::end(kReaders)) reader->read(*this, path);
-  DocumentChanged();
+  Act([&] {
+    player.stopPlayback();
+    if (reader != std::end(kReaders)) reader->read(*this, path);
+  });
 }
 
 void Workstation::Select(int start, int end) {
-  view.Select(start, end);
-  SelectionMoved();
-  DocumentChanged();
+  Act([&] { view.Select(start, end); });
 }
 
 void Workstation::Click(Pane pane, Point at, MouseButton button, bool shift) {
-  view.Click(pane, at, button, shift);
-  SelectionMoved();
-  DocumentChanged();
+  Act([&] { view.Click(pane, at, button, shift); });
 }
+
+void Workstation::MarkStretch(Pane pane, int x0, int x1) {
+  Act([&] { view.MarkStretch(pane, x0, x1); });
+}
+
+void Workstation::MarkRepairFrames(int x0, int x1) {
+  Act([&] { view.MarkRepairFrames(x0, x1); });
+}
+
+void Workstation::PointAtRepair(std::optional<Point> at) {
+  if (at) return view.PointAtRepair(*at);
+  pitch.repair.pointer.reset();
+}
+
+void Workstation::ScrollTo(std::int64_t viewStart) {
+  Act([&] { view.ScrollTo(viewStart); });
+}
+
+void Workstation::ScrollTenths(int tenths) {
+  Act([&] { view.ScrollTenths(tenths); });
+}
+
+void Workstation::Zoom(bool out) {
+  Act([&] { view.ZoomKey(out); });
+}
+
+void Workstation::ZoomAt(Pane pane, int x, bool out, int steps) {
+  Act([&] {
+    for (int i = 0; i < steps; ++i) view.ZoomAt(pane, x, out);
+  });
+}
+
+void Workstation::ZoomTo(int start, int end) {
+  Act([&] { view.ZoomTo(start, end); });
+}
+
+void Workstation::SetPaneWidth(int width) { view.SetPaneWidth(width); }
+
+void Workstation::SetAnalysisHeight(int height) { view.analysisHeight = height; }
 
 bool Workstation::Key(const std::string& key) {
   const std::string name = key == "t" ? "T" : key;
@@ -183,8 +175,8 @@ bool Workstation::Key(const std::string& key) {
                                                          : commands::kPlayWhole);
   for (const CommandRow& row : CommandTable())
     if (row.keys == name && dispatchCommand(row.number)) return true;
-  const bool used = view.Key(key);
-  DocumentChanged();
+  bool used = false;
+  Act([&] { used = view.Key(key); });
   return used;
 }
 
@@ -197,33 +189,9 @@ bool Workstation::MoveCursor() {
   return player.playing();
 }
 
-bool Workstation::PlayFile(const std::string& path) {
-  const InputFile file(path);
-  const auto layout = file.isOpen() ? ReadWavLayout(file, WavHeaderRule::OneChunkSkipped) : std::nullopt;
-  const bool playable = layout && layout->blockAlign == 2 && layout->bitsPerSample == 16 &&
-                        layout->sampleRate >= kSmallestRate && layout->sampleRate <= kLargestRate;
-  const auto count = playable ? std::min<std::int64_t>(layout->dataBytes / 2, kMaxSamples) : 0;
-  if (count < 1) return false;
-  player.stopPlayback();  // it may be playing these very samples
-  fileSamples_.resize(static_cast<std::size_t>(count));
-  const int read = ReadMonoSamples(file, layout->dataOffset, static_cast<int>(count), fileSamples_.data());
-  player.startPlayback(0, read, PlayMode::Forward, fileSamples_.data(), static_cast<int>(layout->sampleRate));
-  return true;
-}
-
-std::string Workstation::ExportPath(const std::string& name) const {
-  return exportFolder.empty() ? name : exportFolder + "/" + name;
-}
-
-void Workstation::SelectionMoved() {
+void Workstation::FollowSelection() {
   FollowSelectedFrames(window, document, frames, lpc);
   FollowSelectedConsonant(window, document, consonant);
-}
-
-void Workstation::DocumentChanged() {
-  UpdateDerived();
-  FollowShownFrames(palateView, palate, document);
-  TellStates();
 }
 
 void Workstation::TellStates() {
@@ -239,14 +207,6 @@ void Workstation::TellStates() {
   states.Tell(Need::GlottalWave, glottal.shown);
   states.Tell(Need::LongTermSpectrum, lta.frames > 0 && IsFinite(lta.levels));
   states.Tell(Need::ContactFrames, TimingOf(palate, document).frames > 0);
-}
-
-void Workstation::Follow(const Edit& edit) {
-  if (!edit) return;
-  FollowEdit({markers, annotations, characters}, edit, document);
-  if (!spectrogram.shown || document.sampleCount >= kLeastForAnalysis) return;
-  spectrogram = {};
-  window.Repaint(Pane::Analysis);
 }
 
 void Workstation::DropOldResults() {
@@ -273,7 +233,7 @@ void Workstation::DropOldResults() {
   DropOldMarkers(window, document, markers);
 }
 
-void Workstation::UpdateDerived() {
+void Workstation::RenewDerived() {
   pitch.repair.KeepTo(document);
   if (seenSound_ != document.Stamp()) {
     seenSound_ = document.Stamp();

@@ -80,7 +80,7 @@ const std::pair<char, std::function<void(Booth&)>> kSituations[] = {
     {'V',
      [](Booth& b) {
        b.Open(16000), b.Do({40057});
-       b.w.vowels.chart.Add(500, 1500, 2500), b.w.DocumentChanged();
+       b.w.Act([&] { b.w.vowels.chart.Add(500, 1500, 2500); });
      }},
     {'g',
      [](Booth& b) {

@@ -35,7 +35,7 @@ class ChartTest : public WindowTest {
   }
   void AddPoint(int f1, int f2) {
     Station().vowels.chart.Add(f1, f2, 0);
-    Station().DocumentChanged();
+    Station().Act([] {});
     window->Dialogs().Repaint(Pane::Chart);
     QApplication::processEvents();
   }

@@ -186,8 +186,7 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
   }
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
     const Point origin = tool->ClickOrigin();
-    tool->Click(window_, {*x, WrapAdd32(*y, origin.y)}, button, shift);
-    workstation_.DocumentChanged();
+    workstation_.Act([&] { tool->Click(window_, {*x, WrapAdd32(*y, origin.y)}, button, shift); });
     return {};
   }
   const PaneName* pane = FindPane(step.words[1]);
@@ -199,11 +198,9 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
 std::string ScriptRunner::Key(const ScriptStep& step) {
   if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
   ToolWindow* tool = window_.CurrentTool();
-  if (tool != nullptr && tool->Key(window_, step.words[1])) {
-    workstation_.DocumentChanged();
-  } else if (!window_.InModal()) {
-    workstation_.Key(step.words[1]);
-  }
+  bool used = false;
+  if (tool != nullptr) workstation_.Act([&] { used = tool->Key(window_, step.words[1]); });
+  if (!used && !window_.InModal()) workstation_.Key(step.words[1]);
   return {};
 }
 
@@ -216,8 +213,7 @@ std::string ScriptRunner::Button(const ScriptStep& step) {
     const bool named =
         control.number == 0 ? control.text == step.words[1] : number && *number == control.number;
     if (!named) continue;
-    if (control.enabled) tool->Press(window_, control);
-    workstation_.DocumentChanged();
+    if (control.enabled) workstation_.Act([&] { tool->Press(window_, control); });
     return {};
   }
   return "the window has no control " + step.words[1];
@@ -226,8 +222,7 @@ std::string ScriptRunner::Button(const ScriptStep& step) {
 std::string ScriptRunner::Close(const ScriptStep& step) {
   if (step.words.size() != 1) return "close takes nothing more";
   if (window_.CurrentTool() == nullptr) return "no tool window is open";
-  window_.CloseCurrentTool();
-  workstation_.DocumentChanged();
+  workstation_.Act([&] { window_.CloseCurrentTool(); });
   return {};
 }
 

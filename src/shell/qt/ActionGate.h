@@ -1,5 +1,6 @@
 #pragma once
 #include <QObject>
+#include <functional>
 
 namespace parlowen {
 
@@ -20,6 +21,9 @@ class ActionGate : public QObject {
     ActionGate& gate_;
   };
 
+  /// What every action is handed to; it runs it. At first that is all.
+  std::function<void(const std::function<void()>&)> perform = [](const auto& action) { action(); };
+
   int Depth() const { return depth_; }
 
   /// Runs the action when nothing is open above `level`; false when it was dropped.
@@ -28,7 +32,7 @@ class ActionGate : public QObject {
     if (depth_ != level) return false;
     {
       Hold hold(*this);
-      action();
+      perform(action);
     }
     Q_EMIT Finished(level);
     return true;

@@ -166,12 +166,11 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   });
   menu.addSeparator();
   add("选定...(&S)", "Ctrl+G", false, [this] { AskSelection(); });
-  add("放大(&I)", "Ctrl++", false, [this] { station_.view.ZoomKey(false); });
-  add("缩小(&O)", "Ctrl+-", false, [this] { station_.view.ZoomKey(true); });
+  add("放大(&I)", "Ctrl++", false, [this] { station_.Zoom(false); });
+  add("缩小(&O)", "Ctrl+-", false, [this] { station_.Zoom(true); });
   add("显示选定的段(&E)", "Ctrl+E", true,
-      [this] { station_.view.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
-  add("显示整个声音(&W)", "Ctrl+0", false,
-      [this] { station_.view.ZoomTo(0, station_.document.sampleCount); });
+      [this] { station_.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
+  add("显示整个声音(&W)", "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
   add("复制读数(&C)", "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
 }
@@ -199,8 +198,7 @@ void MainWindow::MakeToolBar() {
   const auto addZoom = [&](ToolIcon icon, const char* name, const char* toolTip, bool out) {
     QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
     action->setToolTip(toolTip);
-    connect(action, &QAction::triggered, this,
-            [this, out] { gate_.Run([&] { station_.view.ZoomKey(out); }); });
+    connect(action, &QAction::triggered, this, [this, out] { gate_.Run([&] { station_.Zoom(out); }); });
     ownActions_.push_back({action, false});
   };
   add(ToolIcon::Open, "打开", {commands::kOpenSound});
@@ -228,16 +226,16 @@ void MainWindow::MakeCentre() {
 
   splitter_ = new PaneSplitter(centre);
   for (std::size_t i = 0; i < std::size(kPanes); ++i) {
-    auto* pane = new PaneWidget(kPanes[i], station_.view, station_.document, gate_, splitter_);
+    auto* pane = new PaneWidget(kPanes[i], station_, gate_, splitter_);
     splitter_->AddPane(pane, kPaneParts[i]);
     panes_[i] = pane;
   }
-  chart_ = new PaneWidget(Pane::Chart, station_.view, station_.document, gate_, splitter_);
+  chart_ = new PaneWidget(Pane::Chart, station_, gate_, splitter_);
   splitter_->AddChart(chart_);
   column->addWidget(splitter_, 1);
   axis_ = new TimeAxisStrip(station_.view, centre);
   column->addWidget(axis_);
-  overview_ = new OverviewStrip(station_.view, station_.document, gate_, centre);
+  overview_ = new OverviewStrip(station_, gate_, centre);
   column->addWidget(overview_);
   setCentralWidget(centre);
 }
@@ -277,6 +275,7 @@ void MainWindow::Connect() {
   renewal_ = new QTimer(this);
   renewal_->setSingleShot(true);
   connect(renewal_, &QTimer::timeout, this, &MainWindow::Renew);
+  gate_.perform = [this](const auto& action) { station_.Act(action); };
   connect(&gate_, &ActionGate::Began, this, [this] {
     said_.clear();
     saved_.clear();
@@ -287,8 +286,6 @@ void MainWindow::Connect() {
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
     if (level != 0) return;
-    station_.SelectionMoved();
-    station_.DocumentChanged();
     Renew();
     ShowExportNotice();
   });
@@ -560,7 +557,7 @@ void MainWindow::AskSelection() {
 
 void MainWindow::CopyRegionOf(const PaneRegion& region) {
   const PaneWidget& pane = PaneOf(region.pane);
-  const double scale = dialogs_.DevicePixelRatio();
+  const double scale = devicePixelRatioF();
   // The frame around the region is no part of it.
   const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
                          .normalized()
@@ -613,7 +610,7 @@ void MainWindow::RenewStatus() {
 }
 
 void MainWindow::TakePaneWidth() {
-  station_.view.SetPaneWidth(panes_[0]->PaneSize().width());
+  station_.SetPaneWidth(panes_[0]->PaneSize().width());
   status_->setMaximumWidth(width() * 3 / 5);  // the readout of the pointer needs the rest
 }
 
@@ -702,7 +699,8 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
 
 void MainWindow::ClearHover() {
   for (PaneWidget* pane : panes_) pane->ShowHover({});
-  if (std::exchange(station_.pitch.repair.pointer, std::nullopt)) PaneOf(Pane::Analysis).update();
+  if (station_.pitch.repair.pointer) PaneOf(Pane::Analysis).update();
+  station_.PointAtRepair({});
   // The line stays, so that it can be copied from the menu.
 }
 

@@ -16,8 +16,8 @@ constexpr int kLeft = PaneWidget::kGutter;
 
 }  // namespace
 
-OverviewStrip::OverviewStrip(MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent)
-    : QWidget(parent), view_(view), document_(document), gate_(gate) {
+OverviewStrip::OverviewStrip(Workstation& station, ActionGate& gate, QWidget* parent)
+    : QWidget(parent), station_(station), view_(station.view), document_(station.document), gate_(gate) {
   setFixedHeight(44);
   setAccessibleName("全貌");
   setToolTip("整个声音：拖动移动画面，单击居中");
@@ -38,7 +38,7 @@ void OverviewStrip::paintEvent(QPaintEvent*) {
 }
 
 void OverviewStrip::Centre(int sample) {
-  gate_.Run([&] { view_.ScrollTo(std::int64_t{sample} - document_.FullViewLength() / 2); });
+  gate_.Run([&] { station_.ScrollTo(std::int64_t{sample} - document_.FullViewLength() / 2); });
 }
 
 void OverviewStrip::mousePressEvent(QMouseEvent* event) {
@@ -55,7 +55,7 @@ void OverviewStrip::mouseMoveEvent(QMouseEvent* event) {
   if (!pressed_) return;
   const int x = event->pos().x();
   dragged_ = dragged_ || std::abs(x - pressedX_) > QApplication::startDragDistance();
-  if (dragged_) gate_.Run([&] { view_.ScrollTo(std::int64_t{SampleAt(x)} - heldOffset_); });
+  if (dragged_) gate_.Run([&] { station_.ScrollTo(std::int64_t{SampleAt(x)} - heldOffset_); });
 }
 
 void OverviewStrip::mouseReleaseEvent(QMouseEvent* event) {
@@ -66,7 +66,7 @@ void OverviewStrip::mouseReleaseEvent(QMouseEvent* event) {
 void OverviewStrip::wheelEvent(QWheelEvent* event) {
   event->accept();
   const int notches = wheel_.Take(*event);
-  if (notches != 0) gate_.Run([&] { view_.ScrollTenths(-notches); });
+  if (notches != 0) gate_.Run([&] { station_.ScrollTenths(-notches); });
 }
 
 }  // namespace parlowen

@@ -1,7 +1,7 @@
 #pragma once
 #include <QWidget>
 
-#include "shell/MainView.h"
+#include "shell/Workstation.h"
 #include "shell/qt/WheelSteps.h"
 
 namespace parlowen {
@@ -12,7 +12,7 @@ class ActionGate;
 class OverviewStrip : public QWidget {
   Q_OBJECT
  public:
-  OverviewStrip(MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent);
+  OverviewStrip(Workstation& station, ActionGate& gate, QWidget* parent);
   QSize sizeHint() const override { return {1024, 44}; }
   QSize minimumSizeHint() const override { return {200, 44}; }
 
@@ -27,7 +27,8 @@ class OverviewStrip : public QWidget {
   int SampleAt(int x) const;
   void Centre(int sample);
 
-  MainView& view_;
+  Workstation& station_;
+  const MainView& view_;
   const SoundDocument& document_;
   ActionGate& gate_;
   bool pressed_ = false, dragged_ = false;

@@ -38,9 +38,13 @@ PaneTexts TextsOf(Pane pane) {
 
 }  // namespace
 
-PaneWidget::PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate,
-                       QWidget* parent)
-    : QWidget(parent), pane_(pane), view_(view), document_(document), gate_(gate) {
+PaneWidget::PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent)
+    : QWidget(parent),
+      pane_(pane),
+      station_(station),
+      view_(station.view),
+      document_(station.document),
+      gate_(gate) {
   setMouseTracking(true);
   setFocusPolicy(Qt::StrongFocus);
   setAttribute(Qt::WA_InputMethodEnabled, false);  // letters are keys here, also while an input method is on
@@ -150,7 +154,7 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
-  if (pane_ == Pane::Analysis) view_.analysisHeight = height();
+  if (pane_ == Pane::Analysis) station_.SetAnalysisHeight(height());
   Q_EMIT Resized();
 }
 
@@ -188,13 +192,13 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
     return;
   }
   if (event->button() == Qt::RightButton && !control) {
-    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Right, shift); });
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Right, shift); });
     return;
   }
   if (event->button() != Qt::LeftButton) return;
   pressedAt_ = at;
   if (document_.activity == Activity::RegionDrag) {
-    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, false); });
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, false); });
     drag_ = Drag::Region;
     if (band_ == nullptr) band_ = new QRubberBand(QRubberBand::Rectangle, this);
     band_->setGeometry(QRect(event->pos(), QSize(1, 1)));
@@ -204,21 +208,21 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
     drag_ = Drag::Pressed;
     pressedOn_ = EdgeAt(at.x);
   } else {
-    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, shift); });
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, shift); });
   }
 }
 
 void PaneWidget::DragTo(Point at) {
   if (drag_ == Drag::RepairFrames) {
-    gate_.Run([&] { view_.MarkRepairFrames(pressedAt_.x, at.x); });
+    gate_.Run([&] { station_.MarkRepairFrames(pressedAt_.x, at.x); });
   } else if (drag_ == Drag::Stretch) {
-    gate_.Run([&] { view_.MarkStretch(pane_, pressedAt_.x, at.x); });
+    gate_.Run([&] { station_.MarkStretch(pane_, pressedAt_.x, at.x); });
   } else if (drag_ == Drag::StartEdge) {
     const int x = std::min(at.x, view_.ColumnOf(pane_, document_.selectionEnd) - 1);
-    gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Left, false); });
+    gate_.Run([&] { station_.Click(pane_, {x, at.y}, MouseButton::Left, false); });
   } else if (drag_ == Drag::EndEdge) {
     const int x = std::max(at.x, view_.ColumnOf(pane_, document_.selectionStart) + 1);
-    gate_.Run([&] { view_.Click(pane_, {x, at.y}, MouseButton::Right, false); });
+    gate_.Run([&] { station_.Click(pane_, {x, at.y}, MouseButton::Right, false); });
   }
 }
 
@@ -226,7 +230,7 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
   Q_EMIT Hovered(this, {at.x, at.y});
   if (RepairsPitch() && gate_.Depth() == 0) {
-    view_.PointAtRepair(at);
+    station_.PointAtRepair(at);
     update();  // the comb follows
   }
   if (drag_ == Drag::None && pane_ == Pane::Chart) return;
@@ -252,14 +256,14 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
   const Point at = PointAt(event->pos());
   if (drag_ == Drag::RepairPressed) {
     drag_ = Drag::None;
-    gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Right, false); });
+    gate_.Run([&] { station_.Click(pane_, pressedAt_, MouseButton::Right, false); });
     return;
   }
   if (drag_ == Drag::Pressed) {
-    gate_.Run([&] { view_.Click(pane_, pressedAt_, MouseButton::Left, false); });
+    gate_.Run([&] { station_.Click(pane_, pressedAt_, MouseButton::Left, false); });
   } else if (drag_ == Drag::Region) {
     band_->hide();
-    gate_.Run([&] { view_.Click(pane_, at, MouseButton::Left, false); });
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, false); });
   } else {
     DragTo(at);
   }
@@ -275,8 +279,8 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
   if (notches == 0) return;
   const Point at = PointAt(event->position().toPoint());
   gate_.Run([&] {
-    if (!zoom) return view_.ScrollTenths(-notches);
-    for (int i = 0; i < std::abs(notches); ++i) view_.ZoomAt(pane_, at.x, notches < 0);
+    if (!zoom) return station_.ScrollTenths(-notches);
+    station_.ZoomAt(pane_, at.x, notches < 0, std::abs(notches));
   });
 }
 

@@ -3,7 +3,7 @@
 #include <QWidget>
 #include <optional>
 
-#include "shell/MainView.h"
+#include "shell/Workstation.h"
 #include "shell/qt/WheelSteps.h"
 
 class QRubberBand;
@@ -23,7 +23,7 @@ class PaneWidget : public QWidget {
   static constexpr int kChartStripBottom =
       172;  ///< rows of the chart above it lie under the amplitude pane's time
 
-  PaneWidget(Pane pane, MainView& view, const SoundDocument& document, ActionGate& gate, QWidget* parent);
+  PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent);
 
   Pane pane() const { return pane_; }
   QSize PaneSize() const { return {width() - kGutter, height()}; }
@@ -72,7 +72,8 @@ class PaneWidget : public QWidget {
   void UpdateAccessibleName();
 
   const Pane pane_;
-  MainView& view_;
+  Workstation& station_;  ///< what the mouse does goes to it, what is seen comes from the two below
+  const MainView& view_;
   const SoundDocument& document_;
   ActionGate& gate_;
   QPixmap base_;

@@ -10,7 +10,6 @@
 #include "base/Files.h"
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/PicturePainter.h"
-#include "shell/qt/QtWindow.h"
 #include "ui/Svg.h"
 
 namespace parlowen {
@@ -66,7 +65,7 @@ constexpr FormatRow kFormats[] = {
 };
 constexpr UiText kSaveTitle = "图形存为";
 
-void AskAndSave(QtWindow& window, const Picture& picture, const FormatRow& row) {
+void AskAndSave(Window& window, const Picture& picture, const FormatRow& row) {
   const auto choice = window.AskSaveFile({kSaveTitle, {row.kind}, row.kind.extension});
   if (!choice) return;
   if (SavePicture(picture, choice->path, row.format) < 0)
@@ -89,10 +88,10 @@ void CopyPicture(const Picture& picture, double scale) {
   QGuiApplication::clipboard()->setImage(RenderPicture(picture, scale));
 }
 
-void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int level,
+void AddPictureActions(QMenu& menu, Window& window, ActionGate& gate, int level,
                        std::function<Picture()> picture) {
-  menu.addAction("复制为图片(&C)", &menu, [&window, &gate, level, picture] {
-    gate.Run([&] { CopyPicture(picture(), window.DevicePixelRatio()); }, level);
+  menu.addAction("复制为图片(&C)", &menu, [&menu, &gate, level, picture] {
+    gate.Run([&] { CopyPicture(picture(), menu.devicePixelRatioF()); }, level);
   });
   for (const FormatRow& row : kFormats)
     menu.addAction(row.menuText.Get(), &menu, [&window, &gate, level, picture, &row] {

@@ -10,7 +10,7 @@ class QWidget;
 namespace parlowen {
 
 class ActionGate;
-class QtWindow;
+class Window;
 
 enum class PictureFormat { Svg, Pdf, Png };
 
@@ -23,7 +23,7 @@ void CopyPicture(const Picture& picture, double scale);
 
 /// Adds "copy" and "save as" entries; the picture is made when one of them is chosen. `level` as in
 /// ActionGate.
-void AddPictureActions(QMenu& menu, QtWindow& window, ActionGate& gate, int level,
+void AddPictureActions(QMenu& menu, Window& window, ActionGate& gate, int level,
                        std::function<Picture()> picture);
 
 }  // namespace parlowen

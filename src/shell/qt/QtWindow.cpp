@@ -357,6 +357,4 @@ void QtWindow::CopyRegion(const PaneRegion& region) { Q_EMIT RegionCopied(region
 
 void QtWindow::Quit() { Q_EMIT QuitAsked(); }
 
-double QtWindow::DevicePixelRatio() const { return host_.devicePixelRatioF(); }
-
 }  // namespace parlowen

@@ -58,7 +58,6 @@ class QtWindow : public QObject, public Window {
   int FilesSaved() const { return filesSaved_; }
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
-  double DevicePixelRatio() const;
 
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;

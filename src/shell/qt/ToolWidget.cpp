@@ -21,7 +21,6 @@
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/PictureExport.h"
 #include "shell/qt/PicturePainter.h"
-#include "shell/qt/QtWindow.h"
 
 namespace parlowen {
 
@@ -94,7 +93,7 @@ bool ToolWidget::Act(F&& action) {
   return ran;
 }
 
-ToolWidget::ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent)
+ToolWidget::ToolWidget(ToolWindow& tool, Window& window, ActionGate& gate, int level, QWidget* parent)
     : QDialog(parent, Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint),
       tool_(&tool),
       window_(window),

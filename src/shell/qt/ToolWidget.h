@@ -15,8 +15,8 @@ class QVBoxLayout;
 namespace parlowen {
 
 class ActionGate;
-class QtWindow;
 class ToolCanvas;
+class Window;
 
 /// The window over a room's tool: its drawing, its buttons, the readout of the pointer. Modeless, or modal by
 /// exec().
@@ -24,7 +24,7 @@ class ToolWidget : public QDialog {
   Q_OBJECT
  public:
   /// `level` is the depth of open actions at which this window may act: 0 for a modeless one.
-  ToolWidget(ToolWindow& tool, QtWindow& window, ActionGate& gate, int level, QWidget* parent);
+  ToolWidget(ToolWindow& tool, Window& window, ActionGate& gate, int level, QWidget* parent);
 
   /// Takes over title, buttons and drawing from the tool.
   void Renew();
@@ -61,7 +61,7 @@ class ToolWidget : public QDialog {
   bool Act(F&& action);
 
   ToolWindow* tool_;
-  QtWindow& window_;
+  Window& window_;
   ActionGate& gate_;
   const int level_;
   ToolCanvas* canvas_;
