@@ -56,15 +56,34 @@ bool NamesOnlyItsWriter(const InputFile& file, std::int64_t offset, const ChunkH
   return note && note->id == "ISFT" && list.size - kTypeBytes - std::int64_t{kChunkHead} - note->size <= 1;
 }
 
+/// Room that a recorder reserved; what is longer than this is not looked at to its end and counts as content.
+bool OnlyZeros(const InputFile& file, std::int64_t offset, std::int64_t end) {
+  constexpr std::int64_t kMostZeros = std::int64_t{64} << 20;
+  std::vector<std::uint8_t> block(std::size_t{1} << 16);
+  if (end - offset > kMostZeros) return false;
+  while (offset < end) {
+    const auto wanted = static_cast<std::size_t>(std::min<std::int64_t>(end - offset, std::ssize(block)));
+    const std::size_t got = file.ReadAt(offset, block.data(), wanted);
+    if (got == 0) break;
+    if (std::any_of(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(got),
+                    [](std::uint8_t byte) { return byte != 0; }))
+      return false;
+    offset += static_cast<std::int64_t>(got);
+  }
+  return true;
+}
+
 /// True when nothing of what the chunks from `offset` to `end` hold would be missed.
 bool OnlyFills(const InputFile& file, std::int64_t offset, std::int64_t end) {
+  constexpr int kMostChunks = 1000;  // a file of nothing but empty ones is no sound's
   constexpr std::string_view kFilling[] = {"fmt ", "fact", "PEAK", "JUNK", "PAD ", "FLLR"};
   constexpr std::string_view kZeros("\0\0\0\0", 4);
-  while (offset + std::int64_t{kChunkHead} <= end) {
+  for (int i = 0; offset + std::int64_t{kChunkHead} <= end; ++i) {
     const auto chunk = ChunkAt(file, offset);
     if (!chunk) return true;
+    if (i == kMostChunks) return false;
+    if (chunk->id == kZeros && chunk->size == 0) return OnlyZeros(file, offset, end);
     const bool fills = std::find(std::begin(kFilling), std::end(kFilling), chunk->id) != std::end(kFilling) ||
-                       (chunk->id == kZeros && chunk->size == 0) ||
                        (chunk->id == "LIST" && NamesOnlyItsWriter(file, offset, *chunk));
     if (!fills) return false;
     offset += std::int64_t{kChunkHead} + chunk->size + chunk->size % 2;

@@ -329,6 +329,13 @@ TEST(Reading, WhatASaveWouldTakeFromTheFileIsKnown) {
        false},
       {"an unknown record behind the contour", behind(contour + Chunk("abcd", 0, "")), true},
       {"a mark before the data", Wav([](auto& w) { w.between = Chunk("cue ", 4, "abcd"); }).Bytes(), true},
+      {"zeros, then samples", behind(std::string(70000, 0) + "x"), true},
+      {"nothing but empty chunks", behind([] {
+         std::string many;
+         for (int i = 0; i < 1001; ++i) many += Chunk("JUNK", 0, "");
+         return many;
+       }()),
+       true},
       {"a comment", behind(list(writer + comment)), true},
       {"samples behind a size of 0", Wav([](auto& w) { w.dataSize = 0; }).Bytes(), true},
       {"two channels, one loaded", stereo(""), true},
