@@ -24,8 +24,7 @@ constexpr UiText kStandardHelp = "T值坐标中55、35、214、51的参考线";
 constexpr UiText kLabelsHelp = "标志带1的每个标注段为一个语料，组名按标注的调号";
 constexpr UiText kCompareHelp = "与已结束的统计（.bin文件）比较，画成虚线";
 constexpr UiText kRemoveHelp = "撤消选中的语料，没有选中时撤消最后一个";
-constexpr UiText kPatternInstructions = "左键：选组；↑↓：组";
-constexpr UiText kGroupInstructions = "左键：选语料，其声音已调入时选定该段；←→：语料；↑↓：组";
+constexpr UiText kInstructions = "左键：选最近的曲线，语料的声音已调入时选定该段；←→：语料；↑↓：组";
 constexpr UiText kGroupLine = "%s  %d个  调值 %s  时长 %.1f ms（标准差 %.1f）";
 constexpr UiText kItemLine = "%s 第%d个  %s %.3f--%.3f秒  调值 %s  时长 %.0f ms";
 
@@ -39,9 +38,7 @@ int Stepped(int now, int step, int count) {
 
 std::string ToneWindow::Title() const { return kTitle; }
 
-std::string ToneWindow::Instructions() const {
-  return tones_.view == ToneView::Group ? kGroupInstructions : kPatternInstructions;
-}
+std::string ToneWindow::Instructions() const { return kInstructions; }
 
 std::vector<ToolControl> ToneWindow::Controls() const {
   return {{kRange, kRangeButton, true, tones_.givenRange.has_value(), kRangeHelp},
