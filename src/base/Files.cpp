@@ -163,7 +163,12 @@ std::optional<FileStamp> StampOf(const std::string& path) {
 std::string AbsolutePath(const std::string& path) {
   std::error_code error;
   const fs::path absolute = fs::absolute(path, error);
-  return error ? path : absolute.lexically_normal().string();
+  if (error) return path;
+  const fs::path normal = absolute.lexically_normal();
+  // Behind a link ".." is the parent of what the link names, not of the link.
+  const bool elsewhere = fs::exists(absolute.parent_path(), error) &&
+                         !fs::equivalent(absolute.parent_path(), normal.parent_path(), error);
+  return (elsewhere ? absolute : normal).string();
 }
 
 std::string FileNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }

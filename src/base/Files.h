@@ -65,7 +65,8 @@ struct FileStamp {
 /// Nothing when there is no ordinary file.
 std::optional<FileStamp> StampOf(const std::string& path);
 
-/// `path` against the current directory, without "." and ".." taken out of links: links are not resolved.
+/// `path` against the current directory. Links are not resolved; "." and ".." are taken out where that names the
+/// same file.
 std::string AbsolutePath(const std::string& path);
 
 /// The part behind the last "/".

@@ -105,6 +105,16 @@ TEST(Files, ALinkIsFollowedAndModeAndGroupOfTheFileAreKept) {
   for (const char* name : {"early", "lost", "ring"}) EXPECT_TRUE(fs::is_symlink(folder / name)) << name;
 }
 
+TEST(Files, AnAbsolutePathNamesTheSameFile) {
+  const TempFolder folder;
+  fs::create_directories(folder / "far/inner");
+  fs::create_directory_symlink("far/inner", folder / "link");
+  EXPECT_EQ(AbsolutePath(folder / "far/./inner/../x"), folder / "far/x");
+  EXPECT_EQ(AbsolutePath(folder / "missing/../x"), folder / "x");
+  WriteFile(folder / "far/x", std::string("the link's"));
+  EXPECT_EQ(ReadFile(AbsolutePath(folder / "link/../x")), "the link's");
+}
+
 TEST(Files, OnlyOrdinaryFilesOpenAndTheLimitHolds) {
   const TempFolder folder;
   ASSERT_EQ(::mkfifo((folder / "pipe").c_str(), 0600), 0);

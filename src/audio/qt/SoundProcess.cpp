@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QMetaObject>
+#include <algorithm>
 #include <utility>
 
 #include "audio/qt/SoundWorker.h"
@@ -12,7 +13,7 @@ namespace {
 constexpr int kWatchMilliseconds = 50;
 // In ticks of the watch, not by the clock: while the window is busy no reply can be taken either.
 constexpr int kPatience = 60, kPatienceWithStop = 2;
-constexpr int kRestartMilliseconds = 1000;
+constexpr int kRestartMilliseconds = 1000, kLongestRestartMilliseconds = 60000;
 constexpr int kFlushMilliseconds = 5;
 
 }  // namespace
@@ -72,11 +73,13 @@ void SoundProcess::Leave() {
 std::map<int, SoundProcess::Open> SoundProcess::Replace() {
   const bool endedItself = process_ == nullptr;
   Leave();
-  // One that cannot even begin is not started over and over.
-  if (endedItself) {
-    restart_.start();
-  } else {
+  // One that cannot even begin is started less and less often.
+  if (!endedItself) {
     Start();
+  } else if (known_) {
+    restart_.start(kRestartMilliseconds);
+  } else {
+    restart_.start(std::min(2 * restart_.interval(), kLongestRestartMilliseconds));
   }
   watch_.stop();
   const bool heard = HasMicrophone();
