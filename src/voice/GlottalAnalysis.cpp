@@ -15,6 +15,7 @@
 #include <limits>
 
 #include "base/Arithmetic.h"
+#include "document/Frames.h"
 #include "dsp/Fir.h"
 #include "voice/LinearPrediction.h"
 
@@ -47,9 +48,9 @@ struct Work {
 
   /// T(n): the period at an index.
   double PeriodAt(int index) const {
-    const std::int64_t frame = (std::int64_t{origin} + index) * 100 / sampleRate - stretch->firstFrame;
-    const auto lastFrame = static_cast<std::int64_t>(stretch->periods.size()) - 1;
-    return stretch->periods[static_cast<std::size_t>(std::clamp<std::int64_t>(frame, 0, lastFrame))];
+    const int frame = FrameOfSample(std::int64_t{origin} + index, sampleRate) - stretch->firstFrame;
+    const auto lastFrame = static_cast<int>(stretch->periods.size()) - 1;
+    return stretch->periods[static_cast<std::size_t>(std::clamp(frame, 0, lastFrame))];
   }
 };
 
@@ -372,8 +373,8 @@ std::optional<VoicedStretch> LongestVoicedStretch(std::span<const float> contour
                                                   int sampleRate) {
   if (sampleRate <= 0 || end <= start) return std::nullopt;
   const int frames = static_cast<int>(contour.size());
-  const int first = static_cast<int>(std::int64_t{start} * 100 / sampleRate);
-  const int last = std::min(static_cast<int>(std::int64_t{end} * 100 / sampleRate), frames - 1);
+  const int first = FrameOfSample(start, sampleRate);
+  const int last = std::min(FrameOfSample(end, sampleRate), frames - 1);
   int bestFirst = 0, bestLast = -1, runFirst = -1, runLast = -1;
   for (int f = first; f <= last; ++f) {
     if (!(contour[At(f)] > 0)) continue;

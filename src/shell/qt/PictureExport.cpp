@@ -10,7 +10,10 @@
 #include "base/Files.h"
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/FileKind.h"
 #include "ui/Svg.h"
+#include "ui/Text.h"
+#include "ui/Window.h"
 
 namespace parlowen {
 namespace {
