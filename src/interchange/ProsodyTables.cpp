@@ -62,8 +62,10 @@ std::string IntonationCsv(const Intonation& intonation, const SoundDocument& doc
 PitchTier IntonationTier(const Intonation& intonation, const SoundDocument& document) {
   PitchTier tier;
   tier.end = SecondsOf(document.sampleCount, document.sampleRate);
-  for (const MelodyPoint& point : intonation.closeCopy)
+  for (const MelodyPoint& point : intonation.closeCopy) {
+    if (TimeOfFrame(point.frame) > tier.end) break;  // the sound was cut since
     tier.points.push_back({TimeOfFrame(point.frame), ToneHertz(point.semitones)});
+  }
   return tier;
 }
 

@@ -146,6 +146,20 @@ std::string SoundNameOf(const SoundDocument& document) {
   return std::string(CutGbk(ToGbk(FileNameOf(document.filePath)), kLongestName));
 }
 
+/// Sounds that were never saved all have the same name: which one the coming items are of is kept beside them.
+void NoteSound(ToneState& tones, const SoundDocument& document) {
+  if (!document.filePath.empty() || tones.unsavedSound == document.Stamp()) return;
+  tones.unsavedSound = document.Stamp();
+  tones.firstUnsaved = tones.items.size();
+}
+
+/// True when the document is the sound that an item was taken from, as far as the item tells.
+bool IsOfSound(const ToneState& tones, std::size_t index, const SoundDocument& document) {
+  const ToneItem& item = tones.items[index];
+  if (item.sound != SoundNameOf(document) || item.sampleRate != document.sampleRate) return false;
+  return !item.sound.empty() || (index >= tones.firstUnsaved && tones.unsavedSound == document.Stamp());
+}
+
 /// The tone of a stretch as an item. Nothing when there is no pitch, or one that no file may hold.
 std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int end, std::string gbkGroup,
                                    bool dropWeakEnds) {
@@ -324,6 +338,7 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   if (!HasRoomFor(tones, group)) return window.Notify(kFull);
   auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
   if (!item) return window.Notify(kNoPitch);
+  NoteSound(tones, document);
   std::vector<ToneItem> items = tones.items;
   items.push_back(std::move(*item));
   if (!StoreItems(window, tones, std::move(items))) return;
@@ -406,6 +421,7 @@ void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones)
     grown.SetItems(std::move(items));
     ++added;
   }
+  NoteSound(tones, desk.document);
   if (added > 0 && !StoreItems(window, tones, std::move(grown.items))) return;
   window.ShowStatus(Format(kLabelsAdded.Get(), added, static_cast<int>(labels.size()) - added));
 }
@@ -449,9 +465,8 @@ void PickTone(Window& window, const ProsodyDesk& desk, ToneState& tones, int pic
   const double rate = item.sampleRate;
   window.ShowStatus(Format(kPicked.Get(), GroupText(item.group).c_str(), NumberInGroup(tones.items, picked),
                            FromGbk(item.sound).c_str(), item.start / rate, item.end / rate));
-  const SoundDocument& document = desk.document;
-  if (SoundNameOf(document) == item.sound && document.sampleRate == item.sampleRate &&
-      item.end <= document.sampleCount)
+  if (IsOfSound(tones, static_cast<std::size_t>(picked), desk.document) &&
+      item.end <= desk.document.sampleCount)
     desk.mark(item.start, item.end);
 }
 

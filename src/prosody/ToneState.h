@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "document/SoundStamp.h"
 #include "prosody/ToneCurve.h"
 #include "prosody/ToneStatistics.h"
 
@@ -36,6 +37,9 @@ struct ToneState {
   bool written = false;         ///< the file holds `items`: what was in it before is gone or among them
   std::vector<ToneItem> items;  ///< change them through SetItems
   ToneStatistics statistics;    ///< of the items
+  /// The sound without a file that the nameless items from `firstUnsaved` on were taken from.
+  SoundStamp unsavedSound;
+  std::size_t firstUnsaved = 0;
 
   // Settings.
   std::string groupName;  ///< the last one that was entered, UTF-8
