@@ -380,7 +380,7 @@ constexpr CommandRow kRows[] = {
     {kForgetCharacters, Menu::Marking, "清除插入字符[&D]", "", kPlain, kSound, ForgetCharacters},
     {kEditMarkers, Menu::Marking, "进入标志处理[&B]", "", kPlain, kSound, EditMarkers},
     {kArticulation, Menu::Marking, "普通话声韵母发音的唇位，舌位图[P]", "", kPlain, kSound, ShowArticulation},
-    {kSettings, Menu::Settings, "参数设置[&S]", "", Does::StopPlay, kSound, Settings},
+    {kSettings, Menu::Settings, "参数设置[&S]", "", Does::StopPlay | Does::ReplaceContour, kSound, Settings},
     {kShowHint, Menu::Settings, "显示操作提示[&P]", "", kPlain, kSound, ShowHint},
     {kChangeAmplitudeScale, Menu::Settings, "改变幅度_能量坐标[&L]", "", kPlain, kSound,
      ChangeAmplitudeScale},

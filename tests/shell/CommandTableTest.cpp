@@ -107,6 +107,7 @@ std::string Asks(DoesSet does) {
   std::string asks;
   for (const auto& [flag, word] : {std::pair{Does::OpenSound, "sound"},
                                    {Does::RecordSound, "sound"},
+                                   {Does::ReplaceContour, "contour"},
                                    {Does::ReplaceMarkers, "markers"},
                                    {Does::ReplaceAnnotations, "annotations"},
                                    {Does::ReplaceChart, "chart"}})
