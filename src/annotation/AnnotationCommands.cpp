@@ -8,18 +8,18 @@
 #include "base/Files.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
 constexpr UiText kSaveTitle = "保存国际音标文件", kOpenTitle = "打开国际音标数据文件";
-constexpr const char* kFirst = "本语音的第一次转换（Yes/No)?";
-constexpr const char* kFirstCaption = "第一次？";
-constexpr const char* kFull = "标志数已满，不能再加！";
-constexpr const char* kBadName = "文件夹或文件名不对（包含空格？），请重选";
-constexpr const char* kBadNameCaption = "文件夹或文件名错误";
-constexpr const char* kNoSuchFile = "无此国际音标数据文件！";
-constexpr const char* kTooMany = "文件中的注释字符多于500个，只取前500个";
+constexpr UiText kFirst = "本语音的第一次转换（Yes/No)?";
+constexpr UiText kFirstCaption = "第一次？";
+constexpr UiText kFull = "标志数已满，不能再加！";
+constexpr UiText kNoSuchFile = "无此国际音标数据文件！";
+constexpr UiText kTooMany = "文件中的注释字符多于500个，只取前500个";
 
 constexpr std::string_view kSuffix = ".ipa";
 constexpr std::int64_t kMostRecordBytes = std::int64_t{16}
@@ -37,7 +37,7 @@ std::string ProposedName(const std::string& soundPath) {
   return soundPath.substr(0, hasEnding ? dot : soundPath.size()) + std::string(kSuffix);
 }
 
-void SayBadName(Window& window) { window.ShowError(kBadName, kBadNameCaption); }
+void SayBadName(Window& window) { window.ShowError(messages::kBadNameOrSpace, messages::kBadNameCaption); }
 
 std::vector<std::uint8_t> BytesBehind(const InputFile& file, std::int64_t offset) {
   if (offset < 0) return {};

@@ -4,11 +4,12 @@
 
 #include "annotation/Annotations.h"
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
 
-inline constexpr const char* kAnnotationHint = "在分析窗中单击左键，在该处插入国际音标或其他字符；Esc：取消";
+inline constexpr UiText kAnnotationHint = "在分析窗中单击左键，在该处插入国际音标或其他字符；Esc：取消";
 
 /// 40080: the next left click in the analysis pane inserts an annotation.
 void BeginAnnotation(Window& window, SoundDocument& document);

@@ -2,11 +2,12 @@
 
 #include "annotation/Annotations.h"
 #include "annotation/InsertedText.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kFull = "字符数已满，不能再加！";
+constexpr UiText kFull = "字符数已满，不能再加！";
 
 }  // namespace
 

@@ -4,12 +4,13 @@
 #include <vector>
 
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
 
 inline constexpr int kMostInsertedCharacters = 100;
-inline constexpr const char* kCharactersHint = "在任一窗中单击左键，在该处放置输入的字符；Esc：取消";
+inline constexpr UiText kCharactersHint = "在任一窗中单击左键，在该处放置输入的字符；Esc：取消";
 
 /// A text placed over a pane: it keeps its time and its row.
 struct PlacedText {

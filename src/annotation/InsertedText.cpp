@@ -5,14 +5,15 @@
 #include "annotation/Annotations.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kTitle = "插入字符";
-constexpr const char* kLabel = "输入插入的内容（最长9字符）：";
-constexpr const char* kSizes[] = {"大", "中", "小"};
-constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
+constexpr UiText kTitle = "插入字符";
+constexpr UiText kLabel = "输入插入的内容（最长9字符）：";
+constexpr UiText kSizes[] = {"大", "中", "小"};
 constexpr int kTextField = 1028, kFirstSize = 1010;
 
 InputForm TextForm(int height) {
@@ -46,7 +47,7 @@ std::optional<InsertedText> AskInsertedText(Window& window, int height) {
     if (text.empty()) return {};
     const int size = form.CheckedIndex();
     if (HasIpaCodes(text)) return InsertedText{StorableText(text), size < 0 ? height : kTextHeights[size]};
-    window.Notify(kNoGbkCode);
+    window.Notify(messages::kNoGbkCode);
   }
   return {};
 }

@@ -4,11 +4,12 @@
 
 #include "base/Files.h"
 #include "base/IpaCodes.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kNoIndex = "不能调入国际音标索引";
+constexpr UiText kNoIndex = "不能调入国际音标索引";
 constexpr std::size_t kFields = 5;
 
 std::vector<std::string> FieldsOf(std::string_view line) {

@@ -6,9 +6,12 @@
 #include "annotation/TextPicture.h"
 #include "base/Format.h"
 #include "ui/Plot.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kInstructionHeading = "操作说明:";
 
 static_assert(std::size(colours::kMarkerBand) == kMarkerBands);
 constexpr int kLineHeight = 22, kAxisHeight = 20, kHeadingHeight = 20, kLeastWave = 60, kHeadingWidth = 68;
@@ -154,7 +157,7 @@ Picture MarkersPicture(const SoundDocument& document, const WavePyramid& pyramid
   const MarkerLayout layout(height);
   const MarkerScale scale(view, document.sampleCount);
   const Columns columns(view, scale);
-  picture.Add(TextMark{kPaneMargin, 15, "操作说明:", colours::kText, 13});
+  picture.Add(TextMark{kPaneMargin, 15, kInstructionHeading, colours::kText, 13});
   if (!view.instruction.empty())
     picture.Add(TextMark{kPaneMargin + kHeadingWidth, 15, view.instruction, colours::kText, 13});
   AddWaveform(picture, document, pyramid, scale, view, layout);

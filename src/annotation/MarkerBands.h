@@ -4,6 +4,7 @@
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
 #include "ui/Picture.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 
@@ -18,7 +19,7 @@ struct MarkerLayout {
 
 inline constexpr int kMarkerAreaHeight = 161;  ///< rows of the four bands
 inline constexpr int kMarkerRightMargin = 4;   ///< pixels behind the waveform's last column
-inline constexpr const char* kBandsHeading = "下面是四个标志带，左边是标志带号（1--4）";
+inline constexpr UiText kBandsHeading = "下面是四个标志带，左边是标志带号（1--4）";
 
 /// The marker window's drawing, 24 pixels wider than the waveform. A marker is a stroke through the waveform
 /// and its band; a point label stands at its marker, a segment label in the middle of what is seen of its

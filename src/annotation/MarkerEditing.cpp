@@ -5,13 +5,14 @@
 #include <utility>
 
 #include "base/Arithmetic.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kMarkerNear = "此处已有标志，不能加！";
-constexpr const char* kStretchLabelled = "段中有标注，不能加！";
-constexpr const char* kMarkerLabelled = "有相关的标注文字，不能删！请先删标注文字！";
+constexpr UiText kMarkerNear = "此处已有标志，不能加！";
+constexpr UiText kStretchLabelled = "段中有标注，不能加！";
+constexpr UiText kMarkerLabelled = "有相关的标注文字，不能删！请先删标注文字！";
 
 constexpr int kLeftColumn = 20, kBandHeight = 40;
 constexpr int kMarkerReach = 2, kLabelReach = 3;  // columns

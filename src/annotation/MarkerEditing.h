@@ -1,13 +1,15 @@
 #pragma once
 #include <cstdint>
+#include <optional>
 
 #include "annotation/MarkerSet.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 
-inline constexpr const char* kMarkersFull = "标志数已达20，不能再加！";
-inline constexpr const char* kNoMarkerForLabel = "没有标志，不能加标注！";
-inline constexpr const char* kNoLabel = "没有标注文字！不能删";
+inline constexpr UiText kMarkersFull = "标志数已达20，不能再加！";
+inline constexpr UiText kNoMarkerForLabel = "没有标志，不能加标注！";
+inline constexpr UiText kNoLabel = "没有标注文字！不能删";
 
 /// Samples and columns of the marker window. The waveform begins at column 20.
 struct MarkerScale {
@@ -38,7 +40,7 @@ int BandOfRow(int row);
 /// What came of an action: the set is changed, or a refusal is to be shown, or neither.
 struct MarkerOutcome {
   bool changed = false;
-  const char* refusal = nullptr;
+  std::optional<UiText> refusal{};
 };
 
 /// Adds a marker at the point's sample and sorts the band. Refused at 20 markers, when one is drawn less than
@@ -59,7 +61,7 @@ MarkerStretch StretchAt(const MarkerSet& set, const MarkerPoint& at, std::int32_
 /// stretch between two. Refused at 20 labels and in a band without markers.
 struct LabelPlace {
   MarkerStretch stretch;  ///< start = end: a marker
-  const char* refusal = nullptr;
+  std::optional<UiText> refusal{};
 };
 LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
 

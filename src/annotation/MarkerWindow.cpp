@@ -13,7 +13,9 @@
 #include "base/IpaCodes.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
@@ -21,40 +23,48 @@ namespace {
 constexpr int kSave = 1, kExpand = 1048, kShrink = 1049, kFirstTool = 1050;
 
 struct ToolTexts {
-  const char* button;
-  const char* instruction;
-  const char* refusal;  ///< when there is no marker (no label) yet
+  UiText button;
+  UiText instruction;
+  std::optional<UiText> refusal;  ///< when there is no marker (no label) yet
 };
 /// In the order of MarkerTool, from AddMarker on.
 constexpr ToolTexts kTools[] = {
-    {"加标志", "单击某标志带中某点，即在该标志带的此处设置标志", nullptr},
+    {"加标志", "单击某标志带中某点，即在该标志带的此处设置标志", {}},
     {"删标志", "单击某标志带中的某标志区域，即删除该标志", "没有标志！"},
     {"加标注文字", "单击某标志处加点标注文字，单击某两标志间加段标注文字", kNoMarkerForLabel},
     {"删标注文字", "单击某标志处删点标注文字，单击某两标志间删段标注文字", kNoLabel},
     {"标志间段放音", "单击某两标志间的一段将该段放音", "没有标志，不能放音！"},
     {"段保存为文件", "单击某两标志间的一段将该段保存为声音文件", "没有标志，不能保存！"},
 };
-constexpr const char* kZoomInstruction = "用波形扩展、收缩按钮变更波形比例";
-constexpr const char* kCannotExpand = "不能再扩展！";
-constexpr const char* kCannotShrink = "不能再收缩！";
-constexpr const char* kScrollHelp =
+constexpr UiText kTitle = "增减标志";
+constexpr UiText kMarkerLine = "%d\t标志\t%s\n", kLabelLine = "%d\t标注\t%s\t%s\t%s\n";
+constexpr UiText kSaveButton = "保存标志";
+constexpr UiText kExpandButton = "波形扩展";
+constexpr UiText kShrinkButton = "波形收缩";
+constexpr UiText kBandLabel = "标志带（1--4）";
+constexpr UiText kTimeLabel = "时间（秒）";
+constexpr UiText kHoverLine = "%.3f s  样点 %d";
+constexpr UiText kHoverBand = "  标志带 %d";
+constexpr UiText kHoverStretch = "  段 %.3f--%.3f s";
+constexpr UiText kZoomInstruction = "用波形扩展、收缩按钮变更波形比例";
+constexpr UiText kCannotExpand = "不能再扩展！";
+constexpr UiText kCannotShrink = "不能再收缩！";
+constexpr UiText kScrollHelp =
     "单击滑动条左、右端方块使波形后退、前进2秒；单击滑动块左、右空处波形后退、前进一屏 ";
 constexpr int kArrowSeconds = 2;
 
-constexpr const char* kNothingToSave = "没有标志，不用保存！";
-constexpr const char* kSaveSoundFirst = "请先把录音保存为文件，再保存标志数据";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kSaved = "标志数据已保存为 %s";
-constexpr const char* kDamaged = "标志文件已损坏，没有读入：%s";
-constexpr const char* kCorrected = "标志文件中有位置超出声音或次序不对，已更正：%s";
+constexpr UiText kNothingToSave = "没有标志，不用保存！";
+constexpr UiText kSaveSoundFirst = "请先把录音保存为文件，再保存标志数据";
+constexpr UiText kSaved = "标志数据已保存为 %s";
+constexpr UiText kDamaged = "标志文件已损坏，没有读入：%s";
+constexpr UiText kCorrected = "标志文件中有位置超出声音或次序不对，已更正：%s";
 
 constexpr UiText kSaveStretchTitle = "保存声音数据文件";
-constexpr const char* kLabelTitle = "输入标注文字";
-constexpr const char* kLabelPrompt = "输入标注文字（最长12字符或6汉字）";
-constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
-constexpr const char* kPlaceTitle = "指定位置";
-constexpr const char* kNoSuchPlace = "没有这个标志带或时间，请重新输入";
-constexpr const char* kChooseToolFirst = "请先选择一种操作";
+constexpr UiText kLabelTitle = "输入标注文字";
+constexpr UiText kLabelPrompt = "输入标注文字（最长12字符或6汉字）";
+constexpr UiText kPlaceTitle = "指定位置";
+constexpr UiText kNoSuchPlace = "没有这个标志带或时间，请重新输入";
+constexpr UiText kChooseToolFirst = "请先选择一种操作";
 constexpr int kFirstField = 1000, kSecondField = 1001;
 
 int IndexOf(MarkerTool tool) { return static_cast<int>(tool) - 1; }
@@ -72,9 +82,9 @@ std::string ReadMarkers(const SoundDocument& document, MarkerState& state) {
   if (!InputFile(path).isOpen()) return {};
   const auto bytes = ReadWholeFile(path, kMarkerFileBytes);
   auto content = bytes ? ParseMarkers(*bytes, document.sampleCount) : std::nullopt;
-  if (!content) return Format(kDamaged, path.c_str());
+  if (!content) return Format(kDamaged.Get(), path.c_str());
   state.set = std::move(content->set);
-  return content->corrected ? Format(kCorrected, path.c_str()) : "";
+  return content->corrected ? Format(kCorrected.Get(), path.c_str()) : "";
 }
 
 void Open(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play) {
@@ -92,7 +102,7 @@ std::string AskLabelText(Window& window) {
     const std::string& text = form.ValueOf(kFirstField);
     const std::string gbk = IpaToGbk(text);
     if (IpaFromGbk(gbk) == text) return IpaFromGbk(CutGbk(gbk, kMarkerLabelBytes));
-    window.Notify(kNoGbkCode);
+    window.Notify(messages::kNoGbkCode);
   }
   return {};
 }
@@ -123,11 +133,11 @@ bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& sta
   }
   const std::string path = MarkerPathOf(document.filePath);
   if (SaveFile(window, path, MarkerBytesOf(state.set)) < 0) {
-    window.Notify(kCannotCreate, Icon::Error);
+    window.Notify(messages::kCannotCreate, Icon::Error);
     return false;
   }
   state.changed = false;
-  window.ShowStatus(Format(kSaved, path.c_str()));
+  window.ShowStatus(Format(kSaved.Get(), path.c_str()));
   return true;
 }
 
@@ -148,10 +158,12 @@ void DropOldMarkers(Window& window, const SoundDocument& document, MarkerState& 
 MarkerWindow::MarkerWindow(const SoundDocument& document, MarkerState& state, const PlayStretch& play)
     : document_(document), state_(state), play_(play), height_(MarkerWindow::PreferredSize().y) {}
 
+std::string MarkerWindow::Title() const { return kTitle; }
+
 std::vector<ToolControl> MarkerWindow::Controls() const {
-  std::vector<ToolControl> controls = {{kSave, "保存标志"},
-                                       {kExpand, "波形扩展", true, false, kZoomInstruction},
-                                       {kShrink, "波形收缩", true, false, kZoomInstruction}};
+  std::vector<ToolControl> controls = {{kSave, kSaveButton},
+                                       {kExpand, kExpandButton, true, false, kZoomInstruction},
+                                       {kShrink, kShrinkButton, true, false, kZoomInstruction}};
   for (int i = 0; i < std::ssize(kTools); ++i)
     controls.push_back(
         {kFirstTool + i, kTools[i].button, true, i == IndexOf(state_.view.tool), kTools[i].instruction});
@@ -233,7 +245,7 @@ void MarkerWindow::Press(Window& window, const ToolControl& control) {
 void MarkerWindow::Choose(Window& window, MarkerTool tool) {
   const ToolTexts& texts = kTools[IndexOf(tool)];
   const bool usable = tool == MarkerTool::DeleteLabel ? state_.set.HasLabels() : state_.set.HasMarkers();
-  if (texts.refusal != nullptr && !usable) return window.Notify(texts.refusal);
+  if (texts.refusal && !usable) return window.Notify(*texts.refusal);
   state_.view.tool = tool;
   Instruct(window, texts.instruction);
 }
@@ -245,7 +257,7 @@ void MarkerWindow::Zoom(Window& window, bool expand) {
   Instruct(window, kZoomInstruction);
 }
 
-void MarkerWindow::Instruct(Window& window, const char* text) {
+void MarkerWindow::Instruct(Window& window, UiText text) {
   state_.view.instruction = text;
   window.ShowStatus(text);
 }
@@ -268,7 +280,7 @@ void MarkerWindow::Act(Window& window, const MarkerPoint& at) {
 }
 
 void MarkerWindow::Take(Window& window, const MarkerOutcome& outcome) {
-  if (outcome.refusal != nullptr) window.Notify(outcome.refusal);
+  if (outcome.refusal) window.Notify(*outcome.refusal);
   if (!outcome.changed) return;
   state_.changed = true;
   window.Repaint();
@@ -276,7 +288,7 @@ void MarkerWindow::Take(Window& window, const MarkerOutcome& outcome) {
 
 void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
   const LabelPlace place = PlaceOfLabel(state_.set, Scale(), at);
-  if (place.refusal != nullptr) return window.Notify(place.refusal);
+  if (place.refusal) return window.Notify(*place.refusal);
   const std::string text = AskLabelText(window);
   if (!text.empty())
     Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
@@ -298,9 +310,8 @@ void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
 void MarkerWindow::AskPlace(Window& window) {
   if (state_.view.tool == MarkerTool::None) return window.ShowStatus(kChooseToolFirst);
   InputForm form{kPlaceTitle, {}};
-  form.fields.push_back(
-      {kFirstField, FieldKind::Number, "标志带（1--4）", Format("%d", state_.view.band + 1)});
-  form.fields.push_back({kSecondField, FieldKind::Number, "时间（秒）", ""});
+  form.fields.push_back({kFirstField, FieldKind::Number, kBandLabel, Format("%d", state_.view.band + 1)});
+  form.fields.push_back({kSecondField, FieldKind::Number, kTimeLabel, ""});
   while (window.AskInput(form)) {
     const int band = form.CountOf(kFirstField) - 1;
     const std::string& text = form.ValueOf(kSecondField);
@@ -322,12 +333,12 @@ void MarkerWindow::AskPlace(Window& window) {
 std::string MarkerWindow::Hover(Point at) const {
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const MarkerPoint point = PointAt(at);
-  std::string line = Format("%.3f s  样点 %d", point.sample / double(document_.sampleRate), point.sample);
+  std::string line = Format(kHoverLine.Get(), point.sample / double(document_.sampleRate), point.sample);
   if (at.y < ClickOrigin().y) return line;
-  line += Format("  标志带 %d", point.band + 1);
+  line += Format(kHoverBand.Get(), point.band + 1);
   const MarkerStretch around = StretchAt(state_.set, point, document_.sampleCount);
   const double rate = document_.sampleRate;
-  line += Format("  段 %.3f--%.3f s", around.start / rate, around.end / rate);
+  line += Format(kHoverStretch.Get(), around.start / rate, around.end / rate);
   for (const MarkerLabel& label : state_.set.Labels(point.band))
     if (!label.IsPoint() && label.start <= point.sample && point.sample < label.end)
       line += "  " + label.text;
@@ -342,10 +353,10 @@ std::string MarkerWindow::Text() const {
   std::string text;
   for (int band = 0; band < kMarkerBands; ++band) {
     for (const std::int32_t position : state_.set.Markers(band))
-      text += Format("%d\t标志\t", band + 1) + seconds(position) + "\n";
+      text += Format(kMarkerLine.Get(), band + 1, seconds(position).c_str());
     for (const MarkerLabel& label : state_.set.Labels(band))
-      text += Format("%d\t标注\t", band + 1) + seconds(label.start) + "\t" + seconds(label.end) + "\t" +
-              label.text + "\n";
+      text += Format(kLabelLine.Get(), band + 1, seconds(label.start).c_str(), seconds(label.end).c_str(),
+                     label.text.c_str());
   }
   return text;
 }

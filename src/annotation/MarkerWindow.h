@@ -42,7 +42,7 @@ class MarkerWindow : public ToolWindow {
   MarkerWindow(const SoundDocument& document, MarkerState& state, const PlayStretch& play);
 
   std::string Name() const override { return "markers"; }
-  std::string Title() const override { return "增减标志"; }
+  std::string Title() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
   Point PreferredSize() const override;
@@ -64,7 +64,7 @@ class MarkerWindow : public ToolWindow {
   void Choose(Window& window, MarkerTool tool);
   void Zoom(Window& window, bool expand);
   void MoveTo(std::int64_t start) { ScrollMarkersTo(state_.view, start, document_.sampleCount); }
-  void Instruct(Window& window, const char* text);
+  void Instruct(Window& window, UiText text);
   /// Does with the place what the tool says.
   void Act(Window& window, const MarkerPoint& at);
   void AskPlace(Window& window);

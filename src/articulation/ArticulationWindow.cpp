@@ -6,6 +6,7 @@
 #include "base/Files.h"
 #include "spectral/Formants.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 
 namespace parlowen {
@@ -105,7 +106,7 @@ void ShowArticulationCommand(Window& window, const ArticulationDesk& desk) {
 }
 
 void EstimateFromSelection(Window& window, const SoundDocument& document, ArticulationState& state) {
-  if (!document.selectionDefined()) return window.ShowStatus(kMarkFirst);
+  if (!document.selectionDefined()) return window.ShowStatus(messages::kMarkFirst);
   if (document.sampleRate >= kHighRate) return window.Notify(kRateTooHigh);
   LpcAnalyser analyser;
   const auto formants = MedianFormants(FormantTrack(

@@ -5,9 +5,15 @@
 
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr FileText kTitle = "\r\n          鼻音能量比数据\r\n\r\n %s\r\n";
+constexpr FileText kHead = " 采样率=%d Hz  增益比=%.4f  帧数=%d  有效帧数=%d\r\n";
+constexpr FileText kFigures = " 平均值=%.2f%%  标准差=%.2f%%  最小值=%.2f%%  最大值=%.2f%%\r\n";
+constexpr FileText kColumns = "\r\n 帧序号      时间(s)    鼻音能量比(%)\r\n";
 
 constexpr std::int32_t kHeadBytes = 12;  // start, step, gain ratio
 constexpr float kBlank = -1.0f;
@@ -50,13 +56,12 @@ std::optional<NasalanceCurve> ParseNas(ByteSpan file) {
 std::string NasRatioText(const NasalanceCurve& curve, const std::string& source, int sampleRate) {
   const NasalanceFigures figures = FiguresOf(curve.values);
   const double rate = sampleRate;
-  std::string text = "\r\n          鼻音能量比数据\r\n\r\n " + source + "\r\n";
-  text += Format(" 采样率=%d Hz  增益比=%.4f  帧数=%d  有效帧数=%d\r\n", sampleRate,
-                 static_cast<double>(curve.gainRatio), static_cast<int>(curve.values.size()), figures.count);
+  std::string text = Format(kTitle, source.c_str());
+  text += Format(kHead, sampleRate, static_cast<double>(curve.gainRatio),
+                 static_cast<int>(curve.values.size()), figures.count);
   if (figures.count > 0)
-    text += Format(" 平均值=%.2f%%  标准差=%.2f%%  最小值=%.2f%%  最大值=%.2f%%\r\n", figures.mean,
-                   figures.deviation, figures.smallest, figures.largest);
-  text += "\r\n 帧序号      时间(s)    鼻音能量比(%)\r\n";
+    text += Format(kFigures, figures.mean, figures.deviation, figures.smallest, figures.largest);
+  text += kColumns;
   for (std::size_t i = 0; i < curve.values.size(); ++i) {
     // The middle of a frame of two steps is where the next one begins.
     const double time = (curve.start + static_cast<double>(i + 1) * curve.step) / rate;

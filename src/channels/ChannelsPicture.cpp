@@ -7,13 +7,17 @@
 #include "base/Format.h"
 #include "document/WavePyramid.h"
 #include "dsp/Decibel.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
+constexpr UiText kOralBandName = "350--650 Hz";
+constexpr UiText kGainRatio = "  增益比 %.3f";
+constexpr UiText kFigures = "  鼻音能量比：平均 %.1f%%  标准差 %.1f%%  最小 %.1f%%  最大 %.1f%%";
 constexpr UiText kNoseName = "声道1：鼻", kMouthName = "声道2：口", kLevelName = "幅度 (dB)",
-                 kRatioName = "鼻音能量比 (%)", kNotTwoChannel = "没有双声道数据！";
+                 kRatioName = "鼻音能量比 (%)";
 constexpr int kLineHeight = 18, kAxisHeight = 18, kGap = 4, kTitleHeight = 16;
 constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
 constexpr double kFinestTick = 1e-3;
@@ -109,18 +113,18 @@ std::string FiguresLine(const SoundDocument& document, const ChannelsState& stat
   const NasalanceCurve& curve = state.Curve(document);
   const NasalanceFigures figures = FiguresOf(curve.values);
   const std::string opened = state.OpenedName(document);
-  std::string line = !opened.empty() ? opened : state.settings.fullBand ? "全频带" : "350--650 Hz";
-  line += Format("  增益比 %.3f", static_cast<double>(curve.gainRatio));
+  std::string line = !opened.empty() ? opened : state.settings.fullBand ? kFullBandName : kOralBandName;
+  line += Format(kGainRatio.Get(), static_cast<double>(curve.gainRatio));
   if (figures.count == 0) return line;
-  return line + Format("  鼻音能量比：平均 %.1f%%  标准差 %.1f%%  最小 %.1f%%  最大 %.1f%%", figures.mean,
-                       figures.deviation, figures.smallest, figures.largest);
+  return line + Format(kFigures.Get(), figures.mean, figures.deviation, figures.smallest, figures.largest);
 }
 
 Picture ChannelsPicture(const SoundDocument& document, const ChannelsState& state, const ChannelsView& view,
                         int height) {
   Picture picture{view.width, height, {}};
   if (!document.twoChannel || document.sampleRate <= 0) {
-    picture.Add(TextMark{view.width / 2, height / 2, kNotTwoChannel, colours::kText, 14, Anchor::Middle});
+    picture.Add(
+        TextMark{view.width / 2, height / 2, messages::kNoTwoChannels, colours::kText, 14, Anchor::Middle});
     return picture;
   }
   const Layout layout(height);

@@ -3,8 +3,12 @@
 #include "document/SoundDocument.h"
 #include "ui/Picture.h"
 #include "ui/Plot.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+
+/// The band of the whole spectrum, in the figures and on the button that chooses it.
+inline constexpr UiText kFullBandName = "全频带";
 
 /// The common axis of the window's panes: at zoom 1 the whole sound lies under the columns behind the margin.
 struct ChannelsView {

@@ -10,7 +10,9 @@
 #include "base/Format.h"
 #include "channels/ChannelFiles.h"
 #include "document/EditCommands.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
@@ -18,16 +20,18 @@ namespace {
 constexpr int kPlayFirst = 1, kPlaySecond = 2, kFullBand = 1201, kCalibrate = 1202, kSave = 1203,
               kOpen = 1204, kShow = 1205, kExport = 1206;
 
-constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
-constexpr const char* kNoEqualSound = "校准段内两个声道都应有声音！";
-constexpr UiText kSaveTitle = "保存鼻音能量比数据文件", kOpenTitle = "打开鼻音能量比数据文件",
-                 kExportTitle = "导出立体声WAV";
-constexpr const char* kNoCurve = "没有鼻音能量比数据！";
-constexpr const char* kNoNasFile = "无此鼻音能量比数据文件！";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kCannotOpen = "文件打开错误！";
-constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
-constexpr const char* kBadNameCaption = "文件夹或文件名错误";
+constexpr UiText kTitle = "双声道数据";
+constexpr UiText kPlayFirstButton = "放声道1";
+constexpr UiText kPlaySecondButton = "放声道2";
+constexpr UiText kCalibrateButton = "校准";
+constexpr UiText kOpenButton = "打开数据";
+constexpr UiText kHoverLine = "%.3f s  样点 %d  声道1：%d  声道2：%d";
+constexpr UiText kHoverRatio = "  鼻音能量比 %.1f%%";
+constexpr UiText kFullBandOn = "全频带 ✓";
+constexpr UiText kNoEqualSound = "校准段内两个声道都应有声音！";
+constexpr UiText kSaveTitle = "保存鼻音能量比数据文件", kOpenTitle = "打开鼻音能量比数据文件";
+constexpr UiText kNoCurve = "没有鼻音能量比数据！";
+constexpr UiText kNoNasFile = "无此鼻音能量比数据文件！";
 constexpr const char* kTextName = "NasRatio.txt";
 
 FileDialog NasDialog(UiText title) {
@@ -53,17 +57,19 @@ ChannelsWindow::ChannelsWindow(const ChannelsDesk& desk) : desk_(desk) {
   view_.width = desk.document.paneWidth;
 }
 
+std::string ChannelsWindow::Title() const { return kTitle; }
+
 std::vector<ToolControl> ChannelsWindow::Controls() const {
   const bool two = desk_.document.twoChannel;
   const bool curve = !desk_.state.Curve(desk_.document).values.empty();
-  return {{kPlayFirst, "放声道1", two},
-          {kPlaySecond, "放声道2", two},
-          {kFullBand, desk_.state.settings.fullBand ? "全频带 ✓" : "全频带", two},
-          {kCalibrate, "校准", two},
-          {kSave, "保存数据", curve},
-          {kOpen, "打开数据", true},
-          {kShow, "显示数据", curve},
-          {kExport, "导出立体声WAV", two}};
+  return {{kPlayFirst, kPlayFirstButton, two},
+          {kPlaySecond, kPlaySecondButton, two},
+          {kFullBand, desk_.state.settings.fullBand ? kFullBandOn : kFullBandName, two},
+          {kCalibrate, kCalibrateButton, two},
+          {kSave, messages::kSaveData, curve},
+          {kOpen, kOpenButton, true},
+          {kShow, messages::kShowData, curve},
+          {kExport, messages::kExportStereo, two}};
 }
 
 Picture ChannelsWindow::Draw(int width, int height) const {
@@ -128,15 +134,15 @@ std::string ChannelsWindow::Hover(Point at) const {
   const SoundDocument& document = desk_.document;
   if (!document.twoChannel || document.sampleCount == 0 || document.sampleRate <= 0) return {};
   const int sample = std::min(view_.SampleAt(document, at.x), document.sampleCount - 1);
-  std::string line = Format("%.3f s  样点 %d  声道1：%d  声道2：%d", sample / double(document.sampleRate),
-                            sample, document.samples[sample], document.samples2[sample]);
+  std::string line = Format(kHoverLine.Get(), sample / double(document.sampleRate), sample,
+                            document.samples[sample], document.samples2[sample]);
   // The frame whose middle is nearest.
   const NasalanceCurve& curve = desk_.state.Curve(document);
   if (curve.step < 1) return line;
   const int frame = (sample - curve.start + curve.step / 2) / curve.step - 1;
   if (frame < 0 || frame >= std::ssize(curve.values)) return line;
   const float value = curve.values[static_cast<std::size_t>(frame)];
-  return std::isnan(value) ? line : line + Format("  鼻音能量比 %.1f%%", static_cast<double>(value));
+  return std::isnan(value) ? line : line + Format(kHoverRatio.Get(), static_cast<double>(value));
 }
 
 void ChannelsWindow::Closed(Window& window) {
@@ -162,7 +168,7 @@ void ChannelsWindow::ToggleFullBand(Window& window) {
 void ChannelsWindow::Calibrate(Window& window) {
   const SoundDocument& document = desk_.document;
   if (!RequireTwoChannels(window, document)) return;
-  if (!document.selectionDefined()) return window.ShowStatus(kMarkFirst);
+  if (!document.selectionDefined()) return window.ShowStatus(messages::kMarkFirst);
   const float ratio = MeasureGainRatio(document.Samples(), {document.samples2.data(), document.sampleCount},
                                        document.sampleRate, document.selectionStart, document.selectionEnd,
                                        desk_.state.settings.fullBand);
@@ -177,7 +183,7 @@ void ChannelsWindow::SaveCurve(Window& window) {
   const auto choice = window.AskSaveFile(NasDialog(kSaveTitle));
   if (!choice) return;
   if (SaveFile(window, choice->path, NasBytesOf(desk_.state.Curve(desk_.document))) < 0)
-    window.Notify(kCannotCreate, Icon::Error);
+    window.Notify(messages::kCannotCreate, Icon::Error);
 }
 
 void ChannelsWindow::OpenCurve(Window& window) {
@@ -198,17 +204,18 @@ void ChannelsWindow::ShowCurve(Window& window) {
   const std::string source = opened.empty() ? desk_.document.filePath : opened;
   const std::string text = NasRatioText(curve, source, desk_.document.sampleRate);
   const std::string path = desk_.exportFolder.empty() ? kTextName : desk_.exportFolder + "/" + kTextName;
-  if (SaveFile(window, path, BytesOf(text)) < 0) return window.Notify(kCannotOpen, Icon::Error);
+  if (SaveFile(window, path, BytesOf(text)) < 0)
+    return window.Notify(messages::kCannotOpenListing, Icon::Error);
   window.OpenInEditor(path);
 }
 
 void ChannelsWindow::ExportStereo(Window& window) {
   if (!RequireTwoChannels(window, desk_.document)) return;
   constexpr const FileKind& kKind = FileKindNamed("saved wav");
-  const auto choice = window.AskSaveFile({kExportTitle, {kKind}, kKind.extension});
+  const auto choice = window.AskSaveFile({messages::kExportStereo, {kKind}, kKind.extension});
   if (!choice) return;
   if (SaveFile(window, choice->path, StereoWavBytesOf(desk_.document)) < 0)
-    window.ShowError(kBadSaveName, kBadNameCaption);
+    window.ShowError(messages::kBadSaveName, messages::kBadNameCaption);
 }
 
 void ChannelsWindow::MoveTo(std::int64_t start) {

@@ -31,7 +31,7 @@ class ChannelsWindow : public ToolWindow {
   explicit ChannelsWindow(const ChannelsDesk& desk);
 
   std::string Name() const override { return "channels"; }
-  std::string Title() const override { return "双声道数据"; }
+  std::string Title() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
   void Click(Window& window, Point at, MouseButton button, bool shift) override;

@@ -6,9 +6,13 @@
 #include "base/Format.h"
 #include "base/IpaCodes.h"
 #include "ui/Plot.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kTitle = "音长统计结果";
+constexpr UiText kGroupLine = "第%d组  %s  %d 个  平均值 %.1f ms  标准差 %.1f ms";
 
 constexpr int kLeft = 30, kTop = 45, kBaseLine = 205;  // the frame
 constexpr int kHighestBar = 35, kLowestBar = 225;
@@ -74,6 +78,8 @@ Picture DurationPicture(const std::vector<DurationGroup>& groups, int first, int
   return picture;
 }
 
+std::string DurationChart::Title() const { return kTitle; }
+
 Picture DurationChart::Draw(int width, int height) const {
   fitting_ = BarsIn(width);
   return DurationPicture(groups_, first_, width, height);
@@ -103,8 +109,8 @@ std::string DurationChart::Hover(Point at) const {
   const int group = first_ + (at.x - kLeft) / kBarStep;
   if (group >= static_cast<int>(groups_.size())) return {};
   const DurationGroup& hit = groups_[static_cast<std::size_t>(group)];
-  return Format("第%d组  %s  %d 个  平均值 %.1f ms  标准差 %.1f ms", group + 1, IpaFromGbk(hit.name).c_str(),
-                static_cast<int>(hit.count), hit.mean, hit.deviation);
+  return Format(kGroupLine.Get(), group + 1, IpaFromGbk(hit.name).c_str(), static_cast<int>(hit.count),
+                hit.mean, hit.deviation);
 }
 
 }  // namespace parlowen

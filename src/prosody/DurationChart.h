@@ -19,7 +19,7 @@ class DurationChart : public ToolWindow {
   explicit DurationChart(std::vector<DurationGroup> groups) : groups_(std::move(groups)) {}
 
   std::string Name() const override { return "durations"; }
-  std::string Title() const override { return "音长统计结果"; }
+  std::string Title() const override;
   Picture Draw(int width, int height) const override;
   bool Key(Window& window, const std::string& key) override;
   void Scroll(Window& window, int steps) override;

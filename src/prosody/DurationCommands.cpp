@@ -2,11 +2,14 @@
 
 #include "prosody/DurationChart.h"
 #include "prosody/Durations.h"
+#include "ui/Text.h"
 #include "ui/TextExport.h"
 
 namespace parlowen {
 namespace {
 
+constexpr UiText kDamaged = "声音长度统计文件错误！";
+constexpr UiText kMissing = "无此音长统计数据文件！";
 constexpr UiText kOpenTitle = "打开音长统计数据文件";
 constexpr const char* kReportName = "WvLength.txt";
 
@@ -16,8 +19,8 @@ const GroupKind& DurationKind() {
   static const GroupKind kind = {
       kDurationLayout,
       {kOpenTitle, {FileKindNamed("lgs")}, FileKindNamed("lgs").extension},
-      "声音长度统计文件错误！",
-      "无此音长统计数据文件！",
+      kDamaged,
+      kMissing,
       true,
       true,
   };

@@ -5,8 +5,17 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+namespace {
+
+constexpr FileText kReportTitle = "\r\n          音长统计数据\r\n";
+constexpr FileText kGroupTitle = "\r\n          第%d组：组名：";
+constexpr FileText kDataTitle = "\r\n\r\n数据(ms)：";
+constexpr FileText kMean = "\r\n平均值=%7.1fms,  标准差=%6.1fms\r\n";
+
+}  // namespace
 
 std::uint16_t DurationOf(int samples, int sampleRate) {
   if (sampleRate <= 0) return 0;
@@ -29,11 +38,10 @@ std::vector<DurationGroup> SummariesOf(const std::vector<ValueGroup>& groups) {
 }
 
 std::string DurationReport(const std::vector<ValueGroup>& groups) {
-  std::string text = ToGbk("\r\n          音长统计数据\r\n");
+  std::string text = ToGbk(kReportTitle);
   int number = 0;
   for (const ValueGroup& group : groups) {
-    text += ToGbk(Format("\r\n          第%d组：组名：", ++number)) + "'" + group.name + "'" +
-            ToGbk("\r\n\r\n数据(ms)：");
+    text += ToGbk(Format(kGroupTitle, ++number)) + "'" + group.name + "'" + ToGbk(kDataTitle);
     const int sign = group.negative ? -1 : 1;
     int column = 0;
     for (const std::uint16_t value : group.values) {
@@ -41,7 +49,7 @@ std::string DurationReport(const std::vector<ValueGroup>& groups) {
       if (++column % 6 == 0) text += "\r\n          ";
     }
     const DurationGroup summary = SummaryOf(group);
-    text += ToGbk(Format("\r\n平均值=%7.1fms,  标准差=%6.1fms\r\n", summary.mean, summary.deviation));
+    text += ToGbk(Format(kMean, summary.mean, summary.deviation));
   }
   return text;
 }

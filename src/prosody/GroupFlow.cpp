@@ -5,24 +5,23 @@
 #include "base/Files.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kSameGroup = "加入现在的统计组（Yes)?加入到别的组（No)？";
-constexpr const char* kSameGroupCaption = "别的统计组？";
-constexpr const char* kNewGroup = "新的统计组（Yes)?添加到已有的组中（No)？";
-constexpr const char* kNewGroupCaption = "新统计组？";
-constexpr const char* kSign = "使用正音长（Yes)?负音长（No)？";
-constexpr const char* kSignCaption = "音长符号？";
-constexpr const char* kNameTitle = "输入统计组名";
-constexpr const char* kNameLabel = "输入组名（最长6字符）";
-constexpr const char* kNoSuchFile = "文件不存在！";
-constexpr const char* kCannotOpen = "文件打开错误，请重试！";
-constexpr const char* kFull = "数据太多，不能再加入！";
-constexpr const char* kNoSuchGroup = "无此组名！";
-constexpr const char* kNoGbkCode = "有字符没有 GBK 编码，请改写";
+constexpr UiText kSameGroup = "加入现在的统计组（Yes)?加入到别的组（No)？";
+constexpr UiText kSameGroupCaption = "别的统计组？";
+constexpr UiText kNewGroup = "新的统计组（Yes)?添加到已有的组中（No)？";
+constexpr UiText kNewGroupCaption = "新统计组？";
+constexpr UiText kSign = "使用正音长（Yes)?负音长（No)？";
+constexpr UiText kSignCaption = "音长符号？";
+constexpr UiText kNameTitle = "输入统计组名";
+constexpr UiText kNameLabel = "输入组名（最长6字符）";
+constexpr UiText kCannotOpen = "文件打开错误，请重试！";
+constexpr UiText kNoSuchGroup = "无此组名！";
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -39,7 +38,7 @@ bool CanWrite(const std::string& path) {
 
 /// The bytes of a good group file. Else nothing, and `cannotOpen` or the kind's own message was shown.
 std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std::string& path,
-                                const char* cannotOpen) {
+                                UiText cannotOpen) {
   auto bytes = ReadWholeFile(path);
   if (!bytes || !CanWrite(path)) {
     window.Notify(cannotOpen, Icon::Error);
@@ -52,7 +51,7 @@ std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std
   return bytes;
 }
 
-bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, const char* cannotWrite) {
+bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, UiText cannotWrite) {
   if (SaveFile(window, path, bytes) == 0) return true;
   window.Notify(cannotWrite, Icon::Error);
   return false;
@@ -66,18 +65,19 @@ std::optional<std::string> AskGroupName(Window& window) {
   while (window.AskInput(form)) {
     const std::string& text = form.ValueOf(1000);
     if (HasIpaCodes(text)) return std::string(CutGbk(IpaToGbk(text), kGroupNameBytes));
-    window.Notify(kNoGbkCode);
+    window.Notify(messages::kNoGbkCode);
   }
   return {};
 }
 
 bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
                   std::span<const std::uint16_t> slot) {
-  auto bytes = OpenGroups(window, kind, current.path, kNoSuchFile);
+  auto bytes = OpenGroups(window, kind, current.path, messages::kNoSuchFile);
   if (!bytes) return false;
   if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Refuse(kind.damaged, Icon::Error);
-  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false)) return window.Refuse(kFull);
-  return WriteGroups(window, current.path, *bytes, kNoSuchFile);
+  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false))
+    return window.Refuse(messages::kTooMuchData);
+  return WriteGroups(window, current.path, *bytes, messages::kNoSuchFile);
 }
 
 bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
@@ -92,7 +92,7 @@ bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, c
     bytes = std::move(*present);
   }
   const int index = AppendGroup(kind.layout, bytes, *name, negative, slot);
-  if (index < 0) return window.Refuse(kFull);
+  if (index < 0) return window.Refuse(messages::kTooMuchData);
   if (!WriteGroups(window, path, bytes, kCannotOpen)) return false;
   current = {true, path, index};
   return true;
@@ -106,7 +106,8 @@ bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
   if (!bytes) return false;
   const int index = FindGroup(kind.layout, *bytes, *name);
   if (index < 0) return window.Refuse(kNoSuchGroup);
-  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest)) return window.Refuse(kFull);
+  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest))
+    return window.Refuse(messages::kTooMuchData);
   if (!WriteGroups(window, path, *bytes, kCannotOpen)) return false;
   current = {true, path, index};
   return true;

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "prosody/GroupFile.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -13,8 +14,8 @@ namespace parlowen {
 struct GroupKind {
   GroupLayout layout;
   FileDialog dialog;
-  const char* damaged;      ///< the file is no group file of this kind
-  const char* missing;      ///< the report's file cannot be opened
+  UiText damaged;           ///< the file is no group file of this kind
+  UiText missing;           ///< the report's file cannot be opened
   bool asksSign = false;    ///< a new group is positive or negative
   bool clearsRest = false;  ///< a value added by name zeroes the slots behind it
 };

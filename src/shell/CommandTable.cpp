@@ -24,6 +24,7 @@
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrumWindow.h"
 #include "synthesis/SynthesisCommands.h"
+#include "ui/Text.h"
 #include "voice/GlottalCommands.h"
 #include "vowel/VowelCommands.h"
 #include "vowel/VowelGroupCommands.h"
@@ -430,13 +431,13 @@ constexpr CommandRow kRows[] = {
     {kImportContactFrames, Menu::Exchange, "导入腭位帧[&U]", "", kPlain, Need::Samples, ImportContactFrames},
 };
 
-constexpr const char* kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",
-                                      "元音", "腭位",   "双声道", "编辑",     "选择与标注",
-                                      "设置", "区域",   "帮助",   "扩展",     "与其他程序交换"};
+constexpr UiText kMenuNames[] = {"文件", "录放音", "基频",   "声调统计", "频谱",
+                                 "元音", "腭位",   "双声道", "编辑",     "选择与标注",
+                                 "设置", "区域",   "帮助",   "扩展",     "与其他程序交换"};
 
 }  // namespace
 
-const char* MenuName(Menu menu) { return kMenuNames[static_cast<int>(menu)]; }
+UiText MenuName(Menu menu) { return kMenuNames[static_cast<int>(menu)]; }
 
 std::span<const CommandRow> CommandTable() { return kRows; }
 

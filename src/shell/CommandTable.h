@@ -4,6 +4,7 @@
 
 #include "ui/CommandNumbers.h"
 #include "ui/CommandStates.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 
@@ -29,7 +30,7 @@ enum class Menu {
 };
 
 /// The menu's own name, e.g. "文件".
-const char* MenuName(Menu menu);
+UiText MenuName(Menu menu);
 
 /// What choosing a command means for everything else.
 enum class Does {

@@ -1,12 +1,15 @@
 #include "shell/HelpPages.h"
 
 #include "base/Files.h"
+#include "base/Format.h"
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kNoHelp = "不能调入帮助";
+constexpr UiText kNoHelp = "不能调入帮助";
+constexpr UiText kAbout = "Parlowen(Tessiran) %s\n语音分析工作站\n\n界面：Qt 6 Widgets（LGPL）";
 
 const char* PageOf(Activity activity) {
   switch (activity) {
@@ -28,8 +31,6 @@ void OpenHelp(Window& window, const std::string& dataFolder, Activity activity) 
   window.OpenInEditor(page);
 }
 
-std::string AboutText() {
-  return "Parlowen(Tessiran) " PARLOWEN_VERSION "\n语音分析工作站\n\n界面：Qt 6 Widgets（LGPL）";
-}
+std::string AboutText() { return Format(kAbout.Get(), PARLOWEN_VERSION); }
 
 }  // namespace parlowen

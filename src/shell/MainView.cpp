@@ -25,6 +25,23 @@
 namespace parlowen {
 namespace {
 
+constexpr UiText kStartOnly = "起 %.3f s (%d)";
+constexpr UiText kEndOnly = "止 %.3f s (%d)";
+constexpr UiText kNothingSelected = "未选定语音段";
+constexpr UiText kSelectionLine = "起 %.3f s │ %.3f s (%.3f/s) │ 止 %.3f s      样点 %d │ %d │ %d";
+constexpr UiText kHoverLine = "%.3f s%s样点 %d%s幅度 %d%s%.1f dB";
+constexpr UiText kHoverPitch = "%sF0 %.1f Hz%s%.1f 半音";
+constexpr UiText kHoverGrey = "%s灰度 %d";
+constexpr UiText kStartHint = "打开声音文件（Ctrl+O），或把文件拖到窗口中";
+constexpr UiText kRegionDragHint = "按住鼠标左键拖出要复制的区域，Esc 取消";
+constexpr UiText kRegionChosenHint = "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+constexpr UiText kSegmentChartHint = "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
+constexpr UiText kPointChartHint =
+    "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
+constexpr UiText kGroupPlotHint = "元音组位置图；M：组名；B：返回元音图";
+constexpr UiText kSpectrogramHint =
+    "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；D/L：谱图加深／淡化；F：共振峰；空格：放音";
+constexpr UiText kSoundHint = "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；滚轮：移动；空格：放音";
 constexpr UiText kWaitingHint = "正在录音：听到语音后开始保存；T 键：停止录音";
 constexpr UiText kRecordingHint = "正在录音：声音正在保存；T 键：停止录音";
 constexpr UiText kGainTestHint = "正在测试录音增益：请保持安静，约 4 秒；T 键：提前结束";
@@ -400,15 +417,14 @@ std::string MainView::SelectionLine() const {
   const double rate = std::max(1, document_.sampleRate);  // marks can be made before any sound is there
   if (!document_.selectionDefined()) {
     if (document_.selectionStart >= 0)
-      return Format("起 %.3f s (%d)", document_.selectionStart / rate, document_.selectionStart);
+      return Format(kStartOnly.Get(), document_.selectionStart / rate, document_.selectionStart);
     if (document_.selectionEnd >= 0)
-      return Format("止 %.3f s (%d)", document_.selectionEnd / rate, document_.selectionEnd);
-    return "未选定语音段";
+      return Format(kEndOnly.Get(), document_.selectionEnd / rate, document_.selectionEnd);
+    return kNothingSelected;
   }
   const int length = document_.SelectionLength();
-  return Format("起 %.3f s │ %.3f s (%.3f/s) │ 止 %.3f s      样点 %d │ %d │ %d",
-                document_.selectionStart / rate, length / rate, rate / length, document_.selectionEnd / rate,
-                document_.selectionStart, length, document_.selectionEnd);
+  return Format(kSelectionLine.Get(), document_.selectionStart / rate, length / rate, rate / length,
+                document_.selectionEnd / rate, document_.selectionStart, length, document_.selectionEnd);
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
@@ -419,14 +435,13 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const int frame = FrameOfSample(sample, document_.sampleRate);
-  std::string line =
-      Format("%.3f s%s样点 %d%s幅度 %d%s%.1f dB", sample / double(document_.sampleRate), separator, sample,
-             separator, document_.samples[sample], separator, LevelAt(document_, sample));
+  std::string line = Format(kHoverLine.Get(), sample / double(document_.sampleRate), separator, sample,
+                            separator, document_.samples[sample], separator, LevelAt(document_, sample));
   const float period =
       frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
   if (period > 0) {
     const double frequency = document_.sampleRate / static_cast<double>(period);
-    line += Format("%sF0 %.1f Hz%s%.1f 半音", separator, frequency, separator,
+    line += Format(kHoverPitch.Get(), separator, frequency, separator,
                    kSemitonesPerOctave * std::log2(frequency / kLowestTone));
   }
   // In three dimensions a row is no frequency.
@@ -435,7 +450,7 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
         std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
-    if (column >= 0) line += Format("%s灰度 %d", separator, spectrogram_.matrix.Column(column)[row]);
+    if (column >= 0) line += Format(kHoverGrey.Get(), separator, spectrogram_.matrix.Column(column)[row]);
   }
   return line;
 }
@@ -448,24 +463,22 @@ std::string MainView::Hint() const {
     case Listening::No: break;
   }
   switch (document_.activity) {
-    case Activity::Start: return "打开声音文件（Ctrl+O），或把文件拖到窗口中";
-    case Activity::RegionDrag: return "按住鼠标左键拖出要复制的区域，Esc 取消";
-    case Activity::RegionChosen: return "区域已选定：用“复制区域”复制到剪贴板，Esc 取消";
+    case Activity::Start: return kStartHint;
+    case Activity::RegionDrag: return kRegionDragHint;
+    case Activity::RegionChosen: return kRegionChosenHint;
     case Activity::PitchRepair: return RepairHint(pitchRepair_);
     case Activity::Intonation: return IntonationHint();
-    case Activity::SegmentChart: return "一段元音的 F1-F2 图：红色为先，蓝色为后；可调入主要元音的平均值";
-    case Activity::PointChart:
-      return "在幅度/能量图中单击某点，插入该点数据；M：点序号；L：重画；Esc：退出元音图";
-    case Activity::GroupPlot: return "元音组位置图；M：组名；B：返回元音图";
+    case Activity::SegmentChart: return kSegmentChartHint;
+    case Activity::PointChart: return kPointChartHint;
+    case Activity::GroupPlot: return kGroupPlotHint;
     case Activity::GlottalWave: return kGlottalHint;
     case Activity::Annotation: return kAnnotationHint;
     case Activity::Characters: return kCharactersHint;
     case Activity::Palate: return kPalateHint;
     default: break;
   }
-  if (spectrogram_.shown)
-    return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；D/L：谱图加深／淡化；F：共振峰；空格：放音";
-  return "左键：起点，右键：终点，拖动：选定一段；S/X：缩放；滚轮：移动；空格：放音";
+  if (spectrogram_.shown) return kSpectrogramHint;
+  return kSoundHint;
 }
 
 }  // namespace parlowen

@@ -11,24 +11,26 @@
 #include "spectral/ConsonantFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Messages.h"
 #include "ui/Plot.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kRateRange = "辅音分析的采样频率必须在 16000Hz--22050Hz 之间！";
-constexpr const char* kNoStretch =
+constexpr UiText kFrameTitle = "辅音的帧参数";
+constexpr UiText kStretchTitle = "一段辅音的参数图";
+constexpr UiText kFrameTime = "T=%.2f 秒";
+constexpr UiText kStretchTimes = "T=%.2f -- %.2f（秒）";
+constexpr UiText kRateRange = "辅音分析的采样频率必须在 16000Hz--22050Hz 之间！";
+constexpr UiText kNoStretch =
     "\t\t要分析的辅音段未定义！\n\r请用鼠标左、右键在上方的幅度能量图或下方的波形图中定义辅音段";
-constexpr const char* kNoStretchCaption = "辅音段未定义";
-constexpr const char* kLowGravity =
+constexpr UiText kNoStretchCaption = "辅音段未定义";
+constexpr UiText kLowGravity =
     "谱图重心的频率偏低，可能不是清辅音！\n\r请在上方的幅度能量图中用鼠标左键选择辅音断面";
 constexpr UiText kSaveTitle = "保存辅音数据文件", kOpenTitle = "打开辅音数据文件";
-constexpr const char* kSaveQuestion = "保存此图的数据吗（Yes/No）？";
-constexpr const char* kSaveCaption = "保存数据？";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kNoFile = "无辅音数据文件！";
-constexpr const char* kCannotOpen = "文件打开错误！";
+constexpr UiText kNoFile = "无辅音数据文件！";
 constexpr const char* kTextName = "Cons.txt";
 constexpr const char* kHead = "Band energy strengths graph (Band No. 2--24):";
 
@@ -68,7 +70,7 @@ class ConsonantWindow : public ToolWindow {
  public:
   ConsonantWindow(SoundDocument& document, ConsonantState& state) : document_(document), state_(state) {}
   std::string Name() const override { return "consonant"; }
-  std::string Title() const override { return state_.stretch.empty() ? "辅音的帧参数" : "一段辅音的参数图"; }
+  std::string Title() const override { return state_.stretch.empty() ? kFrameTitle : kStretchTitle; }
   Picture Draw(int width, int height) const override { return ConsonantPicture(state_, width, height); }
   std::string Text() const override {
     if (!state_.shown) return {};
@@ -112,7 +114,7 @@ void SaveStretch(Window& window, const ConsonantState& state) {
     record.frames.push_back({frame.gravity, frame.dispersion});
   ByteWriter file;
   WriteConsonants(file, record);
-  if (SaveFile(window, choice->path, file) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (SaveFile(window, choice->path, file) < 0) window.Notify(messages::kCannotCreate, Icon::Error);
 }
 
 void AddBars(Picture& picture, const ConsonantFrame& frame) {
@@ -170,12 +172,12 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
   if (state.stretch.empty()) {
     AddLine(picture, 20, 24, kHead);
     AddLine(picture, 20, 44, MeasuresLine(state.frame));
-    AddLine(picture, 600, 24, Format("T=%.2f 秒", state.shownStart / rate));
+    AddLine(picture, 600, 24, Format(kFrameTime.Get(), state.shownStart / rate));
     AddBars(picture, state.frame);
     return picture;
   }
   const double end = state.start + static_cast<double>(state.stretch.size()) * state.step;
-  AddLine(picture, 20, 24, Format("T=%.2f -- %.2f（秒）", state.start / rate, end / rate));
+  AddLine(picture, 20, 24, Format(kStretchTimes.Get(), state.start / rate, end / rate));
   const int panel = std::max(40, (height - 120) / 3 - 30), step = panel + 40;
   const auto rows = [&](int number, double low, double high) {
     return PlotScale{low, high, kPanelTop + number * step + panel, kPanelTop + number * step};
@@ -194,7 +196,7 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
 bool ConsonantFrameCommand(Window& window, SoundDocument& document, ConsonantState& state) {
   if (!RateFits(document)) return window.Refuse(kRateRange);
   if (document.selectionStart < 0) {
-    window.ShowStatus(kMarkFirst);
+    window.ShowStatus(messages::kMarkFirst);
     return false;
   }
   TakeFrame(document, state);
@@ -218,7 +220,7 @@ bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
   state.sound = document.Stamp();
   state.shown = true;
   Open(window, document, state, false);
-  if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStretch(window, state);
+  if (window.AskYesNo(messages::kSaveFigures, messages::kSaveFiguresCaption)) SaveStretch(window, state);
   return true;
 }
 
@@ -228,11 +230,11 @@ void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
   if (!choice || !std::filesystem::exists(choice->path, error)) return window.Notify(kNoFile, Icon::Error);
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseConsonants(*bytes) : std::nullopt;
-  if (!record) return window.Notify(kCannotOpen, Icon::Error);
+  if (!record) return window.Notify(messages::kCannotOpenListing, Icon::Error);
   const std::string text = ConsonantText(*record);
   const std::string path = exportFolder.empty() ? kTextName : exportFolder + "/" + kTextName;
   if (SaveFile(window, path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
-    return window.Notify(kCannotOpen, Icon::Error);
+    return window.Notify(messages::kCannotOpenListing, Icon::Error);
   window.OpenInEditor(path);
 }
 

@@ -7,11 +7,16 @@
 #include "base/Format.h"
 #include "spectral/FramePicture.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kVoicedOrNot = "是浊音(YES)?清音(NO)?";
+constexpr UiText kFrameTitle = "帧参数";
+constexpr UiText kComparisonTitle = "两帧的参数比较";
+constexpr UiText kFrameLine = "%.0f Hz  窄带 %.1f  LPC %.1f";
+constexpr UiText kVoicedOrNot = "是浊音(YES)?清音(NO)?";
 
 int FramePosition(const SoundDocument& document) {
   return document.selectionStart >= 0 ? document.selectionStart
@@ -22,7 +27,7 @@ class FrameWindow : public ToolWindow {
  public:
   FrameWindow(SoundDocument& document, FrameState& state) : document_(document), state_(state) {}
   std::string Name() const override { return "frame"; }
-  std::string Title() const override { return "帧参数"; }
+  std::string Title() const override { return kFrameTitle; }
   Picture Draw(int width, int height) const override {
     height_ = height;
     return FramePicture(state_, width, height);
@@ -31,7 +36,7 @@ class FrameWindow : public ToolWindow {
     const int k = FramePlot(state_.sampleRate, height_).PointAt(at.x);
     if (!state_.hasFrame || k < 0) return {};
     const auto point = static_cast<std::size_t>(k);
-    return Format("%.0f Hz  窄带 %.1f  LPC %.1f", k * state_.sampleRate / 512.0, state_.frame.narrow[point],
+    return Format(kFrameLine.Get(), k * state_.sampleRate / 512.0, state_.frame.narrow[point],
                   state_.frame.lpc[point]);
   }
   std::string Text() const override { return state_.hasFrame ? JoinLines(FrameLines(state_.frame)) : ""; }
@@ -50,7 +55,7 @@ class ComparisonWindow : public ToolWindow {
  public:
   ComparisonWindow(SoundDocument& document, FrameState& state) : document_(document), state_(state) {}
   std::string Name() const override { return "compare"; }
-  std::string Title() const override { return "两帧的参数比较"; }
+  std::string Title() const override { return kComparisonTitle; }
   Picture Draw(int width, int height) const override {
     Picture picture{width, height, {}};
     picture.Add(ComparisonPicture(state_).Scaled(scale_));
@@ -113,7 +118,7 @@ void ShowFrameCommand(Window& window, SoundDocument& document, FrameState& state
 
 bool CompareFramesCommand(Window& window, SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {
   if (!BothMarked(document)) {
-    window.ShowStatus(kMarkFirst);
+    window.ShowStatus(messages::kMarkFirst);
     return false;
   }
   const bool voiced = window.AskYesNo(kVoicedOrNot, window.Caption());

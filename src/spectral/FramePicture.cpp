@@ -3,9 +3,24 @@
 #include <algorithm>
 
 #include "base/Format.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kCurves = "黑色为 LPC 谱图，红色为窄带谱图";
+constexpr UiText kPosition = "本帧位置 : %.2lf秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）";
+constexpr UiText kLevelTwoPitches = "音强 E=%4.1lfdb  基频 F0=%3.0f/%dHz";
+constexpr UiText kLevelOnePitch = "音强 E=%4.1lfdb  基频 F0=%3.0fHz";
+constexpr UiText kFormants = "共振峰:";
+constexpr UiText kComparedCurves =
+    "绿色背景为A帧谱图，红色为B帧谱图（在波形图中用鼠标左、右键选择要比较的A、B帧位置）";
+constexpr UiText kComparedTimes = "A 帧：T=%.2f 秒       B 帧：T=%.2f秒";
+constexpr UiText kComparedHead = "共振峰      F1      F2      F3        带宽：B1     B2     B3";
+constexpr UiText kFrameA = "  A 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)";
+constexpr UiText kFrameB = "  B 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)";
+constexpr UiText kFrameTitle = "帧谱图";
+constexpr UiText kComparisonTitle = "对比";
 
 constexpr int kTextLeft = 20, kFirstLine = 24, kLineStep = 20;
 constexpr int kTableLeft = 640, kTableTop = 110;
@@ -29,31 +44,27 @@ std::string BandwidthText(const FormantFrame& formants, int index) {
 
 std::vector<std::string> FrameLines(const FrameParameters& frame) {
   std::vector<std::string> lines;
-  lines.push_back("黑色为 LPC 谱图，红色为窄带谱图");
-  lines.push_back(
-      Format("本帧位置 : %.2lf秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）", frame.time));
+  lines.push_back(kCurves);
+  lines.push_back(Format(kPosition.Get(), frame.time));
   if (frame.f0 > 0 && frame.f0Cepstral > 0) {
-    lines.push_back(Format("音强 E=%4.1lfdb  基频 F0=%3.0f/%dHz", frame.level, frame.f0, frame.f0Cepstral));
+    lines.push_back(Format(kLevelTwoPitches.Get(), frame.level, frame.f0, frame.f0Cepstral));
   } else {
-    lines.push_back(
-        Format("音强 E=%4.1lfdb  基频 F0=%3.0fHz", frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
+    lines.push_back(Format(kLevelOnePitch.Get(), frame.level, frame.f0 > 0 ? frame.f0 : frame.f0Cepstral));
   }
-  lines.push_back("共振峰:");
+  lines.push_back(kFormants);
   for (int i = 0; i < frame.formants.count; ++i)
     lines.push_back(FrequencyText(frame.formants, i) + "  " + BandwidthText(frame.formants, i));
   return lines;
 }
 
 std::vector<std::string> ComparisonLines(const FrameComparison& comparison) {
-  const auto row = [](const char* format, const ComparedFrame& frame) {
-    return Format(format, Whole(frame.frequency[0]), Whole(frame.frequency[1]), Whole(frame.frequency[2]),
-                  Whole(frame.bandwidth[0]), Whole(frame.bandwidth[1]), Whole(frame.bandwidth[2]));
+  const auto row = [](UiText format, const ComparedFrame& frame) {
+    return Format(format.Get(), Whole(frame.frequency[0]), Whole(frame.frequency[1]),
+                  Whole(frame.frequency[2]), Whole(frame.bandwidth[0]), Whole(frame.bandwidth[1]),
+                  Whole(frame.bandwidth[2]));
   };
-  return {"绿色背景为A帧谱图，红色为B帧谱图（在波形图中用鼠标左、右键选择要比较的A、B帧位置）",
-          Format("A 帧：T=%.2f 秒       B 帧：T=%.2f秒", comparison.a.time, comparison.b.time),
-          "共振峰      F1      F2      F3        带宽：B1     B2     B3",
-          row("  A 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)", comparison.a),
-          row("  B 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)", comparison.b)};
+  return {kComparedCurves, Format(kComparedTimes.Get(), comparison.a.time, comparison.b.time), kComparedHead,
+          row(kFrameA, comparison.a), row(kFrameB, comparison.b)};
 }
 
 SpectralPlot FramePlot(int sampleRate, int height) {
@@ -101,8 +112,8 @@ Picture ComparisonPicture(const FrameState& state) {
   AddAxes(picture, plot, comparison.voiced ? 3 : state.sampleRate / 2000, 20, 100, kComparisonScale);
   picture.Add(CurveOf(plot, comparison.b.curve.data(), colours::kSpectrumRed));
   const std::vector<std::string> lines = ComparisonLines(comparison);
-  AddLine(picture, kTextLeft, kFirstLine, "帧谱图");
-  AddLine(picture, kTextLeft + 60, kFirstLine, "对比");
+  AddLine(picture, kTextLeft, kFirstLine, kFrameTitle);
+  AddLine(picture, kTextLeft + 60, kFirstLine, kComparisonTitle);
   AddLine(picture, kTextLeft + 110, kFirstLine, lines[0]);
   for (std::size_t i = 1; i < lines.size(); ++i)
     AddLine(picture, kTextLeft, kFirstLine + static_cast<int>(i) * kLineStep, lines[i]);

@@ -8,17 +8,29 @@
 #include "spectral/LtaFile.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kSaveButton = "保存此LTA谱";
-constexpr const char* kCompareButton = "LTA谱比较";
+constexpr UiText kTitle = "帧参数（LTA 谱）/波形";
+constexpr UiText kTextHead = "LTA 谱\tT=%.1lf\n";
+constexpr UiText kName = "LTA 谱";
+constexpr UiText kRedIs = "红色是";
+constexpr UiText kPreviousOne = "前一个";
+constexpr UiText kComparison = "比较";
+constexpr UiText kDifference = "谱的差图";
+constexpr UiText kZeroMean = "（归一为0均值）";
+constexpr UiText kDeviation = "均方差=%.2lf(db)";
+constexpr UiText kLargest = "最大差=%.1lfdb";
+constexpr UiText kLargestAt = "在%dHz";
+constexpr UiText kSaveButton = "保存此LTA谱";
+constexpr UiText kCompareButton = "LTA谱比较";
 constexpr UiText kSaveTitle = "保存 lta 谱图数据文件", kOpenTitle = "打开 lta 谱图数据文件";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kNoSuchFile = "无此 lta 谱图数据文件！";
-constexpr const char* kRatesDiffer = "采样频率不一致，不能比较！";
+constexpr UiText kNoSuchFile = "无此 lta 谱图数据文件！";
+constexpr UiText kRatesDiffer = "采样频率不一致，不能比较！";
 
 constexpr double kFrameSeconds = 0.0025;
 constexpr std::size_t kLargestFile = 1 << 20;
@@ -61,7 +73,7 @@ int Save(Window& window, const LtaState& state) {
   ByteWriter file;
   WriteLta(file, {state.levels, state.sampleRate});
   if (SaveFile(window, choice->path, file) < 0) {
-    window.Notify(kCannotCreate, Icon::Error);
+    window.Notify(messages::kCannotCreate, Icon::Error);
     return 1;
   }
   return 0;
@@ -102,22 +114,22 @@ SpectralPlot RightPlot(const LtaState& state, int width, int height) {
 }
 
 std::vector<std::string> DifferenceLines(const LtaDifference& difference) {
-  return {"谱的差图", "（归一为0均值）", Format("均方差=%.2lf(db)", difference.deviation),
-          Format("最大差=%.1lfdb", difference.largest), Format("在%dHz", difference.largestHz)};
+  return {kDifference, kZeroMean, Format(kDeviation.Get(), difference.deviation),
+          Format(kLargest.Get(), difference.largest), Format(kLargestAt.Get(), difference.largestHz)};
 }
 
 class LtaWindow : public ToolWindow {
  public:
   LtaWindow(SoundDocument& document, LtaState& state) : document_(document), state_(state) {}
   std::string Name() const override { return "lta"; }
-  std::string Title() const override { return "帧参数（LTA 谱）/波形"; }
+  std::string Title() const override { return kTitle; }
   std::vector<ToolControl> Controls() const override { return {{0, kSaveButton}, {0, kCompareButton}}; }
   Picture Draw(int width, int height) const override {
     width_ = width;
     return LtaPicture(state_, width, height);
   }
   void Press(Window& window, const ToolControl& control) override {
-    RunLta(window, document_, state_, control.text == kSaveButton ? LtaMode::Save : LtaMode::Compare);
+    RunLta(window, document_, state_, control.text == kSaveButton.Get() ? LtaMode::Save : LtaMode::Compare);
   }
   std::string Hover(Point at) const override {
     const int k = LeftPlot(state_, width_, 0).PointAt(at.x);
@@ -126,7 +138,7 @@ class LtaWindow : public ToolWindow {
                   state_.levels[static_cast<std::size_t>(k)] / 2);
   }
   std::string Text() const override {
-    std::string text = Format("LTA 谱\tT=%.1lf\n", state_.time);
+    std::string text = Format(kTextHead.Get(), state_.time);
     if (state_.difference) text += JoinLines(DifferenceLines(*state_.difference));
     for (std::size_t k = 0; k < kLtaBins; ++k)
       text +=
@@ -161,7 +173,7 @@ void LongTermSpectrumCommand(Window& window, SoundDocument& document, LtaState& 
 Picture LtaPicture(const LtaState& state, int width, int height) {
   Picture picture{width, height, {}};
   const SpectralPlot left = LeftPlot(state, width, height);
-  AddLine(picture, 60, 24, "LTA 谱");
+  AddLine(picture, 60, 24, kName);
   AddLine(picture, 160, 24, Format("T=%.1lf", state.time));
   if (state.sampleRate <= 0) return picture;
   constexpr double kUnitsPerDecibel = 2.0;  // the doubled scale
@@ -169,12 +181,12 @@ Picture LtaPicture(const LtaState& state, int width, int height) {
   picture.Add(CurveOf(left, state.levels.data(), colours::kBlack));
   if (state.hasPrevious) {
     picture.Add(CurveOf(left, state.previous.data(), colours::kSpectrumRed));
-    AddLine(picture, 260, 24, "红色是", colours::kSpectrumRed);
-    AddLine(picture, 310, 24, "前一个", colours::kSpectrumRed);
+    AddLine(picture, 260, 24, kRedIs, colours::kSpectrumRed);
+    AddLine(picture, 310, 24, kPreviousOne, colours::kSpectrumRed);
   }
   if (!state.difference) return picture;
   const SpectralPlot right = RightPlot(state, width, height);
-  AddLine(picture, right.left, 24, "比较");
+  AddLine(picture, right.left, 24, kComparison);
   AddAxes(picture, right, state.sampleRate / 2000, 20, 60, kUnitsPerDecibel);
   PolylineMark curve = CurveOf(right, state.difference->curve.data(), colours::kSpectrumBlue);
   for (Point& point : curve.points) point.y = std::clamp(point.y, 0, height);

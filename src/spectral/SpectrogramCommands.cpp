@@ -3,11 +3,12 @@
 #include "document/ViewScale.h"
 #include "spectral/FilterBank.h"
 #include "spectral/Spectrogram.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kTooLong = "所选段太长！";
+constexpr UiText kTooLong = "所选段太长！";
 
 bool IsTooLong(const SpectrogramStretch& stretch) {
   return stretch.end - stretch.start > kLongestFilterBankStretch;

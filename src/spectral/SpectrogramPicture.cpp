@@ -5,6 +5,7 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "spectral/Cepstrum.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
@@ -14,12 +15,13 @@ constexpr int kRidgeLeft = 20, kRidgeFoot = 20;  // where the first frame begins
 constexpr int kColumnsPerRow = 3, kShiftRight = 2, kShiftUp = 1;
 constexpr double kRowsPerDecibel = 0.8;
 
-constexpr const char* kNoRidges = "本谱图没有立体图";
+constexpr UiText kWaveTimes = "波形 : T=%.2f -- %.2f（秒）";
+constexpr UiText kNoRidges = "本谱图没有立体图";
+constexpr UiText kShowsRidges = "语谱显示: 立体图", kShowsGreys = "语谱显示: 语谱图";
+/// In the order of SpectrogramKind.
+constexpr UiText kTitles[] = {"宽带", "窄带", "LPC 谱", "同态谱", "倒谱", "共振峰", "滤波器法"};
 
-const char* KindTitle(SpectrogramKind kind) {
-  constexpr const char* kTitles[] = {"宽带", "窄带", "LPC 谱", "同态谱", "倒谱", "共振峰", "滤波器法"};
-  return kTitles[static_cast<int>(kind)];
-}
+UiText KindTitle(SpectrogramKind kind) { return kTitles[static_cast<int>(kind)]; }
 
 /// Every column of the pane takes the picture's column whose samples lie under it.
 GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pane, int width, int height) {
@@ -65,10 +67,9 @@ void AddTitle(Picture& picture, const SpectrogramState& spectrogram, const Sampl
   const double rate = std::max(1, sampleRate);
   const int x = std::max(pane.left, 24) + 4;
   picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
-  picture.Add(TextMark{x, 13, ridges ? "语谱显示: 立体图" : "语谱显示: 语谱图", colours::kText, 12});
+  picture.Add(TextMark{x, 13, ridges ? kShowsRidges : kShowsGreys, colours::kText, 12});
   picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
-  picture.Add(TextMark{x + 172, 13,
-                       Format("波形 : T=%.2f -- %.2f（秒）", stretch.start / rate, stretch.end / rate),
+  picture.Add(TextMark{x + 172, 13, Format(kWaveTimes.Get(), stretch.start / rate, stretch.end / rate),
                        colours::kText, 12});
   if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
 }

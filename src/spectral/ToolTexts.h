@@ -7,8 +7,6 @@
 
 namespace parlowen {
 
-inline constexpr const char* kMarkFirst = "请先用鼠标左、右键选定语音段";
-
 /// Lines as one text, each ended by a line feed.
 inline std::string JoinLines(const std::vector<std::string>& lines) {
   std::string text;

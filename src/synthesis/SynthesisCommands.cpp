@@ -7,24 +7,26 @@
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchFile.h"
 #include "synthesis/SynthesisWindow.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kTooLong = "所选段太长，请重新设定！";
-constexpr const char* kIsPitchRight = "合成之前必须将基频修正，本段基频值正确吗（Yes/No)？";
+constexpr UiText kWhichRecord = "第几段（1--%d）";
+constexpr UiText kFactorLabel = "音高的倍数（2 为高八度，0.5 为低八度）";
+constexpr UiText kTooLong = "所选段太长，请重新设定！";
+constexpr UiText kIsPitchRight = "合成之前必须将基频修正，本段基频值正确吗（Yes/No)？";
 constexpr int kLongest = 1000;  // frames, counted in whole seconds
 constexpr int kPolarity = -1;   // of the first mark of a run
 
 constexpr const char* kWaveName = "Synth.wav";
-constexpr const char* kSaved = "合成声音已存为文件--Synth.wav!";
-constexpr const char* kBadName = "文件夹或文件名不对（包含空格？），请重选";
-constexpr const char* kBadNameCaption = "文件夹或文件名错误";
+constexpr UiText kSaved = "合成声音已存为文件--Synth.wav!";
 
-constexpr const char* kNoRecord = "没有这一段！";
+constexpr UiText kNoRecord = "没有这一段！";
 
-constexpr const char* kBadFactor = "比例应在 0.25--4 之间";
+constexpr UiText kBadFactor = "比例应在 0.25--4 之间";
 constexpr double kLeastFactor = 0.25, kLargestFactor = 4.0;
 
 }  // namespace
@@ -55,7 +57,7 @@ int SaveSynthWave(const SynthesisJob& job, Window& window, const std::string& ex
   WriteWavHeader(file, job.sampleRate, 1, job.length);
   file.PutInt16sLE(std::span(job.output).first(static_cast<std::size_t>(job.length)));
   if (SaveFile(window, exportFolder.empty() ? kWaveName : exportFolder + "/" + kWaveName, file) < 0) {
-    window.ShowError(kBadName, kBadNameCaption);
+    window.ShowError(messages::kBadNameOrSpace, messages::kBadNameCaption);
     return -1;
   }
   window.Notify(kSaved);
@@ -72,7 +74,7 @@ std::optional<TargetCurve> AskRecordedTarget(Window& window) {
   if (end == PitchFileEnd::Broken || records.empty()) window.Notify(kBadPitchFile, Icon::Error);
   if (records.empty()) return {};
   InputForm form =
-      OneFieldForm("调入基频数据", Format("第几段（1--%d）", static_cast<int>(records.size())), "1");
+      OneFieldForm(kLoadRecordTitle, Format(kWhichRecord.Get(), static_cast<int>(records.size())), "1");
   if (!window.AskInput(form)) return {};
   const int number = form.CountOf(1000);
   if (number < 1 || number > std::ssize(records)) {
@@ -83,7 +85,7 @@ std::optional<TargetCurve> AskRecordedTarget(Window& window) {
 }
 
 std::optional<double> AskTargetFactor(Window& window) {
-  InputForm form = OneFieldForm("比例", "音高的倍数（2 为高八度，0.5 为低八度）", "1.0");
+  InputForm form = OneFieldForm(kScaleTitle, kFactorLabel, "1.0");
   if (!window.AskInput(form)) return {};
   const std::string& text = form.ValueOf(1000);
   double factor = 0;

@@ -5,9 +5,13 @@
 #include "document/SoundDocument.h"
 #include "synthesis/SynthesisState.h"
 #include "synthesis/TargetCurve.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
+
+/// What the dialogs are called, and the buttons that open them.
+inline constexpr UiText kLoadRecordTitle = "调入基频数据", kScaleTitle = "比例";
 
 /// What a resynthesis works with; all of it outlives the command.
 struct SynthesisDesk {

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cctype>
 
+#include "ui/Text.h"
+
 namespace parlowen {
 namespace {
 
@@ -10,10 +12,16 @@ constexpr int kSynthesize = 1, kLeave = 2, kSave = 1034, kPlayOriginal = 1036, k
               kScale = 1102, kLoadOther = 1103;
 constexpr int kLargestZoom = 16;
 
-constexpr const char* kInstructions =
+constexpr UiText kTitle = "选定段按给定音高合成声音";
+constexpr UiText kSynthesizeButton = "合成放音";
+constexpr UiText kLeaveButton = "退出";
+constexpr UiText kSaveButton = "保存合成音";
+constexpr UiText kPlayOriginalButton = "播放原音";
+constexpr UiText kLoadOtherButton = "调入PitchTier";
+constexpr UiText kInstructions =
     "在上面窗口中用鼠标左键从左到右设置所需合成音高的值（只浊音部分有效），至少两个点，右键结束一次设定"
     "（绿线为原音高，红线为设置值）";
-constexpr const char* kTooManyPoints = "一次设定最多 50 个点，请用鼠标右键结束";
+constexpr UiText kTooManyPoints = "一次设定最多 50 个点，请用鼠标右键结束";
 
 /// The contour of a job's frames; frames that it does not have are unvoiced.
 std::vector<float> PresentContour(const SoundDocument& document, const SynthesisJob& job) {
@@ -28,17 +36,19 @@ std::vector<float> PresentContour(const SoundDocument& document, const Synthesis
 SynthesisWindow::SynthesisWindow(const SynthesisDesk& desk)
     : desk_(desk), present_(PresentContour(desk.document, desk.state.job)) {}
 
+std::string SynthesisWindow::Title() const { return kTitle; }
+
 std::string SynthesisWindow::Instructions() const { return kInstructions; }
 
 std::vector<ToolControl> SynthesisWindow::Controls() const {
   const bool voiced = std::any_of(present_.begin(), present_.end(), [](float period) { return period >= 1; });
-  return {{kSynthesize, "合成放音", true},
-          {kLeave, "退出", true},
-          {kSave, "保存合成音", desk_.state.job.ready},
-          {kPlayOriginal, "播放原音", true},
-          {kLoadRecord, "调入基频数据", true},
-          {kScale, "比例", voiced},
-          {kLoadOther, "调入PitchTier", static_cast<bool>(desk_.readTarget)}};
+  return {{kSynthesize, kSynthesizeButton, true},
+          {kLeave, kLeaveButton, true},
+          {kSave, kSaveButton, desk_.state.job.ready},
+          {kPlayOriginal, kPlayOriginalButton, true},
+          {kLoadRecord, kLoadRecordTitle, true},
+          {kScale, kScaleTitle, voiced},
+          {kLoadOther, kLoadOtherButton, static_cast<bool>(desk_.readTarget)}};
 }
 
 Picture SynthesisWindow::Draw(int width, int height) const {

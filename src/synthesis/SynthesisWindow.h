@@ -16,7 +16,7 @@ class SynthesisWindow : public ToolWindow {
   explicit SynthesisWindow(const SynthesisDesk& desk);
 
   std::string Name() const override { return "resynthesis"; }
-  std::string Title() const override { return "选定段按给定音高合成声音"; }
+  std::string Title() const override;
   std::string Instructions() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;

@@ -5,9 +5,13 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kFrequency = "频率=%03dHz ";
+constexpr UiText kNoFrequency = "无效频率区  ";
 
 constexpr double kTopFrequency = 512.0, kRowsPerOctave = 64.0;
 constexpr double kLowestFrequency = 15.0;  // Hz
@@ -27,7 +31,7 @@ int RowOfTargetFrequency(double frequency) {
 
 std::string TargetReadout(int row) {
   const double frequency = TargetFrequencyOfRow(row);
-  return frequency > 0 ? Format("频率=%03dHz ", TruncateToInt32(frequency)) : "无效频率区  ";
+  return frequency > 0 ? Format(kFrequency.Get(), TruncateToInt32(frequency)) : kNoFrequency;
 }
 
 float TargetPeriod(double period, int sampleRate) {

@@ -5,11 +5,11 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
+#include "ui/Messages.h"
 
 namespace parlowen {
 namespace {
 
-constexpr UiText kStartFlag = "起", kEndFlag = "止";
 constexpr int kFlagSize = 14, kFlagText = 11;
 constexpr int kMostTicks = 1000;
 constexpr int kSampleBySample = 4;  // a column of fewer samples shows each of them
@@ -283,8 +283,8 @@ void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& 
     picture.Add(TextMark{*x + kFlagSize / 2, *flagRow + kFlagSize - 2, flag, colours::kWhite, kFlagText,
                          Anchor::Middle});
   };
-  edge(selection.start, colours::kStart, kStartFlag);
-  edge(selection.end, colours::kEnd, kEndFlag);
+  edge(selection.start, colours::kStart, messages::kSelectionStart);
+  edge(selection.end, colours::kEnd, messages::kSelectionEnd);
 }
 
 }  // namespace parlowen

@@ -1,5 +1,7 @@
 #include "vowel/AverageVowels.h"
 
+#include "ui/Text.h"
+
 namespace parlowen {
 namespace {
 
@@ -22,14 +24,14 @@ constexpr AverageVowel kEnglishChildren[] = {
     {"i", 370, 3200}, {"ɪ", 530, 2730}, {"ɛ", 690, 2610}, {"æ", 1010, 2320}, {"ɑ", 1030, 1370},
     {"ɔ", 680, 1060}, {"ʊ", 560, 1410}, {"u", 430, 1170}, {"ʌ", 850, 1590},  {"ɝ", 560, 1820}};
 
-constexpr const char* kNames[kSpeakerClasses] = {"普通话，男", "普通话，女", "普通话，儿童",
-                                                 "英语，男",   "英语，女",   "英语，儿童"};
+constexpr UiText kNames[kSpeakerClasses] = {"普通话，男", "普通话，女", "普通话，儿童",
+                                            "英语，男",   "英语，女",   "英语，儿童"};
 constexpr std::span<const AverageVowel> kTables[kSpeakerClasses] = {
     kMandarinMen, kMandarinWomen, kMandarinChildren, kEnglishMen, kEnglishWomen, kEnglishChildren};
 
 }  // namespace
 
-const char* SpeakerClassName(int speakerClass) { return kNames[speakerClass]; }
+UiText SpeakerClassName(int speakerClass) { return kNames[speakerClass]; }
 
 std::span<const AverageVowel> AverageVowels(int speakerClass) { return kTables[speakerClass]; }
 

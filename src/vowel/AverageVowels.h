@@ -1,6 +1,8 @@
 #pragma once
 #include <span>
 
+#include "ui/Text.h"
+
 namespace parlowen {
 
 /// Mean formants of a vowel over many speakers.
@@ -12,7 +14,7 @@ struct AverageVowel {
 inline constexpr int kSpeakerClasses = 6;
 
 /// "普通话，男", "普通话，女", "普通话，儿童", "英语，男", "英语，女", "英语，儿童".
-const char* SpeakerClassName(int speakerClass);
+UiText SpeakerClassName(int speakerClass);
 
 std::span<const AverageVowel> AverageVowels(int speakerClass);
 

@@ -3,10 +3,18 @@
 #include <algorithm>
 
 #include "base/Format.h"
+#include "ui/Text.h"
 #include "vowel/AverageVowels.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kBarkTitle = "用Bark相对坐标";
+constexpr UiText kBarkFormula = "Bark 定义： Bark(f)=7*log((f/650)+sqrt(f*f/422500+1))";
+constexpr UiText kBarkNames = "B0=Bark(参考频率),  B1=Bark(f1),   B2=Bark(f2)";
+constexpr UiText kBarkAxes = "参考频率=%d Hz;   纵坐标: B1-B0;  横坐标: B2-B1";
+constexpr UiText kTitle = "声学元音图";
+constexpr UiText kPointLine = "第%d点  F1 %.0f Hz  F2 %.0f Hz";
 
 constexpr int kFrameLeft = 19, kFrameRight = 640, kFrameTop = 179;  // of the point chart
 constexpr int kAxisColumn = 320, kAxisRight = 600, kAxisLeft = 40;
@@ -35,10 +43,8 @@ void AddBarkAxes(Picture& picture, const VowelChart& chart, int bottom) {
   }
   AddLabel(picture, kAxisColumn + 30, bottom - 4, "B1-B0", Anchor::Left);
   AddLabel(picture, kAxisLeft - 18, top + 16, "B2-B1", Anchor::Left);
-  picture.Add(TextMark{kAxisColumn + 60, kFrameTop + 16, "用Bark相对坐标"});
-  const std::string lines[] = {"Bark 定义： Bark(f)=7*log((f/650)+sqrt(f*f/422500+1))",
-                               "B0=Bark(参考频率),  B1=Bark(f1),   B2=Bark(f2)",
-                               Format("参考频率=%d Hz;   纵坐标: B1-B0;  横坐标: B2-B1", chart.referenceF0)};
+  picture.Add(TextMark{kAxisColumn + 60, kFrameTop + 16, kBarkTitle});
+  const std::string lines[] = {kBarkFormula, kBarkNames, Format(kBarkAxes.Get(), chart.referenceF0)};
   int y = kFrameTop + 20;
   for (const std::string& line : lines) {
     picture.Add(TextMark{kTextColumn, y, line});
@@ -137,7 +143,7 @@ Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& avera
   } else {
     AddFrequencyAxes(picture, kPointAxes, kAxisColumn, kPointAxes.base, std::min(axisBottom, kLowestF1Row),
                      2000);
-    picture.Add(TextMark{kTextColumn, kFrameTop + 20, "声学元音图"});
+    picture.Add(TextMark{kTextColumn, kFrameTop + 20, kTitle});
   }
   for (int i = 0; i < chart.count; ++i) {
     const VowelPoint& point = chart.points[static_cast<std::size_t>(i)];
@@ -155,8 +161,8 @@ std::string PointChartHover(const VowelChart& chart, Point at) {
   });
   if (nearest < 0) return {};
   const VowelPoint& point = chart.points[static_cast<std::size_t>(nearest)];
-  std::string text = Format("第%d点  F1 %.0f Hz  F2 %.0f Hz", nearest + 1, static_cast<double>(point.f1),
-                            static_cast<double>(point.f2));
+  std::string text =
+      Format(kPointLine.Get(), nearest + 1, static_cast<double>(point.f1), static_cast<double>(point.f2));
   if (point.f3 > 0) text += Format("  F3 %.0f Hz", static_cast<double>(point.f3));
   return text + Format("  B1 %.2f  B2 %.2f", Bark(point.f1), Bark(point.f2));
 }

@@ -6,9 +6,13 @@
 #include "base/Format.h"
 #include "base/Gbk.h"
 #include "document/Frames.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr FileText kBlockTitle = "\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n";
+constexpr FileText kColumns = "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
 
 constexpr int kFrameBytes = 48, kSizeBase = 8;  // the size counts itself and the start sample
 
@@ -47,8 +51,8 @@ FormantFileEnd ReadFormantBlocks(ByteSpan bytes, std::vector<FormantBlock>& bloc
 std::string FormantListing(const FormantBlock& block, int number, int sampleRate) {
   const double start = FrameOfSample(block.start, sampleRate) * 0.01;
   const double length = static_cast<double>(block.frames.size()) * 0.01;
-  std::string text = Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", number, start, start + length);
-  text += "T(秒)     F1(Hz)  B1(Hz)  F2(Hz)  B2(Hz)  F3(Hz)  B3(Hz)  \r\n";
+  std::string text = Format(kBlockTitle, number, start, start + length);
+  text += kColumns;
   for (std::size_t k = 0; k < block.frames.size(); ++k) {
     text += Format("%-7.2f", static_cast<double>(k) * 0.01 + start);
     for (const double value : block.frames[k]) text += Format("%8d", TruncateToInt32(value));

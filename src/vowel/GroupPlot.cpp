@@ -2,10 +2,13 @@
 
 #include "base/Format.h"
 #include "base/IpaCodes.h"
+#include "ui/Text.h"
 #include "vowel/ChartPicture.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kTitle = "用相对Bark坐标画元音组位置图";
 
 constexpr int kLeft = 700, kRight = 900, kTop = 320, kBottom = 520;
 
@@ -15,7 +18,7 @@ Picture GroupPlotPicture(const GroupPlot& plot, int width, int height) {
   Picture picture{width, height, {}};
   picture.Add(PolylineMark{
       {{kLeft, kTop}, {kRight, kTop}, {kRight, kBottom}, {kLeft, kBottom}, {kLeft, kTop}}, colours::kGrid});
-  picture.Add(TextMark{kLeft, 270, "用相对Bark坐标画元音组位置图"});
+  picture.Add(TextMark{kLeft, 270, kTitle});
   picture.Add(TextMark{kRight, 300, "B2Min", colours::kText, 12, Anchor::Middle, Face::Figures});
   picture.Add(TextMark{kLeft, 300, "B2Max", colours::kText, 12, Anchor::Middle, Face::Figures});
   picture.Add(TextMark{kRight + 20, kTop, "B1Min", colours::kText, 12, Anchor::Left, Face::Figures});

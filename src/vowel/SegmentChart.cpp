@@ -1,11 +1,16 @@
 #include "vowel/SegmentChart.h"
 
 #include "base/Format.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 #include "vowel/ChartPicture.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kTitle = "一段元音的元音图";
+constexpr UiText kCaption = "声学元音图（一段语音）  红色->蓝色：先->后";
+constexpr UiText kSecondCaption = "及F1-F3 图";
 
 constexpr int kAxisColumn = 380, kAxisTop = 25, kAxisBottom = 390, kFrameTop = 130;
 
@@ -29,8 +34,8 @@ Picture SegmentPicture(const std::vector<SegmentPoint>& points, bool connected,
   Picture picture{width, height, {}};
   AddChartFrame(picture, kFrameTop);
   AddFrequencyAxes(picture, kSegmentAxes, kAxisColumn, kAxisTop, kAxisBottom, 4000);
-  picture.Add(TextMark{40, kAxisBottom + 30, "声学元音图（一段语音）  红色->蓝色：先->后"});
-  picture.Add(TextMark{40, kAxisBottom + 50, "及F1-F3 图"});
+  picture.Add(TextMark{40, kAxisBottom + 30, kCaption});
+  picture.Add(TextMark{40, kAxisBottom + 50, kSecondCaption});
   const SegmentPoint* previous = nullptr;
   for (const SegmentPoint& point : points) {
     const auto [x, y, x3] = point.place;
@@ -51,6 +56,8 @@ SegmentChart::SegmentChart(SoundDocument& document, const VowelState& vowels, co
       start_(track.start / static_cast<double>(document.sampleRate)),
       step_(track.step / static_cast<double>(document.sampleRate)),
       points_(SegmentPoints(track, document.sampleRate)) {}
+
+std::string SegmentChart::Title() const { return kTitle; }
 
 Picture SegmentChart::Draw(int width, int height) const {
   return SegmentPicture(points_, connected_, vowels_.segmentAverages, width, height);

@@ -30,7 +30,7 @@ class SegmentChart : public ToolWindow {
   SegmentChart(SoundDocument& document, const VowelState& vowels, const VowelTrack& track);
 
   std::string Name() const override { return "vowels"; }
-  std::string Title() const override { return "一段元音的元音图"; }
+  std::string Title() const override;
   Picture Draw(int width, int height) const override;
   std::string Hover(Point at) const override;
   void Closed(Window& window) override;

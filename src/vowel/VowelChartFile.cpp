@@ -2,9 +2,15 @@
 
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr FileText kBarkTitle =
+    "\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=%d, B0=%4.2f\r\n ";
+constexpr FileText kBarkColumns = "\r\n 点序号      F1(Hz)       B1      F2(Hz)        B2\r\n";
+constexpr FileText kHertzColumns = "\r\n 点序号      F1(Hz)      F2(Hz)      F3(Hz)\r\n";
 
 constexpr std::int16_t kBarkMarker = -1;
 constexpr std::size_t kFrequencyPoint = 22, kBarkPoint = 16, kPadding = 2;
@@ -63,12 +69,10 @@ std::optional<VowelChart> ReadChart(ByteSpan bytes, VowelChart chart) {
 std::string ChartListing(const VowelChart& chart) {
   std::string text;
   if (chart.barkMode) {
-    text = Format(
-        "\r\n 使用 Bark 相对坐标：Bark(f)=7*log((f/650.)+sqrt(f*f/422500.+1))\r\n\t\t  参考音高F0=%d, B0=%4.2f\r\n ",
-        chart.referenceF0, Bark(chart.referenceF0));
-    text += "\r\n 点序号      F1(Hz)       B1      F2(Hz)        B2\r\n";
+    text = Format(kBarkTitle, chart.referenceF0, Bark(chart.referenceF0));
+    text += kBarkColumns;
   } else {
-    text = "\r\n 点序号      F1(Hz)      F2(Hz)      F3(Hz)\r\n";
+    text = kHertzColumns;
   }
   for (int i = 0; i < chart.count; ++i) {
     const VowelPoint& point = chart.points[static_cast<std::size_t>(i)];

@@ -4,7 +4,9 @@
 
 #include "base/Arithmetic.h"
 #include "base/Files.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 #include "ui/TextExport.h"
 #include "vowel/AverageVowels.h"
 #include "vowel/FormantFile.h"
@@ -15,35 +17,34 @@
 namespace parlowen {
 namespace {
 
-constexpr const char* kRateTooHigh = "本功能采样频率不能超过16000Hz！";
-constexpr const char* kRateTooHighCaption = "频率太高";
-constexpr const char* kConnect = "用直线连接各点（Yes/No)？";
-constexpr const char* kInsertHint = "在幅度/能量图中单击某点，在元音音位图中插入该点数据";
-constexpr const char* kInsertHintCaption = "音位图插入";
-constexpr const char* kCoordinates = "使用频率坐标(yes)? 或 Bark 相对坐标（No)？";
-constexpr const char* kReferenceTitle = "输入某说话人的参考音高值";
-constexpr const char* kChartFull = "点数已满，不能再加入!";
-constexpr const char* kDeleteOrModify = "删除(Yes)?修改(No)？";
-constexpr const char* kDeleteOrModifyCaption = "删除或修改";
-constexpr const char* kSplit = "分解F1为两个(yes)?";
-constexpr const char* kSplitCaption = "分解F1？";
-constexpr const char* kMergeOrDelete = "合并F1,F2(yes)?删除F1(No)";
-constexpr const char* kMergeOrDeleteCaption = "修改方法";
-constexpr const char* kShapeTitle = "插入点形状选择";
-constexpr const char* kOnlyPointChart = "只能在画单点的元音图时使用！";
-constexpr const char* kTypeTitle = "人工加入元音图的一点";
-constexpr const char* kWrongPair = "输入的 F1,F2 值错误";
-constexpr const char* kNoChartShown = "不在元音图状态，不能调入！";
-constexpr const char* kAveragesTitle = "调入统计平均元音位置";
+constexpr UiText kReferenceLabel = "参考音高(Hz)";
+constexpr UiText kRateTooHigh = "本功能采样频率不能超过16000Hz！";
+constexpr UiText kRateTooHighCaption = "频率太高";
+constexpr UiText kConnect = "用直线连接各点（Yes/No)？";
+constexpr UiText kInsertHint = "在幅度/能量图中单击某点，在元音音位图中插入该点数据";
+constexpr UiText kInsertHintCaption = "音位图插入";
+constexpr UiText kCoordinates = "使用频率坐标(yes)? 或 Bark 相对坐标（No)？";
+constexpr UiText kReferenceTitle = "输入某说话人的参考音高值";
+constexpr UiText kChartFull = "点数已满，不能再加入!";
+constexpr UiText kDeleteOrModify = "删除(Yes)?修改(No)？";
+constexpr UiText kDeleteOrModifyCaption = "删除或修改";
+constexpr UiText kSplit = "分解F1为两个(yes)?";
+constexpr UiText kSplitCaption = "分解F1？";
+constexpr UiText kMergeOrDelete = "合并F1,F2(yes)?删除F1(No)";
+constexpr UiText kMergeOrDeleteCaption = "修改方法";
+constexpr UiText kShapeTitle = "插入点形状选择";
+/// In the order of PointShape.
+constexpr UiText kShapes[] = {"圆形", "方形", "菱形", "三角形", "倒三角形"};
+constexpr UiText kOnlyPointChart = "只能在画单点的元音图时使用！";
+constexpr UiText kTypeTitle = "人工加入元音图的一点";
+constexpr UiText kWrongPair = "输入的 F1,F2 值错误";
+constexpr UiText kNoChartShown = "不在元音图状态，不能调入！";
+constexpr UiText kAveragesTitle = "调入统计平均元音位置";
 constexpr UiText kSaveChartTitle = "保存元音图数据文件", kOpenChartTitle = "打开元音图数据文件";
 constexpr UiText kSaveFormantsTitle = "保存共振峰数据文件", kOpenFormantsTitle = "打开共振峰数据文件";
-constexpr const char* kNoChartFile = "无此元音图数据文件！";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kNoSuchFile = "文件不存在！";
-constexpr const char* kRestart = "从头开始（Yes)?在已有数据中添加（No)？";
-constexpr const char* kRestartCaption = "从头更新数据？";
-constexpr const char* kNoFormantFile = "无共振峰数据文件！";
-constexpr const char* kBadFormantFile = "共振峰数据文件错误！";
+constexpr UiText kNoChartFile = "无此元音图数据文件！";
+constexpr UiText kNoFormantFile = "无共振峰数据文件！";
+constexpr UiText kBadFormantFile = "共振峰数据文件错误！";
 constexpr const char* kChartListName = "VchDt.txt";
 constexpr const char* kFormantListName = "Formant.txt";
 
@@ -70,7 +71,7 @@ bool RefuseHighRate(Window& window, const SoundDocument& document) {
   return true;
 }
 
-FormField RadioButton(int index, const char* label, bool checked) {
+FormField RadioButton(int index, UiText label, bool checked) {
   FormField button;
   button.control = kButtons[index];
   button.kind = FieldKind::Radio;
@@ -79,7 +80,7 @@ FormField RadioButton(int index, const char* label, bool checked) {
   return button;
 }
 
-FormField HertzField(int control, const char* label) {
+FormField HertzField(int control, UiText label) {
   FormField field;
   field.control = control;
   field.kind = FieldKind::Number;
@@ -89,7 +90,7 @@ FormField HertzField(int control, const char* label) {
 
 void AskReferencePitch(Window& window, VowelChart& chart) {
   if (!chart.barkMode || chart.referenceF0 != 0) return;
-  InputForm form = OneFieldForm(kReferenceTitle, "参考音高(Hz)", "");
+  InputForm form = OneFieldForm(kReferenceTitle, kReferenceLabel, "");
   if (window.AskInput(form)) chart.referenceF0 = LowInt16(form.CountOf(kField1));
 }
 
@@ -198,11 +199,10 @@ bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
 }
 
 bool ChoosePointShapeCommand(Window& window, VowelState& vowels) {
-  constexpr const char* kLabels[] = {"圆形", "方形", "菱形", "三角形", "倒三角形"};
   InputForm form;
   form.title = kShapeTitle;
-  for (int i = 0; i < std::ssize(kLabels); ++i)
-    form.fields.push_back(RadioButton(i, kLabels[i], static_cast<PointShape>(i) == vowels.chart.shape));
+  for (int i = 0; i < std::ssize(kShapes); ++i)
+    form.fields.push_back(RadioButton(i, kShapes[i], static_cast<PointShape>(i) == vowels.chart.shape));
   if (!window.AskInput(form)) return false;
   if (const int chosen = form.CheckedIndex(); chosen >= 0)
     vowels.chart.shape = static_cast<PointShape>(chosen);
@@ -284,7 +284,7 @@ void SaveChartCommand(Window& window, VowelState& vowels) {
   const auto choice = window.AskSaveFile(ChartDialog(kSaveChartTitle));
   if (!choice || choice->path.empty()) return;
   if (SaveFile(window, choice->path, ChartBytes(vowels.chart)) < 0)
-    return window.Notify(kCannotCreate, Icon::Error);
+    return window.Notify(messages::kCannotCreate, Icon::Error);
   vowels.unsaved = false;
 }
 
@@ -324,13 +324,13 @@ void SaveFormantsCommand(Window& window, const SoundDocument& document) {
   if (document.SelectionLength() < kShortestSelection) return;
   const auto choice = window.AskSaveFile(FormantDialog(kSaveFormantsTitle));
   if (!choice || choice->path.empty()) return;
-  const auto restart = window.AskBeforeWriting(kRestart, kRestartCaption);
+  const auto restart = window.AskBeforeWriting(messages::kRestartOrAppend, messages::kRestartOrAppendCaption);
   if (!restart) return;
   ByteWriter block;
   WriteFormantBlock(block, SelectionTrack(document));
   const int result =
       *restart ? SaveFile(window, choice->path, block) : SaveBehindFile(window, choice->path, block);
-  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  if (result < 0) window.Notify(*restart ? messages::kCannotCreate : messages::kNoSuchFile, Icon::Error);
 }
 
 void ListFormantsCommand(Window& window, const SoundDocument& document, const std::string& exportFolder) {

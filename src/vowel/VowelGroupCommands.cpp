@@ -1,21 +1,23 @@
 #include "vowel/VowelGroupCommands.h"
 
 #include "base/Arithmetic.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 #include "ui/TextExport.h"
 #include "vowel/VowelCommands.h"
 
 namespace parlowen {
 namespace {
 
+constexpr UiText kDamaged = "元音统计文件错误！";
+constexpr UiText kMissing = "无此元音统计数据文件！";
 constexpr UiText kOpenTitle = "打开元音统计数据文件";
-constexpr const char* kNoPoint = "必须在向元音图加入单个元音点的状态下使用";
-constexpr const char* kNoPointCaption = "没有元音点";
-constexpr const char* kOnlyPointChart = "请在逐点加入元音图的情况下使用！";
-constexpr const char* kOnlyPointChartCaption = "不在此状态下使用";
-constexpr const char* kShowNames = "标出组名吗？";
-constexpr const char* kShowNamesCaption = "是否显示组名？";
-constexpr const char* kTooClose = "数据太少，不能作图";
-constexpr const char* kTooCloseCaption = "数据不充分";
+constexpr UiText kNoPoint = "必须在向元音图加入单个元音点的状态下使用";
+constexpr UiText kNoPointCaption = "没有元音点";
+constexpr UiText kOnlyPointChart = "请在逐点加入元音图的情况下使用！";
+constexpr UiText kOnlyPointChartCaption = "不在此状态下使用";
+constexpr UiText kShowNames = "标出组名吗？";
+constexpr UiText kShowNamesCaption = "是否显示组名？";
 constexpr const char* kReportName = "VwlPoints.txt";
 
 std::uint16_t Low16(float hertz) { return static_cast<std::uint16_t>(LowInt16(TruncateToInt64(hertz))); }
@@ -26,8 +28,8 @@ const GroupKind& VowelGroupKind() {
   static const GroupKind kind = {
       kVowelLayout,
       {kOpenTitle, {FileKindNamed("vls")}, FileKindNamed("vls").extension},
-      "元音统计文件错误！",
-      "无此元音统计数据文件！",
+      kDamaged,
+      kMissing,
   };
   return kind;
 }
@@ -61,7 +63,7 @@ bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStat
     UpdateVowelCommands(document, states, vowels);
     window.Repaint(Pane::Chart);
   } else {
-    window.ShowMessage(kTooClose, kTooCloseCaption, Icon::None);
+    window.ShowMessage(messages::kTooFewData, messages::kTooFewDataCaption, Icon::None);
   }
   ShowTextExport(window, exportFolder, kReportName);
   return true;

@@ -6,10 +6,21 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "ui/Text.h"
 #include "vowel/VowelChart.h"
 
 namespace parlowen {
 namespace {
+
+constexpr FileText kRelativeTitle =
+    "\r\n各组平均 F1,F2 频率的相对 Bark 值 V1,V2(百分比)：\r\n"
+    "  (V1i=(B1i-B1min)/(B1max-B1min), V2i=(B2i-B2min)/(B2max-B2min), B代表 Bark 值)";
+constexpr FileText kMean = "\r\n平均F%d值=%7.1fHz(Bark=%6.2f),  标准差=%6.2fHz\r\n";
+constexpr FileText kReportTitle = "\r\n          元音统计数据\r\n";
+constexpr FileText kGroupTitle = "\r\n          第%d组：组名：";
+constexpr FileText kDataTitle = "\r\n\r\n数据(Hz)：";
+constexpr FileText kGroupName = "\r\n  组名：";
+constexpr FileText kRelativeValues = ":  V1 值：%3d,    V2 值：%3d";
 
 constexpr double kSmallestSpan = 2.0;  // Bark
 constexpr int kPairsALine = 4;
@@ -34,8 +45,7 @@ std::string PaddedName(const std::string& gbk) {
 }
 
 std::string MeanLine(int formant, float mean, double deviation) {
-  return ToGbk(Format("\r\n平均F%d值=%7.1fHz(Bark=%6.2f),  标准差=%6.2fHz\r\n", formant,
-                      static_cast<double>(mean), Bark(mean), deviation));
+  return ToGbk(Format(kMean, formant, static_cast<double>(mean), Bark(mean), deviation));
 }
 
 }  // namespace
@@ -69,10 +79,9 @@ bool PlaceGroups(std::vector<VowelGroup>& summaries) {
 
 std::string VowelReport(const std::vector<ValueGroup>& groups, const std::vector<VowelGroup>& summaries,
                         bool placed) {
-  std::string text = ToGbk("\r\n          元音统计数据\r\n");
+  std::string text = ToGbk(kReportTitle);
   for (std::size_t g = 0; g < groups.size(); ++g) {
-    text += ToGbk(Format("\r\n          第%d组：组名：", static_cast<int>(g + 1))) + groups[g].name +
-            ToGbk("\r\n\r\n数据(Hz)：");
+    text += ToGbk(Format(kGroupTitle, static_cast<int>(g + 1))) + groups[g].name + ToGbk(kDataTitle);
     const std::vector<std::uint16_t>& values = groups[g].values;
     for (std::size_t i = 0; i + 1 < values.size(); i += 2) {
       text += Format("%8d%8d    ", values[i], values[i + 1]);
@@ -82,12 +91,10 @@ std::string VowelReport(const std::vector<ValueGroup>& groups, const std::vector
     text += MeanLine(2, summaries[g].mean2, summaries[g].deviation2);
   }
   if (!placed) return text;
-  text += ToGbk(
-      "\r\n各组平均 F1,F2 频率的相对 Bark 值 V1,V2(百分比)：\r\n"
-      "  (V1i=(B1i-B1min)/(B1max-B1min), V2i=(B2i-B2min)/(B2max-B2min), B代表 Bark 值)");
+  text += ToGbk(kRelativeTitle);
   for (const VowelGroup& group : summaries)
-    text += ToGbk("\r\n  组名：") + PaddedName(group.name) +
-            ToGbk(Format(":  V1 值：%3d,    V2 值：%3d", group.V1(), group.V2()));
+    text +=
+        ToGbk(kGroupName) + PaddedName(group.name) + ToGbk(Format(kRelativeValues, group.V1(), group.V2()));
   return text;
 }
 

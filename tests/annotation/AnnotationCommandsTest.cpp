@@ -62,7 +62,7 @@ TEST(InsertingAnnotations, OnlyALeftClickIntoTheAnalysisPaneInserts) {
   s.Load(Ramp(16000));
   s.Do(kInsert);
   EXPECT_EQ(s.document.activity, Activity::Annotation);
-  EXPECT_EQ(s.w.view.Hint(), kAnnotationHint);
+  EXPECT_EQ(s.w.view.Hint(), kAnnotationHint.Get());
   s.Click(Pane::Waveform, 30);
   s.Click(Pane::Analysis, 40, kRight);
   EXPECT_EQ(s.document.selectionStart, 1600);

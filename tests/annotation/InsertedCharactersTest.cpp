@@ -36,7 +36,7 @@ TEST(InsertedCharacters, KeepTheirTimeAndTheirRowInTheirPane) {
   CharacterDesk s;
   EXPECT_EQ(s.Type("元音"), Texts{"input|插入字符|输入插入的内容（最长9字符）："});
   EXPECT_EQ(s.w.document.activity, Activity::Characters);
-  EXPECT_EQ(s.w.view.Hint(), kCharactersHint);
+  EXPECT_EQ(s.w.view.Hint(), kCharactersHint.Get());
   s.w.Click(Pane::Pitch, {120, 80}, MouseButton::Left, false);
   EXPECT_EQ(s.w.document.activity, Activity::Waveform);
   EXPECT_EQ(s.w.document.selectionStart, -1000) << "the click marks nothing";

@@ -16,7 +16,7 @@ struct Bands {
   std::string Unlabel(int band, int column) { return Said(DeleteLabel(set, Scale(), At(band, column))); }
   std::string Label(int band, int column, const char* text = "a") {
     const LabelPlace place = PlaceOfLabel(set, Scale(), At(band, column));
-    if (place.refusal != nullptr) return place.refusal;
+    if (place.refusal) return *place.refusal;
     AppendLabel(set, band, {place.stretch.start, place.stretch.end, text});
     return "";
   }
@@ -30,7 +30,7 @@ struct Bands {
   }
   /// The refusal, "" for a change, "nothing" for neither.
   static std::string Said(const MarkerOutcome& outcome) {
-    if (outcome.refusal != nullptr) return outcome.refusal;
+    if (outcome.refusal) return *outcome.refusal;
     return outcome.changed ? "" : "nothing";
   }
 };

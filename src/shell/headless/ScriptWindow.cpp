@@ -6,9 +6,12 @@
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
 #include "base/Utf8.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kRegionCopied = "区域已复制到剪贴板";
 
 const char* IconName(Icon icon) {
   constexpr const char* kNames[] = {"none", "info", "question", "warning", "error"};
@@ -209,7 +212,7 @@ void ScriptWindow::OpenInEditor(const std::string& path) {
   PrintEvent(Event("editor").Text("file", FileNameOf(path)));
 }
 
-void ScriptWindow::CopyRegion(const PaneRegion&) { ShowStatus("区域已复制到剪贴板"); }
+void ScriptWindow::CopyRegion(const PaneRegion&) { ShowStatus(kRegionCopied); }
 
 // --- Tool windows
 

@@ -20,9 +20,15 @@
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
 #include "shell/qt/IpaPalette.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kMostBytes = "最多 %d 个字节（一个汉字 2 个）";
+constexpr UiText kStepUp = "加";
+constexpr UiText kStepDown = "减";
 
 /// An edit field whose arrow keys step its value, when it has steps.
 class SteppedEdit : public QLineEdit {
@@ -47,9 +53,9 @@ bool IsEdit(const FormField& field) {
 std::string EntryComplaint(const FormField& field, const std::string& text) {
   if (!IsEdit(field)) return {};
   const std::string gbk = field.phonetic ? IpaToGbk(text) : ToGbk(text);
-  if (field.phonetic ? IpaFromGbk(gbk) != text : !HasGbkCodes(text)) return "有字符没有 GBK 编码，请改写";
+  if (field.phonetic ? IpaFromGbk(gbk) != text : !HasGbkCodes(text)) return messages::kNoGbkCode;
   if (field.maxGbkBytes > 0 && gbk.size() > static_cast<std::size_t>(field.maxGbkBytes))
-    return Format("最多 %d 个字节（一个汉字 2 个）", field.maxGbkBytes);
+    return Format(kMostBytes.Get(), field.maxGbkBytes);
   return {};
 }
 
@@ -82,8 +88,8 @@ FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form
   complaint_->hide();
   layout->addWidget(complaint_);
   auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel);
-  buttons->button(QDialogButtonBox::Ok)->setText("确定");
-  buttons->button(QDialogButtonBox::Cancel)->setText("取消");
+  buttons->button(QDialogButtonBox::Ok)->setText(messages::kOk.Get());
+  buttons->button(QDialogButtonBox::Cancel)->setText(messages::kCancel.Get());
   connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
   layout->addWidget(buttons);
@@ -151,14 +157,14 @@ QWidget* FormDialog::MakeEdit(FormField& field, std::size_t index) {
   struct Arrow {
     Qt::ArrowType type;
     int direction;
-    const char* name;
+    UiText name;
   };
   edit->stepBy = stepBy;
-  for (const Arrow& arrow : {Arrow{Qt::UpArrow, +1, "加"}, Arrow{Qt::DownArrow, -1, "减"}}) {
+  for (const Arrow& arrow : {Arrow{Qt::UpArrow, +1, kStepUp}, Arrow{Qt::DownArrow, -1, kStepDown}}) {
     auto* button = new QToolButton;
     button->setArrowType(arrow.type);
     button->setAutoRepeat(true);
-    button->setAccessibleName(arrow.name);
+    button->setAccessibleName(arrow.name.Get());
     connect(button, &QToolButton::clicked, this,
             [stepBy, direction = arrow.direction] { stepBy(direction); });
     row->addWidget(button);

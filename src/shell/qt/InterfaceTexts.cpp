@@ -5,12 +5,14 @@
 #include <QTranslator>
 #include <string_view>
 
+#include "ui/Text.h"
+
 namespace parlowen {
 namespace {
 
 struct Word {
   std::string_view source;
-  const char* text;
+  UiText text;
 };
 constexpr Word kWords[] = {
     {"Name", "名称"},
@@ -70,7 +72,7 @@ class OwnWords : public QTranslator {
   bool isEmpty() const override { return false; }
   QString translate(const char*, const char* source, const char*, int) const override {
     for (const Word& word : kWords)
-      if (word.source == source) return QString::fromUtf8(word.text);
+      if (word.source == source) return QString::fromUtf8(word.text.Get());
     return {};
   }
 };

@@ -7,11 +7,17 @@
 
 #include "annotation/IpaIndex.h"
 #include "base/Files.h"
+#include "base/Format.h"
 #include "base/IpaCodes.h"
 #include "shell/DataFolder.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kPinyinFirst = "拼音 %s；%s", kExampleLast = "%s；例：%s";
+constexpr UiText kCommonPage = "汉语常用音标";
+constexpr UiText kWholePage = "全部音标";
 
 constexpr int kCellWidth = 46, kCellHeight = 28, kColumns = 13, kRows = 8, kTypeHeight = 17;
 constexpr std::size_t kMostIndexBytes = std::size_t{1} << 20;
@@ -25,8 +31,8 @@ void AddSymbol(QListWidget& page, const std::string& symbol, const std::string& 
 
 std::string ToolTipOf(const IpaIndexRow& row) {
   std::string text = row.description;
-  if (!row.pinyin.empty()) text = "拼音 " + row.pinyin + "；" + text;
-  return row.example.empty() ? text : text + "；例：" + row.example;
+  if (!row.pinyin.empty()) text = Format(kPinyinFirst.Get(), row.pinyin.c_str(), text.c_str());
+  return row.example.empty() ? text : Format(kExampleLast.Get(), text.c_str(), row.example.c_str());
 }
 
 bool IsOnTheKeyboard(const std::string& symbol) {
@@ -44,11 +50,11 @@ std::string SymbolOf(int trail) {
 IpaPalette::IpaPalette(QLineEdit& field, QWidget* parent) : QTabWidget(parent), field_(field) {
   const auto bytes = ReadWholeFile(DataFolder() + "/" + kIpaIndexName, kMostIndexBytes);
   if (bytes) {
-    QListWidget* common = AddPage("汉语常用音标");
+    QListWidget* common = AddPage(kCommonPage.Get());
     for (const IpaIndexRow& row : ReadIpaIndex({reinterpret_cast<const char*>(bytes->data()), bytes->size()}))
       if (!IsOnTheKeyboard(row.symbol)) AddSymbol(*common, row.symbol, ToolTipOf(row));
   }
-  QListWidget* all = AddPage("全部音标");
+  QListWidget* all = AddPage(kWholePage.Get());
   for (int trail = 0xA1; trail <= 0xFE; ++trail) AddSymbol(*all, SymbolOf(trail), "");
 }
 

@@ -33,19 +33,39 @@
 #include "shell/qt/PicturePainter.h"
 #include "shell/qt/Preferences.h"
 #include "shell/qt/TimeAxisStrip.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
 constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
-constexpr const char* kPaneNames[] = {"幅度能量窗", "基频窗", "分析窗", "波形窗"};
+constexpr UiText kRecentFiles = "最近的文件(&R)";
+constexpr UiText kPictureOutput = "图形输出(&T)";
+constexpr UiText kChartMenu = "元音图";
+constexpr UiText kSelectEntry = "选定...(&S)";
+constexpr UiText kZoomInEntry = "放大(&I)";
+constexpr UiText kZoomOutEntry = "缩小(&O)";
+constexpr UiText kShowSelectionEntry = "显示选定的段(&E)";
+constexpr UiText kShowAllEntry = "显示整个声音(&W)";
+constexpr UiText kCopyHoverEntry = "复制读数(&C)";
+constexpr UiText kToolBar = "工具栏";
+constexpr UiText kNoRecentFiles = "（无）";
 constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5
 
 constexpr UiText kSaved = "已保存：";
-constexpr const char* kExportsMoved = "文件夹不能写入，文本数据写到 %s";
+constexpr UiText kExportsMoved = "文件夹不能写入，文本数据写到 %s";
 constexpr int kSoundMilliseconds = 30;  // between two positions of the cursor
 
 using namespace commands;
+
+constexpr UiText kOpenTool = "打开", kSaveTool = "保存", kRecordTool = "录音", kStopTool = "停止";
+constexpr UiText kZoomOutTool = "缩小", kZoomOutHelp = "缩小 (S)", kZoomInTool = "放大",
+                 kZoomInHelp = "放大 (X)";
+constexpr UiText kPitchTool = "基频", kWideBandTool = "宽带", kNarrowBandTool = "窄带";
+constexpr UiText kSelectTitle = "选定", kSamplesUnit = "样点";
+constexpr UiText kHighestText = "起止秒Hg";  // letters and hanzi that reach furthest up and down
+constexpr UiText kBetweenFiles = "；";
 
 constexpr UiText kUnsavedCaption = "尚未保存";
 constexpr UiText kUnsaved[] = {"声音已经改动，还没有保存。", "手工修改过的基频还没有保存。",
@@ -53,24 +73,24 @@ constexpr UiText kUnsaved[] = {"声音已经改动，还没有保存。", "手�
                                "元音图已经改动，还没有保存。"};  // in the order of kWorks
 constexpr UiText kUnsavedBoth = "声音已经改动，基频经过手工修改，都还没有保存。";
 constexpr UiText kUnsavedForGood = "手工修改过的基频还没有保存。有些帧没有求过基频，不能随声音保存。";
-constexpr UiText kSaveOrNot[] = {"保存(&S)", "放弃(&D)", "取消"};
+constexpr UiText kSaveOrNot[] = {messages::kSave, messages::kDiscard, messages::kCancel};
 
 constexpr UiText kReadMarkersAgain =
     "标志已经改动，还没有保存。继续使用现有标志，还是放弃改动、重新读入标志文件？";
-constexpr UiText kKeepMarkers[] = {"继续使用(&K)", "放弃(&D)", "取消"};
+constexpr UiText kKeepMarkers[] = {"继续使用(&K)", messages::kDiscard, messages::kCancel};
 
 constexpr UiText kSaveCaption = "保存声音";
 constexpr UiText kPartOfFile = "只调入了文件的一部分，保存将丢失其余部分。";
 constexpr UiText kChangedFile = "文件在调入或保存以后又被改动，保存将丢失这些改动。\n%s";
 constexpr UiText kOtherFile = "%s 已经存在，保存将替换它。";
-constexpr UiText kReplaceFile[] = {"另存为(&A)...", "覆盖(&O)", "取消"};
+constexpr UiText kReplaceFile[] = {"另存为(&A)...", "覆盖(&O)", messages::kCancel};
 
 /// The keyboard's way to a menu; the names of the menus have none of their own. A submenu's letter is none of its
 /// neighbours' in the menu.
 constexpr char kMenuLetters[] = {'F', 'R', 'P', 'S', 'S', 'V', 'E', 'U', 'D', 'M', 'O', 'A', 'H', 'X', 'D'};
 
 QString MenuTitle(Menu menu) {
-  return QString("%1(&%2)").arg(MenuName(menu)).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
+  return QString("%1(&%2)").arg(MenuName(menu).Get()).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
 }
 
 /// Entries of the panes' own menus that save what is seen there.
@@ -149,30 +169,30 @@ void MainWindow::MakeMenus() {
 
 void MainWindow::MakeExtensionMenu(QMenu& menu) {
   if (!menu.isEmpty()) menu.addSeparator();
-  const auto add = [&](const char* text, const char* keys, bool needsSelection, auto&& act) {
-    QAction* action = menu.addAction(text);
+  const auto add = [&](UiText text, const char* keys, bool needsSelection, auto&& act) {
+    QAction* action = menu.addAction(text.Get());
     action->setShortcut(QKeySequence(keys));
     connect(action, &QAction::triggered, this, [this, act] { gate_.Run(act); });
     ownActions_.push_back({action, needsSelection});
   };
-  recentMenu_ = menu.addMenu("最近的文件(&R)");
+  recentMenu_ = menu.addMenu(kRecentFiles.Get());
   connect(recentMenu_, &QMenu::aboutToShow, this, &MainWindow::RenewRecentFiles);
-  QMenu* pictures = menu.addMenu("图形输出(&T)");
+  QMenu* pictures = menu.addMenu(kPictureOutput.Get());
   connect(pictures, &QMenu::aboutToShow, this, [this, pictures] {
     pictures->clear();
     for (std::size_t i = 0; i < std::size(kPanes); ++i)
-      if (!panes_[i]->isHidden()) MakePictureMenu(*pictures->addMenu(kPaneNames[i]), *panes_[i]);
-    if (!chart_->isHidden()) MakePictureMenu(*pictures->addMenu("元音图"), *chart_);
+      if (!panes_[i]->isHidden()) MakePictureMenu(*pictures->addMenu(PaneName(kPanes[i]).Get()), *panes_[i]);
+    if (!chart_->isHidden()) MakePictureMenu(*pictures->addMenu(kChartMenu.Get()), *chart_);
   });
   menu.addSeparator();
-  add("选定...(&S)", "Ctrl+G", false, [this] { AskSelection(); });
-  add("放大(&I)", "Ctrl++", false, [this] { station_.Zoom(false); });
-  add("缩小(&O)", "Ctrl+-", false, [this] { station_.Zoom(true); });
-  add("显示选定的段(&E)", "Ctrl+E", true,
+  add(kSelectEntry, "Ctrl+G", false, [this] { AskSelection(); });
+  add(kZoomInEntry, "Ctrl++", false, [this] { station_.Zoom(false); });
+  add(kZoomOutEntry, "Ctrl+-", false, [this] { station_.Zoom(true); });
+  add(kShowSelectionEntry, "Ctrl+E", true,
       [this] { station_.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
-  add("显示整个声音(&W)", "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
+  add(kShowAllEntry, "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
-  add("复制读数(&C)", "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
+  add(kCopyHoverEntry, "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
 }
 
 void MainWindow::MakePictureMenu(QMenu& menu, PaneWidget& pane) {
@@ -180,40 +200,40 @@ void MainWindow::MakePictureMenu(QMenu& menu, PaneWidget& pane) {
 }
 
 void MainWindow::MakeToolBar() {
-  QToolBar* bar = addToolBar("工具栏");
+  QToolBar* bar = addToolBar(kToolBar.Get());
   bar->setObjectName("tools");
   bar->setMovable(false);
   bar->setFloatable(false);
   bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
   bar->setIconSize({20, 20});
   const QColor ink = palette().color(QPalette::ButtonText);
-  const auto add = [&](ToolIcon icon, const char* name, std::vector<int> commands) {
-    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
+  const auto add = [&](ToolIcon icon, UiText name, std::vector<int> commands) {
+    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name.Get());
     connect(action, &QAction::triggered, this, [this, commands] {
       for (const int command : commands)
         if (station_.states.IsEnabled(command)) return void(Dispatch(command));
     });
-    toolButtons_.push_back({std::move(commands), action, name});
+    toolButtons_.push_back({std::move(commands), action, name.Get()});
   };
-  const auto addZoom = [&](ToolIcon icon, const char* name, const char* toolTip, bool out) {
-    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name);
-    action->setToolTip(toolTip);
+  const auto addZoom = [&](ToolIcon icon, UiText name, UiText toolTip, bool out) {
+    QAction* action = bar->addAction(MakeToolIcon(icon, ink), name.Get());
+    action->setToolTip(toolTip.Get());
     connect(action, &QAction::triggered, this, [this, out] { gate_.Run([&] { station_.Zoom(out); }); });
     ownActions_.push_back({action, false});
   };
-  add(ToolIcon::Open, "打开", {commands::kOpenSound});
-  add(ToolIcon::Save, "保存", {commands::kSaveSound});
+  add(ToolIcon::Open, kOpenTool, {commands::kOpenSound});
+  add(ToolIcon::Save, kSaveTool, {commands::kSaveSound});
   bar->addSeparator();
-  add(ToolIcon::Record, "录音", {commands::kRecordUntilSilence});
-  add(ToolIcon::Play, "放音", {commands::kPlaySelection, commands::kPlayWhole});
-  add(ToolIcon::Stop, "停止", {commands::kStopRecording, commands::kStopPlaying});
+  add(ToolIcon::Record, kRecordTool, {commands::kRecordUntilSilence});
+  add(ToolIcon::Play, messages::kPlay, {commands::kPlaySelection, commands::kPlayWhole});
+  add(ToolIcon::Stop, kStopTool, {commands::kStopRecording, commands::kStopPlaying});
   bar->addSeparator();
-  addZoom(ToolIcon::ZoomOut, "缩小", "缩小 (S)", true);
-  addZoom(ToolIcon::ZoomIn, "放大", "放大 (X)", false);
+  addZoom(ToolIcon::ZoomOut, kZoomOutTool, kZoomOutHelp, true);
+  addZoom(ToolIcon::ZoomIn, kZoomInTool, kZoomInHelp, false);
   bar->addSeparator();
-  add(ToolIcon::Pitch, "基频", {commands::kFastPitch});
-  add(ToolIcon::WideBand, "宽带", {commands::kWideBand});
-  add(ToolIcon::NarrowBand, "窄带", {commands::kNarrowBand});
+  add(ToolIcon::Pitch, kPitchTool, {commands::kFastPitch});
+  add(ToolIcon::WideBand, kWideBandTool, {commands::kWideBand});
+  add(ToolIcon::NarrowBand, kNarrowBandTool, {commands::kNarrowBand});
 }
 
 void MainWindow::MakeCentre() {
@@ -256,7 +276,7 @@ void MainWindow::MakeStatusBar() {
   status_->setFont(bold);
   // One height with and without a text: the panes do not move when a line comes or goes.
   for (ElidedLabel* label : {hint_, hover_, status_}) {
-    label->SetText("起止秒Hg");
+    label->SetText(kHighestText.Get());
     label->setFixedHeight(label->sizeHint().height());
     label->SetText({});
   }
@@ -412,7 +432,7 @@ void MainWindow::RenewExportFolder() {
 
 void MainWindow::ShowExportNotice() {
   if (!std::exchange(exportNotice_, false) || !exportsMoved_) return;
-  said_ = QString::fromStdString(Format(kExportsMoved, station_.exportFolder.c_str()));
+  said_ = QString::fromStdString(Format(kExportsMoved.Get(), station_.exportFolder.c_str()));
   RenewStatus();
 }
 
@@ -527,7 +547,7 @@ void MainWindow::AskSelection() {
   const bool defined = document.selectionDefined();
   const int start = defined ? document.selectionStart : document.viewStart;
   const int end = defined ? document.selectionEnd : document.viewStart + document.viewLength;
-  const auto edge = [rate](int control, const char* label, int at) {
+  const auto edge = [rate](int control, UiText label, int at) {
     FormField field;
     field.control = control;
     field.kind = FieldKind::Number;
@@ -535,7 +555,7 @@ void MainWindow::AskSelection() {
     field.value = QString::number(at / rate, 'f', 4).toStdString();
     return field;
   };
-  const auto unitChoice = [](const char* label, bool checked) {
+  const auto unitChoice = [](UiText label, bool checked) {
     FormField field;
     field.kind = FieldKind::Radio;
     field.label = label;
@@ -543,9 +563,9 @@ void MainWindow::AskSelection() {
     return field;
   };
   InputForm form;
-  form.title = "选定";
-  form.fields = {edge(1000, "起", start), edge(1001, "止", end), unitChoice("秒", true),
-                 unitChoice("样点", false)};
+  form.title = kSelectTitle;
+  form.fields = {edge(1000, messages::kSelectionStart, start), edge(1001, messages::kSelectionEnd, end),
+                 unitChoice(messages::kSeconds, true), unitChoice(kSamplesUnit, false)};
   if (!dialogs_.AskInput(form)) return;
   const double unit = form.CheckedIndex() == 0 ? rate : 1.0;
   const auto sample = [&](int control) {
@@ -605,7 +625,7 @@ void MainWindow::ShowSaved(const QString& path) {
 void MainWindow::RenewStatus() {
   QStringList parts;
   if (!said_.isEmpty()) parts += said_;
-  if (!saved_.isEmpty()) parts += kSaved.Get() + saved_.join("；");
+  if (!saved_.isEmpty()) parts += kSaved.Get() + saved_.join(kBetweenFiles.Get());
   status_->SetText(parts.join("  "));
 }
 
@@ -724,7 +744,7 @@ void MainWindow::RenewRecentFiles() {
     QAction* action = recentMenu_->addAction(QString("&%1  %2").arg(++number).arg(shown));
     connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });
   }
-  if (number == 0) recentMenu_->addAction("（无）")->setEnabled(false);
+  if (number == 0) recentMenu_->addAction(kNoRecentFiles.Get())->setEnabled(false);
 }
 
 QString MainWindow::HintShown() const { return hint_->Text(); }

@@ -6,13 +6,21 @@
 
 #include "base/Format.h"
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+namespace {
+
+constexpr UiText kCut = "剪切", kPaste = "粘贴";
+constexpr UiText kUndoable = "可撤消：%s %.2f 秒（%.2f 秒处）";
+
+}  // namespace
+
 QString UndoToolTip(const SoundDocument& document) {
   if (document.undoKind == UndoKind::None || document.sampleRate <= 0) return {};
   const double rate = document.sampleRate;
-  return QString::fromStdString(Format("可撤消：%s %.2f 秒（%.2f 秒处）",
-                                       document.undoKind == UndoKind::Cut ? "剪切" : "粘贴",
+  return QString::fromStdString(Format(kUndoable.Get(),
+                                       document.undoKind == UndoKind::Cut ? kCut.Get() : kPaste.Get(),
                                        document.undoLength / rate, document.undoPosition / rate));
 }
 

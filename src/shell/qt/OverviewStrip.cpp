@@ -8,9 +8,14 @@
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/PaneWidget.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kName = "全貌";
+constexpr UiText kHelp = "整个声音：拖动移动画面，单击居中";
+constexpr UiText kAll = "全部";
 
 constexpr int kLeft = PaneWidget::kGutter;
 
@@ -19,8 +24,8 @@ constexpr int kLeft = PaneWidget::kGutter;
 OverviewStrip::OverviewStrip(Workstation& station, ActionGate& gate, QWidget* parent)
     : QWidget(parent), station_(station), view_(station.view), document_(station.document), gate_(gate) {
   setFixedHeight(44);
-  setAccessibleName("全貌");
-  setToolTip("整个声音：拖动移动画面，单击居中");
+  setAccessibleName(kName.Get());
+  setToolTip(kHelp.Get());
 }
 
 int OverviewStrip::SampleAt(int x) const { return view_.OverviewSampleAt(x - kLeft, width() - kLeft); }
@@ -31,7 +36,7 @@ void OverviewStrip::paintEvent(QPaintEvent*) {
   QFont small = font();
   small.setPixelSize(11);
   painter.setFont(small);
-  painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter, "全部");
+  painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter, kAll.Get());
   painter.translate(kLeft, 0);
   painter.fillRect(0, 0, width() - kLeft, height(), Qt::white);
   PaintPicture(painter, view_.Overview(width() - kLeft, height()));

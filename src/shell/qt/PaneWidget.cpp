@@ -12,31 +12,42 @@
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/GraphicRole.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/Text.h"
 #include "vowel/ChartPicture.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kSelected = "，选定 %.2f–%.2f 秒";
 
 constexpr int kEdgeReach = 4;    // pixels on either side of an edge that take hold of it
 constexpr int kTickHeight = 11;  // type size of the tick labels
 constexpr QRgb kHoverLine = 0xFF707070;
 constexpr int kSmallestChart = 330;  // no more than the panes it stands over
 
-struct PaneTexts {
-  const char* name;
-  int proposedHeight;
-};
-PaneTexts TextsOf(Pane pane) {
+constexpr UiText kAmplitudeName = "幅度能量窗", kPitchName = "基频窗", kAnalysisName = "分析窗";
+constexpr UiText kWaveformName = "波形窗", kChartName = "元音图窗";
+
+int ProposedHeight(Pane pane) {
   switch (pane) {
-    case Pane::Amplitude: return {"幅度能量窗", 110};
-    case Pane::Pitch: return {"基频窗", 165};
-    case Pane::Analysis: return {"分析窗", 330};
-    case Pane::Chart: return {"元音图窗", 500};
-    default: return {"波形窗", 165};
+    case Pane::Amplitude: return 110;
+    case Pane::Analysis: return 330;
+    case Pane::Chart: return 500;
+    default: return 165;
   }
 }
 
 }  // namespace
+
+UiText PaneName(Pane pane) {
+  switch (pane) {
+    case Pane::Amplitude: return kAmplitudeName;
+    case Pane::Pitch: return kPitchName;
+    case Pane::Analysis: return kAnalysisName;
+    case Pane::Chart: return kChartName;
+    default: return kWaveformName;
+  }
+}
 
 PaneWidget::PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent)
     : QWidget(parent),
@@ -57,7 +68,7 @@ PaneWidget::PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidge
 
 int PaneWidget::Top() const { return pane_ == Pane::Chart ? kChartTop : 0; }
 
-QSize PaneWidget::sizeHint() const { return {kGutter + 1024, TextsOf(pane_).proposedHeight}; }
+QSize PaneWidget::sizeHint() const { return {kGutter + 1024, ProposedHeight(pane_)}; }
 
 QSize PaneWidget::minimumSizeHint() const {
   return {kGutter + 200, pane_ == Pane::Chart ? kSmallestChart : kSmallestHeight};
@@ -70,10 +81,10 @@ void PaneWidget::Invalidate() {
 }
 
 void PaneWidget::UpdateAccessibleName() {
-  std::string name = TextsOf(pane_).name;
+  std::string name = PaneName(pane_);
   if (document_.selectionDefined() && document_.sampleRate > 0) {
     const double rate = document_.sampleRate;
-    name += Format("，选定 %.2f–%.2f 秒", document_.selectionStart / rate, document_.selectionEnd / rate);
+    name += Format(kSelected.Get(), document_.selectionStart / rate, document_.selectionEnd / rate);
   }
   const QString text = QString::fromStdString(name);
   if (text != accessibleName()) setAccessibleName(text);

@@ -5,12 +5,16 @@
 
 #include "shell/Workstation.h"
 #include "shell/qt/WheelSteps.h"
+#include "ui/Text.h"
 
 class QRubberBand;
 
 namespace parlowen {
 
 class ActionGate;
+
+/// What a pane is called in menus and by screen readers: "基频窗".
+UiText PaneName(Pane pane);
 
 /// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates
 /// begin there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The

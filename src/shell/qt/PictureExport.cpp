@@ -11,6 +11,7 @@
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/PicturePainter.h"
 #include "ui/FileKind.h"
+#include "ui/Messages.h"
 #include "ui/Svg.h"
 #include "ui/Text.h"
 #include "ui/Window.h"
@@ -20,8 +21,6 @@ namespace {
 
 constexpr double kPixelsPerInch = 96.0;
 constexpr int kPrintDotsPerInch = 300;
-constexpr const char* kCannotWrite = "文件夹或文件名不对，请重选";
-constexpr const char* kCannotWriteCaption = "文件夹或文件名错误";
 
 QByteArray SvgBytes(const Picture& picture) { return QByteArray::fromStdString(ToSvg(picture)); }
 
@@ -66,13 +65,14 @@ constexpr FormatRow kFormats[] = {
     {PictureFormat::Pdf, "图形存为 PDF(&F)...", FileKindNamed("pdf")},
     {PictureFormat::Png, "图形存为 PNG，300 dpi(&G)...", FileKindNamed("png")},
 };
+constexpr UiText kCopyPicture = "复制为图片(&C)";
 constexpr UiText kSaveTitle = "图形存为";
 
 void AskAndSave(Window& window, const Picture& picture, const FormatRow& row) {
   const auto choice = window.AskSaveFile({kSaveTitle, {row.kind}, row.kind.extension});
   if (!choice) return;
   if (SavePicture(picture, choice->path, row.format) < 0)
-    return window.ShowError(kCannotWrite, kCannotWriteCaption);
+    return window.ShowError(messages::kBadSaveName, messages::kBadNameCaption);
   window.Saved(choice->path);
 }
 
@@ -93,7 +93,7 @@ void CopyPicture(const Picture& picture, double scale) {
 
 void AddPictureActions(QMenu& menu, Window& window, ActionGate& gate, int level,
                        std::function<Picture()> picture) {
-  menu.addAction("复制为图片(&C)", &menu, [&menu, &gate, level, picture] {
+  menu.addAction(kCopyPicture.Get(), &menu, [&menu, &gate, level, picture] {
     gate.Run([&] { CopyPicture(picture(), menu.devicePixelRatioF()); }, level);
   });
   for (const FormatRow& row : kFormats)

@@ -23,14 +23,23 @@
 #include "shell/qt/Preferences.h"
 #include "shell/qt/TextWindow.h"
 #include "shell/qt/ToolWidget.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kDefaultErrorCaption = "错误";
+constexpr UiText kYes = "是(&Y)";
+constexpr UiText kNo = "否(&N)";
+constexpr UiText kLookIn = "查找范围:";
+constexpr UiText kFileName = "文件名(&N):";
+constexpr UiText kFileType = "文件类型:";
+constexpr UiText kComputing = "正在计算...";
+constexpr UiText kOpenButton = "打开(&O)";
+constexpr UiText kDefaultErrorCaption = "错误";
 constexpr int kProgressSteps = 1000;
 constexpr UiText kExists = "%s 已经存在。\n要替换它吗？", kReplaceCaption = "替换文件";
-constexpr UiText kReplaceOrNot[] = {"替换(&R)", "取消"};
+constexpr UiText kReplaceOrNot[] = {"替换(&R)", messages::kCancel};
 
 QMessageBox::Icon IconOf(Icon icon) {
   switch (icon) {
@@ -137,7 +146,7 @@ void QtWindow::ShowMessage(const std::string& text, const std::string& caption, 
   box.setWindowTitle(QString::fromStdString(caption.empty() ? fallback : caption));
   box.setTextFormat(Qt::PlainText);
   box.setText(BoxText(text));
-  box.addButton("确定", QMessageBox::AcceptRole);
+  box.addButton(messages::kOk.Get(), QMessageBox::AcceptRole);
   MakeRoomForCaption(box);
   box.exec();
 }
@@ -177,8 +186,8 @@ bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
   box.setWindowTitle(QString::fromStdString(caption.empty() ? caption_ : caption));
   box.setTextFormat(Qt::PlainText);
   box.setText(BoxText(text));
-  QPushButton* yes = box.addButton("是(&Y)", QMessageBox::YesRole);
-  QPushButton* no = box.addButton("否(&N)", QMessageBox::NoRole);
+  QPushButton* yes = box.addButton(kYes.Get(), QMessageBox::YesRole);
+  QPushButton* no = box.addButton(kNo.Get(), QMessageBox::NoRole);
   box.setDefaultButton(yes);
   box.setEscapeButton(no);
   MakeRoomForCaption(box);
@@ -204,11 +213,11 @@ std::optional<FileChoice> QtWindow::AskFile(const FileDialog& dialog, bool save)
       const std::string path = PathOf(dialog, file);
       return MayReplace(dialog.nameWritten != nullptr ? dialog.nameWritten(path) : path, &box);
     };
-  box.setLabelText(QFileDialog::Accept, save ? "保存(&S)" : "打开(&O)");
-  box.setLabelText(QFileDialog::Reject, "取消");
-  box.setLabelText(QFileDialog::LookIn, "查找范围:");
-  box.setLabelText(QFileDialog::FileName, "文件名(&N):");
-  box.setLabelText(QFileDialog::FileType, "文件类型:");
+  box.setLabelText(QFileDialog::Accept, (save ? messages::kSave : kOpenButton).Get());
+  box.setLabelText(QFileDialog::Reject, messages::kCancel.Get());
+  box.setLabelText(QFileDialog::LookIn, kLookIn.Get());
+  box.setLabelText(QFileDialog::FileName, kFileName.Get());
+  box.setLabelText(QFileDialog::FileType, kFileType.Get());
   ShareColumns(box);
   std::string name = dialog.proposed;
   if (name.empty() && save && !dialog.kinds.empty() && nameFor) name = nameFor(dialog.kinds.front());
@@ -271,7 +280,7 @@ void QtWindow::OpenInEditor(const std::string& path) {
   const QString suffix = QFileInfo(file).suffix().toLower();
   const bool html = suffix == "html" || suffix == "htm";
   QWidget* shown = html ? ShowHelpPage(file, fragment, &host_) : ShowTextFile(file, &host_);
-  if (shown == nullptr) ShowError("文件打开错误");
+  if (shown == nullptr) ShowError(messages::kCannotOpen);
 }
 
 void QtWindow::Repaint(std::optional<Pane> pane) {
@@ -338,7 +347,8 @@ void QtWindow::RunModal(ToolWindow& tool) {
 bool QtWindow::Progress(double share) {
   if (!progress_) {
     if (share >= 1.0 || !sinceAction_.isValid() || sinceAction_.elapsed() < quietMilliseconds) return true;
-    progress_ = new QProgressDialog("正在计算...", "取消", 0, kProgressSteps, DialogParent());
+    progress_ =
+        new QProgressDialog(kComputing.Get(), messages::kCancel.Get(), 0, kProgressSteps, DialogParent());
     progress_->setWindowTitle(QString::fromStdString(caption_));
     progress_->setWindowModality(Qt::ApplicationModal);
     progress_->setMinimumDuration(0);

@@ -6,8 +6,12 @@
 #include <QTimer>
 #include <cmath>
 
+#include "ui/Text.h"
+
 namespace parlowen {
 namespace {
+
+constexpr UiText kPurpose = "语音分析工作站";
 
 constexpr int kWidth = 440, kHeight = 220;
 constexpr int kShownMilliseconds = 1200;
@@ -40,7 +44,7 @@ QPixmap Drawing(double ratio) {
   font.setPixelSize(16);
   font.setBold(false);
   painter.setFont(font);
-  painter.drawText(QRect(0, 66, kWidth, 26), Qt::AlignCenter, "语音分析工作站");
+  painter.drawText(QRect(0, 66, kWidth, 26), Qt::AlignCenter, kPurpose.Get());
   painter.setPen(QColor(0x9D, 0xB8, 0xD9));
   painter.setBrush(Qt::NoBrush);
   painter.setRenderHint(QPainter::Antialiasing, false);

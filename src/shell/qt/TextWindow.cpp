@@ -9,9 +9,12 @@
 
 #include "base/IpaCodes.h"
 #include "base/Utf8.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
+
+constexpr UiText kHelpTitle = "帮助";
 
 constexpr qint64 kLongestText = qint64{16} << 20;
 
@@ -52,7 +55,7 @@ QWidget* ShowHelpPage(const QString& path, const QString& fragment, QWidget* par
   QUrl url = QUrl::fromLocalFile(path);
   if (!fragment.isEmpty()) url.setFragment(fragment);
   view->setSource(url);
-  ShowAsWindow(*view, view->documentTitle().isEmpty() ? "帮助" : view->documentTitle());
+  ShowAsWindow(*view, view->documentTitle().isEmpty() ? kHelpTitle.Get() : view->documentTitle());
   return view;
 }
 

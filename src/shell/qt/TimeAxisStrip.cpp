@@ -4,12 +4,19 @@
 
 #include "shell/qt/PaneWidget.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+namespace {
+
+constexpr UiText kName = "时间轴（秒）";
+
+}  // namespace
 
 TimeAxisStrip::TimeAxisStrip(const MainView& view, QWidget* parent) : QWidget(parent), view_(view) {
   setFixedHeight(22);
-  setAccessibleName("时间轴（秒）");
+  setAccessibleName(kName.Get());
 }
 
 void TimeAxisStrip::paintEvent(QPaintEvent*) {
@@ -19,7 +26,8 @@ void TimeAxisStrip::paintEvent(QPaintEvent*) {
   QFont small = font();
   small.setPixelSize(11);
   painter.setFont(small);
-  painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter, "秒");
+  painter.drawText(QRect(0, 0, kLeft - 6, height()), Qt::AlignRight | Qt::AlignVCenter,
+                   messages::kSeconds.Get());
   painter.translate(kLeft, 0);
   painter.fillRect(0, 0, width() - kLeft, height(), Qt::white);
   PaintPicture(painter, view_.TimeAxis(width() - kLeft, height()));

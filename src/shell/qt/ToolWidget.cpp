@@ -21,8 +21,14 @@
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/PictureExport.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+namespace {
+
+constexpr UiText kCopyData = "复制数据(&T)\tCtrl+Shift+C";
+
+}  // namespace
 
 /// The drawing area of a tool window.
 class ToolCanvas : public QWidget {
@@ -241,7 +247,7 @@ void ToolWidget::ShowMenu(QPoint global) {
   QMenu menu(this);
   AddPictureActions(menu, window_, gate_, level_, [this] { return Shown(); });
   if (tool_ != nullptr && !tool_->Text().empty())
-    menu.addAction("复制数据(&T)\tCtrl+Shift+C", this, &ToolWidget::CopyText);
+    menu.addAction(kCopyData.Get(), this, &ToolWidget::CopyText);
   menu.exec(global);
 }
 

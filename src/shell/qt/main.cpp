@@ -13,9 +13,11 @@
 #include "shell/qt/MainWindow.h"
 #include "shell/qt/Preferences.h"
 #include "shell/qt/Splash.h"
+#include "ui/Messages.h"
 
 namespace {
 
+constexpr parlowen::UiText kSmallScreen = "显示器分辨率不低于1024*720!";
 constexpr QSize kSmallestScreen(1024, 720);
 
 }  // namespace
@@ -41,7 +43,7 @@ int main(int argc, char** argv) {
   const QStringList arguments = QApplication::arguments();
   QTimer::singleShot(0, &window, [&] {
     if (screen.width() < kSmallestScreen.width() || screen.height() < kSmallestScreen.height())
-      window.Dialogs().ShowMessage("显示器分辨率不低于1024*720!", "警告", parlowen::Icon::Warning);
+      window.Dialogs().ShowMessage(kSmallScreen, parlowen::messages::kWarning, parlowen::Icon::Warning);
     window.OpenFiles(arguments.mid(1));
   });
   return QApplication::exec();
