@@ -62,7 +62,7 @@ MarkerOutcome AddMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPo
   const auto markers = MarkersOf(set, at.band);
   markers.back() = at.sample;
   std::sort(markers.begin(), markers.end());
-  return {true, nullptr};
+  return {true, {}};
 }
 
 MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at) {
@@ -75,7 +75,7 @@ MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const Marke
     if (label.start == *found || label.end == *found) return {false, kMarkerLabelled};
   CloseUp(markers, static_cast<std::size_t>(found - markers.begin()),
           set.markerCount[static_cast<std::size_t>(at.band)]);
-  return {true, nullptr};
+  return {true, {}};
 }
 
 MarkerStretch StretchAt(const MarkerSet& set, const MarkerPoint& at, std::int32_t sampleCount) {
@@ -94,7 +94,7 @@ LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const Ma
   if (set.labelCount[static_cast<std::size_t>(at.band)] >= kLabelsPerBand) return {{}, kMarkersFull};
   if (set.markerCount[static_cast<std::size_t>(at.band)] == 0) return {{}, kNoMarkerForLabel};
   int nearest = kLabelReach;
-  LabelPlace place{StretchAt(set, at, scale.sampleCount), nullptr};
+  LabelPlace place{StretchAt(set, at, scale.sampleCount), {}};
   for (const std::int32_t position : set.Markers(at.band)) {
     const int distance = std::abs(scale.Column(position) - at.column);
     if (distance >= nearest) continue;
@@ -131,7 +131,7 @@ MarkerOutcome DeleteLabel(MarkerSet& set, const MarkerScale& scale, const Marker
     });
   if (found == labels.end()) return {};
   CloseUp(labels, static_cast<std::size_t>(found - labels.begin()), set.labelCount[b]);
-  return {true, nullptr};
+  return {true, {}};
 }
 
 bool SortMarkers(MarkerSet& set) {

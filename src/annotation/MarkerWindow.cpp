@@ -291,7 +291,7 @@ void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
   if (place.refusal) return window.Notify(*place.refusal);
   const std::string text = AskLabelText(window);
   if (!text.empty())
-    Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), nullptr});
+    Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), {}});
 }
 
 void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {
