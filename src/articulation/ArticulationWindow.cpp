@@ -13,7 +13,7 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kTitle = "普通话声韵母发音的唇位、舌位图";
-constexpr UiText kPlayButton = "放音", kDemonstrateButton = "演示", kEstimateButton = "由选定段估计";
+constexpr UiText kDemonstrateButton = "演示", kEstimateButton = "由选定段估计";
 constexpr UiText kHint = "左键、↑↓：选音；←→：动作的各步";
 constexpr UiText kNoRecording = "没有该音的声音文件！";
 constexpr UiText kRateTooHigh = "采样频率太高，请先转换！";
@@ -29,7 +29,7 @@ class ArticulationWindow : public ToolWindow {
   std::string Name() const override { return "articulation"; }
   std::string Title() const override { return kTitle; }
   std::vector<ToolControl> Controls() const override {
-    return {{kPlay, kPlayButton, true},
+    return {{kPlay, messages::kPlay, true},
             {kDemonstrate, kDemonstrateButton, true},
             {kEstimate, kEstimateButton, true}};
   }

@@ -9,12 +9,11 @@
 namespace parlowen {
 namespace {
 
-constexpr UiText kNoDevice = "没有可用的放音设备";
 constexpr UiText kNoMemory = "内存不足，不能实现反向播放！";
-constexpr const char* kPrepareFailed = " Error in waveOut PrepareHeader!";
-constexpr const char* kWriteFailed = " Error in waveoutwrite Buffer";
-constexpr const char* kResetFailed = " Error Reseting wave output device";
-constexpr const char* kCloseFailed = " Error closing wave output device";
+constexpr UiText kPrepareFailed = " Error in waveOut PrepareHeader!";
+constexpr UiText kWriteFailed = " Error in waveoutwrite Buffer";
+constexpr UiText kResetFailed = " Error Reseting wave output device";
+constexpr UiText kCloseFailed = " Error closing wave output device";
 constexpr UiText kPlaying = "T 键停止放音";
 constexpr UiText kEnded = "放音结束";
 constexpr int kLongestError = 99;  // characters of a device's own text that are shown
@@ -46,7 +45,7 @@ int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t*
   if (start < 0 || end <= start || base == nullptr) return -1;
   const std::string refusal = output_ != nullptr
                                   ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate)
-                                  : std::string(kNoDevice);
+                                  : std::string(kNoLoudspeaker);
   if (!refusal.empty()) {
     window_.Notify(FirstCharacters(refusal, kLongestError));
     return -1;
@@ -73,12 +72,10 @@ int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t*
 }
 
 bool Player::Begin(std::span<const std::int16_t> stretch) {
-  const char* failure = !output_->Prepare(stretch) ? kPrepareFailed
-                        : !output_->Write()        ? kWriteFailed
-                                                   : nullptr;
-  if (failure == nullptr) return true;
+  const bool prepared = output_->Prepare(stretch);
+  if (prepared && output_->Write()) return true;
   output_->Close();
-  window_.Notify(failure);
+  window_.Notify(prepared ? kWriteFailed : kPrepareFailed);
   return false;
 }
 

@@ -11,21 +11,21 @@
 namespace parlowen {
 namespace {
 
-constexpr const char* kErrorCaption = "Error";
-constexpr const char* kNoDevice = " Error Getting Wave_In_Dev_Caps!";
-constexpr const char* kOpenFailed = " Error Opening Wave_In_Device!";
-constexpr const char* kPrepareFailed = " Error in waveIn PrepareHeader!";
-constexpr const char* kQueueFailed = " Error in waveIn Add Buffer";
-constexpr const char* kStartFailed = " Error in Start_Recording";
+constexpr UiText kErrorCaption = "Error";
+constexpr UiText kNoDevice = " Error Getting Wave_In_Dev_Caps!";
+constexpr UiText kOpenFailed = " Error Opening Wave_In_Device!";
+constexpr UiText kPrepareFailed = " Error in waveIn PrepareHeader!";
+constexpr UiText kQueueFailed = " Error in waveIn Add Buffer";
+constexpr UiText kStartFailed = " Error in Start_Recording";
 
-constexpr const char* kLength = "L=%.2lf Sec";
+constexpr UiText kLength = "L=%.2lf Sec";
 constexpr UiText kRecordingEnded = "录音结束";
 
-constexpr const char* kTesting = "Please keep silence, Testing ......";
-constexpr const char* kTested = "Testing finished,      OK!";
+constexpr UiText kTesting = "Please keep silence, Testing ......";
+constexpr UiText kTested = "Testing finished,      OK!";
 constexpr UiText kTooQuiet = "录音增益太低，必须手工调高！";
 constexpr UiText kTooLoud = "录音增益太高，必须手工调低！";
-constexpr const char* kTestResult = "Gain, Thr=%.2f, %d";
+constexpr UiText kTestResult = "Gain, Thr=%.2f, %d";
 constexpr UiText kTestStopped = "增益测试已停止，增益和阈值不变";
 
 constexpr UiText kLostInMiddle =
@@ -86,10 +86,11 @@ int Recorder::Start(int channels) {
   started_ = false;
   levels_ = {};
   if (gainTest_) gainTest_.emplace(sampleRate_);
-  if (const char* failure = OpenDevice()) {
+  if (const auto failure = OpenDevice()) {
     if (input_ != nullptr) input_->Close();
     gainTest_.reset();
-    window_.ShowMessage(failure, failure == kQueueFailed ? window_.Caption() : kErrorCaption, Icon::None);
+    const bool ofBlock = std::string(*failure) == kQueueFailed.Get();
+    window_.ShowMessage(*failure, ofBlock ? window_.Caption() : kErrorCaption, Icon::None);
     return -1;
   }
   state_ = State::Running;
@@ -99,8 +100,8 @@ int Recorder::Start(int channels) {
   return 0;
 }
 
-/// Null, or the step that failed.
-const char* Recorder::OpenDevice() {
+/// What is said about the step that failed; nothing when all went well.
+std::optional<UiText> Recorder::OpenDevice() {
   if (input_ == nullptr) return kNoDevice;
   input_->Close();
   if (!input_->IsPresent()) return kNoDevice;
@@ -111,7 +112,7 @@ const char* Recorder::OpenDevice() {
     // Capture starts with the first block in place; the second follows while it is being filled.
     if (&block == &blocks_.front() && !input_->Start()) return kStartFailed;
   }
-  return nullptr;
+  return {};
 }
 
 void Recorder::stopRecording() {
@@ -153,7 +154,7 @@ void Recorder::Keep(std::span<const std::int16_t> block) {
   } else {
     Append(block);
     ShowRecorded();
-    window_.ShowStatus(Format(kLength, static_cast<double>(recorded_) / sampleRate_));
+    window_.ShowStatus(Format(kLength.Get(), static_cast<double>(recorded_) / sampleRate_));
   }
 }
 
@@ -247,7 +248,7 @@ void Recorder::FinishGainTest(Ending ending) {
   settings_.AdaptToRoom(std::sqrt(level / kUsualRoom));
   WriteSettingsFile(window_, settings_, gainFile_);
   window_.ShowStatus(
-      Format(kTestResult, static_cast<double>(settings_.recordGain), settings_.voiceThreshold));
+      Format(kTestResult.Get(), static_cast<double>(settings_.recordGain), settings_.voiceThreshold));
 }
 
 /// Nothing more will come: what was recorded is kept.
@@ -259,10 +260,8 @@ void Recorder::DeviceLost(InputLoss loss) {
   if (wanted) return;
   if (loss == InputLoss::NotOpened) return window_.ShowMessage(kOpenFailed, kErrorCaption, Icon::None);
   const std::string kept = Format(kLostInMiddle.Get(), static_cast<double>(recorded_) / sampleRate_);
-  window_.Notify((test       ? kLostInTest.Get()
-                  : started_ ? kept
-                             : kLostBeforeVoice.Get()) +
-                 std::string(kLostUntil));
+  const std::string lost = test ? kLostInTest : started_ ? kept : kLostBeforeVoice;
+  window_.Notify(lost + kLostUntil.Get());
 }
 
 void Recorder::Changed() {

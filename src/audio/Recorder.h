@@ -67,7 +67,7 @@ class Recorder {
     bool voiced = false;
   };
 
-  const char* OpenDevice();
+  std::optional<UiText> OpenDevice();
   int Start(int channels);
   void Keep(std::span<const std::int16_t> block);
   void WaitForVoice(std::span<const std::int16_t> block, bool voiced);

@@ -2,17 +2,18 @@
 
 #include <algorithm>
 
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kTitle = "参数设置";
-constexpr const char* kRateNote = "（已调入的声音也改按此频率处理）";
-constexpr const char* kShadedPicture = "二维深浅图";
-constexpr const char* kSolidPicture = "三维立体图";
-constexpr const char* kThresholdLabel = " 开始录音的控制声音强度（10--1000%）";
-constexpr const char* kCannotWrite = "文件打开错误";
+constexpr UiText kTitle = "参数设置";
+constexpr UiText kRateNote = "（已调入的声音也改按此频率处理）";
+constexpr UiText kShadedPicture = "二维深浅图";
+constexpr UiText kSolidPicture = "三维立体图";
+constexpr UiText kThresholdLabel = " 开始录音的控制声音强度（10--1000%）";
 constexpr int kRateGroup = 0, kPictureGroup = 1;
 constexpr int kPercentField = 1000;
 
@@ -59,7 +60,7 @@ void TakeRate(Window& window, SoundDocument& document, CommandStates& states, in
 }  // namespace
 
 void WriteSettingsFile(Window& window, const RecorderSettings& settings, const std::string& path) {
-  if (SaveFile(window, path, settings.FileBytes()) < 0) window.Notify(kCannotWrite, Icon::Error);
+  if (SaveFile(window, path, settings.FileBytes()) < 0) window.Notify(messages::kCannotOpen, Icon::Error);
 }
 
 void SettingsCommand(Window& window, SoundDocument& document, CommandStates& states,

@@ -4,7 +4,12 @@
 #include <span>
 #include <string>
 
+#include "ui/Text.h"
+
 namespace parlowen {
+
+/// What is said without a loudspeaker.
+inline constexpr UiText kNoLoudspeaker = "没有可用的放音设备";
 
 // What the player and the recorder need of a sound card. Notices come as events on the one thread, never from
 // inside a call made here; after Close none comes. Every call returns at once, also when the device does not

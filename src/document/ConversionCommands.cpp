@@ -7,24 +7,25 @@
 #include "document/SegmentFilter.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kRateTooHigh = "采样频率不宜超过16000Hz！";
-constexpr const char* kNoSegment = "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！";
-constexpr const char* kWrongLength = "语音段太短或太长，请重新选定！";
-constexpr const char* kFilterTitle = "对选定段进行滤波";
-constexpr const char* kAskCutoff = "输入滤波器的截止频率（Hz, 范围：200-500）";
-constexpr const char* kWrongCutoff = "输入频率范围超界！";
-constexpr const char* kAskPass = "低通滤波(Yes),高通滤波(No)?";
-constexpr const char* kAskPassCaption = "低通/高通选择";
-constexpr const char* kFiltered = "波形数据从%6.2f 秒到%6.2f 秒已经被滤波！";
+constexpr UiText kRateTooHigh = "采样频率不宜超过16000Hz！";
+constexpr UiText kNoSegment = "请先在幅度能量图中用鼠标左、右键选定要滤波的语音段！";
+constexpr UiText kFilterTitle = "对选定段进行滤波";
+constexpr UiText kAskCutoff = "输入滤波器的截止频率（Hz, 范围：200-500）";
+constexpr UiText kWrongCutoff = "输入频率范围超界！";
+constexpr UiText kAskPass = "低通滤波(Yes),高通滤波(No)?";
+constexpr UiText kAskPassCaption = "低通/高通选择";
+constexpr UiText kFiltered = "波形数据从%6.2f 秒到%6.2f 秒已经被滤波！";
 
-constexpr const char* kAskTarget = "转换为16000Hz(Yes)?11025Hz(No)?";
-constexpr const char* kAskTargetCaption = "选择转换频率";
-constexpr const char* kNothingToConvert = "原频率低于新频率，转换无意义";
+constexpr UiText kAskTarget = "转换为16000Hz(Yes)?11025Hz(No)?";
+constexpr UiText kAskTargetCaption = "选择转换频率";
+constexpr UiText kNothingToConvert = "原频率低于新频率，转换无意义";
 
 constexpr int kHighestFilterRate = 16000;                 // Hz
 constexpr int kFewestFrames = 50, kMostFrames = 800;      // of 10 ms
@@ -39,7 +40,7 @@ void FilterSegmentCommand(Window& window, SoundDocument& document) {
   const int start = document.selectionStart, end = document.selectionEnd;
   const int frames = FrameOfSample(document.SelectionLength(), document.sampleRate);
   if (frames < 1) return window.Notify(kNoSegment);
-  if (frames < kFewestFrames || frames > kMostFrames) return window.Notify(kWrongLength);
+  if (frames < kFewestFrames || frames > kMostFrames) return window.Notify(messages::kWrongLength);
   InputForm form = OneFieldForm(kFilterTitle, kAskCutoff, kFirstCutoff);
   if (!window.AskInput(form)) return;
   const int cutoff = form.CountOf(1000);
@@ -47,7 +48,7 @@ void FilterSegmentCommand(Window& window, SoundDocument& document) {
   const bool lowPass = window.AskYesNo(kAskPass, kAskPassCaption);
   FilterStretch(document, start, end, cutoff, lowPass ? FilterPass::Low : FilterPass::High);
   const double rate = document.sampleRate;
-  window.Notify(Format(kFiltered, start / rate, end / rate));
+  window.Notify(Format(kFiltered.Get(), start / rate, end / rate));
   window.Repaint();
 }
 

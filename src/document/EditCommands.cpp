@@ -3,14 +3,14 @@
 #include <algorithm>
 
 #include "document/Editing.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kBreaksChannels = "此操作将破坏双声道数据的同步，继续吗？";
-constexpr const char* kClipped = "数据太大，产生限幅失真";
-constexpr const char* kWarning = "警告";
-constexpr const char* kNoTwoChannels = "没有双声道数据！";
+constexpr UiText kBreaksChannels = "此操作将破坏双声道数据的同步，继续吗？";
+constexpr UiText kClipped = "数据太大，产生限幅失真";
 
 /// Cut and paste work on one channel; a two-channel document becomes a mono one when the user agrees. The
 /// two-channel commands stay: they say themselves that there is no second channel any more.
@@ -29,7 +29,7 @@ void ApplySelectionRules(SoundDocument& document, CommandStates& states) {
 }  // namespace
 
 bool RequireTwoChannels(Window& window, const SoundDocument& document) {
-  if (!document.twoChannel) window.Notify(kNoTwoChannels);
+  if (!document.twoChannel) window.Notify(messages::kNoTwoChannels);
   return document.twoChannel;
 }
 
@@ -73,7 +73,7 @@ Edit UndoCommand(Window& window, SoundDocument& document, CommandStates& states)
 
 void AmplifyCommand(Window& window, SoundDocument& document) {
   const bool clipped = AmplifySelection(document);
-  if (clipped) window.ShowMessage(kClipped, kWarning, Icon::Warning);
+  if (clipped) window.ShowMessage(kClipped, messages::kWarning, Icon::Warning);
   window.Repaint();
 }
 

@@ -6,22 +6,23 @@
 #include "base/Arithmetic.h"
 #include "document/NextDigit.h"
 #include "document/WavFile.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
+constexpr UiText kStartTitle = " 选择所需的地点";
+constexpr UiText kStartLabel = "输入该处的秒数（Max=）";
 constexpr UiText kOpenTitle = "打开声音文件", kSaveTitle = "保存文件";
-constexpr const char* kBadName = "文件夹或文件名不对";
-constexpr const char* kBadSaveName = "文件夹或文件名不对，请重选";
-constexpr const char* kBadNameCaption = "文件夹或文件名错误";
-constexpr const char* kCannotOpen = "文件打开错误";
-constexpr const char* kNoWav = "不是 wav 文件";
-constexpr const char* kNot16Bits = "不是单/双声道16位 .wav 文件！";
-constexpr const char* kOneChannelOnly = "双声道16位 .wav 文件,只调入一个声道！";
-constexpr const char* kNotStereo = "不是双声道文件";
-constexpr const char* kLongFile = "长文件，选择调入起点";
-constexpr const char* kKeepPitch = "本文件的基频数据已求出，保存吗（Yes/No)?";
-constexpr const char* kKeepPitchCaption = "保存基频？";
+constexpr UiText kBadName = "文件夹或文件名不对";
+constexpr UiText kNoWav = "不是 wav 文件";
+constexpr UiText kNot16Bits = "不是单/双声道16位 .wav 文件！";
+constexpr UiText kOneChannelOnly = "双声道16位 .wav 文件,只调入一个声道！";
+constexpr UiText kNotStereo = "不是双声道文件";
+constexpr UiText kLongFile = "长文件，选择调入起点";
+constexpr UiText kKeepPitch = "本文件的基频数据已求出，保存吗（Yes/No)?";
+constexpr UiText kKeepPitchCaption = "保存基频？";
 
 constexpr const char* kWavSuffix = ".wav";
 
@@ -69,7 +70,7 @@ bool HasUsableRate(const WavLayout& layout) {
 bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
                  const std::string& path, const WavLayout& layout, ChannelMode mode,
                  const TailReader& readTail) {
-  const auto refuse = [&window](const char* text) {
+  const auto refuse = [&window](UiText text) {
     window.ShowError(text);
     return false;
   };
@@ -143,21 +144,22 @@ std::string WithWavSuffix(const std::string& path) {
 std::string CaptionFor(const std::string& path) { return std::string(kProgramCaption) + " -- " + path; }
 
 std::optional<int> AskStartSecond(Window& window, int seconds) {
-  InputForm form = OneFieldForm(" 选择所需的地点", "输入该处的秒数（Max=）", std::to_string(seconds));
+  InputForm form = OneFieldForm(kStartTitle, kStartLabel, std::to_string(seconds));
   if (!window.AskInput(form)) return {};
   return form.CountOf(1000);
 }
 
 void openInteractive(Window& window, SoundDocument& document, CommandStates& states, ChannelMode mode) {
   const auto choice = window.AskOpenFile({kOpenTitle, {FileKindNamed("wav"), FileKindNamed("raw")}});
-  if (!choice || choice->path.size() > kLongestPath) return window.ShowError(kBadName, kBadNameCaption);
+  if (!choice || choice->path.size() > kLongestPath)
+    return window.ShowError(kBadName, messages::kBadNameCaption);
   openPath(window, document, states, choice->path, mode, mode == ChannelMode::One && choice->filter == 1);
 }
 
 void openPath(Window& window, SoundDocument& document, CommandStates& states, const std::string& path,
               ChannelMode mode, bool rawAllowed) {
   const InputFile file(path);
-  if (!file.isOpen()) return window.ShowError(kCannotOpen);
+  if (!file.isOpen()) return window.ShowError(messages::kCannotOpen);
   if (rawAllowed && file.size() >= kWavHeaderBytes && !HasRiffTag(file))
     return LoadRaw(window, document, states, file, path);
   const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
@@ -174,7 +176,7 @@ void openWithRecords(Window& window, SoundDocument& document, CommandStates& sta
 
 void openByName(Window& window, SoundDocument& document, CommandStates& states, const std::string& path) {
   const InputFile file(path);
-  if (!file.isOpen()) return window.ShowError(kCannotOpen);
+  if (!file.isOpen()) return window.ShowError(messages::kCannotOpen);
   if (file.size() < kWavHeaderBytes) return window.ShowError(kNoWav);
   if (!HasRiffTag(file)) return LoadRaw(window, document, states, file, path);
   const auto layout = ReadWavLayout(file, WavHeaderRule::Fixed44);
@@ -196,7 +198,7 @@ std::optional<bool> AskToKeepPitch(Window& window) {
   return window.AskBeforeWriting(kKeepPitch, kKeepPitchCaption);
 }
 
-void SayCannotSave(Window& window) { window.ShowError(kBadSaveName, kBadNameCaption); }
+void SayCannotSave(Window& window) { window.ShowError(messages::kBadSaveName, messages::kBadNameCaption); }
 
 std::string PathToSave(const SoundDocument& document) {
   return document.filePath.empty() ? "" : WithWavSuffix(document.filePath);

@@ -6,6 +6,7 @@
 
 #include "base/Files.h"
 #include "document/SoundDocument.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -47,7 +48,7 @@ std::string PathToSave(const SoundDocument& document);
 /// a name that is too long are refused with a message.
 std::optional<std::string> AskSoundName(Window& window, const std::string& title,
                                         const std::string& proposed);
-inline constexpr const char* kSaveUnderOtherName = "文件换名存为...";
+inline constexpr UiText kSaveUnderOtherName = "文件换名存为...";
 
 /// Whether the contour, which is complete, goes into the file.
 std::optional<bool> AskToKeepPitch(Window& window);

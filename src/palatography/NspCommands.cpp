@@ -6,15 +6,17 @@
 #include "document/NextDigit.h"
 #include "document/SoundFileCommands.h"
 #include "palatography/NspFile.h"
+#include "ui/Messages.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kCannotOpen = "文件打开错误";
-constexpr const char* kWrongFormat = "文件格式不对！";
-constexpr const char* kRateTooHigh = "采样率太高！";
-constexpr const char* kTwoChannelSpeech = "不支持双声道采样！";
-constexpr const char* kWrongData = "数据错误！";
+constexpr UiText kOpenTwoChannelsTitle = "打开NSP双声道文件";
+constexpr UiText kOpenPalateTitle = "打开腭位数据文件";
+constexpr UiText kWrongFormat = "文件格式不对！";
+constexpr UiText kRateTooHigh = "采样率太高！";
+constexpr UiText kTwoChannelSpeech = "不支持双声道采样！";
 constexpr std::size_t kLargestFile = std::size_t{256} << 20;
 
 void ShowRefusal(Window& window, NspRefusal refusal) {
@@ -22,7 +24,7 @@ void ShowRefusal(Window& window, NspRefusal refusal) {
     case NspRefusal::WrongFormat: return window.Notify(kWrongFormat, Icon::Error);
     case NspRefusal::RateTooHigh: return window.Notify(kRateTooHigh, Icon::Error);
     case NspRefusal::TwoChannelSpeech: return window.Notify(kTwoChannelSpeech, Icon::Error);
-    case NspRefusal::WrongPreferences: return window.Notify(kWrongData, Icon::Error);
+    case NspRefusal::WrongPreferences: return window.Notify(kPalateDamaged, Icon::Error);
     case NspRefusal::NotNsp:
     case NspRefusal::None: return;  // a file of another kind is passed over
   }
@@ -50,7 +52,7 @@ void FinishLoad(Window& window, SoundDocument& document, CommandStates& states, 
   window.Repaint();
 }
 
-std::optional<std::string> AskNspFile(Window& window, const char* title) {
+std::optional<std::string> AskNspFile(Window& window, UiText title) {
   const auto choice = window.AskOpenFile({title, {FileKindNamed("nsp")}});
   if (!choice) return {};
   return choice->path;
@@ -62,7 +64,7 @@ int ReadTwoChannelNsp(Window& window, SoundDocument& document, CommandStates& st
                       const std::string& path) {
   const auto bytes = ReadWholeFile(path, kLargestFile);
   if (!bytes) {
-    window.Notify(kCannotOpen, Icon::Error);
+    window.Notify(messages::kCannotOpen, Icon::Error);
     return 0;
   }
   TwoChannelNsp recording;
@@ -82,7 +84,7 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
                const std::string& path) {
   const auto bytes = ReadWholeFile(path, kLargestFile);
   if (!bytes) {
-    window.Notify(kCannotOpen, Icon::Error);
+    window.Notify(messages::kCannotOpen, Icon::Error);
     return 0;
   }
   EpgRecording recording;
@@ -102,12 +104,12 @@ int ReadEpgNsp(Window& window, SoundDocument& document, CommandStates& states, P
 }
 
 void OpenTwoChannelNspCommand(Window& window, SoundDocument& document, CommandStates& states) {
-  const auto path = AskNspFile(window, "打开NSP双声道文件");
+  const auto path = AskNspFile(window, kOpenTwoChannelsTitle);
   if (path) ReadTwoChannelNsp(window, document, states, *path);
 }
 
 bool OpenEpgCommand(Window& window, SoundDocument& document, CommandStates& states, PalateState& palate) {
-  const auto path = AskNspFile(window, "打开腭位数据文件");
+  const auto path = AskNspFile(window, kOpenPalateTitle);
   return path && ReadEpgNsp(window, document, states, palate, *path) == 1;
 }
 

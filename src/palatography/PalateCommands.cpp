@@ -7,6 +7,7 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "palatography/PalateWindow.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
@@ -14,21 +15,12 @@
 namespace parlowen {
 namespace {
 
-constexpr UiText kDamaged = "数据错误！";
-constexpr UiText kEdited = "波形已改变，腭位数据不再对应！";
 constexpr UiText kNoStretch = "请用鼠标左、右键定义要进行统计的段";
 constexpr UiText kNoStretchCaption = "语音段未正确定义";
-constexpr UiText kSaveQuestion = "保存此图的数据吗（Yes/No）？";
-constexpr UiText kSaveCaption = "保存数据？";
 constexpr UiText kSaveTitle = "保存腭位统计数据文件";
 constexpr UiText kOpenTitle = "打开腭位统计数据文件";
 constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No）？";
-constexpr UiText kRestartOrAppendCaption = "从头更新数据？";
-constexpr UiText kNotThere = "文件不存在！";
-constexpr UiText kCannotCreate = "不能建立文件！";
 constexpr UiText kNoStatistics = "无此腭位统计数据文件！";
-constexpr UiText kFull = "数据太多，不能再加入！";
-constexpr UiText kCannotOpen = "文件打开错误！";
 constexpr UiText kImport = "导入腭位帧";
 constexpr UiText kFramesASecond = "每秒帧数";
 constexpr UiText kEightBytes = "每帧8字节";
@@ -50,8 +42,8 @@ FileDialog StatisticsDialog(UiText title) {
 /// True when the frames can be shown; else says why not.
 bool RequireFrames(Window& window, const PalateDesk& desk) {
   switch (FaultOf(desk.palate, desk.document)) {
-    case ContactFault::Damaged: window.Notify(kDamaged, Icon::Error); return false;
-    case ContactFault::Edited: window.Notify(kEdited); return false;
+    case ContactFault::Damaged: window.Notify(kPalateDamaged, Icon::Error); return false;
+    case ContactFault::Edited: window.Notify(kPalateEdited); return false;
     case ContactFault::None: break;
   }
   return true;
@@ -74,20 +66,20 @@ void AppendRecord(Window& window, const std::string& path, const ByteWriter& rec
   if (present && !present->empty()) {
     const auto records = ReadPalateFile(*present);
     if (!records) return window.Notify(kNoStatistics, Icon::Error);
-    if (records->size() >= kMostPalateRecords) return window.Notify(kFull);
+    if (records->size() >= kMostPalateRecords) return window.Notify(messages::kTooMuchData);
   }
-  if (SaveBehindFile(window, path, record) < 0) window.Notify(kNotThere, Icon::Error);
+  if (SaveBehindFile(window, path, record) < 0) window.Notify(messages::kNoSuchFile, Icon::Error);
 }
 
 void SaveStatistics(Window& window, const PalateRecord& record) {
   const auto choice = window.AskSaveFile(StatisticsDialog(kSaveTitle));
   if (!choice) return window.Repaint();
-  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(kRestartOrAppend, messages::kRestartOrAppendCaption);
   if (!restart) return window.Repaint();
   ByteWriter bytes;
   WritePalateRecord(bytes, record);
   if (!*restart) return AppendRecord(window, choice->path, bytes);
-  if (SaveFile(window, choice->path, bytes) < 0) window.Notify(kCannotCreate, Icon::Error);
+  if (SaveFile(window, choice->path, bytes) < 0) window.Notify(messages::kCannotCreate, Icon::Error);
 }
 
 struct StatisticsFile {
@@ -115,7 +107,7 @@ void ShowStatistics(Window& window, const PalateDesk& desk, PalateStatistics sta
 }
 
 void OpenOr(Window& window, const std::string& path) {
-  if (!InputFile(path).isOpen()) return window.Notify(kCannotOpen, Icon::Error);
+  if (!InputFile(path).isOpen()) return window.Notify(messages::kCannotOpenListing, Icon::Error);
   window.OpenInEditor(path);
 }
 
@@ -167,7 +159,7 @@ bool PalateStatisticsCommand(Window& window, const PalateDesk& desk) {
   PalateStatistics statistics;
   statistics.records = {record};
   ShowStatistics(window, desk, std::move(statistics));
-  if (window.AskYesNo(kSaveQuestion, kSaveCaption)) SaveStatistics(window, record);
+  if (window.AskYesNo(messages::kSaveFigures, messages::kSaveFiguresCaption)) SaveStatistics(window, record);
   return true;
 }
 
@@ -208,11 +200,11 @@ void ImportContactFramesCommand(Window& window, const SoundDocument& document, C
   const auto choice = window.AskOpenFile({kImport, {FileKindNamed("epg")}});
   if (!choice) return;
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
-  if (!bytes) return window.Notify(kCannotOpen, Icon::Error);
+  if (!bytes) return window.Notify(messages::kCannotOpenListing, Icon::Error);
   const auto kind = AskFrameKind(window);
   if (!kind) return;
   auto frames = ParseContactFrames(*bytes, kind->bytes);
-  if (!frames) return window.Notify(kDamaged, Icon::Error);
+  if (!frames) return window.Notify(kPalateDamaged, Icon::Error);
   // Those that begin in the sound.
   const ContactTiming timing{SaturateInt32(static_cast<std::int64_t>(frames->size())),
                              static_cast<double>(kind->rate), document.sampleRate};

@@ -26,6 +26,7 @@ namespace {
 constexpr std::int32_t kBytesBehind = 656;
 constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 
+constexpr FileText kBetween = "，";
 constexpr FileText kTitle = "\r\n          腭位统计数据\r\n";
 constexpr FileText kRecordTitle = "\r\n          第%d段：T=%.3f秒--%.3f秒，%d帧\r\n\r\n";
 constexpr FileText kMeanTitle = "\r\n          平均（%d段）\r\n\r\n";
@@ -68,7 +69,7 @@ std::optional<PalateRecord> TakeRecord(ByteReader& reader) {
 std::string IndicesText(const ContactIndices& indices) {
   std::string line;
   for (std::size_t k = 0; k < kContactIndices; ++k) {
-    line += std::string(k == 0 ? "" : "，") + kNames[k] + "=";
+    line += std::string(k == 0 ? "" : kBetween) + kNames[k] + "=";
     line += std::isnan(indices[k]) ? std::string("--") : Format(kFormats[k], indices[k]);
   }
   return line;

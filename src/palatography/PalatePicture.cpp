@@ -14,7 +14,6 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kNoFrames = "没有腭位数据！";
-constexpr UiText kEdited = "波形已改变，腭位数据不再对应！";
 constexpr UiText kHeadLine = "T=%.3f -- %.3f（秒）   第 %d -- %d 帧，每秒 %s 帧";
 constexpr UiText kCurrentLine = "第 %d 帧  %.3f 秒";
 constexpr UiText kIndexNames[] = {"总接触", "前", "中", "后", "CA", "CC", "COG", "不对称"};
@@ -254,7 +253,7 @@ Picture PalatePicture(const SoundDocument& document, const PalateState& palate, 
   const ContactTiming timing = TimingOf(palate, document);
   const std::span<const ContactFrame> frames = FramesOf(palate, document);
   if (frames.empty()) {
-    AddNote(picture, FaultOf(palate, document) == ContactFault::Edited ? kEdited : kNoFrames);
+    AddNote(picture, FaultOf(palate, document) == ContactFault::Edited ? kPalateEdited : kNoFrames);
     return picture;
   }
   const PalateLayout layout(document, timing, width);

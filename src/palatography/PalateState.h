@@ -14,6 +14,9 @@
 
 namespace parlowen {
 
+/// What is wrong with a recording, or with what an edit has left of it.
+inline constexpr UiText kPalateDamaged = "数据错误！", kPalateEdited = "波形已改变，腭位数据不再对应！";
+
 /// What to do in the window of the palates.
 inline constexpr UiText kPalateHint = "左键：选帧；←→：逐帧；D：总接触；Z：重心";
 

@@ -5,6 +5,7 @@
 
 #include "base/Format.h"
 #include "spectral/ToolTexts.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 
 namespace parlowen {
@@ -12,7 +13,7 @@ namespace {
 
 constexpr UiText kWaveformTitle = "波形-腭位图", kSpectrumTitle = "波形-语谱-腭位图",
                  kStatisticsTitle = "腭位统计";
-constexpr UiText kPlayButton = "放音", kStatisticsButton = "统计", kCompareButton = "比较";
+constexpr UiText kStatisticsButton = "统计";
 constexpr UiText kRecordsHint = "↑↓：各段";
 constexpr UiText kTime = "%.3f 秒  第 %d 帧";
 constexpr UiText kElectrode = "第 %d 行  %.1f%%";
@@ -41,7 +42,7 @@ std::string PalateWindow::Title() const { return withSpectrum_ ? kSpectrumTitle 
 
 std::vector<ToolControl> PalateWindow::Controls() const {
   const bool frames = FaultOf(desk_.palate, desk_.document) == ContactFault::None;
-  return {{kPlay, kPlayButton, frames}, {kStatistics, kStatisticsButton, true}};
+  return {{kPlay, messages::kPlay, frames}, {kStatistics, kStatisticsButton, true}};
 }
 
 Picture PalateWindow::Draw(int width, int height) const {
@@ -118,9 +119,9 @@ void PalateWindow::Closed(Window& window) {
 std::string PalateStatisticsWindow::Title() const { return kStatisticsTitle; }
 
 std::vector<ToolControl> PalateStatisticsWindow::Controls() const {
-  return {{kPlay, kPlayButton, true},
+  return {{kPlay, messages::kPlay, true},
           {kStatistics, kStatisticsButton, true},
-          {kCompare, kCompareButton, !desk_.view.statistics.records.empty()}};
+          {kCompare, messages::kCompare, !desk_.view.statistics.records.empty()}};
 }
 
 Picture PalateStatisticsWindow::Draw(int width, int height) const {

@@ -9,36 +9,32 @@
 #include "pitch/PitchAnalysis.h"
 #include "pitch/PitchFile.h"
 #include "spectral/SpectrogramCommands.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr const char* kAgainTitle = "再求一次音高";
-constexpr const char* kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "64--280 Hz"};
+constexpr UiText kHarmonicStatus = "谐波号=%d";
+constexpr UiText kAgainTitle = "再求一次音高";
+constexpr UiText kRangeLabels[] = {"自动", "144--600 Hz", "96--400 Hz", "64--280 Hz"};
 constexpr int kFirstRangeButton = 1010;
 
 constexpr int kShortestSegment = 200;  // samples: below there is no contour to keep
 constexpr UiText kSaveTitle = "保存基频数据文件", kOpenTitle = "打开基频数据文件";
-constexpr const char* kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？";
-constexpr const char* kRestartOrAppendCaption = "从头更新数据？";
-constexpr const char* kNoSuchFile = "文件不存在！";
-constexpr const char* kCannotCreate = "不能建立文件！";
-constexpr const char* kNoPitchFile = "无基频数据文件！";
-constexpr const char* kCannotWriteListing = "文件打开错误！";
+constexpr UiText kNoPitchFile = "无基频数据文件！";
 // Five hours of contour. A longer file is none, and its listing would fill the memory.
 constexpr std::size_t kLongestPitchFile = std::size_t{8} << 20;
 
 constexpr const char* kPitchListing = "Pitch.txt";
 
-constexpr const char* kNoContour = "请先求出基频！";
-constexpr const char* kNoSelectionYet = "请先用鼠标左、右键选定语音段";
 constexpr UiText kHarmonicsHint =
     "左键：沿谐波描点，右键：结束；1–9：谐波号；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Es"
     "c：退出";
 constexpr UiText kCepstrumHint =
     "左键：沿倒谱峰描点，右键：结束；右键拖动：选帧，D：清音，↑↓：加倍／减半，R：复原；Z：撤消；Esc：退出";
-constexpr const char* kOnlyVoiced = "只能修改浊音段";
+constexpr UiText kOnlyVoiced = "只能修改浊音段";
 
 FileDialog PitchFileDialog(UiText title) {
   constexpr const FileKind& kKind = FileKindNamed("pdt");
@@ -128,7 +124,7 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
     window.Repaint();
     return 0;
   }
-  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(messages::kRestartOrAppend, messages::kRestartOrAppendCaption);
   if (!restart) return 0;
   ByteWriter record;
   const FrameSpan frames =
@@ -136,7 +132,7 @@ int SavePitchSegment(Window& window, const SoundDocument& document) {
   if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
   const int result =
       *restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
-  if (result < 0) window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+  if (result < 0) window.Notify(*restart ? messages::kCannotCreate : messages::kNoSuchFile, Icon::Error);
   return result;
 }
 
@@ -162,7 +158,7 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
   if (!bytes) return 1;
   FileReplacement listing;
   if (listing.Begin(PitchListingPath(exportFolder)) < 0) {
-    window.Notify(kCannotWriteListing, Icon::Error);
+    window.Notify(messages::kCannotOpenListing, Icon::Error);
     return 1;
   }
   std::vector<PitchRecord> records;
@@ -172,7 +168,7 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
     gbk += ToGbk(PitchListing(records[i], static_cast<int>(i) + 1, document.sampleRate));
   if (end == PitchFileEnd::Broken) window.Notify(kBadPitchFile, Icon::Error);
   if (listing.Commit({reinterpret_cast<const std::uint8_t*>(gbk.data()), gbk.size()}) < 0) {
-    window.Notify(kCannotWriteListing, Icon::Error);
+    window.Notify(messages::kCannotOpenListing, Icon::Error);
     return 1;
   }
   window.Saved(PitchListingPath(exportFolder));
@@ -181,9 +177,9 @@ int ListPitchFile(Window& window, const SoundDocument& document, const std::stri
 
 bool RepairPitchCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                         PitchState& state, SpectrogramKind kind) {
-  if (!document.pitchPresent) return window.Refuse(kNoContour);
+  if (!document.pitchPresent) return window.Refuse(messages::kNoContour);
   if (!document.selectionDefined()) {
-    window.ShowStatus(kNoSelectionYet);
+    window.ShowStatus(messages::kMarkFirst);
     return false;
   }
   state.repair = {};
@@ -228,7 +224,7 @@ bool RepairKey(Window& window, SoundDocument& document, PitchRepair& repair, con
     if (repair.rows == RepairRows::Quefrencies) return true;  // there the row is the period itself
     repair.harmonic = key[0] - '0';
     repair.lastPoint.reset();
-    window.ShowStatus(Format("谐波号=%d", repair.harmonic));
+    window.ShowStatus(Format(kHarmonicStatus.Get(), repair.harmonic));
     window.Repaint();
   } else if (key == "D" || key == "d") {
     Repaired(window, UnvoiceMarked(document, repair));

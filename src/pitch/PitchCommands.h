@@ -33,7 +33,7 @@ bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
 /// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
 int SavePitchSegment(Window& window, const SoundDocument& document);
 
-inline constexpr const char* kBadPitchFile = "基频数据文件错误！";
+inline constexpr UiText kBadPitchFile = "基频数据文件错误！";
 
 /// Asks for a pitch data file and reads it; nothing when it was cancelled or is not there, which has been
 /// said then.

@@ -1,6 +1,7 @@
 #include "pitch/PitchFile.h"
 
 #include "base/Format.h"
+#include "ui/Text.h"
 
 // A record, little-endian; records follow one another without a file header.
 //
@@ -10,6 +11,12 @@
 //   12  4·(n+1)  float32 contour values of frames first..last
 
 namespace parlowen {
+namespace {
+
+constexpr FileText kBlockTitle = "\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n";
+constexpr FileText kColumns = "T(秒)    频率(Hz) 半音调    T(秒)    频率(Hz) 半音调 \r\n";
+
+}  // namespace
 
 FrameSpan RecordedFrames(int start, int end, int sampleRate) {
   return {LowInt16(FrameOfSample(start, sampleRate)), LowInt16(FrameOfSample(end, sampleRate))};
@@ -47,8 +54,8 @@ std::string PitchListing(const PitchRecord& record, int number, int sampleRate) 
   const int first = FrameOfSample(record.start, sampleRate);
   const double start = first * 0.01;
   const double length = static_cast<double>(record.periods.size() - 1) * 0.01;
-  std::string text = Format("\r\n          第%d段：T=%.2f秒--%.2f秒\r\n\r\n", number, start, start + length);
-  text += "T(秒)    频率(Hz) 半音调    T(秒)    频率(Hz) 半音调 \r\n";
+  std::string text = Format(kBlockTitle, number, start, start + length);
+  text += kColumns;
   auto time = static_cast<float>(start);
   bool left = true;
   for (const float period : record.periods) {

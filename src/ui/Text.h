@@ -1,4 +1,5 @@
 #pragma once
+#include <cstddef>
 #include <string>
 
 namespace parlowen {
@@ -10,7 +11,8 @@ class UiText {
  public:
   constexpr UiText() = default;
   constexpr UiText(const char* chinese)
-      : chinese_(chinese) {}  // NOLINT: tables of texts are written as literals
+      : chinese_(chinese) {}        // NOLINT: tables of texts are written as literals
+  UiText(std::nullptr_t) = delete;  // no text is std::optional's
 
   const char* Get() const { return chinese_; }
   operator std::string() const { return Get(); }  // NOLINT: a text is shown wherever a string is

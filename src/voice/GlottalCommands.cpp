@@ -6,6 +6,7 @@
 
 #include "base/Format.h"
 #include "base/Gbk.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
 #include "voice/GlottalPicture.h"
@@ -13,12 +14,8 @@
 namespace parlowen {
 namespace {
 
-constexpr UiText kMarkFirst = "请先用鼠标左、右键选定语音段";
-constexpr UiText kPitchFirst = "请先求出基频！";
-constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
-constexpr UiText kNoVoice = "所选段没有基频！";
 constexpr UiText kTitle = "声门波估计（估计值）";
-constexpr UiText kShow = "显示数据", kTurn = "反相", kPlay = "放音";
+constexpr UiText kTurn = "反相";
 constexpr UiText kPeriodLine =
     "第%d个周期 %.4f秒  F0=%sHz  OQ=%s  QOQ=%s  SQ=%s  NAQ=%s  H1-H2=%sdB  HRF=%sdB";
 
@@ -60,7 +57,9 @@ class GlottalWindow : public ToolWindow {
   Point PreferredSize() const override { return {1024, 640}; }
   std::vector<ToolControl> Controls() const override {
     const bool shown = desk_.state.shown;
-    return {{kShowButton, kShow, shown}, {kTurnButton, kTurn, shown}, {kPlayButton, kPlay, shown}};
+    return {{kShowButton, messages::kShowData, shown},
+            {kTurnButton, kTurn, shown},
+            {kPlayButton, messages::kPlay, shown}};
   }
   Picture Draw(int width, int height) const override {
     if (!desk_.state.shown) return {width, height, {}};
@@ -126,7 +125,7 @@ class GlottalWindow : public ToolWindow {
     GlottalState& state = desk_.state;
     if (EstimateGlottalWave(SpanOf(state.samples), state.wave.sampleRate, state.stretch, !state.turned,
                             state.wave) < 0)
-      return window.Notify(kNoVoice);
+      return window.Notify(messages::kNoPitchInStretch);
     state.turned = !state.turned;
     state.chosen = -1;
     window.Repaint();
@@ -141,21 +140,21 @@ class GlottalWindow : public ToolWindow {
 bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
   SoundDocument& document = desk.document;
   if (!document.selectionDefined()) {
-    window.ShowStatus(kMarkFirst);
+    window.ShowStatus(messages::kMarkFirst);
     return false;
   }
-  if (!document.pitchPresent) return window.Refuse(kPitchFirst);
+  if (!document.pitchPresent) return window.Refuse(messages::kNoContour);
   const std::int64_t milliseconds = std::int64_t{document.SelectionLength()} * 1000;
   if (milliseconds < std::int64_t{kShortest} * document.sampleRate ||
       milliseconds > std::int64_t{kLongest} * document.sampleRate)
-    return window.Refuse(kWrongLength);
+    return window.Refuse(messages::kWrongLength);
   const std::span<const float> contour(document.pitch.data(),
                                        static_cast<std::size_t>(document.ContourLength()));
   const auto stretch =
       LongestVoicedStretch(contour, document.selectionStart, document.selectionEnd, document.sampleRate);
   GlottalWave wave;
   if (!stretch || EstimateGlottalWave(document.Samples(), document.sampleRate, *stretch, false, wave) < 0)
-    return window.Refuse(kNoVoice);
+    return window.Refuse(messages::kNoPitchInStretch);
   const auto copyOf = [&](const SampleBuffer& channel) {
     return std::vector<std::int16_t>(channel.data(), channel.data() + document.sampleCount);
   };

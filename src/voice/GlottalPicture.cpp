@@ -7,6 +7,7 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "ui/Colours.h"
+#include "ui/Messages.h"
 #include "ui/Plot.h"
 #include "ui/Text.h"
 
@@ -14,7 +15,7 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kSpeech = "语音", kFlow = "声门流", kDerivative = "声门流导数", kSecondChannel = "声道2";
-constexpr UiText kHarmonics = "谐波(dB)", kSeconds = "秒";
+constexpr UiText kHarmonics = "谐波(dB)";
 constexpr UiText kNames[] = {"F0(Hz)", "OQ", "QOQ", "SQ", "NAQ", "H1-H2(dB)", "HRF(dB)"};
 constexpr UiText kMean = "平均", kDeviation = "标准差", kChosen = "周期";
 constexpr UiText kFigures = "%d个周期  jitter=%s%%  shimmer=%s%%", kTurnedOver = "  波形已反相";
@@ -202,7 +203,8 @@ Picture GlottalPicture(const GlottalWave& wave, SampleSpan speech, SampleSpan se
   const PlotScale time{wave.start / static_cast<double>(wave.sampleRate),
                        wave.end / static_cast<double>(wave.sampleRate), kLeft,
                        std::max(kLeft + 1, width - kRightMargin)};
-  AddColumnAxis(picture, time, RoundTicks(time, kTimeLabelRoom), layout.axis, layout.style, kSeconds);
+  AddColumnAxis(picture, time, RoundTicks(time, kTimeLabelRoom), layout.axis, layout.style,
+                messages::kSeconds);
   AddHarmonics(picture, wave, layout);
   AddTable(picture, wave, chosen, layout, width);
   return picture;

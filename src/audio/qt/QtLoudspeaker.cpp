@@ -6,14 +6,13 @@
 namespace parlowen {
 namespace {
 
-constexpr UiText kNoDevice = "没有可用的放音设备";
 constexpr UiText kRateRefused = "放音设备不支持 %d Hz 的采样频率";
 constexpr UiText kNotOpened = "放音设备打不开，请检查系统的声音设置";
 constexpr UiText kGone = "放音设备已断开或没有响应，放音到此结束。\n设备恢复后即可再放音，不必重新启动程序。";
 
 std::string TextOf(SoundFailure failure, int sampleRate) {
   switch (failure) {
-    case SoundFailure::NoDevice: return kNoDevice;
+    case SoundFailure::NoDevice: return kNoLoudspeaker;
     case SoundFailure::RateRefused: return Format(kRateRefused.Get(), sampleRate);
     case SoundFailure::NotOpened: return kNotOpened;
     default: return kGone;
@@ -31,7 +30,7 @@ QtLoudspeaker::~QtLoudspeaker() { Close(); }
 std::string QtLoudspeaker::Open(int sampleRate) {
   Close();
   sampleRate_ = sampleRate;
-  return process_.MayPlay() ? std::string() : std::string(kNoDevice);
+  return process_.MayPlay() ? std::string() : std::string(kNoLoudspeaker);
 }
 
 bool QtLoudspeaker::Prepare(std::span<const std::int16_t> samples) {
