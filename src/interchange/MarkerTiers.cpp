@@ -7,11 +7,12 @@
 #include "base/IpaCodes.h"
 #include "interchange/FrameGrid.h"
 #include "interchange/MarkerSetBuilder.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr std::string_view kAnnotationTier = "音标", kPointSuffix = " 点";
+constexpr FileText kAnnotationTier = "音标", kPointSuffix = " 点";
 
 std::string BandName(int band) { return std::to_string(band + 1); }
 std::string PointTierName(int band) { return BandName(band) + std::string(kPointSuffix); }

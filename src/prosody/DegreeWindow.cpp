@@ -11,8 +11,7 @@ namespace {
 constexpr int kClear = 1351, kEqualDurations = 1352;
 
 constexpr UiText kTitle = "五度坐标图";
-constexpr UiText kClearButton = "清除", kEqualButton = "时长归一";
-constexpr UiText kEqualHelp = "按下：各调时长相同；弹起：横轴为毫秒";
+constexpr UiText kClearButton = "清除";
 constexpr UiText kCurveLine = "调值 %s  T %.1f…%.1f  时长 %.0f ms";
 constexpr UiText kTextHead = "范围\t%.1f--%.1f Hz\n序号\t调值\t时长(ms)\tT值(0--100%%)\n";
 

@@ -18,10 +18,6 @@ constexpr UiText kNewGroup = "新的统计组（Yes)?添加到已有的组中（
 constexpr UiText kNewGroupCaption = "新统计组？";
 constexpr UiText kSign = "使用正音长（Yes)?负音长（No)？";
 constexpr UiText kSignCaption = "音长符号？";
-constexpr UiText kNameTitle = "输入统计组名";
-constexpr UiText kNameLabel = "输入组名（最长6字符）";
-constexpr UiText kCannotOpen = "文件打开错误，请重试！";
-constexpr UiText kNoSuchGroup = "无此组名！";
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -59,7 +55,7 @@ bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, Ui
 
 /// The name in GBK; nothing when it was cancelled. Text that cannot be stored keeps the dialog open.
 std::optional<std::string> AskGroupName(Window& window) {
-  InputForm form = OneFieldForm(kNameTitle, kNameLabel, "", FieldKind::Text);
+  InputForm form = OneFieldForm(kGroupNameTitle, kGroupNameLabel, "", FieldKind::Text);
   form.fields[0].maxGbkBytes = static_cast<int>(kGroupNameBytes);
   form.fields[0].phonetic = true;
   while (window.AskInput(form)) {
@@ -87,13 +83,13 @@ bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, c
   if (!name) return false;
   Bytes bytes(2);
   if (Exists(path)) {
-    auto present = OpenGroups(window, kind, path, kCannotOpen);
+    auto present = OpenGroups(window, kind, path, kCannotOpenGroups);
     if (!present) return false;
     bytes = std::move(*present);
   }
   const int index = AppendGroup(kind.layout, bytes, *name, negative, slot);
   if (index < 0) return window.Refuse(messages::kTooMuchData);
-  if (!WriteGroups(window, path, bytes, kCannotOpen)) return false;
+  if (!WriteGroups(window, path, bytes, kCannotOpenGroups)) return false;
   current = {true, path, index};
   return true;
 }
@@ -102,13 +98,13 @@ bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
                std::span<const std::uint16_t> slot) {
   const auto name = AskGroupName(window);
   if (!name) return false;
-  auto bytes = OpenGroups(window, kind, path, kCannotOpen);
+  auto bytes = OpenGroups(window, kind, path, kCannotOpenGroups);
   if (!bytes) return false;
   const int index = FindGroup(kind.layout, *bytes, *name);
   if (index < 0) return window.Refuse(kNoSuchGroup);
   if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest))
     return window.Refuse(messages::kTooMuchData);
-  if (!WriteGroups(window, path, *bytes, kCannotOpen)) return false;
+  if (!WriteGroups(window, path, *bytes, kCannotOpenGroups)) return false;
   current = {true, path, index};
   return true;
 }
@@ -126,10 +122,10 @@ bool AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
   const std::string& path = choice->path;
   // The file is tried before the questions, so that nobody answers in vain.
   if (!Exists(path)) {
-    if (!CanWrite(path)) return window.Refuse(kCannotOpen, Icon::Error);
+    if (!CanWrite(path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
     return AddNewGroup(window, current, kind, path, slot);
   }
-  if (!OpenGroups(window, kind, path, kCannotOpen)) return false;
+  if (!OpenGroups(window, kind, path, kCannotOpenGroups)) return false;
   if (window.AskYesNo(kNewGroup, kNewGroupCaption)) return AddNewGroup(window, current, kind, path, slot);
   return AddByName(window, current, kind, path, slot);
 }

@@ -10,6 +10,10 @@
 
 namespace parlowen {
 
+// What all statistics say that are kept in groups.
+inline constexpr UiText kGroupNameTitle = "输入统计组名", kGroupNameLabel = "输入组名（最长6字符）";
+inline constexpr UiText kCannotOpenGroups = "文件打开错误，请重试！", kNoSuchGroup = "无此组名！";
+
 /// What one kind of statistics says and keeps.
 struct GroupKind {
   GroupLayout layout;

@@ -7,6 +7,7 @@
 #include "base/Format.h"
 #include "prosody/IntonationWindow.h"
 #include "ui/FileKind.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
@@ -15,17 +16,11 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kMarkStretch = "请在幅度能量图中用鼠标左、右键选定要分析的语音段！";
-constexpr UiText kNoContour = "请先求出基频！";
-constexpr UiText kWrongLength = "语音段太短或太长，请重新选定！";
-constexpr UiText kNoPitch = "所选段没有基频！";
 constexpr UiText kHint = "左键：加边界，右键：删边界；←→：选单元";
 constexpr UiText kSaveTitle = "保存语调数据文件", kOpenTitle = "打开语调数据文件";
 constexpr UiText kNoIntonationFile = "无此语调数据文件！";
 constexpr UiText kSpeakerTitle = "保存说话人调域文件", kOpenSpeakerTitle = "打开说话人调域文件";
 constexpr UiText kNoSpeakerFile = "无此说话人调域文件！";
-constexpr UiText kRestartOrAppend = "从头开始（Yes)?在已有数据中添加（No)？",
-                 kRestartOrAppendCaption = "从头更新数据？";
-constexpr UiText kCannotCreate = "不能建立文件！", kNoSuchFile = "文件不存在！";
 constexpr UiText kUnitLine = "%s：%s--%s半音  Q %s--%s  停延率 %s  音强比 %s";
 constexpr FileText kReportName = "ToneDom.txt";
 
@@ -40,16 +35,16 @@ std::string Figure(double value, int decimals) {
 
 }  // namespace
 
-const char* IntonationHint() { return kHint.Get(); }
+UiText IntonationHint() { return kHint; }
 
 bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state) {
   SoundDocument& document = desk.document;
   if (!document.selectionDefined()) return window.Refuse(kMarkStretch);
-  if (!document.pitchPresent) return window.Refuse(kNoContour);
+  if (!document.pitchPresent) return window.Refuse(messages::kNoContour);
   const std::int64_t length = document.SelectionLength(), rate = document.sampleRate;
-  if (10 * length < 3 * rate || length > 60 * rate) return window.Refuse(kWrongLength);
+  if (10 * length < 3 * rate || length > 60 * rate) return window.Refuse(messages::kWrongLength);
   auto result = AnalyseIntonation(document, document.selectionStart, document.selectionEnd, desk.firstBand());
-  if (!result) return window.Refuse(kNoPitch);
+  if (!result) return window.Refuse(messages::kNoPitchInStretch);
   window.OpenToolWindow(std::make_unique<IntonationWindow>(desk, state));
   document.activity = Activity::Intonation;  // a window open before has ended its own
   state = {std::move(result), -1, {}, document.Stamp()};
@@ -62,7 +57,7 @@ void SaveIntonation(Window& window, const IntonationState& state) {
   const auto choice = window.AskSaveFile(ItnDialog(kSaveTitle));
   if (!choice || choice->path.empty()) return;
   if (SaveFile(window, choice->path, WriteIntonation(*state.result)) < 0)
-    window.Notify(kCannotCreate, Icon::Error);
+    window.Notify(messages::kCannotCreate, Icon::Error);
 }
 
 void CompareIntonation(Window& window, IntonationState& state) {
@@ -86,11 +81,11 @@ void AddToSpeakerRange(Window& window, const IntonationState& state) {
   if (!record) return;
   const auto choice = window.AskSaveFile(SpeakerDialog(kSpeakerTitle));
   if (!choice || choice->path.empty()) return;
-  const auto restart = window.AskBeforeWriting(kRestartOrAppend, kRestartOrAppendCaption);
+  const auto restart = window.AskBeforeWriting(messages::kRestartOrAppend, messages::kRestartOrAppendCaption);
   if (!restart) return;
   const ByteWriter bytes = WriteSpeakerRecord(*record);
   if ((*restart ? SaveFile(window, choice->path, bytes) : SaveBehindFile(window, choice->path, bytes)) < 0)
-    window.Notify(*restart ? kCannotCreate : kNoSuchFile, Icon::Error);
+    window.Notify(*restart ? messages::kCannotCreate : messages::kNoSuchFile, Icon::Error);
 }
 
 void UseSpeakerRange(Window& window, IntonationState& state) {

@@ -1,12 +1,13 @@
 #pragma once
 #include "prosody/IntonationState.h"
 #include "prosody/ProsodyDesk.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 
 namespace parlowen {
 
 /// What the mouse and the keys do there.
-const char* IntonationHint();
+UiText IntonationHint();
 
 /// 40106: analyses the selection and shows it in the window "intonation".
 bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState& state);

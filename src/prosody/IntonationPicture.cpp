@@ -15,14 +15,11 @@ namespace parlowen {
 namespace {
 
 constexpr UiText kTopLine = "上线 %.2f半音/秒", kBaseLine = "下线 %.2f半音/秒";
-constexpr UiText kSemitoneHead = "半音（64Hz）", kDurationBars = "停延率", kEnergyBars = "音强比";
+constexpr UiText kDurationBars = "停延率", kEnergyBars = "音强比";
 constexpr UiText kSpeakerHead = "说话人调域 %.2f--%.2f半音";
 
 constexpr int kLeft = 60, kBarRows = 120, kPlotBottom = 160, kPlotMargins = 200;
 constexpr double kFarAway = 1e6;  // pixels: no number of a file reaches farther
-constexpr Colour kMelody = 0x808080, kUnitBox = 0x0060D0, kChosen = 0xE00000, kTop = 0xC00000,
-                 kBase = 0x008040, kCopy = 0x202020, kOther = 0xA8A8A8, kBoundary = 0xB0B0B0;
-constexpr Colour kDurationBar = 0x0060D0, kEnergyBar = 0xD07000;
 
 int Truncated(double value) { return TruncateToInt32(std::clamp(value, -kFarAway, kFarAway)); }
 
@@ -36,13 +33,14 @@ void AddUnits(Picture& picture, const IntonationState& state, const IntonationLa
   const double rate = intonation.sampleRate;
   for (const int boundary : intonation.boundaries) {
     const int x = layout.Column(boundary / rate);
-    picture.Add(LineMark{{x, 40}, {x, layout.height - kBarRows}, kBoundary, 1, LineStyle::Dashed});
+    picture.Add(
+        LineMark{{x, 40}, {x, layout.height - kBarRows}, colours::kUnitBoundary, 1, LineStyle::Dashed});
   }
   int lastNameEnd = 0;
   for (std::size_t u = 0; u < intonation.units.size(); ++u) {
     const IntonationUnit& unit = intonation.units[u];
     const bool chosen = state.chosen == static_cast<int>(u);
-    const Colour colour = chosen ? kChosen : kUnitBox;
+    const Colour colour = chosen ? colours::kPicked : colours::kUnitBox;
     const int left = layout.Column(unit.start / rate), right = layout.Column(unit.end / rate);
     if (!unit.IsPause())
       AddOutline(picture, {left, layout.Row(unit.top)}, {right, layout.Row(unit.base)}, colour,
@@ -63,13 +61,14 @@ void AddCompared(Picture& picture, const IntonationState& state, const Intonatio
     const Point from{layout.Column(shift + state.compared->SecondsFromStart(unit.start)),
                      layout.Row(unit.top)};
     const Point to{layout.Column(shift + state.compared->SecondsFromStart(unit.end)), layout.Row(unit.base)};
-    AddOutline(picture, from, to, kOther, 2);
+    AddOutline(picture, from, to, colours::kComparedMelody, 2);
   }
 }
 
 void AddMelody(Picture& picture, const Intonation& intonation, const IntonationLayout& layout) {
   for (const MelodyPoint& point : intonation.melody)
-    picture.Add(BoxMark{layout.Column(point.Seconds()) - 1, layout.Row(point.semitones) - 1, 3, 3, kMelody});
+    picture.Add(
+        BoxMark{layout.Column(point.Seconds()) - 1, layout.Row(point.semitones) - 1, 3, 3, colours::kMelody});
   // The close copy joins the points of one unit.
   std::size_t unit = 0;
   BrokenLine copy;
@@ -81,9 +80,9 @@ void AddMelody(Picture& picture, const Intonation& intonation, const IntonationL
     }
     const Point at{layout.Column(point.Seconds()), layout.Row(point.semitones)};
     copy.To(at);
-    picture.Add(BoxMark{at.x - 2, at.y - 2, 5, 5, kCopy});
+    picture.Add(BoxMark{at.x - 2, at.y - 2, 5, 5, colours::kMelodyCopy});
   }
-  AddCurve(picture, copy, kCopy, 1);
+  AddCurve(picture, copy, colours::kMelodyCopy, 1);
 }
 
 /// The line as far as it lies between the lowest and the highest row.
@@ -131,8 +130,8 @@ void AddBars(Picture& picture, const Intonation& intonation, const IntonationLay
   picture.Add(LineMark{{kLeft, base}, {layout.Right(), base}, colours::kText});
   picture.Add(LineMark{{kLeft, rowOf(1)}, {layout.Right(), rowOf(1)}, colours::kGrid, 1, LineStyle::Dashed});
   picture.Add(TextMark{kLeft - 6, rowOf(1) + 4, "1.0", colours::kText, 10, Anchor::Right, Face::Figures});
-  picture.Add(TextMark{8, base - 34, kDurationBars, kDurationBar, 12});
-  picture.Add(TextMark{8, base - 14, kEnergyBars, kEnergyBar, 12});
+  picture.Add(TextMark{8, base - 34, kDurationBars, colours::kDurationBar, 12});
+  picture.Add(TextMark{8, base - 14, kEnergyBars, colours::kEnergyBar, 12});
   const double rate = intonation.sampleRate;
   for (const IntonationUnit& unit : intonation.units) {
     const int left = layout.Column(unit.start / rate), right = layout.Column(unit.end / rate);
@@ -140,8 +139,8 @@ void AddBars(Picture& picture, const Intonation& intonation, const IntonationLay
     const auto bar = [&](int x, double ratio, Colour colour) {
       if (std::isfinite(ratio)) picture.Add(BoxMark{x, rowOf(ratio), width, base - rowOf(ratio), colour});
     };
-    bar(middle - width, unit.durationRatio, kDurationBar);
-    bar(middle + 1, unit.energyRatio, kEnergyBar);
+    bar(middle - width, unit.durationRatio, colours::kDurationBar);
+    bar(middle + 1, unit.energyRatio, colours::kEnergyBar);
   }
 }
 
@@ -180,8 +179,8 @@ Picture IntonationPicture(const IntonationState& state, int width, int height) {
   AddCompared(picture, state, layout);
   AddUnits(picture, state, layout);
   AddMelody(picture, intonation, layout);
-  AddLine(picture, intonation, layout, intonation.topLine, kTopLine, kTop, 130);
-  AddLine(picture, intonation, layout, intonation.baseLine, kBaseLine, kBase, 290);
+  AddLine(picture, intonation, layout, intonation.topLine, kTopLine, colours::kTopLine, 130);
+  AddLine(picture, intonation, layout, intonation.baseLine, kBaseLine, colours::kBaseLine, 290);
   AddBars(picture, intonation, layout);
   return picture;
 }

@@ -7,6 +7,7 @@
 #include "pitch/SemitoneScale.h"
 #include "prosody/IntonationCommands.h"
 #include "prosody/IntonationPicture.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 #include "ui/Window.h"
 
@@ -18,9 +19,7 @@ constexpr int kSave = 1401, kCompare = 1402, kShow = 1403, kAddSpeaker = 1404, k
 constexpr int kReach = 5;  // pixels
 
 constexpr UiText kTitle = "语调分析";
-constexpr UiText kSaveButton = "保存数据", kCompareButton = "比较", kShowButton = "显示数据";
-constexpr UiText kAddSpeakerButton = "加入说话人调域", kUseSpeakerButton = "用说话人调域",
-                 kPlayButton = "放音";
+constexpr UiText kAddSpeakerButton = "加入说话人调域", kUseSpeakerButton = "用说话人调域";
 constexpr UiText kCompareHelp = "把已保存的语调数据（.itn）画成灰色";
 constexpr UiText kAddSpeakerHelp = "把这句话的调域加入说话人调域文件（.tnr）";
 constexpr UiText kUseSpeakerHelp = "Q值按说话人的调域计算；再按一次：按这句话的调域";
@@ -35,12 +34,12 @@ std::string IntonationWindow::Instructions() const { return IntonationHint(); }
 std::vector<ToolControl> IntonationWindow::Controls() const {
   const bool shown = state_.result.has_value();
   const bool spoken = shown && SpeakerRecordOf(*state_.result).has_value();
-  return {{kSave, kSaveButton, shown},
-          {kCompare, kCompareButton, shown, state_.compared.has_value(), kCompareHelp},
-          {kShow, kShowButton, shown},
+  return {{kSave, messages::kSaveData, shown},
+          {kCompare, messages::kCompare, shown, state_.compared.has_value(), kCompareHelp},
+          {kShow, messages::kShowData, shown},
           {kAddSpeaker, kAddSpeakerButton, spoken, false, kAddSpeakerHelp},
           {kUseSpeaker, kUseSpeakerButton, shown, shown && state_.result->speaker, kUseSpeakerHelp},
-          {kPlay, kPlayButton, shown && desk_.play, false, kPlayHelp}};
+          {kPlay, messages::kPlay, shown && desk_.play, false, kPlayHelp}};
 }
 
 Picture IntonationWindow::Draw(int width, int height) const {

@@ -11,8 +11,10 @@
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
 #include "prosody/DegreeWindow.h"
+#include "prosody/GroupFlow.h"
 #include "prosody/ToneWindow.h"
 #include "ui/FileKind.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
 #include "ui/Text.h"
 #include "ui/TextExport.h"
@@ -20,30 +22,22 @@
 namespace parlowen {
 namespace {
 
-constexpr UiText kNoContour = "请先求出基频！";
-constexpr UiText kMarkFirst = "请先用鼠标左、右键选定语音段";
-constexpr UiText kNoPitch = "所选段没有基频！";
 constexpr UiText kDegreeTitle = "五度坐标";
 constexpr UiText kLowest = "最低频率(Hz)", kHighest = "最高频率(Hz)";
 constexpr UiText kBadLimits = "输入的频率值错误";
 
 constexpr UiText kOpenTitle = "打开声调统计数据文件";
-constexpr UiText kCannotOpen = "文件打开错误，请重试！";
 constexpr UiText kDamaged = "声调统计文件错误！";
 constexpr UiText kNewRun = "新的统计（Yes)?继续已有的统计（No）？", kNewRunCaption = "新的统计？";
 constexpr UiText kRunStatus = "声调统计：%s，%d组%d个";
-constexpr UiText kFull = "数据太多，不能再加入！";
-constexpr UiText kAddTitle = "选择统计语料", kGroupLabel = "输入组名（最长6字符）";
+constexpr UiText kAddTitle = "选择统计语料";
 constexpr UiText kDropWeak = "去掉弱的头尾", kKeepAll = "保留全段";
-constexpr UiText kNoName = "请输入组名！", kNoGbkCode = "有字符没有 GBK 编码，请改写";
+constexpr UiText kNoName = "请输入组名！";
 constexpr UiText kAdded = "%s：第%d个，共%d个", kRemoved = "已撤消 %s 第%d个",
                  kNothingToRemove = "没有已选语料";
-constexpr UiText kCannotCreate = "不能建立文件！";
 constexpr UiText kNoItems = "没有统计数据！";
-constexpr UiText kTooFew = "数据太少，不能作图", kTooFewCaption = "数据不充分";
 constexpr UiText kAxisStatus = "格局图坐标：%s";
 constexpr UiText kAxisNames[kToneAxes] = {"T值", "D值", "半音", "Hz", "LZ值"};
-constexpr UiText kGroupTitle = "输入统计组名", kNoSuchGroup = "无此组名！";
 constexpr UiText kLabelsAdded = "加入%d个，略过%d个";
 constexpr UiText kRangeTitle = "范围", kRangeOfMeans = "各组均值的最小、最大", kRangeGiven = "指定(Hz)";
 constexpr UiText kCompareTitle = "打开声调统计结果文件";
@@ -90,7 +84,7 @@ std::optional<ToneRange> LimitsIn(const InputForm& form) {
 }
 
 FormField GroupField(const std::string& value) {
-  FormField field = Field(kFirstField, FieldKind::Text, kGroupLabel, value);
+  FormField field = Field(kFirstField, FieldKind::Text, kGroupNameLabel, value);
   field.maxGbkBytes = static_cast<int>(kGroupNameLength);
   field.phonetic = true;
   return field;
@@ -118,11 +112,11 @@ ToneRange RangeOfSound(const SoundDocument& document) {
 
 bool RequireContourAndSelection(Window& window, const SoundDocument& document) {
   if (!document.pitchPresent) {
-    window.Notify(kNoContour);
+    window.Notify(messages::kNoContour);
     return false;
   }
   if (!document.selectionDefined()) {
-    window.ShowStatus(kMarkFirst);
+    window.ShowStatus(messages::kMarkFirst);
     return false;
   }
   return true;
@@ -195,11 +189,11 @@ void TakeForeignItems(ToneState& tones) {
 /// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
 bool StoreItems(Window& window, ToneState& tones, std::vector<ToneItem> items) {
   if (ToneItemBytes(items) > kLargestToneFile) {
-    window.Notify(kFull);
+    window.Notify(messages::kTooMuchData);
     return false;
   }
   if (SaveFile(window, tones.path, WriteToneItems(items)) < 0) {
-    window.Notify(kCannotOpen, Icon::Error);
+    window.Notify(kCannotOpenGroups, Icon::Error);
     return false;
   }
   tones.written = true;
@@ -228,7 +222,7 @@ bool RequirePicture(Window& window, const ToneState& tones) {
     return false;
   }
   if (!tones.Scale().IsDefined()) {
-    window.ShowMessage(kTooFew, kTooFewCaption, Icon::None);
+    window.ShowMessage(messages::kTooFewData, messages::kTooFewDataCaption, Icon::None);
     return false;
   }
   return true;
@@ -278,7 +272,7 @@ bool DegreeCommand(Window& window, const ProsodyDesk& desk, DegreeState& degree,
   }
   const int start = document.selectionStart, end = document.selectionEnd;
   const auto curve = FindToneCurve(document, start, end);
-  if (!curve) return window.Refuse(kNoPitch);
+  if (!curve) return window.Refuse(messages::kNoPitchInStretch);
   if (!degree.open) {
     window.OpenToolWindow(std::make_unique<DegreeWindow>(desk, degree));
     degree.open = true;
@@ -298,7 +292,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
   bool written = false;
   if (Exists(choice->path)) {
     const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
-    if (!bytes || !CanWrite(choice->path)) return window.Refuse(kCannotOpen, Icon::Error);
+    if (!bytes || !CanWrite(choice->path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
     auto present = ParseToneItems(*bytes);
     if (!present) return window.Refuse(kDamaged, Icon::Error);
     // Of a new run the old file stays until the first item is written.
@@ -307,7 +301,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
       written = true;
     }
   } else if (!CanWrite(choice->path)) {
-    return window.Refuse(kCannotOpen, Icon::Error);
+    return window.Refuse(kCannotOpenGroups, Icon::Error);
   }
   tones.open = true;
   tones.path = choice->path;
@@ -321,7 +315,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
 void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   const SoundDocument& document = desk.document;
   if (!RequireContourAndSelection(window, document)) return;
-  if (tones.items.size() >= kMostToneItems) return window.Notify(kFull);
+  if (tones.items.size() >= kMostToneItems) return window.Notify(messages::kTooMuchData);
   InputForm form{kAddTitle,
                  {GroupField(tones.groupName), Button(kFirstButton, kDropWeak, tones.dropWeakEnds),
                   Button(kSecondButton, kKeepAll, !tones.dropWeakEnds)}};
@@ -329,15 +323,15 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
     if (!window.AskInput(form)) return;
     const std::string& name = form.ValueOf(kFirstField);
     if (!name.empty() && HasIpaCodes(name)) break;
-    window.Notify(name.empty() ? kNoName : kNoGbkCode);
+    window.Notify(name.empty() ? kNoName : messages::kNoGbkCode);
   }
   tones.groupName = form.ValueOf(kFirstField);
   tones.dropWeakEnds = form.CheckedIndex() != kSecondChoice;
   const std::string group = GroupGbk(tones.groupName);
   TakeForeignItems(tones);
-  if (!HasRoomFor(tones, group)) return window.Notify(kFull);
+  if (!HasRoomFor(tones, group)) return window.Notify(messages::kTooMuchData);
   auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
-  if (!item) return window.Notify(kNoPitch);
+  if (!item) return window.Notify(messages::kNoPitchInStretch);
   NoteSound(tones, document);
   std::vector<ToneItem> items = tones.items;
   items.push_back(std::move(*item));
@@ -364,7 +358,7 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
 void EndTonesCommand(Window& window, ToneState& tones) {
   if (!tones.items.empty() &&
       SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics))) < 0)
-    return window.Notify(kCannotCreate, Icon::Error);
+    return window.Notify(messages::kCannotCreate, Icon::Error);
   window.CloseToolWindow("tones");
   tones.open = tones.written = false;
   tones.path.clear();
@@ -392,11 +386,11 @@ bool TonePatternCommand(Window& window, const ProsodyDesk& desk, ToneState& tone
 
 bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   if (!RequirePicture(window, tones)) return false;
-  InputForm form{kGroupTitle, {GroupField(GroupText(tones.statistics.groups.front().name))}};
+  InputForm form{kGroupNameTitle, {GroupField(GroupText(tones.statistics.groups.front().name))}};
   while (true) {
     if (!window.AskInput(form)) return false;
     if (HasIpaCodes(form.ValueOf(kFirstField))) break;
-    window.Notify(kNoGbkCode);
+    window.Notify(messages::kNoGbkCode);
   }
   const std::string group = GroupGbk(form.ValueOf(kFirstField));
   if (tones.statistics.GroupNamed(group) < 0) return window.Refuse(kNoSuchGroup);
@@ -405,7 +399,7 @@ bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones)
 }
 
 void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {
-  if (!desk.document.pitchPresent) return window.Notify(kNoContour);
+  if (!desk.document.pitchPresent) return window.Notify(messages::kNoContour);
   const std::vector<LabelledStretch> labels = desk.firstBand().labels;
   TakeForeignItems(tones);
   ToneState grown;  // knows which groups there are while they come

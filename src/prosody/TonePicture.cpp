@@ -7,22 +7,21 @@
 #include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "base/IpaCodes.h"
+#include "ui/Messages.h"
 #include "ui/Plot.h"
 #include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
-constexpr UiText kAxisHeads[kToneAxes] = {"T（五度）", "D（五度）", "半音（64Hz）", "Hz", "LZ"};
+constexpr UiText kAxisHeads[kToneAxes] = {"T（五度）", "D（五度）", kSemitoneHead, "Hz", "LZ"};
 constexpr UiText kPercentUnit = "时长（%）", kMillisecondsUnit = "时间（ms）";
-constexpr UiText kUndefined = "数据太少，不能作图";
 constexpr UiText kGroupHead = "%s，%d个，%s";
 
 constexpr int kLeft = 60, kBottomMargin = 60;
 constexpr int kPickDistance = 8, kNameGap = 6, kUnitGap = 20, kNameHeight = 13, kNameStep = 15;
 constexpr double kFarAway = 1e6;                           // pixels: no duration of a file reaches farther
 constexpr double kBandOpacity = 0.15, kDurationStep = 50;  // ms
-constexpr Colour kItem = 0xA0A0A0, kPicked = 0xE00000, kStandard = 0xB0B0B0;
 
 /// The four tones of the textbook at 0, 50 and 100 %, in T.
 constexpr double kStandardTones[4][3] = {{4.5, 4.5, 4.5}, {2.5, 3.5, 4.5}, {1.5, 0.5, 3.5}, {4.5, 2.5, 0.5}};
@@ -160,7 +159,7 @@ std::vector<ToneShape> ShapesOf(const ToneState& tones, const ToneLayout& layout
 
 void AddStandard(Picture& picture, const ToneLayout& layout) {
   for (const auto& tone : kStandardTones) {
-    PolylineMark line{{}, kStandard, 4};
+    PolylineMark line{{}, colours::kStandardTone, 4};
     for (int i = 0; i < 3; ++i)
       line.points.push_back({kLeft + Truncated(i * (layout.Right() - kLeft) / 2.0), layout.Row(tone[i])});
     picture.Add(std::move(line));
@@ -197,7 +196,7 @@ void AddPattern(Picture& picture, const ToneState& tones, const ToneLayout& layo
     const ToneGroup& group = tones.statistics.groups[g];
     const bool picked = tones.picked == static_cast<int>(g);
     CurveStyle style = CurveStyleOf(static_cast<int>(g));
-    if (picked) style.colour = kPicked;
+    if (picked) style.colour = colours::kPicked;
     AddShape(picture, shapes[g], style, picked ? 3 : 2);
     names.push_back(
         {shapes[g].back(), IpaFromGbk(group.name) + " " + tones.statistics.DigitsOf(group), style.colour});
@@ -217,13 +216,13 @@ void AddGroup(Picture& picture, const ToneState& tones, const ToneLayout& layout
   band.points.insert(band.points.end(), upper.rbegin(), upper.rend());
   picture.Add(std::move(band));
   const std::vector<ToneShape> shapes = ShapesOf(tones, layout);
-  for (const ToneShape& shape : shapes) AddShape(picture, shape, {kItem, LineStyle::Solid}, 1);
+  for (const ToneShape& shape : shapes) AddShape(picture, shape, {colours::kToneItem, LineStyle::Solid}, 1);
   const ToneShape mean = ToneShapeOf(layout, group.milliseconds, scale.Of(group.mean));
   AddShape(picture, mean, style, 3);
   for (std::size_t i = 0; i < shapes.size(); ++i)
     if (group.items[i] == tones.picked) {
-      AddShape(picture, shapes[i], {kPicked, LineStyle::Solid}, 2);
-      names.push_back({shapes[i].back(), std::to_string(i + 1), kPicked});
+      AddShape(picture, shapes[i], {colours::kPicked, LineStyle::Solid}, 2);
+      names.push_back({shapes[i].back(), std::to_string(i + 1), colours::kPicked});
     }
   const std::string digits = tones.statistics.DigitsOf(group);
   names.push_back({mean.back(), IpaFromGbk(group.name) + " " + digits, style.colour});
@@ -311,7 +310,7 @@ Picture TonePicture(const ToneState& tones, int width, int height) {
   AddValueAxis(picture, layout, tones.axis);
   AddTimeAxis(picture, layout);
   if (!tones.Scale().IsDefined())
-    picture.Add(TextMark{width / 2, height / 2, kUndefined, colours::kText, 14, Anchor::Middle});
+    picture.Add(TextMark{width / 2, height / 2, messages::kTooFewData, colours::kText, 14, Anchor::Middle});
   std::vector<EndName> names;
   AddCompared(picture, tones, layout, names);
   if (tones.view == ToneView::Group) {

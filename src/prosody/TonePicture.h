@@ -3,8 +3,12 @@
 
 #include "prosody/ToneState.h"
 #include "ui/Picture.h"
+#include "ui/Text.h"
 
 namespace parlowen {
+
+/// The button that gives all tones one duration, in both windows that draw them.
+inline constexpr UiText kEqualButton = "时长归一", kEqualHelp = "按下：各调时长相同；弹起：横轴为毫秒";
 
 /// Where the points of a tone lie in a drawing: point p at column 60 + p·(width − 200)/10, or with durations at
 /// 60 + ms·(width − 200)/longest; a value at row height − 60 − (value − low)·(height − 90)/(high − low), held to

@@ -2,7 +2,12 @@
 #include <array>
 #include <string>
 
+#include "ui/Text.h"
+
 namespace parlowen {
+
+/// What an axis in semitones is called.
+inline constexpr UiText kSemitoneHead = "半音（64Hz）";
 
 /// A tone is told by its pitch at 0, 10 .. 100 % of its duration.
 inline constexpr int kTonePoints = 11;

@@ -7,6 +7,7 @@
 #include "base/IpaCodes.h"
 #include "prosody/ToneCommands.h"
 #include "prosody/TonePicture.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 
 namespace parlowen {
@@ -16,10 +17,9 @@ constexpr int kRange = 1301, kEqualDurations = 1302, kStandard = 1303, kFromLabe
               kRemove = 1306;
 
 constexpr UiText kTitle = "声调格局图";
-constexpr UiText kRangeButton = "范围", kEqualButton = "时长归一", kStandardButton = "普通话参考";
-constexpr UiText kLabelsButton = "按标志加入", kCompareButton = "比较", kRemoveButton = "撤消";
+constexpr UiText kRangeButton = "范围", kStandardButton = "普通话参考";
+constexpr UiText kLabelsButton = "按标志加入", kRemoveButton = "撤消";
 constexpr UiText kRangeHelp = "T值、D值的音高范围";
-constexpr UiText kEqualHelp = "按下：各调时长相同；弹起：横轴为毫秒";
 constexpr UiText kStandardHelp = "T值坐标中55、35、214、51的参考线";
 constexpr UiText kLabelsHelp = "标志带1的每个标注段为一个语料，组名按标注的调号";
 constexpr UiText kCompareHelp = "与已结束的统计（.bin文件）比较，画成虚线";
@@ -45,7 +45,7 @@ std::vector<ToolControl> ToneWindow::Controls() const {
           {kEqualDurations, kEqualButton, true, tones_.equalDurations, kEqualHelp},
           {kStandard, kStandardButton, true, tones_.showsStandard, kStandardHelp},
           {kFromLabels, kLabelsButton, true, false, kLabelsHelp},
-          {kCompare, kCompareButton, true, tones_.compared.has_value(), kCompareHelp},
+          {kCompare, messages::kCompare, true, tones_.compared.has_value(), kCompareHelp},
           {kRemove, kRemoveButton, true, false, kRemoveHelp}};
 }
 

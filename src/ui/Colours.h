@@ -25,6 +25,12 @@ inline constexpr Colour kSpectrumRed = 0xC80000, kSpectrumBlue = 0x0030C0, kSpec
 inline constexpr Colour kBandBar = 0x4070B0, kSpectrogramGrid = 0xA04040, kFormant = 0xE00000;
 inline constexpr Colour kRidge = 0x203060, kFormantStrip = 0x2050A0;
 
+// Tones and intonation.
+inline constexpr Colour kToneItem = 0xA0A0A0, kStandardTone = 0xB0B0B0, kPicked = 0xE00000;
+inline constexpr Colour kMelody = 0x808080, kMelodyCopy = 0x202020, kComparedMelody = 0xA8A8A8;
+inline constexpr Colour kUnitBox = 0x0060D0, kUnitBoundary = 0xB0B0B0, kTopLine = 0xC00000,
+                        kBaseLine = 0x008040, kDurationBar = 0x0060D0, kEnergyBar = 0xD07000;
+
 // Resynthesis and durations.
 inline constexpr Colour kPresentPitch = 0x008000, kTargetPitch = 0xD00000, kInvalid = 0xF0F0F0;
 inline constexpr Colour kHatch = 0x00A000;
