@@ -32,7 +32,9 @@ constexpr UiText kLowGravity =
 constexpr UiText kSaveTitle = "保存辅音数据文件", kOpenTitle = "打开辅音数据文件";
 constexpr UiText kNoFile = "无辅音数据文件！";
 constexpr const char* kTextName = "Cons.txt";
-constexpr const char* kHead = "Band energy strengths graph (Band No. 2--24):";
+constexpr UiText kHead = "Band energy strengths graph (Band No. 2--24):";
+constexpr UiText kMeasures = "Gravity: %.2lf    Dispersion: %.2lf    Mean_intensity(db)=%.2lf";
+constexpr UiText kGravity = "Gravity", kDispersion = "Dispersion", kIntensity = "Mean_intensity(db)";
 
 constexpr double kLowestGravity = 9.0;  // bands
 constexpr std::size_t kLargestFile = std::size_t{1} << 26;
@@ -51,8 +53,7 @@ bool RateFits(const SoundDocument& document) {
 }
 
 std::string MeasuresLine(const ConsonantFrame& frame) {
-  return Format("Gravity: %.2lf    Dispersion: %.2lf    Mean_intensity(db)=%.2lf", frame.gravity,
-                frame.dispersion, frame.intensity);
+  return Format(kMeasures.Get(), frame.gravity, frame.dispersion, frame.intensity);
 }
 
 void TakeFrame(const SoundDocument& document, ConsonantState& state) {
@@ -144,8 +145,8 @@ PlotScale SecondsOf(const ConsonantState& state, int width) {
 }
 
 /// A measure over time in a panel of its own.
-void AddPanel(Picture& picture, const ConsonantState& state, const PlotScale& rows, double step,
-              const char* name, Colour colour, double ConsonantFrame::*measure) {
+void AddPanel(Picture& picture, const ConsonantState& state, const PlotScale& rows, double step, UiText name,
+              Colour colour, double ConsonantFrame::*measure) {
   const PlotScale seconds = SecondsOf(state, picture.width);
   AddLevelAxis(picture, TicksEvery(rows, step), {seconds.from, seconds.to, seconds.from - 6});
   AddLine(picture, seconds.from, rows.to - 6, name, colour);
@@ -182,11 +183,10 @@ Picture ConsonantPicture(const ConsonantState& state, int width, int height) {
   const auto rows = [&](int number, double low, double high) {
     return PlotScale{low, high, kPanelTop + number * step + panel, kPanelTop + number * step};
   };
-  AddPanel(picture, state, rows(0, 0, 24), 4, "Gravity", colours::kSpectrumRed, &ConsonantFrame::gravity);
-  AddPanel(picture, state, rows(1, 0, 12), 2, "Dispersion", colours::kSpectrumBlue,
+  AddPanel(picture, state, rows(0, 0, 24), 4, kGravity, colours::kSpectrumRed, &ConsonantFrame::gravity);
+  AddPanel(picture, state, rows(1, 0, 12), 2, kDispersion, colours::kSpectrumBlue,
            &ConsonantFrame::dispersion);
-  AddPanel(picture, state, rows(2, -50, 100), 25, "Mean_intensity(db)", colours::kBlack,
-           &ConsonantFrame::intensity);
+  AddPanel(picture, state, rows(2, -50, 100), 25, kIntensity, colours::kBlack, &ConsonantFrame::intensity);
   const PlotScale seconds = SecondsOf(state, width);
   AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom, kFinestTick), rows(2, 0, 1).from, {},
                 kTimeUnit);
