@@ -12,9 +12,10 @@ class UiText {
   constexpr UiText() = default;
   constexpr UiText(const char* chinese)
       : chinese_(chinese) {}        // NOLINT: tables of texts are written as literals
-  UiText(std::nullptr_t) = delete;  // no text is std::optional's
+  UiText(std::nullptr_t) = delete;  // where there may be none: std::optional
 
-  const char* Get() const { return chinese_; }
+  /// At compile time too: so the compiler checks a format against what is put into it.
+  constexpr const char* Get() const { return chinese_; }
   operator std::string() const { return Get(); }  // NOLINT: a text is shown wherever a string is
 
  private:
