@@ -1,15 +1,11 @@
 #pragma once
 #include <sys/wait.h>
 
-#include <algorithm>
-#include <cmath>
 #include <cstdlib>
-#include <numbers>
 #include <sstream>
 #include <utility>
 
-#include "support/TempFolder.h"
-#include "support/WavBytes.h"
+#include "headless/Stories.h"
 
 namespace parlowen::testing {
 
@@ -18,12 +14,6 @@ struct ProgramResult {
   std::vector<std::string> lines;  ///< of standard output; the folder's name stands as {folder}
   std::string errors;
 };
-
-inline std::string Replaced(std::string text, const std::string& what, const std::string& by) {
-  for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
-    text.replace(at, what.size(), by);
-  return text;
-}
 
 /// Runs the headless program in the folder; `input` is its standard input. `prefix` is shell text before it.
 inline ProgramResult RunProgram(const TempFolder& folder, const std::string& arguments,
@@ -43,93 +33,6 @@ inline ProgramResult RunProgram(const TempFolder& folder, const std::string& arg
     result.lines.push_back(Replaced(std::move(text), PARLOWEN_VERSION, "{version}"));
   }
   return result;
-}
-
-/// 0.3 s at 16000 Hz: a pulse every 8 ms through resonances of these frequencies, 80 Hz wide.
-inline std::vector<std::int16_t> Vowel(const std::vector<double>& formants) {
-  std::vector<double> wave(4800);
-  for (std::size_t i = 0; i < wave.size(); i += 128) wave[i] = 3000;
-  const double decay = std::exp(-std::numbers::pi * 80 / 16000);
-  for (const double formant : formants) {
-    const double first = 2 * decay * std::cos(2 * std::numbers::pi * formant / 16000),
-                 second = -decay * decay;
-    double one = 0, two = 0;
-    for (double& sample : wave) {
-      sample = (1 - first - second) * sample + first * one + second * two;
-      two = std::exchange(one, sample);
-    }
-  }
-  std::vector<std::int16_t> samples;
-  for (const double sample : wave)
-    samples.push_back(static_cast<std::int16_t>(std::clamp(sample, -32768.0, 32767.0)));
-  return samples;
-}
-
-/// The sounds that stories speak of.
-inline void WriteSounds(const TempFolder& folder) {
-  const auto write = [&](const std::string& name, std::uint32_t rate, std::vector<std::int16_t> samples,
-                         const std::string& behind = "") {
-    WavBytes wav;
-    wav.rate = rate;
-    wav.samples = std::move(samples);
-    wav.behind = behind;
-    WriteFile(folder / name, wav.Bytes());
-    return wav;
-  };
-  for (const char* sample : {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav"})
-    std::filesystem::copy_file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + sample, folder / sample);
-  write("mono7.wav", 16000, Ramp(32000));
-  write("mono8.wav", 11025, Ramp(500));
-  write("high.wav", 44100, Ramp(1000));
-  write("minute.wav", 8000, Ramp(480000));
-  write("中文 名 3.wav", 8000, Ramp(10));
-  write("pitch.wav", 16000, Ramp(1600), PitchTail({-1, 100, 0, 90, 80, 0, 0, 70, 60, 50, 0, 0}));
-  // 0.3 s of silence, 0.6 s of a sawtooth of 128 Hz, 0.3 s of silence.
-  std::vector<std::int16_t> voice(19200);
-  for (std::size_t n = 4800; n < 14400; ++n)
-    voice[n] = static_cast<std::int16_t>(8000 - 128 * static_cast<int>((n - 4800) % 125));
-  write("voice.wav", 16000, std::move(voice));
-  // Three syllables, frames 10..39, 60..89 and 110..149: 256 Hz level, 256 to 128 Hz, 160 to 128 to 200 Hz with a
-  // gap of 4 frames. The last three frames of the first are 40 dB weaker.
-  std::vector<float> periods(170);
-  std::vector<std::int16_t> syllables(170 * 160);
-  const auto syllable = [&](std::size_t first, std::size_t count, float from, float to) {
-    for (std::size_t i = 0; i < count; ++i) {
-      periods[first + i] = from + (to - from) * static_cast<float>(i) / static_cast<float>(count - 1);
-      for (std::size_t n = 0; n < 160; ++n)
-        syllables[(first + i) * 160 + n] =
-            static_cast<std::int16_t>(first + i > 36 && first < 60 ? 80 : 8000);
-    }
-  };
-  syllable(10, 30, 62.5f, 62.5f);
-  syllable(60, 30, 62.5f, 125);
-  syllable(110, 20, 100, 125);
-  syllable(130, 20, 125, 80);
-  std::fill(periods.begin() + 128, periods.begin() + 132, 0.0f);
-  write("tones.wav", 16000, std::move(syllables), PitchTail(periods));
-  WavBytes stereo = write("stereo.wav", 16000, {});
-  stereo.blockAlign = 4;
-  for (int i = 1; i <= 4000; ++i) {
-    stereo.samples.push_back(static_cast<std::int16_t>(i));
-    stereo.samples.push_back(static_cast<std::int16_t>(-i));
-  }
-  WriteFile(folder / "stereo.wav", stereo.Bytes());
-  WavBytes bits = write("bits8.wav", 22050, Ramp(10));
-  bits.bits = 8;
-  WriteFile(folder / "bits8.wav", bits.Bytes());
-  WriteFile(folder / "text.wav", std::string(100, 't'));
-  // i for 0.3 s, silence for 0.2 s, a for 0.3 s.
-  std::vector<std::int16_t> vowels = Vowel({280, 2300, 3000});
-  vowels.resize(8000);
-  const std::vector<std::int16_t> second = Vowel({750, 1250, 2500});
-  vowels.insert(vowels.end(), second.begin(), second.end());
-  write("vowels.wav", 16000, vowels);
-  std::filesystem::create_directory(folder / "folder");
-  write("long.wav", 16000, {});
-  WavBytes longSound = write("long.wav", 16000, {});
-  longSound.dataSize = 200 * 32000;
-  WriteFile(folder / "long.wav", longSound.Bytes());
-  std::filesystem::resize_file(folder / "long.wav", 44 + 200 * 32000);
 }
 
 }  // namespace parlowen::testing

@@ -155,6 +155,24 @@ TEST(House, TheFilesOfTheShellIncludeEachOtherOneWay) {
   for (const auto& [file, unused] : above) ADD_FAILURE() << file;
 }
 
+TEST(House, EverySourceIsBuilt) {
+  for (const char* folder : {"src", "tests", "bench", "fuzz"}) {
+    std::map<fs::path, std::string> lists;  // by the folder that a list names its files from
+    std::vector<fs::path> sources;
+    for (const auto& entry : fs::recursive_directory_iterator(fs::path(PARLOWEN_SOURCE_DIR) / folder)) {
+      if (entry.path().filename() == "CMakeLists.txt")
+        lists[entry.path().parent_path()] = testing::ReadFile(entry.path());
+      if (entry.path().extension() == ".cpp") sources.push_back(entry.path());
+    }
+    EXPECT_FALSE(sources.empty()) << folder;
+    for (const fs::path& source : sources)
+      EXPECT_TRUE(std::any_of(lists.begin(), lists.end(), [&](const auto& list) {
+        const std::string name = fs::relative(source, list.first).generic_string();
+        return std::regex_search(list.second, std::regex("(^|[\\s(])" + name + "($|[\\s)])"));
+      })) << source;
+  }
+}
+
 /// Comments may name a command by its number; code uses the names of ui/CommandNumbers.h.
 TEST(House, ACommandNumberStandsInOnePlace) {
   static const std::regex kNumber(R"(\b4[01]\d{3}\b)"), kComment(R"(//[^\n]*)");

@@ -3,10 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "base/Arithmetic.h"
 #include "base/Files.h"
 #include "shell/CommandTable.h"
-#include "shell/DataFolder.h"
+#include "shell/Workstation.h"
 #include "shell/headless/Values.h"
 #include "ui/Svg.h"
 
@@ -51,13 +50,8 @@ bool IsKeyName(const std::string& key) {
 
 }  // namespace
 
-ScriptRunner::ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth)
-    : reader_(script),
-      errors_(errors),
-      window_(events),
-      workstation_(window_, DataFolder(), {&speaker_, &microphone_}) {
-  workstation_.document.paneWidth = paneWidth;
-  workstation_.pitch.paneWidth = paneWidth;
+ScriptRunner::ScriptRunner(std::istream& script, std::ostream& errors, ScriptStage& stage)
+    : reader_(script), errors_(errors), stage_(stage), window_(stage.Talk()), workstation_(stage.Station()) {
   window_.runModalSteps = [this] { RunModalSteps(); };
 }
 
@@ -74,7 +68,7 @@ bool ScriptRunner::Report(const ScriptStep& step, const std::string& wrong) {
 ScriptResult ScriptRunner::Run() {
   while (auto step = NextStep()) {
     if (Report(*step, step->error.empty() ? RunStep(*step) : step->error)) return ScriptResult::Error;
-    if (window_.quit()) break;
+    if (window_.ended()) break;
   }
   return window_.ranOutOfAnswers() ? ScriptResult::AnswerMissing : ScriptResult::Ran;
 }
@@ -97,14 +91,13 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
   const std::string& name = step.words[0];
   if (name == "exit") {
     if (step.words.size() > 1) return "exit takes nothing more";
-    window_.Quit();
+    window_.End();
     return {};
   }
   for (const auto& [known, handler] : kSteps) {
     if (name != known) continue;
     const std::string wrong = (this->*handler)(step);
-    while (window_.CurrentTool() != nullptr && window_.CurrentTool()->TickMilliseconds() > 0)
-      window_.CurrentTool()->Tick(window_);
+    stage_.Settle();
     if (wrong.empty()) RunSound();
     return wrong;
   }
@@ -119,10 +112,10 @@ std::optional<ScriptStep> ScriptRunner::NextStep() {
 void ScriptRunner::RunSound() {
   const Recorder& recording = workstation_.recording;
   for (bool first = true; workstation_.player.playing() || recording.running(); first = false) {
-    const bool limitReached = blockLimit_ && microphone_.Delivered() >= *blockLimit_;
-    const bool neverBegins = !recording.keeping() && microphone_.DeliveredSilent() >= kSilenceAtMost;
+    const bool limitReached = blockLimit_ && stage_.microphone.Delivered() >= *blockLimit_;
+    const bool neverBegins = !recording.keeping() && stage_.microphone.DeliveredSilent() >= kSilenceAtMost;
     if (limitReached || neverBegins) workstation_.recording.stopRecording();
-    const bool played = speaker_.Deliver(), heard = microphone_.Deliver();
+    const bool played = stage_.speaker.Deliver(), heard = stage_.microphone.Deliver();
     if (!played && !heard) return;
     if (first) TakeStopStep();
   }
@@ -140,7 +133,7 @@ void ScriptRunner::TakeStopStep() {
                            (*number == commands::kStopRecording || *number == commands::kStopPlaying) &&
                            !window_.InModal();
   if (keyStop) Key(*ahead_);
-  if (commandStop) workstation_.dispatchCommand(*number);
+  if (commandStop) stage_.Choose(*number);
   if (keyStop || commandStop) ahead_.reset();
 }
 
@@ -148,7 +141,7 @@ std::string ScriptRunner::Command(const ScriptStep& step) {
   const auto number = step.words.size() == 2 ? ParseInteger(step.words[1]) : std::nullopt;
   if (!number) return "command needs one number";
   if (FindCommand(*number) == nullptr) return "no command has the number " + step.words[1];
-  if (!workstation_.dispatchCommand(*number))
+  if (!stage_.Choose(*number))
     window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", *number));
   return {};
 }
@@ -164,7 +157,7 @@ std::string ScriptRunner::Select(const ScriptStep& step) {
   const auto start = step.words.size() == 3 ? ParseInteger(step.words[1]) : std::nullopt;
   const auto end = step.words.size() == 3 ? ParseInteger(step.words[2]) : std::nullopt;
   if (!start || !end) return "select needs START END";
-  workstation_.Select(*start, *end);
+  stage_.Select(*start, *end);
   return {};
 }
 
@@ -185,22 +178,18 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
     }
   }
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
-    const Point origin = tool->ClickOrigin();
-    workstation_.Act([&] { tool->Click(window_, {*x, WrapAdd32(*y, origin.y)}, button, shift); });
+    stage_.ClickTool(*tool, {*x, *y}, button, shift);
     return {};
   }
   const PaneName* pane = FindPane(step.words[1]);
   if (pane == nullptr) return "no pane or open window is called " + step.words[1];
-  workstation_.Click(pane->pane, {*x, *y}, button, shift);
+  stage_.Click(pane->pane, {*x, *y}, button, shift);
   return {};
 }
 
 std::string ScriptRunner::Key(const ScriptStep& step) {
   if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
-  ToolWindow* tool = window_.CurrentTool();
-  bool used = false;
-  if (tool != nullptr) workstation_.Act([&] { used = tool->Key(window_, step.words[1]); });
-  if (!used && !window_.InModal()) workstation_.Key(step.words[1]);
+  stage_.Key(step.words[1]);
   return {};
 }
 
@@ -213,7 +202,7 @@ std::string ScriptRunner::Button(const ScriptStep& step) {
     const bool named =
         control.number == 0 ? control.text == step.words[1] : number && *number == control.number;
     if (!named) continue;
-    if (control.enabled) workstation_.Act([&] { tool->Press(window_, control); });
+    if (control.enabled) stage_.Press(*tool, control);
     return {};
   }
   return "the window has no control " + step.words[1];
@@ -222,7 +211,7 @@ std::string ScriptRunner::Button(const ScriptStep& step) {
 std::string ScriptRunner::Close(const ScriptStep& step) {
   if (step.words.size() != 1) return "close takes nothing more";
   if (window_.CurrentTool() == nullptr) return "no tool window is open";
-  workstation_.Act([&] { window_.CloseCurrentTool(); });
+  stage_.CloseTool();
   return {};
 }
 
@@ -231,16 +220,16 @@ std::string ScriptRunner::SoundInput(const ScriptStep& step) {
   const auto blocks = count == 3 ? ParseInteger(step.words[2]) : std::nullopt;
   if (count < 2 || count > 3 || (count == 3 && (!blocks || *blocks < 0)))
     return "sound-input needs FILE.wav [BLOCKS]";
-  const std::string wrong = microphone_.Listen(AbsolutePath(step.words[1]));
+  const std::string wrong = stage_.microphone.Listen(AbsolutePath(step.words[1]));
   if (!wrong.empty()) return wrong + " " + step.words[1];
   blockLimit_ = blocks;
-  workstation_.InputDevicesChanged();
+  stage_.InputDevicesChanged();
   return {};
 }
 
 std::string ScriptRunner::SoundOutput(const ScriptStep& step) {
   if (step.words.size() != 2) return "sound-output needs FILE.wav";
-  speaker_.WriteTo(AbsolutePath(step.words[1]));
+  stage_.speaker.WriteTo(AbsolutePath(step.words[1]));
   return {};
 }
 

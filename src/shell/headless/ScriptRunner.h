@@ -4,21 +4,18 @@
 #include <ostream>
 #include <string>
 
-#include "audio/file/FileLoudspeaker.h"
-#include "audio/file/FileMicrophone.h"
-#include "shell/Workstation.h"
 #include "shell/headless/Script.h"
-#include "shell/headless/ScriptWindow.h"
+#include "shell/headless/ScriptStage.h"
 
 namespace parlowen {
 
 /// Exit statuses of the headless program.
 enum class ScriptResult { Ran = 0, Error = 1, AnswerMissing = 2, NotOpened = 3 };
 
-/// Runs a script against a workstation of its own.
+/// Runs a script on a stage.
 class ScriptRunner {
  public:
-  ScriptRunner(std::istream& script, std::ostream& events, std::ostream& errors, int paneWidth);
+  ScriptRunner(std::istream& script, std::ostream& errors, ScriptStage& stage);
 
   ScriptResult Run();
 
@@ -44,12 +41,11 @@ class ScriptRunner {
 
   ScriptReader reader_;
   std::ostream& errors_;
-  ScriptWindow window_;
-  FileLoudspeaker speaker_;
-  FileMicrophone microphone_;
+  ScriptStage& stage_;
+  ScriptTalk& window_;
+  Workstation& workstation_;
   std::optional<int> blockLimit_;    ///< the stop of a recording is pressed when so many blocks are delivered
   std::optional<ScriptStep> ahead_;  ///< a step that was looked at before its time
-  Workstation workstation_;
   bool failed_ = false;
 };
 

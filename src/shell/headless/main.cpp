@@ -2,6 +2,7 @@
 #include <iostream>
 #include <string>
 
+#include "shell/headless/HeadlessStage.h"
 #include "shell/headless/Script.h"
 #include "shell/headless/ScriptRunner.h"
 
@@ -58,7 +59,11 @@ int main(int argc, char** argv) {
       scriptNamed = true;
     }
   }
-  if (script == "-") return static_cast<int>(ScriptRunner(std::cin, std::cout, std::cerr, paneWidth).Run());
+  const auto run = [paneWidth](std::istream& steps) {
+    HeadlessStage stage(std::cout, paneWidth);
+    return static_cast<int>(ScriptRunner(steps, std::cerr, stage).Run());
+  };
+  if (script == "-") return run(std::cin);
   std::ifstream file(script, std::ios::binary);
   // A folder opens but cannot be read.
   if (!file || (file.peek(), file.bad())) {
@@ -66,5 +71,5 @@ int main(int argc, char** argv) {
     return static_cast<int>(ScriptResult::NotOpened);
   }
   file.clear();
-  return static_cast<int>(ScriptRunner(file, std::cout, std::cerr, paneWidth).Run());
+  return run(file);
 }

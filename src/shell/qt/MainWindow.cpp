@@ -114,9 +114,15 @@ QStringList DroppedFiles(const QMimeData* data) {
 
 }  // namespace
 
-MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices)
+std::unique_ptr<QtWindow> MainWindow::MakeDialogs(QWidget& host, ActionGate& gate, Preferences& preferences) {
+  return std::make_unique<QtWindow>(host, gate, preferences);
+}
+
+MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices,
+                       const DialogsMaker& makeDialogs)
     : preferences_(preferences),
-      dialogs_(*this, gate_, preferences),
+      ownDialogs_(makeDialogs(*this, gate_, preferences)),
+      dialogs_(*ownDialogs_),
       station_(dialogs_, std::move(dataFolder), devices),
       guard_(station_.document, station_.vowels.chart, station_.markers, station_.annotations) {
   setAcceptDrops(true);

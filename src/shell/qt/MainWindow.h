@@ -4,6 +4,7 @@
 #include <array>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -33,7 +34,13 @@ class TimeAxisStrip;
 class MainWindow : public QMainWindow {
   Q_OBJECT
  public:
-  MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices = {});
+  /// Makes the window that the handlers ask.
+  using DialogsMaker =
+      std::function<std::unique_ptr<QtWindow>(QWidget& host, ActionGate& gate, Preferences& preferences)>;
+  static std::unique_ptr<QtWindow> MakeDialogs(QWidget& host, ActionGate& gate, Preferences& preferences);
+
+  MainWindow(std::string dataFolder, Preferences& preferences, SoundDevices devices = {},
+             const DialogsMaker& makeDialogs = MakeDialogs);
   ~MainWindow() override;
 
   /// Runs a command of the table, after asking about what it would lose; false when it is greyed or something
@@ -118,7 +125,8 @@ class MainWindow : public QMainWindow {
 
   Preferences& preferences_;
   ActionGate gate_;
-  QtWindow dialogs_;
+  const std::unique_ptr<QtWindow> ownDialogs_;
+  QtWindow& dialogs_;
   Workstation station_;
   LossGuard guard_;
 

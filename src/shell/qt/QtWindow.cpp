@@ -329,8 +329,9 @@ void QtWindow::ToolClosed(ToolWidget* widget) {
     gate_.Run([&] { tool->Closed(*this); });
   } else {
     tool->Closed(*this);
-    closedTools_.push_back(std::move(tool));
   }
+  AfterClosed(*tool);
+  if (!outermost) closedTools_.push_back(std::move(tool));
 }
 
 void QtWindow::RunModal(ToolWindow& tool) {

@@ -48,8 +48,8 @@ class QtWindow : public QObject, public Window {
 
   /// A question with buttons of its own: the index of the one that was pressed. The last one is Cancel, and
   /// Escape and the window's cross are it.
-  int Choose(const std::string& text, const std::string& caption, std::span<const UiText> buttons,
-             int byDefault, QWidget* parent = nullptr);
+  virtual int Choose(const std::string& text, const std::string& caption, std::span<const UiText> buttons,
+                     int byDefault, QWidget* parent = nullptr);
   /// True when no such file exists or the user lets it be replaced.
   bool MayReplace(const std::string& path, QWidget* parent = nullptr);
 
@@ -80,6 +80,10 @@ class QtWindow : public QObject, public Window {
   void RegionCopied(const parlowen::PaneRegion& region);
   void KeyUnused(const std::string& key);  ///< a key that a tool window had no use for
   void QuitAsked();
+
+ protected:
+  /// A tool that was not modal has closed and told its room so.
+  virtual void AfterClosed(const ToolWindow&) {}
 
  private:
   struct OpenTool {

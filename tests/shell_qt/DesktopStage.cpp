@@ -1,0 +1,325 @@
+#include "shell_qt/DesktopStage.h"
+
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QApplication>
+#include <QFileInfo>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTest>
+#include <QTimer>
+#include <QUrl>
+
+#include "base/Files.h"
+#include "shell/DataFolder.h"
+#include "shell/qt/FormDialog.h"
+#include "shell/qt/PaneWidget.h"
+#include "shell/qt/ToolWidget.h"
+
+namespace parlowen {
+namespace {
+
+constexpr int kToolHeight = 640;
+
+void PressEscape(QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }
+
+/// The button of that role of a message box; it says what the handler said.
+void Answer(QWidget& widget, const std::string& text, QMessageBox::ButtonRole role) {
+  auto* box = qobject_cast<QMessageBox*>(&widget);
+  if (box == nullptr) {
+    ADD_FAILURE() << "no message box for " << text;
+    return PressEscape(widget);
+  }
+  EXPECT_EQ(box->text(), QString::fromStdString(text).remove('\r'));
+  for (QAbstractButton* button : box->buttons())
+    if (box->buttonRole(button) == role) return QTest::mouseClick(button, Qt::LeftButton);
+  ADD_FAILURE() << "no button for " << text;
+}
+
+/// Types the values into the fields and presses OK.
+void Enter(FormDialog& dialog, const InputForm& opened, const InputForm& filled) {
+  EXPECT_EQ(dialog.windowTitle().toStdString(), opened.title);
+  const auto radios = dialog.findChildren<QRadioButton*>();
+  qsizetype radio = 0;
+  for (std::size_t i = 0; i < filled.fields.size(); ++i) {
+    const FormField& field = filled.fields[i];
+    if (field.kind == FieldKind::Radio && field.checked) radios.value(radio)->click();
+    radio += field.kind == FieldKind::Radio;
+    if (field.kind != FieldKind::Text && field.kind != FieldKind::Number) continue;
+    QLineEdit* edit = dialog.Edit(field.control);
+    EXPECT_EQ(edit->text().toStdString(), opened.fields[i].value);
+    edit->setText(QString::fromStdString(field.value));
+  }
+  QTest::keyClick(&dialog, Qt::Key_Return);
+}
+
+Qt::Key KeyOf(const std::string& name) {
+  if (name.size() == 1) return static_cast<Qt::Key>(std::toupper(static_cast<unsigned char>(name[0])));
+  return static_cast<Qt::Key>(QKeySequence(name == "PageUp"     ? "PgUp"
+                                           : name == "PageDown" ? "PgDown"
+                                                                : QString::fromStdString(name))[0]
+                                  .key());
+}
+
+Qt::MouseButton ButtonOf(MouseButton button) {
+  return button == MouseButton::Left ? Qt::LeftButton : Qt::RightButton;
+}
+
+}  // namespace
+
+// --- The dialogs
+
+AnsweredWindow::AnsweredWindow(QWidget& host, ActionGate& gate, Preferences& preferences,
+                               std::ostream& events)
+    : QtWindow(host, gate, preferences), ScriptTalk(events) {
+  openExternally = [](const QUrl&) { return true; };
+}
+
+void AnsweredWindow::WhenOpen(std::function<void(QWidget&)> act) {
+  QTimer::singleShot(0, this, [act = std::move(act)] {
+    QWidget* box = QApplication::activeModalWidget();
+    if (box == nullptr) return;
+    act(*box);
+    if (!box->isVisible()) return;
+    ADD_FAILURE() << "still open: " << box->windowTitle().toStdString();
+    PressEscape(*box);
+  });
+}
+
+void AnsweredWindow::ShowMessage(const std::string& text, const std::string& caption, Icon icon) {
+  PrintMessage(text, caption, icon);
+  WhenOpen([&](QWidget& box) { Answer(box, text, QMessageBox::AcceptRole); });
+  QtWindow::ShowMessage(text, caption, icon);
+}
+
+bool AnsweredWindow::AskYesNo(const std::string& text, const std::string& caption) {
+  const bool yes = TakeYes();
+  PrintQuestion(text, caption, yes);
+  WhenOpen([&](QWidget& box) { Answer(box, text, yes ? QMessageBox::YesRole : QMessageBox::NoRole); });
+  const bool answered = QtWindow::AskYesNo(text, caption);
+  EXPECT_EQ(answered, yes);
+  return answered;
+}
+
+int AnsweredWindow::Choose(const std::string& text, const std::string& caption,
+                           std::span<const UiText> buttons, int byDefault, QWidget* parent) {
+  WhenOpen([&](QWidget& widget) {
+    auto& box = dynamic_cast<QMessageBox&>(widget);
+    const QString goOn = buttons[buttons.size() - 2].Get();
+    for (QAbstractButton* button : box.buttons())
+      if (button->text() == goOn) return button->click();
+  });
+  return QtWindow::Choose(text, caption, buttons, byDefault, parent);
+}
+
+std::optional<FileChoice> AnsweredWindow::AskFile(const FileDialog& dialog, bool save) {
+  const auto path = TakePath();
+  PrintFileDialog(save ? "save" : "open", dialog, path);
+  const QString typed = path ? QString::fromStdString(AbsolutePath(*path)) : "";
+  // In a file dialog a folder is a place to go to, and quotes stand around names: neither can be chosen.
+  if (QFileInfo(typed).isDir() || typed.contains('"')) return ChoiceOf(dialog, *path);
+  WhenOpen([&](QWidget& box) {
+    EXPECT_EQ(box.windowTitle().toStdString(), dialog.title);
+    if (!path) return PressEscape(box);
+    box.findChild<QLineEdit*>("fileNameEdit")->setText(typed);
+    QMetaObject::invokeMethod(&box, "accept");
+  });
+  return save ? QtWindow::AskSaveFile(dialog) : QtWindow::AskOpenFile(dialog);
+}
+
+bool AnsweredWindow::AskInput(InputForm& form) {
+  const bool ofScript = !fillForm;
+  const InputForm opened = form;
+  InputForm filled = form;
+  if (!ofScript) std::exchange(fillForm, {})(filled);
+  const bool ok = !ofScript || TakeEntries(filled);
+  if (ofScript) PrintInput(opened, ok);
+  bool refused = false;
+  WhenOpen([&](QWidget& box) {
+    if (!ok) return PressEscape(box);
+    Enter(dynamic_cast<FormDialog&>(box), opened, filled);
+    refused = box.isVisible();
+    if (refused) PressEscape(box);
+  });
+  const bool taken = QtWindow::AskInput(form);
+  EXPECT_EQ(taken, ok && !refused);
+  // Letters that no file can hold are refused by the dialog, from a script by the handler.
+  if (refused) form = filled;
+  return ok;
+}
+
+void AnsweredWindow::ShowStatus(const std::string& text) {
+  PrintStatus(text);
+  QtWindow::ShowStatus(text);
+}
+
+void AnsweredWindow::SetCaption(const std::string& text) {
+  if (!Caption().empty() && text != Caption()) PrintCaption(text);
+  QtWindow::SetCaption(text);
+}
+
+void AnsweredWindow::OpenInEditor(const std::string& path) {
+  PrintEditor(path);
+  QtWindow::OpenInEditor(path);
+}
+
+void AnsweredWindow::OpenToolWindow(std::unique_ptr<ToolWindow> tool) {
+  CloseToolWindow(tool->Name());
+  NoteOpened(*tool, false);
+  QtWindow::OpenToolWindow(std::move(tool));
+}
+
+void AnsweredWindow::RunModal(ToolWindow& tool) {
+  NoteOpened(tool, true);
+  QTimer::singleShot(0, this, [this, &tool] {
+    if (runModalSteps) runModalSteps();
+    if (ToolWidget* widget = WidgetOf(tool)) widget->close();
+  });
+  QtWindow::RunModal(tool);
+  NoteClosed(tool);
+}
+
+/// The desktop says nothing: the picture is in the clipboard.
+void AnsweredWindow::CopyRegion(const PaneRegion& region) {
+  PrintStatus("区域已复制到剪贴板");
+  QtWindow::CopyRegion(region);
+}
+
+void AnsweredWindow::Quit() {
+  End();
+  QtWindow::Quit();
+}
+
+ToolWidget* AnsweredWindow::WidgetOf(const ToolWindow& tool) const {
+  return InModal() ? qobject_cast<ToolWidget*>(QApplication::activeModalWidget())
+                   : FindToolWindow(tool.Name());
+}
+
+// --- The hands
+
+DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int paneWidth)
+    : preferences_(settings),
+      window_(DataFolder(), preferences_, {&speaker, &microphone},
+              [&](QWidget& host, ActionGate& gate, Preferences& preferences) {
+                auto dialogs = std::make_unique<AnsweredWindow>(host, gate, preferences, events);
+                dialogs_ = dialogs.get();
+                return dialogs;
+              }) {
+  qApp->installEventFilter(this);
+  window_.show();
+  QApplication::setActiveWindow(&window_);
+  FitPanes(paneWidth);
+}
+
+DesktopStage::~DesktopStage() { qApp->removeEventFilter(this); }
+
+/// The panes as large as a script's.
+void DesktopStage::FitPanes(int paneWidth) {
+  const PaneWidget& pane = window_.PaneOf(Pane::Analysis);
+  const int height = static_cast<const QWidget&>(pane).sizeHint().height();
+  for (int i = 0; i < 20; ++i) {
+    QApplication::processEvents();
+    const QSize missing(paneWidth - pane.PaneSize().width(), height - pane.height());
+    if (missing.isNull()) return;
+    window_.resize(window_.size() + missing);
+  }
+  EXPECT_EQ(pane.PaneSize(), QSize(paneWidth, height));
+}
+
+/// A tool's drawing as large as a script's, before it is shown for the first time: as wide as a pane, or as what
+/// scrolls, or, where clicks count from a place of their own, as the tool would like to be.
+bool DesktopStage::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Polish)
+    if (auto* widget = qobject_cast<ToolWidget*>(watched); widget != nullptr && dialogs_->CurrentTool()) {
+      const ToolWindow& tool = *dialogs_->CurrentTool();
+      const int whole = tool.WholeWidth(0);
+      const int width = whole > 0                  ? whole
+                        : tool.ClickOrigin().y > 0 ? tool.PreferredSize().x
+                                                   : Station().document.paneWidth;
+      widget->Canvas()->setFixedSize(width, kToolHeight);
+      widget->adjustSize();
+    }
+  return QObject::eventFilter(watched, event);
+}
+
+bool DesktopStage::Choose(int command) {
+  QAction* action = window_.ActionOf(command);
+  if (action == nullptr || !action->isEnabled()) return false;
+  action->trigger();
+  return true;
+}
+
+/// By the dialog that takes samples, for a pixel can stand for many.
+void DesktopStage::Select(int start, int end) {
+  dialogs_->fillForm = [=](InputForm& form) {
+    form.fields[0].value = std::to_string(start);
+    form.fields[1].value = std::to_string(end);
+    form.fields[2].checked = false;
+    form.fields[3].checked = true;
+  };
+  for (QAction* action : window_.findChildren<QAction*>())
+    if (action->shortcut() == QKeySequence("Ctrl+G")) action->trigger();
+  dialogs_->fillForm = {};
+}
+
+void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
+  PaneWidget& widget = window_.PaneOf(pane);
+  const QPoint pixel(PaneWidget::kGutter + at.x, at.y - widget.Top());
+  // What is not on the screen cannot be clicked: a pane behind a chart, a pixel beside the pane.
+  if (!widget.isVisible() || at.x < 0 || !widget.rect().contains(pixel))
+    return Station().Click(pane, at, button, shift);
+  // The two clicks that choose a region are one drag.
+  if (dragging_ || Station().document.activity == Activity::RegionDrag) {
+    if (dragging_) {
+      QTest::mouseMove(&widget, pixel);
+      QTest::mouseRelease(&widget, Qt::LeftButton, {}, pixel);
+    } else {
+      QTest::mousePress(&widget, Qt::LeftButton, {}, pixel);
+    }
+    dragging_ = !dragging_;
+    return;
+  }
+  QTest::mouseClick(&widget, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
+}
+
+void DesktopStage::ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) {
+  QWidget& canvas = *dialogs_->WidgetOf(tool)->Canvas();
+  const QPoint pixel(at.x, at.y + tool.ClickOrigin().y);
+  EXPECT_TRUE(canvas.rect().contains(pixel)) << tool.Name();
+  QTest::mouseClick(&canvas, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
+}
+
+void DesktopStage::Key(const std::string& key) {
+  ToolWindow* tool = dialogs_->CurrentTool();
+  if (tool != nullptr && key == "Escape" && !dialogs_->InModal()) {
+    // On the screen it closes a tool window that has no use for it; a script closes windows by `close`.
+    bool used = false;
+    Station().Act([&] { used = tool->Key(*dialogs_, key); });
+    if (!used) Station().Key(key);
+    return;
+  }
+  QWidget* target = tool != nullptr ? dialogs_->WidgetOf(*tool)->Canvas() : window_.focusWidget();
+  QTest::keyClick(target != nullptr ? target : &window_, KeyOf(key));
+}
+
+void DesktopStage::Press(ToolWindow& tool, const ToolControl& control) {
+  QPushButton* button = dialogs_->WidgetOf(tool)->Button(control.text);
+  ASSERT_NE(button, nullptr) << control.text;
+  button->click();
+}
+
+void DesktopStage::CloseTool() { dialogs_->WidgetOf(*dialogs_->CurrentTool())->close(); }
+
+void DesktopStage::Settle() {
+  const auto atRest = [this] {
+    const ToolWindow* tool = dialogs_->CurrentTool();
+    return tool == nullptr || tool->TickMilliseconds() <= 0;
+  };
+  EXPECT_TRUE(QTest::qWaitFor(atRest, 20000));
+  QApplication::processEvents();
+}
+
+}  // namespace parlowen

@@ -1,0 +1,60 @@
+// Every story of tests/headless/stories once more, in the real window: the same lines, the same files.
+
+#include <QEventLoop>
+#include <QTimer>
+#include <filesystem>
+#include <sstream>
+
+#include "headless/Stories.h"
+#include "shell/headless/ScriptRunner.h"
+#include "shell_qt/DesktopStage.h"
+
+namespace parlowen {
+namespace {
+
+using testing::kStories;
+using testing::ReadFile;
+using testing::Replaced;
+
+int PaneWidthOf(const std::string& script) {
+  const std::string arguments = testing::HeadValue(script, "arguments"), option = "--pane-width ";
+  return arguments.starts_with(option) ? std::stoi(arguments.substr(option.size())) : 1024;
+}
+
+class WindowStory : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(WindowStory, SaysAndLeavesTheSame) {
+  const testing::TempFolder folder, settings;
+  testing::WriteSounds(folder);
+  const testing::FileStates before = testing::StatesOf(folder);
+  const std::string script = ReadFile(kStories + GetParam() + ".txt");
+  std::filesystem::current_path(folder.path());
+  // The user's documents, where exports go before a sound is opened, are the folder too.
+  std::filesystem::create_directory_symlink(folder.path(), settings / "Documents");
+  qputenv("HOME", settings.path().c_str());
+  std::istringstream steps(script);
+  std::ostringstream events, errors;
+  {
+    DesktopStage stage(events, QString::fromStdString(settings / "settings.ini"), PaneWidthOf(script));
+    // Inside an event loop, as everything in the desktop is.
+    QEventLoop loop;
+    QTimer::singleShot(0, &loop, [&] {
+      ScriptRunner(steps, errors, stage).Run();
+      loop.quit();
+    });
+    loop.exec();
+    std::string printed = Replaced(events.str(), folder.path(), "{folder}");
+    printed = Replaced(std::move(printed), PARLOWEN_SOURCE_DIR, "{source}");
+    printed = Replaced(std::move(printed), PARLOWEN_VERSION, "{version}");
+    EXPECT_EQ(printed, ReadFile(kStories + GetParam() + ".jsonl"));
+  }
+  EXPECT_EQ(testing::ChangesOf(before, testing::StatesOf(folder)),
+            ReadFile(kStories + GetParam() + ".files"));
+  std::filesystem::current_path("/");
+}
+
+INSTANTIATE_TEST_SUITE_P(Window, WindowStory, ::testing::ValuesIn(testing::StoryNames()),
+                         testing::TestNameOf);
+
+}  // namespace
+}  // namespace parlowen
