@@ -6,6 +6,7 @@
 #include <cctype>
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 #include <numbers>
 #include <utility>
@@ -83,6 +84,19 @@ inline std::string ChangesOf(const FileStates& before, const FileStates& after) 
   for (const auto& [name, state] : before)
     if (!after.contains(name)) lines += name + " gone\n";
   return lines;
+}
+
+/// Compares with what is kept beside the story. To write a new story's lines: PARLOWEN_WRITE_STORIES=1, and read them
+/// before they are kept.
+inline void ExpectKept(const std::string& path, const std::string& seen) {
+  if (std::getenv("PARLOWEN_WRITE_STORIES") != nullptr) {
+    if (seen.empty()) {
+      std::filesystem::remove(path);
+    } else {
+      WriteFile(path, seen);
+    }
+  }
+  EXPECT_EQ(seen, std::filesystem::exists(path) ? ReadFile(path) : std::string()) << path;
 }
 
 inline std::string TestNameOf(const ::testing::TestParamInfo<std::string>& story) {

@@ -9,22 +9,8 @@
 namespace parlowen {
 namespace {
 
-namespace fs = std::filesystem;
 using testing::kStories;
 using testing::ReadFile;
-
-/// Compares with what is kept beside the story. To write a new story's lines: PARLOWEN_WRITE_STORIES=1, and read them
-/// before they are kept.
-void ExpectKept(const std::string& path, const std::string& seen) {
-  if (std::getenv("PARLOWEN_WRITE_STORIES") != nullptr) {
-    if (seen.empty()) {
-      fs::remove(path);
-    } else {
-      testing::WriteFile(path, seen);
-    }
-  }
-  EXPECT_EQ(seen, fs::exists(path) ? ReadFile(path) : std::string()) << path;
-}
 
 class Story : public ::testing::TestWithParam<std::string> {};
 
@@ -39,8 +25,9 @@ TEST_P(Story, PrintsItsLines) {
   std::string printed;
   for (const std::string& line : result.lines)
     printed += testing::Replaced(line, PARLOWEN_SOURCE_DIR, "{source}") + "\n";
-  ExpectKept(kStories + GetParam() + ".jsonl", printed);
-  ExpectKept(kStories + GetParam() + ".files", testing::ChangesOf(before, testing::StatesOf(folder)));
+  testing::ExpectKept(kStories + GetParam() + ".jsonl", printed);
+  testing::ExpectKept(kStories + GetParam() + ".files",
+                      testing::ChangesOf(before, testing::StatesOf(folder)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Headless, Story, ::testing::ValuesIn(testing::StoryNames()), testing::TestNameOf);

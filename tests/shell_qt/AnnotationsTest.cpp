@@ -1,6 +1,4 @@
 #include <QApplication>
-#include <QFileDialog>
-#include <QFileInfo>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
@@ -12,30 +10,7 @@
 namespace parlowen {
 namespace {
 
-class AnnotationsTest : public WindowTest {
- protected:
-  /// Inserts a text with 40080, answering No to whether it is the first.
-  void Annotate(const QString& text) {
-    ASSERT_TRUE(window->Dispatch(40080));
-    BoxWatcher watcher([&](QWidget& widget) {
-      auto* dialog = qobject_cast<FormDialog*>(&widget);
-      if (dialog == nullptr) return QTest::keyClick(&widget, Qt::Key_Escape);
-      dialog->Edit(1028)->setText(text);
-      dialog->accept();
-    });
-    PaneWidget& pane = window->PaneOf(Pane::Analysis);
-    QTest::mouseClick(&pane, Qt::LeftButton, Qt::NoModifier, At(pane, 50));
-  }
-  bool SaveAs(const QString& path) {
-    BoxWatcher watcher([&](QWidget& dialog) {
-      if (qobject_cast<QFileDialog*>(&dialog) == nullptr || path.isEmpty())
-        return QTest::keyClick(&dialog, Qt::Key_Escape);
-      dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
-      QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    return window->Dispatch(40079);
-  }
-};
+class AnnotationsTest : public WindowTest {};
 
 TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   FormField field;
@@ -63,32 +38,6 @@ TEST_F(AnnotationsTest, ThePaletteInsertsAtTheCursor) {
   EXPECT_TRUE(dialog.isVisible()) << "Enter belongs to the symbol";
   form.fields[0].phonetic = false;
   EXPECT_EQ(FormDialog(form, window.get()).findChild<IpaPalette*>(), nullptr);
-}
-
-TEST_F(AnnotationsTest, UnsavedAnnotationsAreAskedAbout) {
-  const QString first = WriteRamp("first.wav", 16000, 5000), second = WriteRamp("second.wav", 8000, 300);
-  Open(first);
-  Annotate("ŋa");
-  ASSERT_EQ(Station().annotations.items.size(), 1u);
-  {
-    BoxWatcher no("取消");
-    Open(second);
-    EXPECT_FALSE(window->Dispatch(110));
-    window->close();
-    EXPECT_EQ(no.texts.size(), 3);
-    EXPECT_TRUE(no.texts.value(0).contains("国际音标文件"));
-    EXPECT_EQ(Document().sampleCount, 5000);
-  }
-  ASSERT_TRUE(window->Dispatch(120));  // a sound file does not hold them
-  ASSERT_TRUE(SaveAs(""));
-  EXPECT_TRUE(Station().annotations.changed) << "the dialog was cancelled";
-  ASSERT_TRUE(SaveAs(folder.filePath("take")));
-  EXPECT_TRUE(QFileInfo::exists(folder.filePath("take.ipa")));
-  Open(second);  // nothing to lose: no question, or this would hang
-  EXPECT_EQ(Document().sampleCount, 300);
-  Open(folder.filePath("take.ipa"));
-  EXPECT_EQ(Station().annotations.items.size(), 1u);
-  EXPECT_EQ(preferences->RecentFiles().constFirst(), folder.filePath("take.ipa"));
 }
 
 }  // namespace

@@ -1,7 +1,5 @@
 #include <QAbstractButton>
 #include <QApplication>
-#include <QFile>
-#include <QLineEdit>
 #include <QSplitter>
 #include <QTest>
 
@@ -33,20 +31,6 @@ class ChartTest : public WindowTest {
     Activate();
     QApplication::processEvents();
   }
-  void AddPoint(int f1, int f2) {
-    Station().vowels.chart.Add(f1, f2, 0);
-    Station().Act([] {});
-    window->Dialogs().Repaint(Pane::Chart);
-    QApplication::processEvents();
-  }
-  bool SaveChartAs(const QString& path) {
-    BoxWatcher watcher([&](QWidget& dialog) {
-      if (path.isEmpty()) return QTest::keyClick(&dialog, Qt::Key_Escape);
-      dialog.findChild<QLineEdit*>("fileNameEdit")->setText(path);
-      QMetaObject::invokeMethod(&dialog, "accept");
-    });
-    return window->Dispatch(40072);
-  }
 };
 
 TEST_F(ChartTest, TheChartTakesThePlaceOfTheThreeLowerPanesAndGivesItBack) {
@@ -70,40 +54,6 @@ TEST_F(ChartTest, TheChartTakesThePlaceOfTheThreeLowerPanesAndGivesItBack) {
   EXPECT_FALSE(Chart().isVisible());
   EXPECT_TRUE(Waveform().hasFocus());
   EXPECT_EQ(window->findChild<QSplitter*>()->sizes(), before);
-}
-
-TEST_F(ChartTest, AChangedChartIsAskedAboutBeforeAnotherAndBeforeTheEnd) {
-  const QString path = folder.filePath("a.vch");
-  ShowChart();
-  AddPoint(600, 1200);
-  ASSERT_TRUE(SaveChartAs(path));
-  ASSERT_TRUE(QFile::exists(path));
-  {
-    BoxWatcher none(&Agree);  // just saved; a loaded chart keeps its coordinates
-    Open(path);
-    EXPECT_EQ(none.texts.size(), 0);
-  }
-  EXPECT_EQ(preferences->RecentFiles().constFirst(), path);
-  AddPoint(300, 2200);
-  SaveChartAs("");  // cancelled: nothing is saved
-  {
-    BoxWatcher no("取消");
-    Open(path);
-    EXPECT_EQ(no.texts.size(), 1);
-    window->close();
-    EXPECT_EQ(no.texts.size(), 2);
-    EXPECT_TRUE(window->isVisible());
-    EXPECT_FALSE(window->Dispatch(40073));
-    EXPECT_EQ(no.texts.size(), 3);
-  }
-  EXPECT_EQ(Station().vowels.chart.count, 2);
-  Open(SoundsFile("english_female_prompt_8000.wav"));  // another sound leaves the chart: no question
-  EXPECT_EQ(Document().sampleRate, 8000);
-  BoxWatcher yes(&Agree);
-  Open(path);
-  EXPECT_EQ(Station().vowels.chart.count, 1);
-  window->close();
-  EXPECT_FALSE(window->isVisible());
 }
 
 }  // namespace

@@ -2,7 +2,6 @@
 #include <QDialog>
 #include <QLineEdit>
 #include <QMenuBar>
-#include <QRadioButton>
 #include <QTest>
 
 #include "shell/qt/MenuTexts.h"
@@ -13,17 +12,12 @@ namespace {
 
 class CommandsTest : public WindowTest {};
 
-TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTableAndWhatIsGreyed) {
+TEST_F(CommandsTest, TheMenusShowEveryRowOfTheTable) {
   for (const CommandRow& row : CommandTable()) {
     const QAction* action = window->ActionOf(row.number);
     ASSERT_NE(action, nullptr) << row.number;
     EXPECT_EQ(action->text().remove('&').section('\t', 0, 0), PlainLabel(row.label.Get()));
-    EXPECT_EQ(action->isEnabled(), Station().states.IsEnabled(row.number)) << row.number;
   }
-  Open(WriteRamp("ramp.wav", 22050, 30000));
-  for (const CommandRow& row : CommandTable())
-    EXPECT_EQ(window->ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
-        << row.number;
   EXPECT_EQ(window->menuBar()->actions().constLast()->text(), "扩展(&X)");
 }
 
@@ -86,27 +80,19 @@ TEST_F(CommandsTest, NothingElseActsWhileAQuestionIsOpen) {
   EXPECT_TRUE(window->Dispatch(40026));
 }
 
-TEST_F(CommandsTest, ASelectionCanBeTypedInSecondsAndInSamples) {
+TEST_F(CommandsTest, ASelectionCanBeTypedInSeconds) {
   Open(WriteRamp("ramp.wav", 16000, 48000));
-  const auto type = [&](const char* start, const char* end, bool samples) {
-    BoxWatcher watcher([&](QWidget& dialog) {
-      const auto edits = dialog.findChildren<QLineEdit*>();
-      ASSERT_EQ(edits.size(), 2);
-      edits[0]->setText(start);
-      edits[1]->setText(end);
-      for (auto* radio : dialog.findChildren<QRadioButton*>())
-        if (radio->text() == (samples ? "样点" : "秒")) radio->setChecked(true);
-      qobject_cast<QDialog*>(&dialog)->accept();
-    });
-    Activate();
-    QTest::keyClick(&Waveform(), Qt::Key_G, Qt::ControlModifier);
-  };
-  type("0.5", "1.25", false);
+  BoxWatcher watcher([&](QWidget& dialog) {
+    const auto edits = dialog.findChildren<QLineEdit*>();
+    ASSERT_EQ(edits.size(), 2);
+    edits[0]->setText("0.5");
+    edits[1]->setText("1.25");
+    qobject_cast<QDialog*>(&dialog)->accept();
+  });
+  Activate();
+  QTest::keyClick(&Waveform(), Qt::Key_G, Qt::ControlModifier);
   EXPECT_EQ(Document().selectionStart, 8000);
   EXPECT_EQ(Document().selectionEnd, 20000);
-  type("123", "99999999999", true);
-  EXPECT_EQ(Document().selectionStart, 123);
-  EXPECT_EQ(Document().selectionEnd, 48000);
 }
 
 }  // namespace

@@ -106,9 +106,10 @@ bool AnsweredWindow::AskYesNo(const std::string& text, const std::string& captio
 
 int AnsweredWindow::Choose(const std::string& text, const std::string& caption,
                            std::span<const UiText> buttons, int byDefault, QWidget* parent) {
+  const QString goOn = buttons[buttons.size() - 2].Get();
+  if (!ended()) asked_ += text + " | " + goOn.toStdString() + "\n";
   WhenOpen([&](QWidget& widget) {
     auto& box = dynamic_cast<QMessageBox&>(widget);
-    const QString goOn = buttons[buttons.size() - 2].Get();
     for (QAbstractButton* button : box.buttons())
       if (button->text() == goOn) return button->click();
   });
@@ -320,6 +321,9 @@ void DesktopStage::Settle() {
   };
   EXPECT_TRUE(QTest::qWaitFor(atRest, 20000));
   QApplication::processEvents();
+  for (const CommandRow& row : CommandTable())
+    EXPECT_EQ(window_.ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
+        << row.number;
 }
 
 }  // namespace parlowen

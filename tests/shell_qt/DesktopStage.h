@@ -33,6 +33,8 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
              int byDefault, QWidget* parent) override;
 
   ToolWidget* WidgetOf(const ToolWindow& tool) const;
+  /// What was asked beyond the script, a line each.
+  const std::string& asked() const { return asked_; }
 
   /// Fills the next form, in place of the script: the desktop's own question for a selection.
   std::function<void(InputForm& form)> fillForm;
@@ -44,6 +46,7 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
   std::optional<FileChoice> AskFile(const FileDialog& dialog, bool save);
   /// Does something to the dialog that is about to open, once it waits; it is to be closed then.
   void WhenOpen(std::function<void(QWidget&)> act);
+  std::string asked_;
 };
 
 class DesktopStage : public QObject, public ScriptStage {
@@ -53,6 +56,7 @@ class DesktopStage : public QObject, public ScriptStage {
 
   Workstation& Station() override { return window_.Station(); }
   ScriptTalk& Talk() override { return *dialogs_; }
+  const std::string& Asked() const { return dialogs_->asked(); }
   bool Choose(int command) override;
   void Select(int start, int end) override;
   void Click(Pane pane, Point at, MouseButton button, bool shift) override;

@@ -138,6 +138,16 @@ TEST_F(LossTest, AnOpeningIsAskedAboutUntilTheWorkIsSaved) {
   EXPECT_EQ(watcher.texts.size(), 1);
 }
 
+TEST_F(LossTest, TheMarkerWindowGoesOnWithChangedMarkersWhenItIsToldSo) {
+  Work();
+  const MarkerSet set = Station().markers.set;
+  BoxWatcher watcher(Press({"继续使用(&K)"}));
+  window->Dispatch(40105);
+  EXPECT_EQ(watcher.texts.size(), 1);
+  EXPECT_NE(window->Dialogs().FindToolWindow("markers"), nullptr);
+  EXPECT_EQ(Station().markers.set, set);
+}
+
 TEST_F(LossTest, ASaveAsksBeforeItTakesFromItsFileWhatWasNotLoaded) {
   const QByteArray mono = [&] {
     WriteRamp("plain.wav", 16000, 1000);

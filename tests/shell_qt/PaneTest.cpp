@@ -31,15 +31,8 @@ class PaneTest : public WindowTest {
   }
 };
 
-TEST_F(PaneTest, ClicksInEveryPaneMarkTheSampleOfTheirColumn) {
-  for (const Pane pane : {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform}) {
-    PaneWidget& widget = window->PaneOf(pane);
-    window->Dispatch(40004);
-    QTest::mouseClick(&widget, Qt::LeftButton, {}, At(widget, 120));
-    QTest::mouseClick(&widget, Qt::RightButton, {}, At(widget, 220));
-    EXPECT_EQ(Document().selectionStart, 100 * kColumn);
-    EXPECT_EQ(Document().selectionEnd, 200 * kColumn);
-  }
+TEST_F(PaneTest, TheSelectionIsSaidInItsLineAndToWhoeverCannotSeeIt) {
+  DragBetween(Waveform(), 120, 220);
   QAccessibleInterface* shown = QAccessible::queryAccessibleInterface(&Waveform());
   EXPECT_EQ(shown->role(), QAccessible::Graphic);
   EXPECT_EQ(shown->text(QAccessible::Name), "波形窗，选定 1.00–2.00 秒");
@@ -102,22 +95,6 @@ TEST_F(PaneTest, CtrlWheelZoomsAndKeepsTheSampleUnderThePointer) {
   EXPECT_NEAR(Station().view.SampleAt(Pane::Waveform, column), before, kColumn / 4);
   TurnWheel(Waveform(), At(Waveform(), column), -120, Qt::ControlModifier);
   EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
-}
-
-TEST_F(PaneTest, KeysZoomScrollAndPageButNotWithControl) {
-  QTest::keyClick(&Waveform(), Qt::Key_X);
-  EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
-  QTest::keyClick(&Waveform(), Qt::Key_X, Qt::AltModifier);
-  EXPECT_EQ(Document().samplesPerPixel, kColumn / 2);
-  const int screen = Document().FullViewLength();
-  QTest::keyClick(&Waveform(), Qt::Key_PageDown);
-  EXPECT_EQ(Document().viewStart, screen);
-  QTest::keyClick(&Waveform(), Qt::Key_Left);
-  EXPECT_EQ(Document().viewStart, screen - screen / 10);
-  QTest::keyClick(&Waveform(), Qt::Key_End);
-  EXPECT_EQ(Document().viewStart, Document().sampleCount - screen);
-  QTest::keyClick(&Waveform(), Qt::Key_Home);
-  EXPECT_EQ(Document().viewStart, 0);
 }
 
 TEST_F(PaneTest, TheViewIsAsWideAsThePane) {

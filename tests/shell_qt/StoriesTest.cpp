@@ -1,4 +1,5 @@
-// Every story of tests/headless/stories once more, in the real window: the same lines, the same files.
+// Every story of tests/headless/stories once more, in the real window: the same lines, the same files. What the desktop
+// asks beside them, about loss, is NAME.asked: the question and the button that was pressed.
 
 #include <QEventLoop>
 #include <QTimer>
@@ -47,6 +48,7 @@ TEST_P(WindowStory, SaysAndLeavesTheSame) {
     printed = Replaced(std::move(printed), PARLOWEN_SOURCE_DIR, "{source}");
     printed = Replaced(std::move(printed), PARLOWEN_VERSION, "{version}");
     EXPECT_EQ(printed, ReadFile(kStories + GetParam() + ".jsonl"));
+    testing::ExpectKept(kStories + GetParam() + ".asked", Replaced(stage.Asked(), folder.path(), "{folder}"));
   }
   EXPECT_EQ(testing::ChangesOf(before, testing::StatesOf(folder)),
             ReadFile(kStories + GetParam() + ".files"));

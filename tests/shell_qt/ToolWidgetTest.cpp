@@ -31,7 +31,6 @@ class Recorder : public ToolWindow {
   }
   bool Key(Window&, const std::string& key) override {
     log_ += "key " + QString::fromStdString(key);
-    if (key == "M") moves_ = 2;
     return key == "D" || key == "Escape";
   }
   void Press(Window& window, const ToolControl& control) override {
@@ -41,15 +40,9 @@ class Recorder : public ToolWindow {
     log_ += "pressed";
   }
   void Scroll(Window&, int steps) override { log_ += "scroll " + QString::number(steps); }
-  int TickMilliseconds() const override { return moves_ > 0 ? 5 : 0; }
-  void Tick(Window&) override {
-    --moves_;
-    log_ += "tick";
-  }
   void Closed(Window&) override { log_ += "closed"; }
 
  private:
-  int moves_ = 0;
   QStringList& log_;
   std::string name_;
 };
@@ -80,13 +73,6 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   widget->Button("乙")->click();
   TurnWheel(*widget, {10, 10}, -240);
   EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0|click 31 41 R 1|key D|press 1101|pressed|scroll 2");
-}
-
-TEST_F(ToolWidgetTest, AToolThatMovesByItselfIsTickedUntilItStands) {
-  ToolWidget* widget = Open();
-  QTest::keyClick(widget->Canvas(), Qt::Key_M);
-  QTest::qWait(60);
-  EXPECT_EQ(log.join('|').toStdString(), "key M|tick|tick");
 }
 
 TEST_F(ToolWidgetTest, OpeningANameAgainClosesTheFirstAlsoFromWithinItself) {
