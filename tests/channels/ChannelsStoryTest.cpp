@@ -6,6 +6,7 @@
 #include <sstream>
 
 #include "palatography/NspBytes.h"
+#include "shell/headless/HeadlessStage.h"
 #include "shell/headless/ScriptRunner.h"
 #include "support/TempFolder.h"
 
@@ -21,7 +22,8 @@ std::vector<std::string> Printed(const TempFolder& folder, const std::string& sc
   fs::current_path(folder.path());
   std::istringstream in(script);
   std::ostringstream out, errors;
-  EXPECT_EQ(ScriptRunner(in, out, errors, 1024).Run(), ScriptResult::Ran) << errors.str();
+  HeadlessStage stage(out, 1024);
+  EXPECT_EQ(ScriptRunner(in, errors, stage).Run(), ScriptResult::Ran) << errors.str();
   fs::current_path(before);
   std::vector<std::string> lines;
   std::istringstream printed(out.str());
