@@ -240,7 +240,7 @@ const MarkerSet& MarkersOf(const MarkerDesk& desk) { return PresentMarkers(desk)
 
 std::optional<std::string> AskCsvPath(Window& window, UiText title, const std::string& source,
                                       const char* ending) {
-  return AskSave(window, title.Get(), kCsv, source, ending);
+  return AskSave(window, title, kCsv, source, ending);
 }
 
 void ImportTextGridCommand(Window& window, const MarkerDesk& desk) {

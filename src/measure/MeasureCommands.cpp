@@ -2,6 +2,7 @@
 
 #include "measure/MeasureRecording.h"
 #include "measure/MeasuredSound.h"
+#include "ui/Messages.h"
 #include "ui/Saving.h"
 
 namespace parlowen {
@@ -9,8 +10,6 @@ namespace {
 
 constexpr UiText kTitle = "测量标注段";
 constexpr UiText kNoLabels = "没有标注的语音段，不能测量！";
-constexpr UiText kBadSaveName = "文件夹或文件名不对，请重选";
-constexpr UiText kBadNameCaption = "文件夹或文件名错误";
 
 }  // namespace
 
@@ -33,7 +32,7 @@ void MeasureLabelsCommand(Window& window, const MarkerDesk& desk, PitchRange ran
   std::string text = table.Head();
   for (const MeasureRow& row : rows) text += table.RowText(row);
   if (SaveFile(window, *path, {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()}) < 0)
-    window.ShowError(kBadSaveName, kBadNameCaption);
+    window.ShowError(messages::kBadSaveName, messages::kBadNameCaption);
 }
 
 }  // namespace parlowen

@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numeric>
 
+#include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "dsp/LevelCurve.h"
 #include "measure/MeasuredSound.h"
@@ -22,24 +23,31 @@ constexpr int kContextSeconds = 2;
 constexpr int kCutSeconds = 2;            // at the end of a stretch among which its cut is looked for
 constexpr double kRoundedSeconds = 0.01;  // that a last label may reach beyond the recording
 
+/// Samples of the recording, and of a copy of all of it at the analysis rate.
 struct SampleInterval {
   std::size_t row = 0;
   std::int64_t start = 0, end = 0;
+  std::int64_t analysisStart = 0, analysisEnd = 0;
 };
 
 /// The interval of a row in the samples of its sound, as far as it lies in it; what is wrong with it becomes
 /// the row's problem. Nothing when there is nothing to measure.
 std::optional<SampleInterval> PlaceOf(MeasureRow& row, std::size_t number, std::int64_t sampleCount) {
-  const double rate = row.sampleRate, total = static_cast<double>(sampleCount);
-  const double start = std::round(row.interval.start * rate), end = std::round(row.interval.end * rate);
-  if (!(start < total) || !(end > 0)) {
+  const double rate = row.sampleRate, seconds = static_cast<double>(sampleCount) / rate;
+  const double start = row.interval.start, end = row.interval.end;
+  const auto sample = [&](double time, int at) {
+    return TruncateToInt64(std::round(std::clamp(time, 0.0, seconds) * at));
+  };
+  const int analysisRate = AnalysisRateOf(row.sampleRate);
+  const SampleInterval place{number, sample(start, row.sampleRate), sample(end, row.sampleRate),
+                             sample(start, analysisRate), sample(end, analysisRate)};
+  if (!(start < seconds) || !(end > 0)) {
     row.problem = kOutside;
-  } else if (end <= start) {
+  } else if (place.end <= place.start) {
     row.problem = kTooShort;
   } else {
-    if (start < -kRoundedSeconds * rate || end > total + kRoundedSeconds * rate) row.problem = kReachesBeyond;
-    return SampleInterval{number, static_cast<std::int64_t>(std::max(start, 0.0)),
-                          static_cast<std::int64_t>(std::min(end, total))};
+    if (start < -kRoundedSeconds || end > seconds + kRoundedSeconds) row.problem = kReachesBeyond;
+    return place;
   }
   return {};
 }
@@ -51,15 +59,19 @@ std::vector<SampleInterval> PlacesOf(std::vector<MeasureRow>& rows, std::int64_t
   return places;
 }
 
-/// `origin` is where the sound begins in what the intervals count in.
+/// `origin` is the second at which the sound begins in what the intervals count in.
 void MeasureIntervals(const MeasuredSound& sound, const std::vector<SampleInterval>& intervals,
                       std::int64_t origin, std::vector<MeasureRow>& rows) {
   for (const SampleInterval& interval : intervals) {
     MeasureRow& row = rows[interval.row];
-    const auto start = static_cast<int>(interval.start - origin),
-               end = static_cast<int>(interval.end - origin);
-    row.measures = sound.Measure(start, end);
-    if (row.problem.empty() && !sound.HasFrame(start, end)) row.problem = kNoFrame;
+    const std::int64_t before = origin * row.sampleRate,
+                       analysisBefore = origin * AnalysisRateOf(row.sampleRate);
+    const MeasuredInterval measured{static_cast<int>(interval.start - before),
+                                    static_cast<int>(interval.end - before),
+                                    static_cast<int>(interval.analysisStart - analysisBefore),
+                                    static_cast<int>(interval.analysisEnd - analysisBefore)};
+    row.measures = sound.Measure(measured);
+    if (row.problem.empty() && !sound.HasFrame(measured)) row.problem = kNoFrame;
   }
 }
 
@@ -103,7 +115,7 @@ class LongMeasurer {
     if (!recording_.Load(plan.origin, plan.count, document_)) return false;
     if (plan.origin + plan.count < recording_.SampleCount()) CutInSilence(plan, intervals);
     const MeasuredSound sound(document_, {}, job_.range.value_or(PitchRange::Automatic), job_.settings);
-    MeasureIntervals(sound, intervals, plan.origin, rows_);
+    MeasureIntervals(sound, intervals, plan.origin / recording_.SampleRate(), rows_);
     return true;
   }
 

@@ -93,17 +93,16 @@ MeasuredSound::Frames MeasuredSound::FramesOf(int start, int end) const {
   return {from(start), std::min(from(end), FrameOfSample(samples_.count, sampleRate_))};
 }
 
-Measures MeasuredSound::Measure(int start, int end) const {
+Measures MeasuredSound::Measure(const MeasuredInterval& interval) const {
   Measures measures;
-  const Frames frames = FramesOf(start, end);
+  const Frames frames = FramesOf(interval.start, interval.end);
+  const int start = interval.analysisStart, end = interval.analysisEnd;
   if (Wants(MeasureGroup::Level)) MeasureLevel(frames, measures);
   if (Wants(MeasureGroup::Pitch)) MeasurePitch(frames, measures);
-  if (Wants(MeasureGroup::Formants)) MeasureFormants(AnalysisSample(start), AnalysisSample(end), measures);
-  if (Wants(MeasureGroup::Voice)) {
-    MeasurePeriods(AnalysisSample(start), AnalysisSample(end), measures);
-    MeasureVoice(frames, measures);
-  }
-  if (Wants(MeasureGroup::Consonant)) MeasureConsonant(AnalysisSample(start), AnalysisSample(end), measures);
+  if (Wants(MeasureGroup::Formants)) MeasureFormants(start, end, measures);
+  if (Wants(MeasureGroup::Voice)) MeasurePeriods(start, end, measures);
+  if (Wants(MeasureGroup::Voice)) MeasureVoice(frames, measures);
+  if (Wants(MeasureGroup::Consonant)) MeasureConsonant(start, end, measures);
   return measures;
 }
 

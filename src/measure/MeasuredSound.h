@@ -19,6 +19,13 @@ constexpr int AnalysisRateOf(int sampleRate) {
   return sampleRate < kAnalysisRate ? sampleRate : kAnalysisRate;
 }
 
+/// An interval in samples of the document, and in those of the copy at the analysis rate (the same at the
+/// same rate); start < end.
+struct MeasuredInterval {
+  int start = 0, end = 0;
+  int analysisStart = 0, analysisEnd = 0;
+};
+
 /// A document made ready for measuring. It keeps spans of the document: samples and contour must stay as they
 /// are.
 class MeasuredSound {
@@ -30,12 +37,11 @@ class MeasuredSound {
                 PitchRange range, const MeasureSettings& settings, const PitchProgress& progress = {});
 
   bool Ready() const { return ready_; }
-  /// The measures of samples start .. end − 1, 0 ≤ start < end ≤ the document's samples. A frame of 10 ms
-  /// belongs to the interval in which it begins.
-  Measures Measure(int start, int end) const;
+  /// The measures of an interval. A frame of 10 ms belongs to the one in which it begins.
+  Measures Measure(const MeasuredInterval& interval) const;
   /// False where no frame begins.
-  bool HasFrame(int start, int end) const {
-    const Frames frames = FramesOf(start, end);
+  bool HasFrame(const MeasuredInterval& interval) const {
+    const Frames frames = FramesOf(interval.start, interval.end);
     return frames.first < frames.end;
   }
 
@@ -52,11 +58,6 @@ class MeasuredSound {
   }
   void Convert(const SoundDocument& document);
   Frames FramesOf(int start, int end) const;
-  /// A sample of the document in the samples that are analysed.
-  int AnalysisSample(int sample) const {
-    return static_cast<int>((std::int64_t{sample} * analysisRate_ * 2 + sampleRate_) /
-                            (2 * std::int64_t{sampleRate_}));
-  }
   bool Voiced(int frame) const {
     return frame >= 0 && frame < std::ssize(contour_) && contour_[static_cast<std::size_t>(frame)] > 0;
   }

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "base/Files.h"
@@ -14,6 +15,20 @@ bool Print(const std::string& text) {
   return std::fwrite(text.data(), 1, text.size(), stdout) == text.size() && std::fflush(stdout) == 0;
 }
 
+int WrongUsage(const std::string& fault) {
+  std::fprintf(stderr, "parlowen-measure: %s\n%s", fault.c_str(), parlowen::kMeasureUsage);
+  return kWrongUsage;
+}
+
+/// True when the table would take the place of what it is made from.
+bool ReplacesInput(const parlowen::MeasureOptions& options) {
+  const auto same = [&options](const std::string& path) {
+    std::error_code error;
+    return std::filesystem::equivalent(path, options.output, error);
+  };
+  return same(options.job.labels) || std::any_of(options.recordings.begin(), options.recordings.end(), same);
+}
+
 int CannotWrite(const std::string& what) {
   std::fprintf(stderr, "parlowen-measure: cannot write %s\n", what.c_str());
   return kNotWritten;
@@ -25,13 +40,12 @@ int main(int argc, char** argv) {
   using namespace parlowen;
   MeasureOptions options;
   const std::string fault = ReadMeasureOptions({argv + 1, argv + std::max(argc, 1)}, options);
-  if (!fault.empty()) {
-    std::fprintf(stderr, "parlowen-measure: %s\n%s", fault.c_str(), kMeasureUsage);
-    return kWrongUsage;
-  }
+  if (!fault.empty()) return WrongUsage(fault);
   if (options.help || options.version)
     return Print(options.help ? kMeasureUsage : "parlowen-measure " PARLOWEN_VERSION "\n") ? kDone
                                                                                            : kNotWritten;
+
+  if (ReplacesInput(options)) return WrongUsage("--output would replace a recording or its labels");
 
   InitSignalTables();
   FileReplacement file;  // the place is tried before the work

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <numbers>
+#include <utility>
 
 #include "base/Arithmetic.h"
 #include "dsp/Clones.h"
@@ -19,9 +20,8 @@ constexpr double kNone = std::numeric_limits<double>::quiet_NaN();
 // Marks: (1 + cos(π·k/4))/8, whose sum over −3..3 is 1.
 constexpr std::array<double, 4> kMarkTaps{0.25, 0.21338834764831845, 0.125, 0.03661165235168155};
 
-constexpr double kClimbShare = 0.125;  // of the period, from a mark to its peak
-constexpr double kMatchFactor = 1.2;   // of the period expected, on either side
-constexpr double kLeastMatch = 0.3;    // r
+constexpr double kMatchFactor = 1.2;  // of the period expected, on either side
+constexpr double kLeastMatch = 0.3;   // r
 constexpr double kMostPeriodFactor = 1.3, kMostPeakFactor = 1.6;
 
 // Correlation
@@ -139,28 +139,27 @@ Match BestMatch(SampleSpan samples, double centre, int middle, int width, int fr
   return match;
 }
 
-double PeakNear(SampleSpan samples, int mark, int reach) {
-  std::int64_t at = mark;
-  double here = Smoothed(samples, at), before = Smoothed(samples, at - 1), behind = Smoothed(samples, at + 1);
-  while (at < std::int64_t{mark} + reach && behind > here) {
-    before = here;
-    here = behind;
-    behind = Smoothed(samples, ++at + 1);
+/// The largest smoothed value of one period about a sample, above their mean.
+double PeakAbout(SampleSpan samples, int mark, int period) {
+  double mean = 0;
+  Top largest{0, -1e300};
+  double before = Smoothed(samples, std::int64_t{mark} - period / 2 - 1),
+         here = Smoothed(samples, std::int64_t{mark} - period / 2);
+  for (int n = 0; n < period; ++n) {
+    const double behind = Smoothed(samples, std::int64_t{mark} - period / 2 + n + 1);
+    mean += here / period;
+    if (here >= before && here >= behind && here > largest.value) largest = TopOf(before, here, behind);
+    before = std::exchange(here, behind);
   }
-  while (at > std::int64_t{mark} - reach && before > here) {
-    behind = here;
-    here = before;
-    before = Smoothed(samples, --at - 1);
-  }
-  return TopOf(before, here, behind).value;
+  return largest.value > -1e300 ? largest.value - mean : kNone;
 }
 
 }  // namespace
 
 VoiceCycle MeasureCycle(SampleSpan samples, int mark, double period) {
-  VoiceCycle cycle{kNone, PeakNear(samples, mark, TruncateToInt32(kClimbShare * period))};
-  if (!(period >= kLeastPeriod) || period > samples.count) return cycle;
+  if (!(period >= kLeastPeriod) || period > samples.count) return {kNone, kNone};
   const int width = TruncateToInt32(period + 0.5);
+  VoiceCycle cycle{kNone, PeakAbout(samples, mark, width)};
   const int from = std::max(1, TruncateToInt32(period / kMatchFactor)),
             to = TruncateToInt32(period * kMatchFactor) + 1;
   // The first window about the mark.

@@ -15,10 +15,11 @@ struct VoiceCycle {
   double peak = 0;    ///< amplitude of the wave
 };
 
-/// The cycle about a peak of the wave. Its peak: of the samples under a raised cosine of 7 the largest uphill
-/// within an eighth of `period`, by the parabola through it and its neighbours. Its period by waveform matching
-/// (Boersma 2009, "Should jitter be measured by peak picking or by waveform matching?"): the lag, within a factor
-/// of 1.2 of `period`, at which one period of the wave about the mark is most like what follows.
+/// The cycle about a mark. Its peak: the largest of the samples of one `period` about the mark, under a
+/// raised cosine of 7 and with the parabola, above their mean: hum moves it little. Its period by waveform
+/// matching (Boersma 2009, "Should jitter be measured by peak picking or by waveform matching?"): the lag,
+/// within a factor of 1.2 of `period`, at which one period of the wave about the mark is most like what
+/// follows.
 VoiceCycle MeasureCycle(SampleSpan samples, int mark, double period);
 
 struct Perturbation {
@@ -26,9 +27,9 @@ struct Perturbation {
   double shimmer = 0;  ///< %
 };
 
-/// Local jitter and shimmer: the mean absolute difference of successive periods (peaks) of a run over the mean
-/// period (peak) of all, in %. Two periods that differ by a factor above 1.3, or two peaks by one above 1.6, are
-/// no neighbours of one voice and are not compared.
+/// Local jitter and shimmer: the mean absolute difference of successive periods (peaks) of a run over the
+/// mean period (peak) of all, in %. Two periods that differ by a factor above 1.3, or two peaks by one above
+/// 1.6, are no neighbours of one voice and are not compared.
 Perturbation LocalPerturbation(std::span<const std::vector<VoiceCycle>> runs);
 
 /// r of two windows of the wave one period apart and two periods long, about sample `centre`: their
