@@ -33,12 +33,15 @@ void CsvTable::AddNote(std::string_view name, std::string_view value) {
   notes_ += line + "\n";
 }
 
-void CsvTable::AddRow(const std::vector<std::string>& cells) {
-  for (std::size_t i = 0; i < cells.size(); ++i) rows_ += (i == 0 ? "" : ",") + Quoted(cells[i]);
-  rows_ += '\n';
+std::string CsvRow(const std::vector<std::string>& cells) {
+  std::string row;
+  for (std::size_t i = 0; i < cells.size(); ++i) row += (i == 0 ? "" : ",") + Quoted(cells[i]);
+  return row + '\n';
 }
 
-std::string CsvTable::text() const { return "\xEF\xBB\xBF" + notes_ + rows_; }
+void CsvTable::AddRow(const std::vector<std::string>& cells) { rows_ += CsvRow(cells); }
+
+std::string CsvTable::text() const { return std::string(kCsvMark) + notes_ + rows_; }
 
 std::string CsvNumber(double value) { return std::isfinite(value) ? ShortestNumber(value) : std::string(); }
 

@@ -7,9 +7,15 @@
 
 namespace parlowen {
 
+/// The byte order mark that a table begins with.
+inline constexpr std::string_view kCsvMark = "\xEF\xBB\xBF";
+
+/// The cells of a row with commas between them and LF behind it. A cell with a comma, a quote, a line end or a "#" at
+/// its start stands in quotes, a quote doubled.
+std::string CsvRow(const std::vector<std::string>& cells);
+
 /// A table for spreadsheets and statistics programs: UTF-8 with byte order mark, LF, "# name: value" lines, a
-/// header row, rows. A cell with a comma, a quote, a line end or a "#" at its start stands in quotes, a quote
-/// doubled.
+/// header row, rows.
 class CsvTable {
  public:
   void AddNote(std::string_view name, std::string_view value);

@@ -236,6 +236,13 @@ void ExportGroups(Window& window, const GroupKind& kind, UiText title, const Mak
 
 }  // namespace
 
+const MarkerSet& MarkersOf(const MarkerDesk& desk) { return PresentMarkers(desk); }
+
+std::optional<std::string> AskCsvPath(Window& window, UiText title, const std::string& source,
+                                      const char* ending) {
+  return AskSave(window, title, kCsv, source, ending);
+}
+
 void ImportTextGridCommand(Window& window, const MarkerDesk& desk) {
   if (!RequireSound(window, desk.document)) return;
   if (const auto path = AskOpen(window, kImportGridTitle, kTextGrid)) ImportTextGridFile(window, desk, *path);

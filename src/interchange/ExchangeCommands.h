@@ -12,6 +12,7 @@
 #include "prosody/ToneState.h"
 #include "spectral/LtaCommands.h"
 #include "synthesis/TargetCurve.h"
+#include "ui/Text.h"
 #include "ui/Window.h"
 #include "voice/GlottalCommands.h"
 #include "vowel/VowelChart.h"
@@ -28,6 +29,12 @@ struct MarkerDesk {
   /// Opens or repaints the marker window over the set as it is.
   std::function<void()> show = [] {};
 };
+
+/// The markers of the present sound, read when they were not yet.
+const MarkerSet& MarkersOf(const MarkerDesk& desk);
+/// Asks where a table goes: beside `source`, under its name with `ending` behind it. Nothing when it was cancelled.
+std::optional<std::string> AskCsvPath(Window& window, UiText title, const std::string& source,
+                                      const char* ending);
 
 // Markers. An import takes the place of the whole marker set, of the annotations only where the file has a
 // tier for them; a refused file changes nothing. What did not fit is said.

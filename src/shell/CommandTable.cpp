@@ -12,6 +12,7 @@
 #include "document/EditCommands.h"
 #include "document/SoundFileCommands.h"
 #include "interchange/ExchangeCommands.h"
+#include "measure/MeasureCommands.h"
 #include "palatography/NspCommands.h"
 #include "palatography/PalateCommands.h"
 #include "pitch/PitchCommands.h"
@@ -171,6 +172,7 @@ void OpenTwoChannelNsp(Rooms& w) { OpenTwoChannelNspCommand(w.window, w.document
 
 // --- Exchange with other programs
 
+void MeasureLabels(Rooms& w) { MeasureLabelsCommand(w.window, w.MarkersToExchange(), w.pitch.range); }
 void ImportTextGrid(Rooms& w) { ImportTextGridCommand(w.window, w.MarkersToExchange()); }
 void ExportTextGrid(Rooms& w) { ExportTextGridCommand(w.window, w.MarkersToExchange()); }
 void ImportLabelTrack(Rooms& w) { ImportLabelTrackCommand(w.window, w.MarkersToExchange()); }
@@ -392,6 +394,7 @@ constexpr CommandRow kRows[] = {
     {kShowAbout, Menu::Help, "关于[&A]", "", kPlain, kNothing, ShowAbout},
     {kSpectrumWithWaveform, Menu::Extension, "谱图窗口[&P]", "", kPlain, kPicture, SpectrumWithWaveform},
     {kSpectrumAlone, Menu::Extension, "单谱图窗口[&G]", "", kPlain, kPicture, SpectrumAlone},
+    {kMeasureLabels, Menu::Extension, "测量标注段[&M]", "", kPlain, Need::Samples, MeasureLabels},
     {kImportTextGrid, Menu::Exchange, "导入TextGrid文件[&T]", "", kReplacesLabels, Need::Samples,
      ImportTextGrid},
     {kExportTextGrid, Menu::Exchange, "导出TextGrid文件[&G]", "", kPlain, Need::Samples, ExportTextGrid},

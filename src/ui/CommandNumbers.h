@@ -124,9 +124,10 @@ enum Number : int {
   // Help
   kShowHelp = 270,
   kShowAbout = 40008,
-  // Our own windows
+  // Our own windows and tables
   kSpectrumWithWaveform = 41010,
   kSpectrumAlone = 41011,
+  kMeasureLabels = 41051,
   // Exchange with other programs
   kImportTextGrid = 41020,
   kExportTextGrid = 41021,

@@ -1,7 +1,7 @@
 #pragma once
 #include "prosody/IntonationState.h"
 #include "prosody/ToneState.h"
-#include "shell/headless/JsonLine.h"
+#include "base/JsonLine.h"
 
 namespace parlowen {
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/headless/JsonLine.h"
+#include "base/JsonLine.h"
 #include "shell/headless/Script.h"
 #include "ui/Window.h"
 

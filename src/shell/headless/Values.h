@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "shell/headless/JsonLine.h"
+#include "base/JsonLine.h"
 
 namespace parlowen {
 

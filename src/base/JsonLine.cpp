@@ -1,4 +1,4 @@
-#include "shell/headless/JsonLine.h"
+#include "base/JsonLine.h"
 
 #include "base/Utf8.h"
 
