@@ -1,10 +1,9 @@
 // The records of .ipa files over any bytes: no harm, annotations and periods within their bounds, and records
 // that come back the same when they are saved.
 
-#include <random>
 #include <string>
 
-#include "Require.h"
+#include "Mutants.h"
 #include "annotation/IpaFile.h"
 #include "base/IpaCodes.h"
 #include "document/WavFile.h"
@@ -36,24 +35,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 #ifndef PARLOWEN_LIBFUZZER
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
   const std::string record =
       std::string("IPA\0", 4) + "t\xAA\xE4\xAA\xF4\xAA\xD4" + std::string(3, '\0') + testing::Little(700, 4);
+  std::string tooMany;
+  for (int i = 0; i < 600; ++i) tooMany += record;
   const std::string good = record + record + testing::PitchTail({80, 0, -1, 90}) + record;
-  for (int run = 0; run < 20000; ++run) {
-    std::string bytes = good;
-    for (std::size_t change = below(4); change < 4 && !bytes.empty(); ++change) {
-      const std::size_t at = below(bytes.size());
-      constexpr std::uint8_t kLimits[] = {0, 1, 0x7F, 0x80, 0xFF};
-      bytes[at] = static_cast<char>(below(2) == 0 ? kLimits[below(5)] : below(256));
-      if (below(8) == 0) bytes.resize(at + 1);
-      if (below(8) == 0) bytes.insert(at, bytes.substr(0, below(40)));
-    }
-    if (run % 500 == 0)
-      while (bytes.size() < 18 * 600) bytes += record;
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  }
-  return 0;
+  Try(tooMany);
+  return TryMutants({good}, 20000);
 }
 #endif

@@ -2,9 +2,8 @@
 // the same.
 
 #include <algorithm>
-#include <random>
 
-#include "Require.h"
+#include "Mutants.h"
 #include "annotation/MarkerFile.h"
 
 namespace {
@@ -38,18 +37,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 #ifndef PARLOWEN_LIBFUZZER
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  for (int run = 0; run < 4000; ++run) {
-    std::vector<std::uint8_t> bytes(kMarkerFileBytes);
-    for (std::size_t i = 0; i < 16; i += 2) bytes[i] = static_cast<std::uint8_t>(below(21));
-    for (std::size_t i = 16; i < bytes.size(); ++i)
-      bytes[i] = static_cast<std::uint8_t>(below(4) == 0 ? below(256) : 0);
-    for (std::size_t change = below(4); change < 3; ++change)
-      bytes[below(16)] = static_cast<std::uint8_t>(below(256));
-    if (below(20) == 0) bytes.resize(below(2 * kMarkerFileBytes));
-    LLVMFuzzerTestOneInput(bytes.data(), bytes.size());
+  // Counts in the first 16 bytes, then mostly zeros.
+  Mutator mutate;
+  std::vector<std::string> seeds(300, std::string(kMarkerFileBytes, '\0'));
+  for (std::string& seed : seeds) {
+    for (std::size_t i = 0; i < 16; i += 2) seed[i] = static_cast<char>(mutate.Below(21));
+    for (std::size_t i = 16; i < seed.size(); ++i)
+      if (mutate.Below(4) == 0) seed[i] = static_cast<char>(mutate.Below(256));
   }
-  return 0;
+  mutate.head = 16;
+  return TryMutants(seeds, 20000, mutate);
 }
 #endif

@@ -2,10 +2,9 @@
 // shown, and comes back the same when it is saved.
 
 #include <cmath>
-#include <random>
 #include <string>
 
-#include "Require.h"
+#include "Mutants.h"
 #include "dsp/SignalTables.h"
 #include "palatography/NspBytes.h"
 #include "palatography/PalatePicture.h"
@@ -45,6 +44,12 @@ void TryRecording(ByteSpan bytes) {
   static SoundDocument document;
   PalateState palate;
   if (ParseEpgNsp(bytes, palate.recording) != NspRefusal::None) return;
+  const EpgRecording& recording = palate.recording;
+  Require(recording.sampleCount <= kMaxSamples && std::ssize(recording.samples) <= recording.sampleCount,
+          "samples within the capacity");
+  Require(recording.samples.size() * 2 + recording.palate.size() <= bytes.size(), "what the file holds");
+  for (const EpgMarker& marker : recording.markers)
+    Require(marker.position >= 0 && marker.position <= recording.sampleCount, "a marker of the sound");
   CommandStates states;
   document.resetForNewSound(palate.recording.sampleCount, palate.recording.sampleRate, states);
   palate.loaded = true;
@@ -60,6 +65,16 @@ void TryRecording(ByteSpan bytes) {
   for (const double share : all.percent) Require(share >= 0 && share <= 100, "a share");
 }
 
+void TrySpeech(ByteSpan bytes) {
+  TwoChannelNsp speech;
+  if (ParseTwoChannelNsp(bytes, speech) != NspRefusal::None) return;
+  const auto count = static_cast<std::size_t>(speech.sampleCount);
+  Require(speech.hasFirst || speech.hasSecond, "a channel");
+  Require(speech.first.size() <= count && speech.second.size() <= count && 2 * count <= bytes.size(),
+          "samples that the file holds");
+  Require(speech.sampleRate >= kSmallestRate && speech.sampleRate <= kLargestRate, "a usable rate");
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -67,32 +82,22 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   TryStatistics({data, size});
   TryFrames({data, size});
   TryRecording({data, size});
+  TrySpeech({data, size});
   return 0;
 }
 
 #ifndef PARLOWEN_LIBFUZZER
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
   ByteWriter record;
   WritePalateRecord(record,
                     {100, 900, 16000, 2, 100, MeasureStatistics(std::vector<ContactFrame>(2, {1, 2, 3}))});
   const std::string one(record.bytes().begin(), record.bytes().end());
-  testing::NspBytes epg;
-  epg.chunks = testing::Speech("SDA_", {1, 2, 3, 4, 5, 6, 7, 8}) + testing::Preferences() +
-               testing::Chunk("PALA", std::string(64, '\x5A')) + testing::Marker("MKA_", 3, "t");
-  const std::string goods[] = {one + one, epg.Epg(8), std::string(96, '\x18')};
-  for (int run = 0; run < 6000; ++run) {
-    std::string bytes = goods[below(3)];
-    for (std::size_t change = below(4); change < 4 && !bytes.empty(); ++change) {
-      const std::size_t at = below(bytes.size());
-      constexpr std::uint8_t kLimits[] = {0, 1, 0x7F, 0x80, 0xFF};
-      bytes[at] = static_cast<char>(below(2) == 0 ? kLimits[below(5)] : below(256));
-      if (below(8) == 0) bytes.resize(at + 1);
-      if (below(8) == 0) bytes.insert(at, bytes.substr(0, below(40)));
-    }
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  }
-  return 0;
+  using namespace testing;
+  NspBytes epg, speech;
+  epg.chunks = Speech("SDA_", {1, 2, 3, 4, 5, 6, 7, 8}) + Preferences() +
+               Chunk("PALA", std::string(64, '\x5A')) + Marker("MKA_", 3, "t") + Chunk("ODD_", "abc") +
+               Speech("SD_B", Ramp(20)) + Marker("MK_B", 3, "u");
+  speech.chunks = std::string("JUNK") + Speech("SDA_", Ramp(30)) + Speech("SD_B", Ramp(30));
+  return TryMutants({one + one, epg.Epg(8), epg.Epg(8), speech.TwoChannel(), std::string(96, '\x18')}, 20000);
 }
 #endif

@@ -1,9 +1,7 @@
 // The readers of .pit, .bin, .itn and .tnr over any bytes: no harm, promises kept, and what was read can be
 // pooled, drawn and written again.
 
-#include <random>
-
-#include "Require.h"
+#include "Mutants.h"
 #include "prosody/IntonationFile.h"
 #include "prosody/IntonationPicture.h"
 #include "prosody/TonePicture.h"
@@ -119,31 +117,14 @@ int main() {
   Run(whole);
   Require(!ParseToneItems(WriteToneItems(SomeItems(kMostToneItems + 1))), "a longer one is not");
 
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  constexpr std::uint32_t kOddWords[] = {0,          1,          0x7FFFFFFF, 0x80000000,
-                                         0xFFFFFFFF, 0x7F800000, 0xFF800000, 0x7FC00000,
-                                         0x7FF00000, 0x7FEFFFFF, 0xFFEFFFFF, 0x00000001};
+  std::vector<std::string> seeds;
   for (const auto& file : good) {
+    seeds.emplace_back(file.begin(), file.end());
     for (std::size_t cut = 0; cut < file.size(); ++cut) {  // cut at every byte
-      Run({file.begin(), file.begin() + static_cast<std::ptrdiff_t>(cut)});
-      auto longer = file;
-      longer.insert(longer.end(), file.begin(), file.begin() + static_cast<std::ptrdiff_t>(cut));
-      Run(longer);
-    }
-    for (std::size_t at = 0; at + 4 <= file.size(); at += 2)  // counts that lie, values that are none
-      for (const std::uint32_t word : kOddWords) {
-        auto changed = file;
-        for (std::size_t i = 0; i < 4; ++i) changed[at + i] = static_cast<std::uint8_t>(word >> (8 * i));
-        Run(changed);
-      }
-    for (int run = 0; run < 2000; ++run) {
-      auto changed = file;
-      for (std::size_t change = 0; change <= below(4); ++change)
-        changed[below(changed.size())] = static_cast<std::uint8_t>(below(256));
-      Run(changed);
+      Try(seeds.back().substr(0, cut));
+      Try(seeds.back() + seeds.back().substr(0, cut));
     }
   }
-  return 0;
+  return TryMutants(seeds, 20000);
 }
 #endif

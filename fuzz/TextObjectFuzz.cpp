@@ -1,10 +1,9 @@
 // The decoder and the readers of text files over any bytes: no harm, sets that keep their rules, and what was
 // taken in comes back out of our own file.
 
-#include <random>
 #include <string>
 
-#include "Require.h"
+#include "Mutants.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
 #include "interchange/LabelTrack.h"
@@ -118,23 +117,8 @@ constexpr const char* kPieces[] = {"0",
 }  // namespace
 
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  const std::vector<std::string> seeds = Seeds();
-  for (int run = 0; run < 60000; ++run) {
-    std::string bytes = seeds[below(seeds.size())];
-    for (std::size_t change = below(4); change < 4; ++change) {
-      const std::size_t at = below(bytes.size());
-      switch (below(4)) {
-        case 0: bytes[at] = static_cast<char>(below(256)); break;
-        case 1: bytes.replace(at, below(3), kPieces[below(std::size(kPieces))]); break;
-        case 2: bytes.insert(at, bytes.substr(below(bytes.size()), below(80))); break;
-        default: bytes.erase(at, below(6) == 0 ? 100 : 1); break;
-      }
-      if (bytes.empty()) bytes = " ";
-    }
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  }
-  return 0;
+  Mutator mutate;
+  mutate.pieces = kPieces;
+  return TryMutants(Seeds(), 60000, mutate);
 }
 #endif

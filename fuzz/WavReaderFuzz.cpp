@@ -4,9 +4,7 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <random>
-
-#include "Require.h"
+#include "Mutants.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
@@ -94,21 +92,8 @@ std::vector<std::string> Seeds() {
 }  // namespace
 
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  const std::vector<std::string> seeds = Seeds();
-  for (int run = 0; run < 6000; ++run) {
-    std::string bytes = seeds[below(seeds.size())];
-    for (std::size_t change = below(4); change < 4; ++change) {
-      // Mostly in the header; bytes that make limits are more likely than others.
-      const std::size_t at = below(std::min<std::size_t>(bytes.size(), below(4) == 0 ? bytes.size() : 60));
-      constexpr std::uint8_t kLimits[] = {0, 1, 0x7F, 0x80, 0xFF};
-      bytes[at] = static_cast<char>(below(2) == 0 ? kLimits[below(5)] : below(256));
-      if (below(8) == 0) bytes.resize(at + 1);
-      if (below(8) == 0) bytes.insert(at, bytes.substr(0, below(40)));
-    }
-    LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-  }
-  return 0;
+  Mutator mutate;
+  mutate.head = 60;
+  return TryMutants(Seeds(), 6000, mutate);
 }
 #endif
