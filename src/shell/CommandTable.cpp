@@ -123,21 +123,21 @@ bool EstimateGlottal(Rooms& w) {
 
 // --- Vowels
 
-bool SegmentVowels(Rooms& w) { return SegmentChartCommand(w.window, w.document, w.states, w.vowels); }
+bool SegmentVowels(Rooms& w) { return SegmentChartCommand(w.window, {w.document, w.states, w.vowels}); }
 void SaveFormants(Rooms& w) { SaveFormantsCommand(w.window, w.document); }
 void ListFormants(Rooms& w) { ListFormantsCommand(w.window, w.document, w.exportFolder); }
-bool PointChart(Rooms& w) { return PointChartCommand(w.window, w.document, w.states, w.vowels); }
-bool UndoPoint(Rooms& w) { return UndoPointCommand(w.window, w.document, w.states, w.vowels); }
+bool PointChart(Rooms& w) { return PointChartCommand(w.window, {w.document, w.states, w.vowels}); }
+bool UndoPoint(Rooms& w) { return UndoPointCommand(w.window, {w.document, w.states, w.vowels}); }
 bool ChoosePointShape(Rooms& w) { return ChoosePointShapeCommand(w.window, w.vowels); }
-void ClearChart(Rooms& w) { ClearChartCommand(w.window, w.document, w.states, w.vowels); }
+void ClearChart(Rooms& w) { ClearChartCommand(w.window, {w.document, w.states, w.vowels}); }
 bool ShowAverageVowels(Rooms& w) { return AverageVowelsCommand(w.window, w.document, w.vowels); }
 void SaveChart(Rooms& w) { SaveChartCommand(w.window, w.vowels); }
-bool OpenChart(Rooms& w) { return OpenChartCommand(w.window, w.document, w.states, w.vowels); }
-void ListChart(Rooms& w) { ListChartCommand(w.window, w.document, w.states, w.vowels, w.exportFolder); }
-bool AddPointByHand(Rooms& w) { return TypePointCommand(w.window, w.document, w.states, w.vowels); }
+bool OpenChart(Rooms& w) { return OpenChartCommand(w.window, {w.document, w.states, w.vowels}); }
+void ListChart(Rooms& w) { ListChartCommand(w.window, {w.document, w.states, w.vowels}, w.exportFolder); }
+bool AddPointByHand(Rooms& w) { return TypePointCommand(w.window, {w.document, w.states, w.vowels}); }
 bool AddPointToGroup(Rooms& w) { return AddPointToGroupCommand(w.window, w.document, w.vowels); }
 bool ShowVowelGroups(Rooms& w) {
-  return ShowVowelGroupsCommand(w.window, w.document, w.states, w.vowels, w.exportFolder);
+  return ShowVowelGroupsCommand(w.window, {w.document, w.states, w.vowels}, w.exportFolder);
 }
 
 // --- Editing and marking

@@ -118,7 +118,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
     return PlaceCharacters(window_, document_, *characters, pane, sample, at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
   if (document_.activity == Activity::PointChart && pane == Pane::Amplitude && button == MouseButton::Left)
-    return ClickVowel(window_, document_, states_, vowels_, sample);
+    return ClickVowel(window_, {document_, states_, vowels_}, sample);
   if (button == MouseButton::Right) {
     MarkEnd(document_, states_, sample);
   } else if (shift && pane == Pane::Waveform) {
@@ -165,7 +165,7 @@ bool MainView::Key(const std::string& key) {
   const std::string name =
       key.size() == 1 ? std::string(1, static_cast<char>(std::toupper(static_cast<unsigned char>(key[0]))))
                       : key;
-  if (VowelKey(window_, document_, states_, vowels_, name)) return true;
+  if (VowelKey(window_, {document_, states_, vowels_}, name)) return true;
   if (name == "S" || name == "X") {
     if (waveformMode) ZoomKey(name == "S");
     return waveformMode;
@@ -182,7 +182,7 @@ bool MainView::Key(const std::string& key) {
   if (name == "Escape") {
     const bool inTool = document_.activity > Activity::Waveform;
     if (inTool && ShownChart() == document_.activity) {
-      LeaveChart(window_, document_, states_, vowels_);
+      LeaveChart(window_, {document_, states_, vowels_});
     } else {
       EndTool();
     }

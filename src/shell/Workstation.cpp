@@ -49,7 +49,7 @@ constexpr FileReader kReaders[] = {
      }},
     {commands::kOpenChart,
      [](Rooms& w, const std::string& path) {
-       OpenChartFile(w.window, w.document, w.states, w.vowels, path);
+       OpenChartFile(w.window, {w.document, w.states, w.vowels}, path);
      }},
     {commands::kImportTextGrid,
      [](Rooms& w, const std::string& path) { ImportTextGridFile(w.window, w.MarkersToExchange(), path); }},
@@ -196,7 +196,7 @@ void Workstation::FollowSelection() {
 
 void Workstation::TellStates() {
   states.Tell(Need::Region, document.activity == Activity::RegionChosen);
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands({document, states, vowels});
   states.Tell(Need::Points, vowels.chart.count > 0);
   states.Tell(Need::Statistics, tones.open);
   states.Tell(Need::ToneItems, !tones.items.empty());

@@ -96,8 +96,8 @@ void AskReferencePitch(Window& window, VowelChart& chart) {
 
 /// Shows the point chart, after the questions that its coordinates need. Places are computed again when an
 /// answer changed them, but those of a chart that has just been loaded stay.
-void ShowPointChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-                    bool askCoordinates) {
+void ShowPointChart(Window& window, const VowelDesk& desk, bool askCoordinates) {
+  const auto& [document, states, vowels] = desk;
   VowelChart& chart = vowels.chart;
   document.activity = Activity::PointChart;
   const bool loaded = std::exchange(chart.loadedFromFile, false);
@@ -107,7 +107,7 @@ void ShowPointChart(Window& window, SoundDocument& document, CommandStates& stat
   AskReferencePitch(window, chart);
   const bool changed = chart.barkMode != oldMode || (chart.barkMode && chart.referenceF0 != oldReference);
   if (changed && !loaded) chart.PlaceAgain();
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands(desk);
   window.Repaint();
 }
 
@@ -142,7 +142,8 @@ std::optional<VowelChart> LoadChart(Window& window, const VowelChart& present, c
 
 bool MayBeTyped(int f1, int f2) { return f1 >= 150 && f1 <= 1500 && f2 >= 420 && f2 <= 4000 && f1 < f2; }
 
-void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, const VowelState& vowels) {
+void UpdateVowelCommands(const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   const Activity activity = document.activity;
   states.Tell(Need::ChartedPoints, activity == Activity::PointChart && vowels.chart.count > 0);
   states.Tell(Need::VowelChart, activity == Activity::SegmentChart || activity == Activity::PointChart);
@@ -150,36 +151,38 @@ void UpdateVowelCommands(const SoundDocument& document, CommandStates& states, c
 
 // --- The charts
 
-bool SegmentChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+bool SegmentChartCommand(Window& window, const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   if (RefuseHighRate(window, document) || !document.selectionDefined()) return false;
   vowels.chart.connectPoints = window.AskYesNo(kConnect, window.Caption());
   vowels.segmentAverages.clear();
   window.OpenToolWindow(std::make_unique<SegmentChart>(document, vowels, SegmentTrack(document)));
   // Not before: a chart that was open ends its activity when it is closed.
   document.activity = Activity::SegmentChart;
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands(desk);
   window.Repaint();
   return true;
 }
 
-bool PointChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
-  if (RefuseHighRate(window, document)) return false;
+bool PointChartCommand(Window& window, const VowelDesk& desk) {
+  if (RefuseHighRate(window, desk.document)) return false;
   window.ShowMessage(kInsertHint, kInsertHintCaption, Icon::None);
-  ShowPointChart(window, document, states, vowels, true);
+  ShowPointChart(window, desk, true);
   return true;
 }
 
-void ClickVowel(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-                int sample) {
+void ClickVowel(Window& window, const VowelDesk& desk, int sample) {
+  const auto& [document, states, vowels] = desk;
   if (vowels.chart.count >= VowelChart::kMostClicked) return window.Notify(kChartFull, Icon::Error);
   vowels.lastClick = sample;
   vowels.lastClickSound = document.Stamp();
   AddMoment(window, document, vowels, sample, false);
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands(desk);
   window.Repaint(Pane::Chart);
 }
 
-bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+bool UndoPointCommand(Window& window, const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   if (vowels.chart.count < 1) return false;
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
@@ -194,7 +197,7 @@ bool UndoPointCommand(Window& window, SoundDocument& document, CommandStates& st
     vowels.unsaved = true;
     AddMoment(window, document, vowels, vowels.lastClick, true);
   }
-  ShowPointChart(window, document, states, vowels, false);
+  ShowPointChart(window, desk, false);
   return true;
 }
 
@@ -209,11 +212,12 @@ bool ChoosePointShapeCommand(Window& window, VowelState& vowels) {
   return true;
 }
 
-void ClearChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+void ClearChartCommand(Window& window, const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   vowels.chart.count = 0;
   vowels.unsaved = false;
   vowels.averages.clear();
-  ShowPointChart(window, document, states, vowels, false);
+  ShowPointChart(window, desk, false);
 }
 
 bool AverageVowelsCommand(Window& window, const SoundDocument& document, VowelState& vowels) {
@@ -231,8 +235,8 @@ bool AverageVowelsCommand(Window& window, const SoundDocument& document, VowelSt
   return true;
 }
 
-bool TypePointCommand(Window& window, const SoundDocument& document, CommandStates& states,
-                      VowelState& vowels) {
+bool TypePointCommand(Window& window, const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   if (document.activity != Activity::PointChart && document.activity != Activity::GroupPlot)
     return window.Refuse(kOnlyPointChart);
   if (vowels.chart.count >= VowelChart::kCapacity) return window.Refuse(kChartFull, Icon::Error);
@@ -247,15 +251,15 @@ bool TypePointCommand(Window& window, const SoundDocument& document, CommandStat
     }
     vowels.chart.Add(f1, f2, 0);
     vowels.unsaved = true;
-    UpdateVowelCommands(document, states, vowels);
+    UpdateVowelCommands(desk);
     window.Repaint(Pane::Chart);
     return true;
   }
   return false;
 }
 
-bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-              const std::string& key) {
+bool VowelKey(Window& window, const VowelDesk& desk, const std::string& key) {
+  const auto& [document, states, vowels] = desk;
   const bool plot = document.activity == Activity::GroupPlot;
   if (!plot && document.activity != Activity::PointChart) return false;
   if (key == "M" || key == "L") {
@@ -263,7 +267,7 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
     if (key == "M") flag = !flag;
     if (!plot) vowels.averages.clear();  // both draw the chart anew
   } else if (key == "B" && plot) {
-    LeaveChart(window, document, states, vowels);
+    LeaveChart(window, desk);
   } else {
     return false;
   }
@@ -271,9 +275,10 @@ bool VowelKey(Window& window, SoundDocument& document, CommandStates& states, Vo
   return true;
 }
 
-void LeaveChart(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+void LeaveChart(Window& window, const VowelDesk& desk) {
+  const auto& [document, states, vowels] = desk;
   document.activity = document.activity == Activity::GroupPlot ? Activity::PointChart : Activity::Waveform;
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands(desk);
   window.Repaint();
 }
 
@@ -288,25 +293,25 @@ void SaveChartCommand(Window& window, VowelState& vowels) {
   vowels.unsaved = false;
 }
 
-bool OpenChartCommand(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels) {
+bool OpenChartCommand(Window& window, const VowelDesk& desk) {
   const auto choice = window.AskOpenFile(ChartDialog(kOpenChartTitle));
-  return choice && !choice->path.empty() && OpenChartFile(window, document, states, vowels, choice->path);
+  return choice && !choice->path.empty() && OpenChartFile(window, desk, choice->path);
 }
 
-bool OpenChartFile(Window& window, SoundDocument& document, CommandStates& states, VowelState& vowels,
-                   const std::string& path) {
+bool OpenChartFile(Window& window, const VowelDesk& desk, const std::string& path) {
+  const auto& [document, states, vowels] = desk;
   auto chart = LoadChart(window, vowels.chart, path);
   if (!chart) return false;
   vowels.chart = std::move(*chart);
   vowels.chart.loadedFromFile = true;
   vowels.unsaved = false;
   vowels.averages.clear();
-  ShowPointChart(window, document, states, vowels, true);
+  ShowPointChart(window, desk, true);
   return true;
 }
 
-void ListChartCommand(Window& window, const SoundDocument& document, CommandStates& states,
-                      VowelState& vowels, const std::string& exportFolder) {
+void ListChartCommand(Window& window, const VowelDesk& desk, const std::string& exportFolder) {
+  const auto& [document, states, vowels] = desk;
   const auto choice = window.AskOpenFile(ChartDialog(kOpenChartTitle));
   if (!choice || choice->path.empty()) return;
   auto chart = LoadChart(window, vowels.chart, choice->path);
@@ -315,7 +320,7 @@ void ListChartCommand(Window& window, const SoundDocument& document, CommandStat
   // The chart that is listed is the present one from now on.
   vowels.chart = std::move(*chart);
   vowels.unsaved = false;
-  UpdateVowelCommands(document, states, vowels);
+  UpdateVowelCommands(desk);
   window.Repaint(Pane::Chart);
   ShowTextExport(window, exportFolder, kChartListName);
 }

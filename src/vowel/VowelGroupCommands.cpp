@@ -44,8 +44,8 @@ bool AddPointToGroupCommand(Window& window, const SoundDocument& document, Vowel
   return AddToGroups(window, vowels.group, VowelGroupKind(), pair);
 }
 
-bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
-                            VowelState& vowels, const std::string& exportFolder) {
+bool ShowVowelGroupsCommand(Window& window, const VowelDesk& desk, const std::string& exportFolder) {
+  const auto& [document, states, vowels] = desk;
   if (document.activity != Activity::PointChart) {
     window.ShowMessage(kOnlyPointChart, kOnlyPointChartCaption, Icon::None);
     return false;
@@ -60,7 +60,7 @@ bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStat
   if (placed) {
     vowels.plot = {std::move(summaries), showNames};
     document.activity = Activity::GroupPlot;
-    UpdateVowelCommands(document, states, vowels);
+    UpdateVowelCommands(desk);
     window.Repaint(Pane::Chart);
   } else {
     window.ShowMessage(messages::kTooFewData, messages::kTooFewDataCaption, Icon::None);

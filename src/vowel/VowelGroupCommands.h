@@ -12,7 +12,6 @@ const GroupKind& VowelGroupKind();
 bool AddPointToGroupCommand(Window& window, const SoundDocument& document, VowelState& vowels);
 
 /// 40064: the text "VwlPoints.txt" in `exportFolder` and the plot of a file's groups.
-bool ShowVowelGroupsCommand(Window& window, SoundDocument& document, CommandStates& states,
-                            VowelState& vowels, const std::string& exportFolder);
+bool ShowVowelGroupsCommand(Window& window, const VowelDesk& desk, const std::string& exportFolder);
 
 }  // namespace parlowen

@@ -2,8 +2,10 @@
 #include <cstdint>
 #include <vector>
 
+#include "document/SoundDocument.h"
 #include "document/SoundStamp.h"
 #include "prosody/GroupFlow.h"
+#include "ui/CommandStates.h"
 #include "vowel/GroupPlot.h"
 #include "vowel/VowelChart.h"
 
@@ -20,6 +22,13 @@ struct VowelState {
   SoundStamp lastClickSound;
   CurrentGroup group;  ///< of the statistics
   GroupPlot plot;
+};
+
+/// What the commands of the charts work on; all of it outlives them.
+struct VowelDesk {
+  SoundDocument& document;
+  CommandStates& states;
+  VowelState& vowels;
 };
 
 }  // namespace parlowen

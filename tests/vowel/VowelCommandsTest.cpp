@@ -36,20 +36,20 @@ class VowelCommands : public ::testing::Test, protected testing::VowelStation {
   void Answer(std::deque<std::string> answers) { window.answers = std::move(answers); }
   void Open(bool hertz = true) {
     Answer({hertz ? "yes" : "no", "ok:120"});
-    PointChartCommand(window, document, states, vowels);
+    PointChartCommand(window, {document, states, vowels});
     window.answers.clear();
     window.log.clear();
   }
-  void ClickAt(int sample) { ClickVowel(window, document, states, vowels, sample); }
+  void ClickAt(int sample) { ClickVowel(window, {document, states, vowels}, sample); }
   Texts Undo(std::deque<std::string> answers) {
     Answer(std::move(answers));
-    UndoPointCommand(window, document, states, vowels);
+    UndoPointCommand(window, {document, states, vowels});
     EXPECT_TRUE(window.answers.empty());
     return window.Log();
   }
   Texts Type(std::deque<std::string> answers) {
     Answer(std::move(answers));
-    TypePointCommand(window, document, states, vowels);
+    TypePointCommand(window, {document, states, vowels});
     EXPECT_TRUE(window.answers.empty());
     return window.Log();
   }
@@ -66,11 +66,11 @@ TEST_F(VowelCommands, ChartsAreRefusedAbove16000Hz) {
     document.sampleRate = rate;
     document.activity = Activity::Waveform;
     Answer({"yes"});
-    PointChartCommand(window, document, states, vowels);
+    PointChartCommand(window, {document, states, vowels});
     EXPECT_EQ(document.activity == Activity::PointChart, rate == 16000);
     Answer({"yes"});
     document.activity = Activity::Waveform;
-    SegmentChartCommand(window, document, states, vowels);
+    SegmentChartCommand(window, {document, states, vowels});
     EXPECT_EQ(document.activity == Activity::SegmentChart, rate == 16000);
   }
 }
@@ -146,12 +146,12 @@ TEST_F(VowelCommands, WithoutAClickInThisSoundNothingIsMeasured) {
 
 TEST_F(VowelCommands, ACancelledReferencePitchStaysZeroAndIsAskedAgain) {
   Answer({"no", "cancel"});
-  PointChartCommand(window, document, states, vowels);
+  PointChartCommand(window, {document, states, vowels});
   EXPECT_EQ(vowels.chart.referenceF0, 0);
   vowels.chart.Add(650, 2000, 0);
   EXPECT_EQ(Last().y, 486);
   Answer({"no", "ok:70000"});
-  PointChartCommand(window, document, states, vowels);
+  PointChartCommand(window, {document, states, vowels});
   EXPECT_EQ(vowels.chart.referenceF0, 4464) << "the low 16 bits";
   EXPECT_LT(Last().y, 486);
 }
@@ -188,10 +188,10 @@ TEST_F(VowelCommands, ARefusedChartFileLeavesTheChart) {
   for (const std::string& path :
        {folder / "none.vch", WriteFile(folder / "bad.vch", std::string("\x05\x00xx", 4)), folder.path()}) {
     Answer({"file:" + path});
-    OpenChartCommand(window, document, states, vowels);
+    OpenChartCommand(window, {document, states, vowels});
     EXPECT_EQ(window.Log().back(), refused);
     Answer({"file:" + path});
-    ListChartCommand(window, document, states, vowels, folder.path());
+    ListChartCommand(window, {document, states, vowels}, folder.path());
     EXPECT_EQ(window.Log().back(), refused);
   }
   EXPECT_EQ(vowels.chart.count, 1);
