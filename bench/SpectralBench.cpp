@@ -14,7 +14,7 @@
 #include "spectral/Formants.h"
 #include "spectral/LongTermSpectrum.h"
 #include "spectral/Spectrogram.h"
-#include "spectral/Vowels.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {

@@ -3,10 +3,10 @@
 #include <gtest/gtest.h>
 
 #include "channels/ChannelFiles.h"
-#include "channels/Tones.h"
 #include "document/EditCommands.h"
 #include "dsp/SignalTables.h"
 #include "support/FakeWindow.h"
+#include "support/Samples.h"
 #include "support/TempFolder.h"
 
 namespace parlowen {
@@ -14,18 +14,8 @@ namespace {
 
 using namespace testing;
 
-/// Keeps the tool window that was opened, as both programs do.
-class ToolKeeper : public FakeWindow {
- public:
-  std::unique_ptr<ToolWindow> tool;
-  void OpenToolWindow(std::unique_ptr<ToolWindow> opened) override {
-    if (tool) tool->Closed(*this);
-    tool = std::move(opened);
-  }
-};
-
 struct Desk {
-  ToolKeeper window;
+  FakeWindow window;
   CommandStates states;
   SoundDocument document;
   ChannelsState state;

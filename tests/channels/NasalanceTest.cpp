@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "channels/Tones.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {

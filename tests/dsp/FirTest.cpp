@@ -6,7 +6,7 @@
 #include <complex>
 #include <vector>
 
-#include "dsp/Samples.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {

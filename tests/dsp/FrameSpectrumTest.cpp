@@ -7,7 +7,7 @@
 #include "dsp/AnalysisWindow.h"
 #include "dsp/Decibel.h"
 #include "dsp/PlainTransforms.h"
-#include "dsp/Samples.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {

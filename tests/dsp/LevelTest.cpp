@@ -5,8 +5,8 @@
 
 #include "dsp/Decibel.h"
 #include "dsp/LevelCurve.h"
-#include "dsp/Samples.h"
 #include "dsp/SignalTables.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {

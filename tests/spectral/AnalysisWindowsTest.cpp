@@ -10,9 +10,9 @@
 #include "spectral/FramePicture.h"
 #include "spectral/LtaCommands.h"
 #include "spectral/LtaFile.h"
-#include "spectral/Vowels.h"
 #include "support/FakeWindow.h"
 #include "support/TempFolder.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {
@@ -21,18 +21,6 @@ using testing::ReadFile;
 using testing::TempFolder;
 using testing::Texts;
 using testing::WriteFile;
-
-/// Keeps the windows that are opened.
-class ToolKeeper : public testing::FakeWindow {
- public:
-  void OpenToolWindow(std::unique_ptr<ToolWindow> opened) override {
-    log.push_back("window|" + opened->Name() + "|" + opened->Title());
-    if (tool) tool->Closed(*this);
-    tool = std::move(opened);
-  }
-  void Close() { std::exchange(tool, nullptr)->Closed(*this); }
-  std::unique_ptr<ToolWindow> tool;
-};
 
 struct Desk {
   Desk(const std::vector<std::int16_t>& samples, int rate) {
@@ -53,7 +41,7 @@ struct Desk {
   }
   CommandStates states;
   SoundDocument document;
-  ToolKeeper window;
+  testing::FakeWindow window;
   LpcAnalyser analyser;
   FrameState frames;
   LtaState lta;
@@ -84,7 +72,7 @@ TEST(FrameWindow, CutsItsFiguresAndFollowsWhileOpen) {
             (Texts{"黑色为 LPC 谱图，红色为窄带谱图",
                    "本帧位置 : 0.25秒（Fi, Bi 分别是第 i 个共振峰的频率和宽度，单位 Hz）",
                    "音强 E=71.3db  基频 F0=125/124Hz", "共振峰:", "F1=781   B1=   95", "F2=1250  B2= 1100"}));
-  desk.window.Close();
+  desk.window.CloseTool();
   desk.Select(8000, 9000);
   FollowSelectedFrames(desk.window, desk.document, desk.frames, desk.analyser);
   EXPECT_DOUBLE_EQ(frame.time, 0.25) << "a closed window follows nothing";

@@ -6,14 +6,11 @@
 #include <complex>
 
 #include "dsp/SignalTables.h"
-#include "spectral/Vowels.h"
+#include "support/Samples.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {
-
-SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
-  return {samples.data(), static_cast<int>(samples.size())};
-}
 
 TEST(ConsonantFrame, MeasuresFollowTheSlowTransform) {
   InitSignalTables();

@@ -9,7 +9,7 @@
 #include "dsp/Decibel.h"
 #include "dsp/Fir.h"
 #include "dsp/SignalTables.h"
-#include "spectral/Vowels.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {

@@ -7,7 +7,7 @@
 #include "dsp/SignalTables.h"
 #include "spectral/Cepstrum.h"
 #include "spectral/FrameParameters.h"
-#include "spectral/Vowels.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {

@@ -10,8 +10,8 @@
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "spectral/SpectrumWindow.h"
-#include "spectral/Vowels.h"
 #include "support/FakeWindow.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {

@@ -7,14 +7,11 @@
 #include "dsp/Decibel.h"
 #include "dsp/PlainTransforms.h"
 #include "dsp/SignalTables.h"
-#include "spectral/Vowels.h"
+#include "support/Samples.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {
-
-SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
-  return {samples.data(), static_cast<int>(samples.size())};
-}
 
 TEST(LongTermSpectrum, IsTheMeanOfFramesOnTheDoubledScale) {
   InitSignalTables();

@@ -11,7 +11,7 @@
 #include "dsp/Decibel.h"
 #include "dsp/SignalTables.h"
 #include "spectral/Formants.h"
-#include "spectral/Vowels.h"
+#include "support/Vowels.h"
 
 namespace parlowen {
 namespace {

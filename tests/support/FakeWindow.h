@@ -9,12 +9,14 @@
 namespace parlowen::testing {
 
 /// A window that writes down what a user would see and answers from a queue: "yes", "no", "cancel",
-/// "file:PATH", "raw:PATH" (the second filter), "ok:VALUE" (of the first field). With no answer left,
-/// everything is cancelled.
+/// "file:PATH", "raw:PATH" (the second filter), "ok:VALUE" (of the first field), "set:VALUE,VALUE" (of the first two).
+/// With no answer left, everything is cancelled. It keeps the tool window that was opened last, as both programs do.
 class FakeWindow : public Window {
  public:
   std::vector<std::string> log;
   std::deque<std::string> answers;
+  std::unique_ptr<ToolWindow> tool;
+  int repainted = 0;
 
   void ShowMessage(const std::string& text, const std::string& caption, Icon icon) override {
     constexpr const char* kIcons[] = {"none", "info", "question", "warning", "error"};
@@ -29,6 +31,12 @@ class FakeWindow : public Window {
   bool AskInput(InputForm& form) override {
     log.push_back("input|" + form.title + "|" + form.fields[0].label + form.fields[0].value);
     const std::string answer = Next();
+    if (answer.starts_with("set:")) {
+      const std::size_t comma = answer.find(',');
+      form.fields[0].value = answer.substr(4, comma - 4);
+      form.fields[1].value = answer.substr(comma + 1);
+      return true;
+    }
     if (!answer.starts_with("ok:")) return false;
     form.fields[0].value = answer.substr(3);
     return true;
@@ -37,8 +45,12 @@ class FakeWindow : public Window {
   void SetCaption(const std::string& text) override { caption_ = text; }
   const std::string& Caption() const override { return caption_; }
   void OpenInEditor(const std::string& path) override { log.push_back("editor|" + path); }
-  void Repaint(std::optional<Pane>) override {}
-  void OpenToolWindow(std::unique_ptr<ToolWindow>) override {}
+  void Repaint(std::optional<Pane>) override { ++repainted; }
+  void OpenToolWindow(std::unique_ptr<ToolWindow> opened) override {
+    if (tool) tool->Closed(*this);
+    tool = std::move(opened);
+  }
+  void CloseTool() { std::exchange(tool, nullptr)->Closed(*this); }
   void RunModal(ToolWindow&) override {}
   bool Progress(double) override { return true; }
   void CopyRegion(const PaneRegion&) override { log.push_back("region"); }

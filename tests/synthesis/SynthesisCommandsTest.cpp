@@ -19,10 +19,10 @@ using namespace testing;
 class ModalWindow : public FakeWindow {
  public:
   std::function<void(ToolWindow&)> act;
-  void RunModal(ToolWindow& tool) override {
-    log.push_back("modal|" + tool.Title());
-    if (act) act(tool);
-    tool.Closed(*this);
+  void RunModal(ToolWindow& modal) override {
+    log.push_back("modal|" + modal.Title());
+    if (act) act(modal);
+    modal.Closed(*this);
   }
 };
 
@@ -57,34 +57,6 @@ struct Stage {
       if (control.number == number && control.enabled) return tool.Press(window, control);
   }
 };
-
-TEST(SynthesisCommands, ADrawnMelodyIsPlayedAndSaved) {
-  Stage stage;
-  const std::string path = stage.folder / "Synth.wav";
-  WriteFile(path, std::string("older"));
-  stage.Run([&](ToolWindow& tool) {
-    stage.Press(tool, 1034);  // nothing yet
-    EXPECT_EQ(ReadFile(path), "older");
-    for (const int x : {0, 99}) tool.Click(stage.window, {x, 96}, MouseButton::Left, false);
-    tool.Click(stage.window, {50, 10}, MouseButton::Right, false);
-    EXPECT_EQ(stage.state.target[9], 62.5f);
-    EXPECT_EQ(stage.state.target[10], 0.0f);
-    EXPECT_EQ(stage.state.target[100], 0.0f);  // the frame of the end, to which nothing was drawn
-    stage.window.Log();
-    stage.Press(tool, 1);
-    EXPECT_EQ(stage.window.Log(), Texts{"status|T 键停止放音"});
-    EXPECT_EQ(stage.speaker.heard,
-              std::vector<std::int16_t>(stage.state.job.output.begin(), stage.state.job.output.end() - 100));
-    stage.Press(tool, 1034);
-    EXPECT_EQ(stage.window.Log(), Texts{"none|Parlowen(Tessiran)|合成声音已存为文件--Synth.wav!"});
-  });
-  std::string expected = "RIFF" + Little(32036, 4) + "WAVEfmt " + Little(16, 4) + Little(1, 2) +
-                         Little(1, 2) + Little(16000, 4) + Little(32000, 4) + Little(2, 2) + Little(16, 2) +
-                         "data" + Little(32000, 4);
-  for (std::size_t n = 0; n < 16000; ++n)
-    expected += Little(static_cast<std::uint16_t>(stage.state.job.output[n]), 2);
-  EXPECT_EQ(ReadFile(path), expected);
-}
 
 TEST(SynthesisCommands, AFileThatCannotBeMadeIsToldAndTheOutputStays) {
   Stage stage;

@@ -115,10 +115,7 @@ TEST_F(Glottal, AFilterKeepsItsResonancesAndLosesTiltAndInstability) {
 }
 
 TEST_F(Glottal, TheCommandRefusesInItsOrderAndTheWindowSpeaksOfItsPeriods) {
-  struct OpeningWindow : FakeWindow {
-    std::unique_ptr<ToolWindow> tool;
-    void OpenToolWindow(std::unique_ptr<ToolWindow> opened) override { tool = std::move(opened); }
-  } window;
+  FakeWindow window;
   TempFolder folder;
   CommandStates states;
   SoundDocument document;

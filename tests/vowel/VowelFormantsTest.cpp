@@ -10,7 +10,6 @@
 namespace parlowen {
 namespace {
 
-using testing::kVowels;
 using testing::MiddleOf;
 using testing::VowelStation;
 

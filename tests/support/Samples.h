@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <initializer_list>
 #include <random>
 #include <vector>
 
@@ -29,6 +30,25 @@ inline std::vector<std::int16_t> ToneSamples(int count, double amplitude, double
   }
   return samples;
 }
+
+namespace testing {
+
+struct Tone {
+  double frequency = 500, amplitude = 0;  ///< Hz
+};
+
+/// Sines that begin at phase 0, rounded to whole samples.
+inline std::vector<std::int16_t> Sines(int count, int rate, std::initializer_list<Tone> tones) {
+  std::vector<std::int16_t> samples;
+  for (int i = 0; i < count; ++i) {
+    double sum = 0;
+    for (const Tone& tone : tones) sum += tone.amplitude * std::sin(kTwoPi * tone.frequency * i / rate);
+    samples.push_back(static_cast<std::int16_t>(std::lround(sum)));
+  }
+  return samples;
+}
+
+}  // namespace testing
 
 inline SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
   return {samples.data(), static_cast<int>(samples.size())};
