@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "base/Format.h"
+#include "palatography/NspBytes.h"
 #include "support/TempFolder.h"
 #include "support/WavBytes.h"
 
@@ -178,6 +179,11 @@ inline void WriteSounds(const TempFolder& folder) {
   bits.bits = 8;
   WriteFile(folder / "bits8.wav", bits.Bytes());
   WriteFile(folder / "text.wav", std::string(100, 't'));
+  // Steady values of 3 and 4 in the full band: the nasal ratio of every frame is exactly 100·9/25.
+  NspBytes nasal;
+  nasal.chunks =
+      Speech("SDA_", std::vector<std::int16_t>(500, 3)) + Speech("SD_B", std::vector<std::int16_t>(500, 4));
+  WriteFile(folder / "nasal.nsp", nasal.TwoChannel());
   // i for 0.3 s, silence for 0.2 s, a for 0.3 s.
   std::vector<std::int16_t> vowels = Vowel({280, 2300, 3000});
   vowels.resize(8000);
