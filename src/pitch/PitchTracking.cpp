@@ -137,7 +137,7 @@ class Tracking {
   const float perCoarse_;           // working samples
   std::vector<float> correlation_;  // from lowest_ − 1 to highest_ + 1
   std::vector<CandidateFrame> frames_;
-  std::vector<std::array<std::int8_t, CandidateFrame::kMostVoices + 1>> cameFrom_;
+  std::vector<std::array<std::uint8_t, CandidateFrame::kMostVoices + 1>> cameFrom_;
   SpeechLevels levels_;
 };
 
@@ -377,7 +377,7 @@ void Tracking::Search() {
       }
       const auto own = to == 0 ? now.silence : now.voices[static_cast<std::size_t>(to - 1)].cost;
       next[static_cast<std::size_t>(to)] = least + static_cast<double>(own);
-      cameFrom_[f][static_cast<std::size_t>(to)] = static_cast<std::int8_t>(best);
+      cameFrom_[f][static_cast<std::size_t>(to)] = static_cast<std::uint8_t>(best);
     }
     cost = next;
   }

@@ -33,6 +33,7 @@ DurationGroup SummaryOf(const ValueGroup& group) {
 
 std::vector<DurationGroup> SummariesOf(const std::vector<ValueGroup>& groups) {
   std::vector<DurationGroup> summaries;
+  summaries.reserve(groups.size());
   for (const ValueGroup& group : groups) summaries.push_back(SummaryOf(group));
   return summaries;
 }

@@ -302,7 +302,7 @@ bool OpenChartFile(Window& window, const VowelDesk& desk, const std::string& pat
   const auto& [document, states, vowels] = desk;
   auto chart = LoadChart(window, vowels.chart, path);
   if (!chart) return false;
-  vowels.chart = std::move(*chart);
+  vowels.chart = *chart;
   vowels.chart.loadedFromFile = true;
   vowels.unsaved = false;
   vowels.averages.clear();
@@ -318,7 +318,7 @@ void ListChartCommand(Window& window, const VowelDesk& desk, const std::string& 
   if (!chart) return;
   if (WriteTextExport(window, exportFolder, kChartListName, ChartListing(*chart)) < 0) return;
   // The chart that is listed is the present one from now on.
-  vowels.chart = std::move(*chart);
+  vowels.chart = *chart;
   vowels.unsaved = false;
   UpdateVowelCommands(desk);
   window.Repaint(Pane::Chart);

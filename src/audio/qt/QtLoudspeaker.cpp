@@ -25,7 +25,7 @@ QtLoudspeaker::QtLoudspeaker(SoundProcess& process) : process_(process) {
   connect(&process_, &SoundProcess::Replied, this, &QtLoudspeaker::Take);
 }
 
-QtLoudspeaker::~QtLoudspeaker() { Close(); }
+QtLoudspeaker::~QtLoudspeaker() { QtLoudspeaker::Close(); }
 
 std::string QtLoudspeaker::Open(int sampleRate) {
   Close();

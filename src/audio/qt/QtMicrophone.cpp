@@ -11,7 +11,7 @@ QtMicrophone::QtMicrophone(SoundProcess& process) : process_(process) {
   connect(&process_, &SoundProcess::DevicesChanged, this, &QtMicrophone::PresenceChanged);
 }
 
-QtMicrophone::~QtMicrophone() { Close(); }
+QtMicrophone::~QtMicrophone() { QtMicrophone::Close(); }
 
 bool QtMicrophone::Open(int sampleRate, int channels) {
   Close();

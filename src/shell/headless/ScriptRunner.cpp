@@ -96,7 +96,7 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
   }
   for (const auto& [known, handler] : kSteps) {
     if (name != known) continue;
-    const std::string wrong = (this->*handler)(step);
+    std::string wrong = (this->*handler)(step);
     stage_.Settle();
     if (wrong.empty()) RunSound();
     return wrong;
@@ -235,7 +235,7 @@ std::string ScriptRunner::SoundOutput(const ScriptStep& step) {
 
 std::string ScriptRunner::Print(const ScriptStep& step) {
   JsonObject event;
-  const std::string wrong = PrintedValue(workstation_, {step.words.begin() + 1, step.words.end()}, event);
+  std::string wrong = PrintedValue(workstation_, {step.words.begin() + 1, step.words.end()}, event);
   if (wrong.empty()) window_.PrintEvent(event);
   return wrong;
 }
