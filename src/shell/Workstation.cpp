@@ -245,10 +245,9 @@ void Workstation::RenewDerived() {
   }
   if (seenSamples_ == document.samplesVersion) return;
   seenSamples_ = document.samplesVersion;
-  if (markers.windowOpen) window.Repaint();
-  if (!spectrogram.shown) return;
-  RedrawSpectrogram(document, spectrogram);
-  window.Repaint(Pane::Analysis);
+  if (spectrogram.shown) RedrawSpectrogram(document, spectrogram);
+  // Not every change is an edit whose handler repaints: a file that was not taken in may have left its rate.
+  window.Repaint();
 }
 
 }  // namespace parlowen

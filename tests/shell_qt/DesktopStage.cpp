@@ -314,6 +314,17 @@ void DesktopStage::Press(ToolWindow& tool, const ToolControl& control) {
 
 void DesktopStage::CloseTool() { dialogs_->WidgetOf(*dialogs_->CurrentTool())->close(); }
 
+/// One pane after the other: what it shows is what it would show if it were painted anew.
+void DesktopStage::LookAtAPane() {
+  constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform, Pane::Chart};
+  const Pane pane = kPanes[looks_++ % std::size(kPanes)];
+  PaneWidget& widget = window_.PaneOf(pane);
+  if (!widget.isVisible()) return;
+  const QImage shown = widget.grab().toImage();
+  widget.Invalidate();
+  EXPECT_TRUE(shown == widget.grab().toImage()) << "pane " << static_cast<int>(pane) << " shows what was";
+}
+
 void DesktopStage::Settle() {
   const auto atRest = [this] {
     const ToolWindow* tool = dialogs_->CurrentTool();
@@ -324,6 +335,7 @@ void DesktopStage::Settle() {
   for (const CommandRow& row : CommandTable())
     EXPECT_EQ(window_.ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
         << row.number;
+  LookAtAPane();
 }
 
 }  // namespace parlowen

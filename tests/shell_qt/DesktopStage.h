@@ -72,11 +72,13 @@ class DesktopStage : public QObject, public ScriptStage {
 
  private:
   void FitPanes(int paneWidth);
+  void LookAtAPane();
 
   Preferences preferences_;
   AnsweredWindow* dialogs_ = nullptr;
   MainWindow window_;
   bool dragging_ = false;  ///< a region, between its corners
+  std::size_t looks_ = 0;
 };
 
 }  // namespace parlowen
