@@ -7,12 +7,17 @@ It works in a checkout of its own (build/faults/tree), never in this one. A faul
 a comparison moved by one or turned round, a sum that became a difference, an "and" that became an "or", a number one too
 large, a flag turned round, a call left out. Places are drawn by the seed, as many from each room as its share of lines
 (at least two). With --base only lines that changed since that revision are drawn. A fault that does not compile is
-replaced by another. Tests of the fault's own room run first, then the stories, then all others, until one fails.
+replaced by another.
 
-The report has a line a fault: caught (by which test) or SURVIVED, the place, the line before and after. A survivor is a
-place to look: some faults change nothing that anybody could see.
+The test program of the fault's own room is built and run first, then the stories, then one after the other all the rest,
+until one fails: most faults cost one compilation, one link and a second or two. The report has a line a fault: caught (by
+which test) or SURVIVED, the place, the line before and after. A run that was stopped goes on where the report ends, when
+it is started again with the same words at the same revision; --anew begins a new report. A survivor is a place to look:
+some faults change nothing that anybody could see.
 """
 import argparse
+import json
+import os
 import pathlib
 import random
 import re
@@ -23,7 +28,10 @@ import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLACE = ROOT / "build" / "faults"
-TREE, BUILD = PLACE / "tree", PLACE / "build"
+TREE = PLACE / "tree"
+BUILD = TREE / "build" / "ci"  # where a compiler cache finds what other checkouts have compiled
+BASELINE = PLACE / "baseline.json"
+SERVER_TEST = "sound_server_test"  # needs a sound server that its script starts
 
 # What is replaced by what; the first group of a pattern is the token.
 SWAPS = [
@@ -92,7 +100,7 @@ def git(*words):
 
 
 def draw(arguments):
-    """An endless list of faults, room by room in turn by their shares of lines."""
+    """An endless list of faults: from each room its share, in any order, and so on."""
     generator = random.Random(arguments.seed)
     only = changed_lines(arguments.base) if arguments.base else None
     places = {}
@@ -109,61 +117,112 @@ def draw(arguments):
     for lines in places.values():
         generator.shuffle(lines)
     while any(places.values()):
+        some = []
         for room in sorted(places):
-            for _ in range(quota[room]):
-                if places[room]:
-                    path, number, line = places[room].pop()
-                    yield path, number, line, generator.choice(list(faults_of(line)))
+            some += [places[room].pop() for _ in range(min(quota[room], len(places[room])))]
+        generator.shuffle(some)
+        for path, number, line in some:
+            yield path, number, line, generator.choice(list(faults_of(line)))
 
 
-def run(words, seconds):
+def run(words, seconds, folder=None):
+    """Status and output; 124 when it took longer. Windows are drawn offscreen."""
+    screenless = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
     try:
-        done = subprocess.run(words, capture_output=True, text=True, timeout=seconds, errors="replace")
+        done = subprocess.run(words, cwd=folder, capture_output=True, text=True, timeout=seconds, errors="replace",
+                              env={**screenless, "QT_QPA_PLATFORM": "offscreen"})
         return done.returncode, done.stdout + done.stderr
     except subprocess.TimeoutExpired:
         return 124, "timeout"
 
 
-def prepare(jobs):
+def prepare():
+    """Checks out this revision and configures its build; the revision."""
+    revision = git("rev-parse", "HEAD").strip()
     PLACE.mkdir(parents=True, exist_ok=True)
-    if TREE.exists():
-        subprocess.run(["git", "-C", ROOT, "worktree", "remove", "--force", TREE], check=False)
+    if (TREE / ".git").exists():
+        subprocess.run(["git", "-C", TREE, "checkout", "--quiet", "--force", "--detach", revision], check=True)
+    else:
         shutil.rmtree(TREE, ignore_errors=True)
-    git("worktree", "prune")
-    git("worktree", "add", "--detach", TREE, "HEAD")
+        git("worktree", "prune")
+        git("worktree", "add", "--detach", str(TREE), revision)
     launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
     linker = ["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=mold"] if shutil.which("mold") else []
-    subprocess.run(["cmake", "-S", TREE, "-B", BUILD, "-G", "Ninja", "-DCMAKE_BUILD_TYPE=", "-DCMAKE_CXX_FLAGS=-O1",
-                    "-DPARLOWEN_BENCH=OFF", *launcher, *linker], check=True, stdout=subprocess.DEVNULL)
-    if subprocess.run(["cmake", "--build", BUILD, "-j", str(jobs)], stdout=subprocess.DEVNULL).returncode != 0:
-        sys.exit("the tree does not build")
-    if failing := first_failure([], jobs):
-        sys.exit(f"a test fails before any fault is planted: {failing}")
+    subprocess.run(["cmake", "--preset", "ci", *launcher, *linker], cwd=TREE, check=True, stdout=subprocess.DEVNULL)
+    return revision
 
 
-def first_failure(words, jobs):
-    """The first test that fails among those that the words choose, or ""."""
-    command = ["ctest", "--test-dir", BUILD, "-j", str(jobs), "--stop-on-failure", "--timeout", "120", *words]
-    if shutil.which("xvfb-run"):
-        command = ["xvfb-run", "-a", "-s", "-screen 0 1920x1080x24", *command]
-    status, output = run(command, 900)
-    if status == 0:
-        return ""
-    match = re.search(r"Test +#\d+: (\S+) \.*.*(?:Failed|Exception|Timeout)", output)
-    return match[1] if match else "timeout"
+class Programs:
+    """The test programs: what they are called, and how long each takes when nothing is wrong."""
+
+    def __init__(self, revision, jobs):
+        self.jobs = jobs
+        output = run(["cmake", "--build", BUILD, "--target", "help"], 60)[1]
+        self.names = sorted(set(re.findall(r"^(\w+_(?:test|fuzz)):", output, re.M)) - {SERVER_TEST})
+        self.known = {"revision": revision, "seconds": {}}
+        if BASELINE.exists() and (kept := json.loads(BASELINE.read_text()))["revision"] == revision:
+            self.known = kept
+
+    def seconds(self, program):
+        return self.known["seconds"].get(program)
+
+    def build(self, program):
+        # A story needs the program that it drives.
+        targets = [program, "parlowen-headless"] if program == "headless_test" else [program]
+        return run(["cmake", "--build", BUILD, "-j", str(self.jobs), "--target", *targets], 3600)
+
+    def measure(self, program):
+        """Builds and runs it in a tree without a fault."""
+        status, output = self.build(program)
+        if status != 0:
+            sys.exit(f"{program} does not build without a fault:\n{output[-2000:]}")
+        began = time.time()
+        if failing := self.failure(program, 600):
+            sys.exit(f"a test fails without a fault: {failing}")
+        self.known["seconds"][program] = time.time() - began
+        BASELINE.write_text(json.dumps(self.known, indent=1))
+
+    def failure(self, program, seconds):
+        """The first test of the program that fails, or ""."""
+        words = [BUILD / "bin" / program]
+        if program.endswith("_test"):
+            words += ["--gtest_fail_fast", "--gtest_brief=1"]
+        status, output = run(words, seconds, BUILD)
+        if status == 0:
+            return ""
+        match = re.search(r"\[  FAILED  \] ([\w/.]+)", output)
+        return f"{program} {match[1] if match else 'hangs' if status == 124 else 'ends early'}"
+
+    def for_room(self, room):
+        """Those first that are most likely to see a fault in the room; slow ones last."""
+        own = {"shell/qt": "shell_qt_test", "shell/headless": "headless_test"}.get(room, room.split("/")[0] + "_test")
+        first = list(dict.fromkeys([own, "headless_test", "shell_test"]))
+        rest = sorted((p for p in self.names if p not in first), key=lambda p: self.seconds(p) or 1e9)
+        return [p for p in first if p in self.names] + rest
 
 
-def judge(path, jobs):
+def judge(path, clean, spoiled, programs):
     """Builds and tests the planted fault: None when it does not compile, "" when nothing sees it, else who does."""
-    status, output = run(["cmake", "--build", BUILD, "-j", str(jobs)], 900)
-    if status != 0:
-        # A test program that cannot even list its tests has met the fault.
-        return "the listing of tests" if "error:" not in output else None
-    room = room_of(path).replace("/", "_")
-    for words in (["-R", f"^{room}\\."], ["-R", "^headless\\."], ["-E", f"^({room}|headless)\\."]):
-        if test := first_failure([*words, "--no-tests=ignore"], jobs):
+    for program in programs.for_room(room_of(path)):
+        if programs.seconds(program) is None:
+            path.write_text(clean, encoding="utf-8")
+            programs.measure(program)
+        path.write_text(spoiled, encoding="utf-8")
+        status, output = programs.build(program)
+        if status != 0:
+            # A test program that cannot even list its tests has met the fault.
+            return None if re.search(r"error:", output) else f"{program} cannot list its tests"
+        if test := programs.failure(program, 20 + 5 * programs.seconds(program)):
             return test
     return ""
+
+
+def done_before(report):
+    """What a report says: each fault and how it ended."""
+    if not report.exists():
+        return {}
+    lines = [line.rstrip("\n").split("\t") for line in report.open(encoding="utf-8") if not line.startswith("#")]
+    return {(words[2], words[5]): words[0] for words in lines if len(words) == 6}
 
 
 def main():
@@ -173,26 +232,32 @@ def main():
     parser.add_argument("--room", action="append")
     parser.add_argument("--base")
     parser.add_argument("--jobs", type=int, default=2)
-    parser.add_argument("--report", default=str(PLACE / "report.txt"))
+    parser.add_argument("--anew", action="store_true")
+    parser.add_argument("--report", type=pathlib.Path, default=PLACE / "report.txt")
     arguments = parser.parse_args()
-    prepare(arguments.jobs)
-    counts, began = {"caught": 0, "SURVIVED": 0}, time.time()
-    with open(arguments.report, "w", encoding="utf-8") as report:
+    revision = prepare()
+    programs = Programs(revision, arguments.jobs)
+    words = f"# {revision} seed {arguments.seed} base {arguments.base} rooms {arguments.room} count {arguments.count}\n"
+    if arguments.anew or not arguments.report.exists() or arguments.report.open(encoding="utf-8").readline() != words:
+        arguments.report.write_text(words, encoding="utf-8")
+    before, counts, began = done_before(arguments.report), {"caught": 0, "SURVIVED": 0}, time.time()
+    with open(arguments.report, "a", encoding="utf-8") as report:
         for path, number, line, spoiled in draw(arguments):
-            text = path.read_text(encoding="utf-8")
-            lines = text.split("\n")
-            lines[number] = spoiled
-            path.write_text("\n".join(lines), encoding="utf-8")
-            who = judge(path, arguments.jobs)
-            path.write_text(text, encoding="utf-8")
-            if who is None:
-                continue
-            word = "caught" if who else "SURVIVED"
-            counts[word] += 1
-            place = f"{path.relative_to(TREE)}:{number + 1}"
-            print(f"{word}\t{who or '-'}\t{place}\t{line.strip()}\t→\t{spoiled.strip() or '(left out)'}", file=report, flush=True)
             if sum(counts.values()) >= arguments.count:
                 break
+            place, instead = f"{path.relative_to(TREE)}:{number + 1}", spoiled.strip() or "(left out)"
+            if (word := before.get((place, instead))) is None:
+                text = path.read_text(encoding="utf-8")
+                lines = text.split("\n")
+                lines[number] = spoiled
+                try:
+                    who = judge(path, text, "\n".join(lines), programs)
+                finally:
+                    path.write_text(text, encoding="utf-8")
+                word = "no fault" if who is None else "caught" if who else "SURVIVED"
+                print(f"{word}\t{who or '-'}\t{place}\t{line.strip()}\t→\t{instead}", file=report, flush=True)
+            if word in counts:
+                counts[word] += 1
     share = 100 * counts["caught"] / max(1, sum(counts.values()))
     print(f"{counts['caught']} of {sum(counts.values())} faults caught ({share:.0f} %), {time.time() - began:.0f} s; {arguments.report}")
 
