@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <numeric>
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
@@ -181,11 +180,13 @@ int QuietestPlace(SampleSpan samples, int sampleRate, int from, int to) {
 
 bool MeasureRows(const SoundDocument& document, PitchRange range, const MeasureSettings& settings,
                  std::vector<MeasureRow>& rows, const PitchProgress& progress) {
+  const std::vector<SampleInterval> places = PlacesOf(rows, document.sampleCount);
+  if (places.empty()) return true;
   std::optional<std::span<const float>> contour;
   if (document.pitchPresent)
     contour = std::span(document.pitch).first(static_cast<std::size_t>(document.ContourLength()));
   const MeasuredSound sound(document, contour, range, settings, progress);
-  if (sound.Ready()) MeasureIntervals(sound, PlacesOf(rows, document.sampleCount), 0, rows);
+  if (sound.Ready()) MeasureIntervals(sound, places, 0, rows);
   return sound.Ready();
 }
 
@@ -194,10 +195,10 @@ std::string MeasureRecording(const MeasureJob& job, SoundDocument& document, std
   const Recording recording(job.recording, job.channel);
   std::string problem = recording.Problem();
   if (problem.empty()) problem = ListIntervals(job, recording, rows);
-  if (problem.empty()) {
+  if (problem.empty() && !rows.empty()) {
     bool read = true;
     if (recording.FitsDocument()) {
-      read = rows.empty() || recording.Load(0, static_cast<int>(recording.SampleCount()), document);
+      read = recording.Load(0, static_cast<int>(recording.SampleCount()), document);
       if (read && !job.range) recording.LoadContour(document);
       if (read) MeasureRows(document, job.range.value_or(PitchRange::Automatic), job.settings, rows);
     } else {

@@ -125,7 +125,10 @@ TEST_P(ByHand, FiftyIntervalsHaveTheNumbersOfTheWorkstation) {
         rows[i], "f0_median", hertz, [](std::vector<double> v) { return MedianOf(v); }, 0.002);
     ExpectCell(rows[i], "f0_min", hertz, Least, 0.002);
     ExpectCell(rows[i], "f0_max", hertz, Largest, 0.002);
-    ExpectCell(rows[i], "voiced", {static_cast<double>(hertz.size()) / frames}, Mean);
+    std::vector<double> shares;
+    if (frames > 0) shares.push_back(static_cast<double>(hertz.size()) / frames);
+    ExpectCell(rows[i], "voiced", shares, Mean);
+    EXPECT_EQ(rows[i].at("problem"), frames > 0 ? "" : "no 10 ms frame begins in the interval");
     // The three lists of a frame; below 16000 Hz the order differs, so that only the others are compared.
     if (analysisRate == 16000) {
       static const std::regex kFrame(R"re("time":([^,]*),"f":\[([^\]]*)\])re");
@@ -149,7 +152,6 @@ TEST_P(ByHand, FiftyIntervalsHaveTheNumbersOfTheWorkstation) {
     } else {
       EXPECT_EQ(rows[i].at("gravity"), "");
     }
-    EXPECT_EQ(rows[i].at("problem"), "");
   }
 }
 

