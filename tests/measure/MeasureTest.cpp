@@ -284,11 +284,12 @@ TEST(MeasureProgram, AnIntervalOfALongRecordingMeasuresAsInAShortOne) {
       if (c.rate >= 16000) {
         EXPECT_NEAR(std::stod(many[i].at("gravity")), std::stod(same.at("gravity")), 0.002);
       }
-      for (const char* column : {"voiced", "f0_median", "f0_06"})
-        if (many[i].at(column) != same.at(column)) {
-          ++differing;
-          break;
-        }
+      const auto apart = [&](const char* column, double most) {
+        const std::string &one = many[i].at(column), &other = same.at(column);
+        if (one.empty() || other.empty()) return one != other;
+        return std::fabs(std::stod(one) - std::stod(other)) > most;
+      };
+      differing += apart("voiced", 1e-9) || apart("f0_median", 0.1) || apart("f0_06", 0.1);
     }
     EXPECT_GT(compared, 4 * c.copies - 12);
     EXPECT_LE(differing, c.share * compared) << c.sound;
