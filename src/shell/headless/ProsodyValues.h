@@ -1,7 +1,7 @@
 #pragma once
+#include "base/JsonLine.h"
 #include "prosody/IntonationState.h"
 #include "prosody/ToneState.h"
-#include "base/JsonLine.h"
 
 namespace parlowen {
 
