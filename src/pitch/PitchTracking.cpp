@@ -12,7 +12,7 @@
 
 // The stages, in order:
 //
-//   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at the first stage's working rate
+//   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at a working rate of 8 kHz or a little above
 //   MeasureLevels    the level of every frame, that of the loud frames, the noise between them
 //   FindCandidates   a frame's correlation over all lags, its maxima and what each of them costs
 //   DecideVoicing    what silence costs, by the trained net
@@ -128,10 +128,10 @@ class Tracking {
 
   const PitchTrackingRequest& request_;
   std::span<float> periods_;
-  const int decimation_;
-  const double rate_;
   const PitchBounds bounds_;
   const PitchBands bands_;
+  const int decimation_;
+  const double rate_;
   int lowest_ = 0, highest_ = 0;    // lags of the coarse band
   const double slowest_;            // the longest period that is looked for
   const float perCoarse_;           // working samples
@@ -144,10 +144,10 @@ class Tracking {
 Tracking::Tracking(const PitchTrackingRequest& request, std::span<float> periods)
     : request_(request),
       periods_(periods),
-      decimation_(PitchDecimation(request.sampleRate)),
-      rate_(static_cast<double>(request.sampleRate) / decimation_),
       bounds_(BoundsOf(request.range)),
       bands_(request.samples, request.sampleRate, request.firstFrame, periods.size()),
+      decimation_(bands_.decimation()),
+      rate_(bands_.rate()),
       slowest_(rate_ / (bounds_.lowest > kLowestBound ? bounds_.lowest : kCreak)),
       perCoarse_(static_cast<float>(rate_ / bands_.coarseRate())) {
   lowest_ = std::max(2, TruncateToInt32(bands_.coarseRate() / bounds_.highest));
@@ -361,11 +361,11 @@ double Tracking::StepCost(const CandidateFrame& before, int from, const Candidat
 }
 
 void Tracking::Search() {
+  const CandidateFrame silence;  // lies before the first frame
   std::array<double, CandidateFrame::kMostVoices + 1> cost{}, next{};
   for (std::size_t f = 0; f < frames_.size(); ++f) {
     const CandidateFrame& now = frames_[f];
-    const CandidateFrame& before =
-        f > 0 ? frames_[f - 1] : CandidateFrame();  // silence lies before the first frame
+    const CandidateFrame& before = f > 0 ? frames_[f - 1] : silence;
     for (int to = 0; to <= now.count; ++to) {
       double least = 1e300;
       int best = 0;
