@@ -9,7 +9,6 @@
 
 #include "base/Arithmetic.h"
 #include "dsp/Clones.h"
-#include "pitch/FastPitch.h"
 
 namespace parlowen {
 namespace {
@@ -19,6 +18,7 @@ constexpr double kHighestCutoff = 0.45;                                         
 constexpr double kLowPassSeconds = 0.002;  // half a filter's length
 constexpr int kShortestHalf = 4;
 constexpr double kMargin = 0.1;       // seconds on either side, more than a window and a lag
+constexpr int kWorkingRate = 8000;    // Hz
 constexpr double kCoarseRate = 3600;  // Hz, four times the low band's frequency
 constexpr int kPiece = 1024;          // outputs of the decimating low-pass that are made at a time
 constexpr int kBlock = 8;             // sums that are kept apart, so that they add in vectors
@@ -195,10 +195,12 @@ void LowPass(const std::vector<float>& input, double cutoff, double rate, std::v
 
 }  // namespace
 
+int PitchBands::DecimationOf(int sampleRate) { return std::max(1, sampleRate / kWorkingRate); }
+
 PitchBands::PitchBands(SampleSpan document, int sampleRate, int firstFrame, std::size_t frameCount)
     : sampleRate_(sampleRate),
       firstFrame_(firstFrame),
-      decimation_(PitchDecimation(sampleRate)),
+      decimation_(DecimationOf(sampleRate)),
       rate_(static_cast<double>(sampleRate) / decimation_),
       coarseStep_(static_cast<std::size_t>(std::max(1, TruncateToInt32(rate_ / kCoarseRate)))),
       coarseRate_(rate_ / static_cast<double>(coarseStep_)) {

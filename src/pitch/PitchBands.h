@@ -21,8 +21,13 @@ struct Band {
 /// either side is there too; what lies outside the document is silence.
 class PitchBands {
  public:
+  /// The working rate is sampleRate / decimation: from 8000 Hz on as near above 8000 Hz as it can be (below
+  /// 16000 Hz always), else the document's.
+  static int DecimationOf(int sampleRate);
+
   PitchBands(SampleSpan document, int sampleRate, int firstFrame, std::size_t frameCount);
 
+  int decimation() const { return decimation_; }     ///< document samples a working sample
   double rate() const { return rate_; }              ///< Hz, sampleRate/decimation
   double coarseRate() const { return coarseRate_; }  ///< Hz, 3600 or more where the working rate allows it
   /// The working sample at the centre of element f of the run, and the coarse one.
