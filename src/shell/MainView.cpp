@@ -71,7 +71,9 @@ MainView::MainView(Window& window, SoundDocument& document, CommandStates& state
 SampleScale MainView::ScaleOf(Pane pane) const {
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch())
     return spectrogram_.stretch.Pane(document_.paneWidth);
-  return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
+  // The labels stand under the waveform and over its axis.
+  const bool asWaveform = pane == Pane::Waveform || pane == Pane::Labels;
+  return asWaveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
 }
 
 bool MainView::AnalysisShowsOwnStretch() const {
@@ -114,6 +116,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
   if (button == MouseButton::Left && document_.activity == Activity::Annotation && pane == Pane::Analysis &&
       annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, sample);
+  if (pane == Pane::Labels) return LabelClick(Labels(), at, button, shift);
   if (button == MouseButton::Left && document_.activity == Activity::Characters && characters != nullptr)
     return PlaceCharacters(window_, document_, *characters, pane, sample, at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
@@ -148,7 +151,46 @@ void MainView::PointAtRepair(Point at) {
   if (RepairsPitch(Pane::Analysis)) pitchRepair_.pointer = RepairPointAt(at);
 }
 
+LabelDesk MainView::Labels() const {
+  static const PlayStretch kSilent;
+  return {window_,
+          document_,
+          states_,
+          *markers,
+          annotations != nullptr ? AnnotationsOf(*annotations, document_) : std::span<const Annotation>{},
+          playStretch != nullptr ? *playStretch : kSilent,
+          {},
+          cursor,
+          labelsHeight};
+}
+
+void MainView::EditLabel(Point at) {
+  if (document_.activity == Activity::Start || listening != Listening::No) return;
+  LabelDesk desk = Labels();
+  desk.reveal = [this](int start, int end) { Reveal(start, end); };
+  EditLabelAt(desk, at);
+}
+
+bool MainView::KeyInLabels(const std::string& key) {
+  if (document_.activity == Activity::Start || listening != Listening::No) return false;
+  LabelDesk desk = Labels();
+  desk.reveal = [this](int start, int end) { Reveal(start, end); };
+  return LabelKey(desk, key);
+}
+
+std::optional<int> MainView::LabelMarker(Point at) const { return LabelMarkerAt(Labels(), at); }
+
+std::string MainView::LabelTipAt(Point at) const { return LabelTip(Labels(), at); }
+
+void MainView::Reveal(int start, int end) {
+  const int length = document_.FullViewLength();
+  if (start >= document_.viewStart && end <= document_.viewStart + length) return;
+  ScrollTo(std::int64_t{start} - std::min(length / 10, std::max(0, length - (end - start)) / 2));
+}
+
 void MainView::MarkStretch(Pane pane, int x0, int x1) {
+  if (pane == Pane::Labels)  // a click there would take a stretch between two markers
+    return Select(SampleAt(pane, std::min(x0, x1)), SampleAt(pane, std::max(x0, x1)));
   Click(pane, {std::min(x0, x1), 0}, MouseButton::Left, false);
   Click(pane, {std::max(x0, x1), 0}, MouseButton::Right, false);
 }
@@ -256,7 +298,8 @@ void MainView::ZoomKey(bool out) {
 void MainView::ZoomAt(Pane pane, int x, bool out) {
   const int column = std::max(x, kPaneMargin);
   const auto timeScale = [&] {
-    return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
+    return pane == Pane::Waveform || pane == Pane::Labels ? WaveformScaleOf(document_)
+                                                          : TimeScaleOf(document_);
   };
   const std::int64_t sample = timeScale().SampleAt(column);
   document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
@@ -318,6 +361,15 @@ Picture MainView::Base(Pane pane, int width, int height) const {
   };
   switch (pane) {
     case Pane::Chart: return Chart(width, height);
+    case Pane::Labels: {
+      static const MarkerSet kNone;
+      const bool mine = markers != nullptr && markers->sound == document_.Stamp();
+      return LabelsPicture(
+          {mine ? markers->set : kNone,
+           annotations != nullptr ? AnnotationsOf(*annotations, document_) : std::span<const Annotation>{},
+           document_.sampleCount},
+          mine ? markers->view : MarkerView{}, ScaleOf(pane), width, height);
+    }
     case Pane::Amplitude: return withTexts(AmplitudePicture(document_, amplitudeScale, width, height));
     case Pane::Pitch: return withTexts(PitchPicture(document_, width, height));
     case Pane::Analysis: return withTexts(AnalysisPicture(document_, spectrogram_, width, height));
@@ -345,7 +397,9 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
   // The picture's own title and axis stay free.
-  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
+  std::optional<int> flagTop =
+      pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
+  if (pane == Pane::Labels) flagTop.reset();  // they would cover its texts
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
                             document_.selectionStart <= stretch.start &&
@@ -396,6 +450,7 @@ std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
     case Pane::Pitch: return PitchTicks(height);
     case Pane::Analysis: return AnalysisTicks(document_, spectrogram_, height);
     case Pane::Chart: return {};
+    case Pane::Labels: return LabelTicks(height);
     default: return WaveformTicks(document_, Pyramid(), height);
   }
 }
@@ -451,6 +506,11 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0) line += Format(kHoverGrey.Get(), separator, spectrogram_.matrix.Column(column)[row]);
+  }
+  if (pane == Pane::Labels) {
+    std::string tip = LabelTipAt(at);
+    std::replace(tip.begin(), tip.end(), '\n', ' ');
+    if (!tip.empty()) line += separator + tip;
   }
   return line;
 }

@@ -7,6 +7,7 @@
 
 #include "annotation/Annotations.h"
 #include "annotation/InsertedCharacters.h"
+#include "annotation/LabelPane.h"
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
 #include "palatography/PalateState.h"
@@ -71,6 +72,14 @@ class MainView {
   /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.
   void MarkRepairFrames(int x0, int x1);
   void PointAtRepair(Point at);
+  // The label pane; see annotation/LabelPane.h.
+
+  void EditLabel(Point at);
+  bool KeyInLabels(const std::string& key);
+  std::optional<int> LabelMarker(Point at) const;
+  std::string LabelTipAt(Point at) const;
+  bool CanUndoLabelStep() const { return markers != nullptr && markers->CanUndoStep(); }
+
   /// The next two clicks are the corners of a region.
   void BeginRegion();
   /// A new sound is there: nothing of the old one is marked any more.
@@ -116,8 +125,8 @@ class MainView {
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
-  /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
-  int analysisHeight = 330;
+  /// Pixels, kept by whoever shows the panes: clicks into them need it.
+  int analysisHeight = 330, labelsHeight = 120;
   /// The palate recording whose markers stand over the waveform; null for none.
   const PalateState* palate = nullptr;
   /// What its window shows: the frame looked at is a line through all panes; null for none.
@@ -125,8 +134,14 @@ class MainView {
   /// The texts over the panes, which two tools insert with a click; null for none.
   AnnotationState* annotations = nullptr;
   InsertedCharacters* characters = nullptr;
+  /// What the label pane shows and plays; null for none.
+  MarkerState* markers = nullptr;
+  const PlayStretch* playStretch = nullptr;
 
  private:
+  LabelDesk Labels() const;
+  /// Scrolls so that the stretch, or its beginning, is seen.
+  void Reveal(int start, int end);
   void ViewMoved();
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;

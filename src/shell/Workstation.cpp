@@ -131,6 +131,20 @@ void Workstation::MarkStretch(Pane pane, int x0, int x1) {
   Act([&] { view.MarkStretch(pane, x0, x1); });
 }
 
+void Workstation::EditLabel(Point at) {
+  Act([&] { view.EditLabel(at); });
+}
+
+bool Workstation::KeyInLabels(const std::string& key) {
+  bool used = false;
+  Act([&] { used = view.KeyInLabels(key); });
+  return used;
+}
+
+void Workstation::ReadLabels() {
+  Act([&] { EnsureMarkersRead(document, markers); });
+}
+
 void Workstation::MarkRepairFrames(int x0, int x1) {
   Act([&] { view.MarkRepairFrames(x0, x1); });
 }
@@ -165,6 +179,8 @@ void Workstation::ZoomTo(int start, int end) {
 void Workstation::SetPaneWidth(int width) { view.SetPaneWidth(width); }
 
 void Workstation::SetAnalysisHeight(int height) { view.analysisHeight = height; }
+
+void Workstation::SetLabelsHeight(int height) { view.labelsHeight = height; }
 
 bool Workstation::Key(const std::string& key) {
   const std::string name = key == "t" ? "T" : key;

@@ -286,6 +286,10 @@ void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   QTest::mouseClick(&widget, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
 }
 
+void DesktopStage::EditLabel(Point at) { Station().EditLabel(at); }
+
+bool DesktopStage::KeyInLabels(const std::string& key) { return Station().KeyInLabels(key); }
+
 void DesktopStage::ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) {
   QWidget& canvas = *dialogs_->WidgetOf(tool)->Canvas();
   const QPoint pixel(at.x, at.y + tool.ClickOrigin().y);

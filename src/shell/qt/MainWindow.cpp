@@ -23,7 +23,9 @@
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
 #include "shell/qt/ElidedLabel.h"
+#include "shell/qt/FormDialog.h"
 #include "shell/qt/KeyNames.h"
+#include "shell/qt/LabelEditor.h"
 #include "shell/qt/LevelMeter.h"
 #include "shell/qt/MenuTexts.h"
 #include "shell/qt/OverviewStrip.h"
@@ -39,7 +41,7 @@
 namespace parlowen {
 namespace {
 
-constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
+constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform, Pane::Labels};
 constexpr UiText kRecentFiles = "最近的文件(&R)";
 constexpr UiText kPictureOutput = "图形输出(&T)";
 constexpr UiText kChartMenu = "元音图";
@@ -51,7 +53,8 @@ constexpr UiText kShowAllEntry = "显示整个声音(&W)";
 constexpr UiText kCopyHoverEntry = "复制读数(&C)";
 constexpr UiText kToolBar = "工具栏";
 constexpr UiText kNoRecentFiles = "（无）";
-constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5
+constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5, and no part for the labels
+constexpr int kAnalysisPane = 2;            // its number; it gives the labels their height
 
 constexpr UiText kSaved = "已保存：";
 constexpr UiText kExportsMoved = "文件夹不能写入，文本数据写到 %s";
@@ -134,7 +137,16 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Connect();
   dialogs_.SetCaption(kProgramCaption);
   dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
+  dialogs_.askInDrawing = [this](InputForm& form) {
+    PaneWidget& pane = PaneOf(Pane::Labels);
+    if (!pane.isVisible()) return FormDialog(form, this).exec() == QDialog::Accepted;
+    const bool taken = LabelEditor(form, pane, PaneWidget::kGutter, centralWidget()).Ask();
+    pane.setFocus();
+    return taken;
+  };
   dialogs_.nameFor = [this](const FileKind& kind) { return NameFor(kind); };
+  station_.markers.paneShown = preferences_.LabelsShown();
+  splitter_->ShowLabels(station_.markers.paneShown);
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -163,6 +175,7 @@ void MainWindow::MakeMenus() {
     QMenu& menu = *menus[row.menu];
     QAction* action = menu.addAction(WithUniqueMnemonic(QString::fromUtf8(row.label.Get()), menu));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
+    action->setCheckable(row.isOn != nullptr);
     if (IsPaneKey(row.keys)) {
       action->setText(action->text() + '\t' + ShownKeys(row.keys));
     } else {
@@ -253,8 +266,12 @@ void MainWindow::MakeCentre() {
   splitter_ = new PaneSplitter(centre);
   for (std::size_t i = 0; i < std::size(kPanes); ++i) {
     auto* pane = new PaneWidget(kPanes[i], station_, gate_, splitter_);
-    splitter_->AddPane(pane, kPaneParts[i]);
     panes_[i] = pane;
+    if (kPanes[i] == Pane::Labels) {
+      splitter_->AddLabels(pane, kAnalysisPane);
+    } else {
+      splitter_->AddPane(pane, kPaneParts[i]);
+    }
   }
   chart_ = new PaneWidget(Pane::Chart, station_, gate_, splitter_);
   splitter_->AddChart(chart_);
@@ -327,7 +344,12 @@ void MainWindow::Connect() {
   connect(&dialogs_, &QtWindow::KeyUnused, this, &MainWindow::UseKey);
   // The handler that asks to quit is still running: the window closes when it has returned.
   connect(&dialogs_, &QtWindow::QuitAsked, this, &QWidget::close, Qt::QueuedConnection);
-  for (PaneWidget* pane : {panes_[0], panes_[1], panes_[2], panes_[3], chart_}) {
+  std::vector<PaneWidget*> shown(panes_.begin(), panes_.end());
+  shown.push_back(chart_);
+  for (PaneWidget* pane : shown) {
+    connect(pane, &PaneWidget::FocusMoved, this, [this] {
+      if (renewal_ != nullptr) renewal_->start(0);
+    });
     connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
     connect(pane, &PaneWidget::HoverLeft, this, &MainWindow::ClearHover);
     connect(pane, &PaneWidget::Resized, this, &MainWindow::TakePaneWidth);
@@ -666,12 +688,20 @@ void MainWindow::FollowSound() {
   if (!playing && !recording.running()) soundTimer_->stop();
 }
 
+void MainWindow::ShowLabels() {
+  const bool shown = station_.markers.paneShown;
+  splitter_->ShowLabels(shown);
+  if (shown != preferences_.LabelsShown()) preferences_.SetLabelsShown(shown);
+}
+
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
+  ShowLabels();
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
     soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
-  hint_->SetText(QString::fromStdString(station_.view.Hint()));
+  const bool labelling = PaneOf(Pane::Labels).hasFocus() && station_.document.activity <= Activity::Waveform;
+  hint_->SetText(labelling ? kLabelHint.Get() : QString::fromStdString(station_.view.Hint()));
   if (status_->Text() == hint_->Text()) status_->SetText({});  // a tool that announces itself
   axis_->update();
   overview_->update();
@@ -685,6 +715,8 @@ void MainWindow::RenewActions() {
   const SoundDocument& document = station_.document;
   for (const auto& [number, action] : actions_) {
     action->setEnabled(states.IsEnabled(number));
+    if (const CommandRow* row = FindCommand(number); row->isOn != nullptr)
+      action->setChecked(row->isOn(station_));
     action->setToolTip(number == commands::kUndo && action->isEnabled()
                            ? UndoToolTip(document)
                            : QString::fromUtf8(states.MissingFor(number).Get()));

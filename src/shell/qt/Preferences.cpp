@@ -9,6 +9,7 @@ namespace {
 constexpr const char* kFolder = "folder";
 constexpr const char* kRecent = "recentFiles";
 constexpr const char* kLayout = "paneHeights";
+constexpr const char* kLabels = "labelPane";
 
 QString UserSettingsFile() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/parlowen/parlowen.ini";
@@ -44,5 +45,9 @@ void Preferences::AddRecentFile(const QString& path) {
 QByteArray Preferences::Layout() const { return settings_.value(kLayout).toByteArray(); }
 
 void Preferences::SetLayout(const QByteArray& state) { settings_.setValue(kLayout, state); }
+
+bool Preferences::LabelsShown() const { return settings_.value(kLabels, false).toBool(); }
+
+void Preferences::SetLabelsShown(bool shown) { settings_.setValue(kLabels, shown); }
 
 }  // namespace parlowen

@@ -18,6 +18,8 @@ class Preferences {
   void AddRecentFile(const QString& path);
   QByteArray Layout() const;  ///< the heights of the panes
   void SetLayout(const QByteArray& state);
+  bool LabelsShown() const;
+  void SetLabelsShown(bool shown);
 
   static constexpr int kMostRecentFiles = 9;
 

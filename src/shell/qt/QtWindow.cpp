@@ -246,8 +246,11 @@ std::optional<FileChoice> QtWindow::AskOpenFile(const FileDialog& dialog) { retu
 std::optional<FileChoice> QtWindow::AskSaveFile(const FileDialog& dialog) { return AskFile(dialog, true); }
 
 bool QtWindow::AskInput(InputForm& form) {
-  BeforeModal();
+  const bool inDrawing = form.place != nullptr && askInDrawing;
+  // What is labelled may go on playing.
+  if (!inDrawing) BeforeModal();
   const ActionGate::Hold hold(gate_);
+  if (inDrawing) return askInDrawing(form);
   FormDialog dialog(form, DialogParent());
   return dialog.exec() == QDialog::Accepted;
 }
