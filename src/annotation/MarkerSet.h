@@ -71,7 +71,8 @@ struct MarkerState {
   bool changed = false;  ///< since it was read or saved
   MarkerView view;
   bool windowOpen = false;
-  bool paneShown = false;  ///< the label pane of the main window
+  std::optional<std::int32_t> cursor{};  ///< of a running play
+  bool paneShown = false;                ///< the label pane of the main window
   std::optional<MarkerStep> step{};
   /// The set around the last edit of the sound, for its undo.
   MarkerSet beforeEdit, afterEdit;

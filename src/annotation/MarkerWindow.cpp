@@ -184,7 +184,14 @@ std::vector<ToolControl> MarkerWindow::Controls() const {
 
 Picture MarkerWindow::Draw(int, int height) const {
   pyramid_.Update(document_.Samples(), document_.samplesVersion);
-  return MarkersPicture(document_, pyramid_, state_.set, state_.view, height);
+  Picture picture = MarkersPicture(document_, pyramid_, state_.set, state_.view, height);
+  const std::int64_t after =
+      state_.cursor ? std::int64_t{*state_.cursor} - state_.view.start : -1;  // samples from the left edge
+  if (after >= 0 && after <= MarkerViewLength(state_.view, document_.sampleCount)) {
+    const int x = Scale().Column(*state_.cursor);
+    picture.Add(LineMark{{x, MarkerLayout(height).waveTop}, {x, height - 1}, colours::kCursor});
+  }
+  return picture;
 }
 
 Point MarkerWindow::PreferredSize() const { return {kPaneMargin + 1000 + kMarkerRightMargin, 520}; }

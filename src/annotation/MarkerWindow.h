@@ -53,6 +53,7 @@ class MarkerWindow : public ToolWindow {
   std::string Title() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
+  bool ShowsPlay() const override { return true; }
   Point PreferredSize() const override;
   void Resized(int width, int height) override;
   Point ClickOrigin() const override { return {0, MarkerLayout(height_).bandsTop}; }

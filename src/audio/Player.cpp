@@ -115,8 +115,10 @@ void Player::Fail(const std::string& text) {
   window_.Notify(FirstCharacters(text, kLongestError));
 }
 
-std::optional<int> Player::CursorSample() const {
-  if (closed_ || base_ != document_.samples.data()) return {};
+std::optional<int> Player::CursorSample() const { return CursorIn(document_.samples.data()); }
+
+std::optional<int> Player::CursorIn(const std::int16_t* base) const {
+  if (closed_ || base_ != base) return {};
   return mode_ == PlayMode::Reverse ? end_ - playbackPosition() : start_ + playbackPosition();
 }
 

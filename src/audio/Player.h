@@ -39,6 +39,8 @@ class Player {
 
   bool playing() const { return !closed_; }
 
+  /// Where in a buffer the play is; nothing when another one is played, or none.
+  std::optional<int> CursorIn(const std::int16_t* base) const;
   /// Where in the document the play is; nothing when another buffer is played, or none.
   std::optional<int> CursorSample() const;
 

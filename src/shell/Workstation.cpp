@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "annotation/AnnotationCommands.h"
 #include "base/Files.h"
@@ -176,6 +177,10 @@ void Workstation::ZoomTo(int start, int end) {
   Act([&] { view.ZoomTo(start, end); });
 }
 
+void Workstation::ZoomToSelection() {
+  Act([&] { view.ZoomToSelection(); });
+}
+
 void Workstation::SetPaneWidth(int width) { view.SetPaneWidth(width); }
 
 void Workstation::SetAnalysisHeight(int height) { view.analysisHeight = height; }
@@ -201,7 +206,9 @@ void Workstation::InputDevicesChanged() {
 }
 
 bool Workstation::MoveCursor() {
-  view.cursor = player.CursorSample();
+  const auto before = std::exchange(view.cursor, player.CursorSample());
+  markers.cursor = view.cursor;
+  view.FollowPlay(before);
   return player.playing();
 }
 
@@ -256,6 +263,7 @@ void Workstation::RenewDerived() {
     DropOldResults();
     seenSamples_ = document.samplesVersion;
     view.Reset();
+    view.ShowNewSound();
     window.Repaint();
     return;
   }

@@ -54,6 +54,7 @@ class Workstation : public Rooms {
   /// Doubles or halves the scale `steps` times about a column.
   void ZoomAt(Pane pane, int x, bool out, int steps);
   void ZoomTo(int start, int end);
+  void ZoomToSelection();
   /// Pixels of the panes, and of the analysis pane's height. A window can be resized while something is done.
   void SetPaneWidth(int width);
   void SetAnalysisHeight(int height);

@@ -52,7 +52,11 @@ std::vector<ToolControl> SynthesisWindow::Controls() const {
 }
 
 Picture SynthesisWindow::Draw(int width, int height) const {
-  return SynthesisPicture(desk_.state, present_, drawing_.points(), view_, width, height);
+  SynthesisView view = view_;
+  const SynthesisJob& job = desk_.state.job;
+  view.cursor = desk_.player.CursorIn(job.output.data());
+  if (const auto original = desk_.player.CursorSample()) view.cursor = *original - job.start;
+  return SynthesisPicture(desk_.state, present_, drawing_.points(), view, width, height);
 }
 
 void SynthesisWindow::Click(Window& window, Point at, MouseButton button, bool) {

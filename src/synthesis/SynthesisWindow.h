@@ -20,6 +20,7 @@ class SynthesisWindow : public ToolWindow {
   std::string Instructions() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
+  bool ShowsPlay() const override { return true; }
   void Click(Window& window, Point at, MouseButton button, bool shift) override;
   bool Key(Window& window, const std::string& key) override;
   void Press(Window& window, const ToolControl& control) override;

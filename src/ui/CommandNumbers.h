@@ -154,6 +154,9 @@ enum Number : int {
   // The label pane
   kShowLabels = 41052,
   kSaveLabels = 41053,
+  // How the view goes
+  kFollowPlay = 41054,
+  kChoosePitchSpan = 41055,
 };
 
 }  // namespace commands

@@ -60,6 +60,8 @@ class ToolWindow {
   }  ///< what to do here, under the drawing; "" for none
   /// Milliseconds until the window wants its next `Tick`; 0 while nothing moves by itself. A script does not wait:
   /// there all of them come at once.
+  /// True when the cursor of a running play is drawn here.
+  virtual bool ShowsPlay() const { return false; }
   virtual int TickMilliseconds() const { return 0; }
   virtual void Tick(Window&) {}
   /// Asked after each thing done in the window: true closes it.

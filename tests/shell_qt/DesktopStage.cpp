@@ -209,6 +209,8 @@ DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int pa
                 dialogs_ = dialogs.get();
                 return dialogs;
               }) {
+  // A script's view keeps its left edge.
+  Station().view.keepsToSound = Station().view.followsPlay = false;
   qApp->installEventFilter(this);
   window_.show();
   QApplication::setActiveWindow(&window_);

@@ -160,6 +160,9 @@ MainWindow::~MainWindow() { dialogs_.CloseAllToolWindows(); }
 
 void MainWindow::MakeMenus() {
   std::map<Menu, QMenu*> menus;
+  station_.view.keepsToSound = true;
+  station_.view.followsPlay = preferences_.FollowsPlay();
+  station_.view.pitchSpan = preferences_.PitchSpan();
   for (int i = 0; i <= static_cast<int>(Menu::Extension); ++i) {
     const Menu menu = static_cast<Menu>(i);
     if (menu == Menu::Tone) continue;
@@ -207,8 +210,7 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   add(kSelectEntry, "Ctrl+G", false, [this] { AskSelection(); });
   add(kZoomInEntry, "Ctrl++", false, [this] { station_.Zoom(false); });
   add(kZoomOutEntry, "Ctrl+-", false, [this] { station_.Zoom(true); });
-  add(kShowSelectionEntry, "Ctrl+E", true,
-      [this] { station_.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
+  add(kShowSelectionEntry, "Ctrl+E", true, [this] { station_.ZoomToSelection(); });
   add(kShowAllEntry, "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
   add(kCopyHoverEntry, "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
@@ -348,6 +350,7 @@ void MainWindow::Connect() {
   shown.push_back(chart_);
   for (PaneWidget* pane : shown) {
     connect(pane, &PaneWidget::FocusMoved, this, [this] {
+    if (station_.player.playing() && !soundTimer_->isActive()) soundTimer_->start();  // in a modal window too
       if (renewal_ != nullptr) renewal_->start(0);
     });
     connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
@@ -575,12 +578,13 @@ void MainWindow::AskSelection() {
   const bool defined = document.selectionDefined();
   const int start = defined ? document.selectionStart : document.viewStart;
   const int end = defined ? document.selectionEnd : document.viewStart + document.viewLength;
-  const auto edge = [rate](int control, UiText label, int at) {
+  const double first = document.PartStart() / rate;  // seconds count from the file's start
+  const auto edge = [&](int control, UiText label, int at) {
     FormField field;
     field.control = control;
     field.kind = FieldKind::Number;
     field.label = label;
-    field.value = QString::number(at / rate, 'f', 4).toStdString();
+    field.value = QString::number(first + at / rate, 'f', 4).toStdString();
     return field;
   };
   const auto unitChoice = [](UiText label, bool checked) {
@@ -595,9 +599,10 @@ void MainWindow::AskSelection() {
   form.fields = {edge(1000, messages::kSelectionStart, start), edge(1001, messages::kSelectionEnd, end),
                  unitChoice(messages::kSeconds, true), unitChoice(kSamplesUnit, false)};
   if (!dialogs_.AskInput(form)) return;
-  const double unit = form.CheckedIndex() == 0 ? rate : 1.0;
+  const bool seconds = form.CheckedIndex() == 0;
   const auto sample = [&](int control) {
-    const double value = QString::fromStdString(form.ValueOf(control)).toDouble() * unit + 0.5;
+    const double typed = QString::fromStdString(form.ValueOf(control)).toDouble();
+    const double value = (seconds ? (typed - first) * rate : typed) + 0.5;
     return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(document.sampleCount)));
   };
   station_.Select(sample(1000), sample(1001));
@@ -688,7 +693,7 @@ void MainWindow::FollowSound() {
   if (!playing && !recording.running()) soundTimer_->stop();
 }
 
-void MainWindow::ShowLabels() {
+void MainWindow::TakeOptions() {
   const bool shown = station_.markers.paneShown;
   splitter_->ShowLabels(shown);
   if (shown != preferences_.LabelsShown()) preferences_.SetLabelsShown(shown);
@@ -696,7 +701,9 @@ void MainWindow::ShowLabels() {
 
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
-  ShowLabels();
+  TakeOptions();
+  overview_->update();
+  dialogs_.UpdatePlay();
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
     soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
@@ -714,6 +721,10 @@ void MainWindow::RenewActions() {
   const CommandStates& states = station_.states;
   const SoundDocument& document = station_.document;
   for (const auto& [number, action] : actions_) {
+  const bool follows = station_.view.followsPlay;
+  if (follows != preferences_.FollowsPlay()) preferences_.SetFollowsPlay(follows);
+  const PitchSpanChoice& range = station_.view.pitchSpan;
+  if (!(range == preferences_.PitchSpan())) preferences_.SetPitchSpan(range);
     action->setEnabled(states.IsEnabled(number));
     if (const CommandRow* row = FindCommand(number); row->isOn != nullptr)
       action->setChecked(row->isOn(station_));
@@ -742,7 +753,9 @@ void MainWindow::RenewActions() {
 void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
   hoverPane_ = pane;
   hoverAt_ = at;
-  const MainView& view = station_.view;
+  MainView& view = station_.view;
+  view.pointer.reset();
+  if (pane != chart_) view.pointer = {pane->pane(), at.x()};
   const int sample = view.SampleAt(pane->pane(), at.x());
   const bool sound = station_.document.sampleCount > 0;
   const bool overTime = pane != chart_ || at.y() < PaneWidget::kChartStripBottom;
@@ -778,6 +791,7 @@ void MainWindow::RenewRecentFiles() {
   recentMenu_->clear();
   int number = 0;
   for (const QString& path : preferences_.RecentFiles()) {
+  station_.view.pointer.reset();
     const QString shown = fontMetrics().elidedText(path, Qt::ElideMiddle, 500).replace('&', "&&");
     QAction* action = recentMenu_->addAction(QString("&%1  %2").arg(++number).arg(shown));
     connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });

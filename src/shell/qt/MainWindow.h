@@ -121,7 +121,8 @@ class MainWindow : public QMainWindow {
   void RenewExportFolder();
   void ShowExportNotice();
   void ShowChart(bool shown);
-  void ShowLabels();
+  /// What the commands of the options have changed: shown and remembered.
+  void TakeOptions();
   bool UseKey(const std::string& key);
 
   Preferences& preferences_;

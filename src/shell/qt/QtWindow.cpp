@@ -321,6 +321,11 @@ void QtWindow::CloseAllToolWindows() {
 
 void QtWindow::ToolClosed(ToolWidget* widget) {
   const auto at =
+void QtWindow::UpdatePlay() const {
+  for (const OpenTool& open : tools_) open.widget->UpdatePlay();
+  for (const ToolWidget* widget : modalTools_) widget->UpdatePlay();
+}
+
       std::find_if(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == widget; });
   if (at == tools_.end()) return;
   std::unique_ptr<ToolWindow> tool = std::move(at->tool);

@@ -58,6 +58,8 @@ class QtWindow : public QObject, public Window {
   int FilesSaved() const { return filesSaved_; }
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
+  /// The cursor of a play has moved.
+  void UpdatePlay() const;
 
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;

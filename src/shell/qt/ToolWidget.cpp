@@ -154,6 +154,10 @@ void ToolWidget::Renew() {
       controls.begin(), controls.end(), controls_.begin(), controls_.end(),
       [](const ToolControl& a, const ToolControl& b) { return a.number == b.number && a.text == b.text; });
   controls_ = controls;
+void ToolWidget::UpdatePlay() const {
+  if (tool_ != nullptr && tool_->ShowsPlay()) canvas_->update();
+}
+
   if (!same) MakeButtons(controls);
   for (std::size_t i = 0; i < controls.size(); ++i) {
     buttons_[i]->setEnabled(controls[i].enabled);
