@@ -50,6 +50,8 @@ constexpr UiText kZoomInEntry = "放大(&I)";
 constexpr UiText kZoomOutEntry = "缩小(&O)";
 constexpr UiText kShowSelectionEntry = "显示选定的段(&E)";
 constexpr UiText kShowAllEntry = "显示整个声音(&W)";
+constexpr UiText kFullScreenEntry = "全屏(&U)";
+constexpr UiText kRecordingName = "录音";
 constexpr UiText kCopyHoverEntry = "复制读数(&C)";
 constexpr UiText kToolBar = "工具栏";
 constexpr UiText kNoRecentFiles = "（无）";
@@ -94,6 +96,19 @@ constexpr char kMenuLetters[] = {'F', 'R', 'P', 'S', 'S', 'V', 'E', 'U', 'D', 'M
 
 QString MenuTitle(Menu menu) {
   return QString("%1(&%2)").arg(MenuName(menu).Get()).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
+}
+
+/// Long menus have a line before these.
+bool BeginsGroup(int command) {
+  constexpr int kFirst[] = {
+      kOpenNextDigit,    kOpenIpa,           kQuit,           kPlayWhole,        kResynthesize,
+      kRepairPitch,      kSaveSegmentPitch,  kFiveDegreePlot, kAddDuration,      kShowFrame,
+      kLongTermSpectrum, kConsonantOneFrame, kSaveFormants,   kPointChart,       kShowAverageVowels,
+      kSaveChart,        kAddPointByHand,    kPalateIndex,    kPalateStatistics, kSaveIpa,
+      kOpenTwoChannels,  kSaveTwoChannels,   kAmplify,        kSaveSelection,    kFilterSegment,
+      kInsertCharacters, kEditMarkers,       kChooseToneItem, kShowToneData,     kShowLabels,
+      kImportLabelTrack, kExportPitchTier,   kExportPitchCsv, kExportStereoWav,  kExportTonesCsv};
+  return std::find(std::begin(kFirst), std::end(kFirst), command) != std::end(kFirst);
 }
 
 /// Entries of the panes' own menus that save what is seen there.
@@ -145,6 +160,9 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
     return taken;
   };
   dialogs_.nameFor = [this](const FileKind& kind) { return NameFor(kind); };
+  station_.view.keepsToSound = true;
+  station_.view.followsPlay = preferences_.FollowsPlay();
+  station_.view.pitchSpan = preferences_.PitchSpan();
   station_.markers.paneShown = preferences_.LabelsShown();
   splitter_->ShowLabels(station_.markers.paneShown);
   splitter_->RestoreHeights(preferences_.Layout());
@@ -160,9 +178,6 @@ MainWindow::~MainWindow() { dialogs_.CloseAllToolWindows(); }
 
 void MainWindow::MakeMenus() {
   std::map<Menu, QMenu*> menus;
-  station_.view.keepsToSound = true;
-  station_.view.followsPlay = preferences_.FollowsPlay();
-  station_.view.pitchSpan = preferences_.PitchSpan();
   for (int i = 0; i <= static_cast<int>(Menu::Extension); ++i) {
     const Menu menu = static_cast<Menu>(i);
     if (menu == Menu::Tone) continue;
@@ -176,6 +191,7 @@ void MainWindow::MakeMenus() {
       menus[row.menu]->setToolTipsVisible(true);
     }
     QMenu& menu = *menus[row.menu];
+    if (BeginsGroup(row.number)) menu.addSeparator();
     QAction* action = menu.addAction(WithUniqueMnemonic(QString::fromUtf8(row.label.Get()), menu));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
     action->setCheckable(row.isOn != nullptr);
@@ -214,6 +230,10 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   add(kShowAllEntry, "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
   add(kCopyHoverEntry, "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
+  menu.addSeparator();
+  QAction* full = menu.addAction(kFullScreenEntry.Get());
+  full->setShortcut(QKeySequence(Qt::Key_F11));
+  connect(full, &QAction::triggered, this, [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
 }
 
 void MainWindow::MakePictureMenu(QMenu& menu, PaneWidget& pane) {
@@ -330,6 +350,7 @@ void MainWindow::Connect() {
   soundTimer_->setInterval(kSoundMilliseconds);
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
+    if (station_.player.playing() && !soundTimer_->isActive()) soundTimer_->start();  // in a modal window too
     if (level != 0) return;
     Renew();
     ShowExportNotice();
@@ -350,7 +371,6 @@ void MainWindow::Connect() {
   shown.push_back(chart_);
   for (PaneWidget* pane : shown) {
     connect(pane, &PaneWidget::FocusMoved, this, [this] {
-    if (station_.player.playing() && !soundTimer_->isActive()) soundTimer_->start();  // in a modal window too
       if (renewal_ != nullptr) renewal_->start(0);
     });
     connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
@@ -425,7 +445,9 @@ void MainWindow::OpenFiles(const QStringList& paths) {
 /// The sound's name with the kind's ending; for a sound, the next name of its series.
 std::string MainWindow::NameFor(const FileKind& kind) const {
   const SoundDocument& document = station_.document;
-  if (document.filePath.empty() || *kind.extension == '\0') return {};
+  if (*kind.extension == '\0') return {};
+  if (document.filePath.empty())
+    return document.sampleCount > 0 ? std::string(kRecordingName) + "." + kind.extension : std::string();
   if (std::string_view(kind.extension) == FileKindNamed("wav").extension)
     return FileNameOf(document.nextDigitPath);
   const QFileInfo sound(QString::fromStdString(document.filePath));
@@ -680,6 +702,8 @@ void MainWindow::ShowChart(bool shown) {
 void MainWindow::FollowSound() {
   const bool playing = station_.MoveCursor();
   for (PaneWidget* pane : panes_) pane->FollowCursor();
+  overview_->update();
+  dialogs_.UpdatePlay();
   const Recorder& recording = station_.recording;
   if (recording.running() == meter_->isHidden()) {
     meter_->Clear();
@@ -697,13 +721,15 @@ void MainWindow::TakeOptions() {
   const bool shown = station_.markers.paneShown;
   splitter_->ShowLabels(shown);
   if (shown != preferences_.LabelsShown()) preferences_.SetLabelsShown(shown);
+  const bool follows = station_.view.followsPlay;
+  if (follows != preferences_.FollowsPlay()) preferences_.SetFollowsPlay(follows);
+  const PitchSpanChoice& range = station_.view.pitchSpan;
+  if (!(range == preferences_.PitchSpan())) preferences_.SetPitchSpan(range);
 }
 
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
   TakeOptions();
-  overview_->update();
-  dialogs_.UpdatePlay();
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
     soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
@@ -721,10 +747,6 @@ void MainWindow::RenewActions() {
   const CommandStates& states = station_.states;
   const SoundDocument& document = station_.document;
   for (const auto& [number, action] : actions_) {
-  const bool follows = station_.view.followsPlay;
-  if (follows != preferences_.FollowsPlay()) preferences_.SetFollowsPlay(follows);
-  const PitchSpanChoice& range = station_.view.pitchSpan;
-  if (!(range == preferences_.PitchSpan())) preferences_.SetPitchSpan(range);
     action->setEnabled(states.IsEnabled(number));
     if (const CommandRow* row = FindCommand(number); row->isOn != nullptr)
       action->setChecked(row->isOn(station_));
@@ -769,6 +791,7 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
 }
 
 void MainWindow::ClearHover() {
+  station_.view.pointer.reset();
   for (PaneWidget* pane : panes_) pane->ShowHover({});
   if (station_.pitch.repair.pointer) PaneOf(Pane::Analysis).update();
   station_.PointAtRepair({});
@@ -791,7 +814,6 @@ void MainWindow::RenewRecentFiles() {
   recentMenu_->clear();
   int number = 0;
   for (const QString& path : preferences_.RecentFiles()) {
-  station_.view.pointer.reset();
     const QString shown = fontMetrics().elidedText(path, Qt::ElideMiddle, 500).replace('&', "&&");
     QAction* action = recentMenu_->addAction(QString("&%1  %2").arg(++number).arg(shown));
     connect(action, &QAction::triggered, this, [this, path] { OpenFile(path); });
