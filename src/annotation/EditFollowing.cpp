@@ -94,6 +94,8 @@ void FollowEdit(const PlacedThings& things, const Edit& edit, const SoundDocumen
     MoveWithUndo(things.markers, things.markers.set, move);
     ScrollMarkersTo(things.markers.view, things.markers.view.start, document.sampleCount);
     things.markers.sound = document.Stamp();
+    things.markers.step.reset();  // its places are those of the old sound
+    things.markers.view.chosen.reset();
   }
   if (things.annotations.sound == edit.soundBefore) {
     MoveWithUndo(things.annotations, things.annotations.items, move);

@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <optional>
+#include <span>
 
 #include "annotation/MarkerSet.h"
 #include "ui/Text.h"
@@ -8,16 +9,19 @@
 namespace parlowen {
 
 inline constexpr UiText kMarkersFull = "标志数已达20，不能再加！";
+inline constexpr UiText kMarkerNear = "此处已有标志，不能加！";
 inline constexpr UiText kNoMarkerForLabel = "没有标志，不能加标注！";
 inline constexpr UiText kNoLabel = "没有标注文字！不能删";
 
-/// Samples and columns of the marker window. The waveform begins at column 20.
+/// Samples and columns of the marker window, or of a pane of the main window. Both begin at column 20.
 struct MarkerScale {
   std::int32_t start = 0;        ///< sample at column 20
   std::int32_t sampleCount = 0;  ///< of the sound
   double samplesPerPixel = 0;    ///< sampleCount / columns / d
 
   MarkerScale(const MarkerView& view, std::int32_t count);
+  MarkerScale(std::int32_t first, std::int32_t count, double perPixel)
+      : start(first), sampleCount(count), samplesPerPixel(perPixel) {}
 
   /// trunc((position − start) / samplesPerPixel) + 20. Truncated, not rounded down: positions less than a
   /// column left of the start stand at column 20.
@@ -51,6 +55,20 @@ MarkerOutcome AddMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPo
 /// there.
 MarkerOutcome DeleteMarker(MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
 
+/// The same for the marker at exactly that sample.
+MarkerOutcome DeleteMarkerAt(MarkerSet& set, int band, std::int32_t position);
+
+/// The nearest marker drawn less than 3 columns away.
+std::optional<std::int32_t> MarkerNear(const MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
+
+/// Moves the marker at `from` with the edges of the labels that stand on it, at most up to a sample beside the
+/// markers next to it and inside the sound. Returns where it stands; `from` when there is none.
+std::int32_t MoveMarker(MarkerSet& set, int band, std::int32_t from, std::int32_t to,
+                        std::int32_t sampleCount);
+
+/// The sample nearest to `at`, at most `reach` away, before which the wave crosses zero; `at` when there is none.
+std::int32_t NearestZeroCrossing(std::span<const std::int16_t> samples, std::int32_t at, std::int32_t reach);
+
 /// The marker at or left of the sample, or 0, and the one right of it, or the sample count.
 struct MarkerStretch {
   std::int32_t start = 0, end = 0;
@@ -67,6 +85,13 @@ LabelPlace PlaceOfLabel(const MarkerSet& set, const MarkerScale& scale, const Ma
 
 /// Adds the label as the band's last. False when the band holds 20.
 bool AppendLabel(MarkerSet& set, int band, MarkerLabel label);
+
+/// The label at the point, among those of its band: the nearest point label less than 3 columns away, else the
+/// first on the stretch around it; −1 for none.
+int FindLabel(const MarkerSet& set, const MarkerScale& scale, const MarkerPoint& at);
+/// The label of exactly that place; −1 for none.
+int LabelOn(const MarkerSet& set, const ChosenPlace& place);
+void RemoveLabel(MarkerSet& set, int band, int index);
 
 /// Removes the nearest point label less than 3 columns away, else the label of the stretch around the point,
 /// and closes up. Of several on one place the first goes.

@@ -1,6 +1,7 @@
 #pragma once
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 
@@ -38,14 +39,29 @@ struct MarkerSet {
 /// What a click in the bands does.
 enum class MarkerTool { None, AddMarker, DeleteMarker, AddLabel, DeleteLabel, PlayStretch, SaveStretch };
 
-/// What the marker window shows, and the tool in hand.
+/// A marker (start = end) or a stretch between two of a band.
+struct ChosenPlace {
+  int band = 0;
+  std::int32_t start = 0, end = 0;
+  bool operator==(const ChosenPlace&) const = default;
+};
+
+/// What the marker window shows, and the tool in hand. The label pane shares the band.
 struct MarkerView {
   MarkerTool tool = MarkerTool::None;
-  std::string instruction{};  ///< the line about the last button
-  int band = 0;               ///< 0..3, the one worked on last
-  std::int32_t start = 0;     ///< sample at the left edge
-  int zoom = 1;               ///< the divisor d, a power of two
-  int columns = 1000;         ///< pixels of the waveform
+  std::string instruction{};              ///< the line about the last button
+  int band = 0;                           ///< 0..3, the one worked on last
+  std::int32_t start = 0;                 ///< sample at the left edge
+  int zoom = 1;                           ///< the divisor d, a power of two
+  int columns = 1000;                     ///< pixels of the waveform
+  std::optional<ChosenPlace> chosen{};    ///< what the label pane has in hand
+  std::optional<std::int32_t> clicked{};  ///< where in the chosen stretch it was clicked
+};
+
+/// The last step of work on a set, to be taken back. Moves of one marker, one after the other, are one step.
+struct MarkerStep {
+  MarkerSet before, after;
+  bool moves = false;  ///< the next move belongs to it
 };
 
 /// The marker set with what belongs to it beside its file.
@@ -55,8 +71,17 @@ struct MarkerState {
   bool changed = false;  ///< since it was read or saved
   MarkerView view;
   bool windowOpen = false;
+  std::optional<std::int32_t> cursor{};  ///< of a running play
+  bool paneShown = false;                ///< the label pane of the main window
+  std::optional<MarkerStep> step{};
   /// The set around the last edit of the sound, for its undo.
   MarkerSet beforeEdit, afterEdit;
+
+  /// To be called after each change of the set by hand, with what it was.
+  void Changed(const MarkerSet& before, bool moves = false);
+  /// Takes the last step back; false when there is none, or something else has changed the set since.
+  bool UndoStep();
+  bool CanUndoStep() const { return step && step->after == set; }
 };
 
 }  // namespace parlowen

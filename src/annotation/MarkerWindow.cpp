@@ -71,10 +71,11 @@ int IndexOf(MarkerTool tool) { return static_cast<int>(tool) - 1; }
 
 /// Takes the file's markers into the state. Returns what is to be said about the file, "" when nothing.
 std::string ReadMarkers(const SoundDocument& document, MarkerState& state) {
-  const bool open = state.windowOpen;
+  const bool open = state.windowOpen, shown = state.paneShown;
   const int columns = state.view.columns;
   state = {};
   state.windowOpen = open;
+  state.paneShown = shown;
   state.view.columns = columns;
   state.sound = document.Stamp();
   if (document.filePath.empty()) return {};
@@ -92,12 +93,19 @@ void Open(Window& window, const SoundDocument& document, MarkerState& state, con
   state.windowOpen = true;  // one that was open before has closed
 }
 
-/// The text of a new label; "" when there is to be none. Characters that cannot be stored keep the dialog
-/// open.
-std::string AskLabelText(Window& window) {
-  InputForm form = OneFieldForm(kLabelTitle, kLabelPrompt, "", FieldKind::Text);
+/// Reads the markers of a sound that is seen for the first time, for what shows them all the time.
+void ReadShown(Window& window, const SoundDocument& document, MarkerState& state) {
+  const std::string notice = ReadMarkers(document, state);
+  if (!notice.empty()) window.ShowStatus(notice);
+}
+
+}  // namespace
+
+std::optional<std::string> AskLabelText(Window& window, const std::string& present, FormPlace* place) {
+  InputForm form = OneFieldForm(kLabelTitle, kLabelPrompt, present, FieldKind::Text);
   form.fields[0].maxGbkBytes = kMarkerLabelBytes;
   form.fields[0].phonetic = true;
+  form.place = place;
   while (window.AskInput(form)) {
     const std::string& text = form.ValueOf(kFirstField);
     const std::string gbk = IpaToGbk(text);
@@ -107,21 +115,23 @@ std::string AskLabelText(Window& window) {
   return {};
 }
 
-}  // namespace
-
 void OpenMarkerWindow(Window& window, const SoundDocument& document, MarkerState& state,
                       const PlayStretch& play) {
   const std::string notice = ReadMarkers(document, state);
   Open(window, document, state, play);
+  if (state.paneShown) window.Repaint(Pane::Labels);
   if (!notice.empty()) window.ShowStatus(notice);
 }
 
 void ShowMarkers(Window& window, const SoundDocument& document, MarkerState& state, const PlayStretch& play) {
   state.sound = document.Stamp();
   state.changed = true;
+  state.step.reset();
+  state.view.chosen.reset();
   if (state.windowOpen) return window.Repaint();
   state.view = {};
   Open(window, document, state, play);
+  if (state.paneShown) window.Repaint(Pane::Labels);
 }
 
 bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& state) {
@@ -145,14 +155,16 @@ void EnsureMarkersRead(const SoundDocument& document, MarkerState& state) {
   if (state.sound != document.Stamp()) ReadMarkers(document, state);
 }
 
+void ShowLabelPane(Window& window, const SoundDocument& document, MarkerState& state, bool shown) {
+  state.paneShown = shown;
+  if (shown && state.sound != document.Stamp()) ReadShown(window, document, state);
+  window.Repaint();
+}
+
 void DropOldMarkers(Window& window, const SoundDocument& document, MarkerState& state) {
   if (state.sound == document.Stamp()) return;
-  if (!state.windowOpen) {
-    state = {};
-    return;
-  }
-  const std::string notice = ReadMarkers(document, state);
-  if (!notice.empty()) window.ShowStatus(notice);
+  if (state.windowOpen || state.paneShown) return ReadShown(window, document, state);
+  state = {};
 }
 
 MarkerWindow::MarkerWindow(const SoundDocument& document, MarkerState& state, const PlayStretch& play)
@@ -172,7 +184,14 @@ std::vector<ToolControl> MarkerWindow::Controls() const {
 
 Picture MarkerWindow::Draw(int, int height) const {
   pyramid_.Update(document_.Samples(), document_.samplesVersion);
-  return MarkersPicture(document_, pyramid_, state_.set, state_.view, height);
+  Picture picture = MarkersPicture(document_, pyramid_, state_.set, state_.view, height);
+  const std::int64_t after =
+      state_.cursor ? std::int64_t{*state_.cursor} - state_.view.start : -1;  // samples from the left edge
+  if (after >= 0 && after <= MarkerViewLength(state_.view, document_.sampleCount)) {
+    const int x = Scale().Column(*state_.cursor);
+    picture.Add(LineMark{{x, MarkerLayout(height).waveTop}, {x, height - 1}, colours::kCursor});
+  }
+  return picture;
 }
 
 Point MarkerWindow::PreferredSize() const { return {kPaneMargin + 1000 + kMarkerRightMargin, 520}; }
@@ -266,12 +285,13 @@ void MarkerWindow::Act(Window& window, const MarkerPoint& at) {
   if (document_.sampleCount == 0) return;
   state_.view.band = at.band;
   const MarkerStretch stretch = StretchAt(state_.set, at, document_.sampleCount);
+  const MarkerSet before = state_.set;
   switch (state_.view.tool) {
     case MarkerTool::None: return;
-    case MarkerTool::AddMarker: return Take(window, AddMarker(state_.set, Scale(), at));
-    case MarkerTool::DeleteMarker: return Take(window, DeleteMarker(state_.set, Scale(), at));
+    case MarkerTool::AddMarker: return Take(window, before, AddMarker(state_.set, Scale(), at));
+    case MarkerTool::DeleteMarker: return Take(window, before, DeleteMarker(state_.set, Scale(), at));
     case MarkerTool::AddLabel: return LabelAt(window, at);
-    case MarkerTool::DeleteLabel: return Take(window, DeleteLabel(state_.set, Scale(), at));
+    case MarkerTool::DeleteLabel: return Take(window, before, DeleteLabel(state_.set, Scale(), at));
     case MarkerTool::PlayStretch:
       if (play_ && stretch.start < stretch.end) play_(window, stretch.start, stretch.end);
       return;
@@ -279,19 +299,21 @@ void MarkerWindow::Act(Window& window, const MarkerPoint& at) {
   }
 }
 
-void MarkerWindow::Take(Window& window, const MarkerOutcome& outcome) {
+void MarkerWindow::Take(Window& window, const MarkerSet& before, const MarkerOutcome& outcome) {
   if (outcome.refusal) window.Notify(*outcome.refusal);
   if (!outcome.changed) return;
-  state_.changed = true;
+  state_.Changed(before);
   window.Repaint();
 }
 
 void MarkerWindow::LabelAt(Window& window, const MarkerPoint& at) {
   const LabelPlace place = PlaceOfLabel(state_.set, Scale(), at);
   if (place.refusal) return window.Notify(*place.refusal);
-  const std::string text = AskLabelText(window);
-  if (!text.empty())
-    Take(window, {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), {}});
+  const std::string text = AskLabelText(window, "", nullptr).value_or("");
+  if (text.empty()) return;
+  const MarkerSet before = state_.set;
+  Take(window, before,
+       {AppendLabel(state_.set, at.band, {place.stretch.start, place.stretch.end, text}), {}});
 }
 
 void MarkerWindow::SaveStretch(Window& window, MarkerStretch stretch) {

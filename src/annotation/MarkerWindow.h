@@ -7,6 +7,7 @@
 #include "annotation/MarkerBands.h"
 #include "annotation/MarkerSet.h"
 #include "document/SoundDocument.h"
+#include "ui/InputForm.h"
 #include "ui/Window.h"
 
 namespace parlowen {
@@ -30,8 +31,15 @@ bool SaveMarkers(Window& window, const SoundDocument& document, MarkerState& sta
 /// Reads the marker file beside the sound without a word, unless the set is this sound's already.
 void EnsureMarkersRead(const SoundDocument& document, MarkerState& state);
 
-/// To be called when another sound is there: drops the set of the old one. An open window goes on with the
-/// markers of the new sound, so that saving does not overwrite a file nobody has seen.
+/// Shows or hides the label pane. It begins with the set as it is, or with the marker file beside the sound.
+void ShowLabelPane(Window& window, const SoundDocument& document, MarkerState& state, bool shown);
+
+/// Asks for the text of a label: `present` at first, in the drawing itself where there is a place. "" for none;
+/// nothing when it was cancelled. Characters that cannot be stored keep the question open.
+std::optional<std::string> AskLabelText(Window& window, const std::string& present, FormPlace* place);
+
+/// To be called when another sound is there: drops the set of the old one. An open window, and a pane that is
+/// shown, go on with the markers of the new sound, so that saving does not overwrite a file nobody has seen.
 void DropOldMarkers(Window& window, const SoundDocument& document, MarkerState& state);
 
 /// Markers in four bands under the waveform, with labels; see the instruction of each tool. Keys: S and X
@@ -45,6 +53,7 @@ class MarkerWindow : public ToolWindow {
   std::string Title() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
+  bool ShowsPlay() const override { return true; }
   Point PreferredSize() const override;
   void Resized(int width, int height) override;
   Point ClickOrigin() const override { return {0, MarkerLayout(height_).bandsTop}; }
@@ -68,7 +77,7 @@ class MarkerWindow : public ToolWindow {
   /// Does with the place what the tool says.
   void Act(Window& window, const MarkerPoint& at);
   void AskPlace(Window& window);
-  void Take(Window& window, const MarkerOutcome& outcome);
+  void Take(Window& window, const MarkerSet& before, const MarkerOutcome& outcome);
   void LabelAt(Window& window, const MarkerPoint& at);
   void SaveStretch(Window& window, MarkerStretch stretch);
 

@@ -40,14 +40,16 @@ Player::~Player() {
   if (!closed_) output_->Close();
 }
 
-int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate) {
+int Player::startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate,
+                          PlayRefusal where) {
   stopPlayback();
   if (start < 0 || end <= start || base == nullptr) return -1;
   const std::string refusal = output_ != nullptr
                                   ? output_->Open(sampleRate > 0 ? sampleRate : document_.sampleRate)
                                   : std::string(kNoLoudspeaker);
   if (output_ == nullptr || !refusal.empty()) {
-    window_.Notify(FirstCharacters(refusal, kLongestError));
+    const std::string said = FirstCharacters(refusal, kLongestError);
+    where == PlayRefusal::InBox ? window_.Notify(said) : window_.ShowStatus(said);
     return -1;
   }
   base_ = base;
@@ -113,8 +115,10 @@ void Player::Fail(const std::string& text) {
   window_.Notify(FirstCharacters(text, kLongestError));
 }
 
-std::optional<int> Player::CursorSample() const {
-  if (closed_ || base_ != document_.samples.data()) return {};
+std::optional<int> Player::CursorSample() const { return CursorIn(document_.samples.data()); }
+
+std::optional<int> Player::CursorIn(const std::int16_t* base) const {
+  if (closed_ || base_ != base) return {};
   return mode_ == PlayMode::Reverse ? end_ - playbackPosition() : start_ + playbackPosition();
 }
 

@@ -11,6 +11,8 @@
 namespace parlowen {
 
 enum class PlayMode { Forward = 1, Reverse = 2 };
+/// Where a play that cannot begin says why. A box stands in the way of one who only goes through a sound.
+enum class PlayRefusal { InBox, InStatusLine };
 
 /// Plays one stretch of samples at a time at the document's rate. It shows the status lines of a play and
 /// tells the command states while one runs; the document's samples are never changed.
@@ -26,7 +28,8 @@ class Player {
   /// base[end], which must exist, and ends with base[start + 1]. 0, or −1 after a failure, which is shown; a
   /// stretch without a sample is −1 and shows nothing. The samples stay where they are until the play ends. They
   /// have `sampleRate`, or with 0 the document's.
-  int startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate = 0);
+  int startPlayback(int start, int end, PlayMode mode, const std::int16_t* base, int sampleRate = 0,
+                    PlayRefusal refusal = PlayRefusal::InBox);
 
   /// Samples played so far.
   int playbackPosition() const;
@@ -36,6 +39,8 @@ class Player {
 
   bool playing() const { return !closed_; }
 
+  /// Where in a buffer the play is; nothing when another one is played, or none.
+  std::optional<int> CursorIn(const std::int16_t* base) const;
   /// Where in the document the play is; nothing when another buffer is played, or none.
   std::optional<int> CursorSample() const;
 

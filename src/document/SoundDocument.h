@@ -121,6 +121,8 @@ class SoundDocument {
   /// To be called when the contour was written to a file.
   void ContourSaved() { savedPitch = pitch; }
   /// True when the file at `filePath` would lose something if the document took its place.
+  /// Samples of its file before the loaded part; 0 for a whole file.
+  int PartStart() const { return longFileSeconds > 0 ? longFileStart : 0; }
   bool IsPartOfFile() const { return !filePath.empty() && (partOfFile || (fileTwoChannel && !twoChannel)); }
   /// All values −1.0, no contour present; the backup too.
   void resetPitch();

@@ -238,6 +238,23 @@ void CopyRegion(Rooms& w) { w.window.CopyRegion(w.view.region); }
 void ShowHelp(Rooms& w) { OpenHelp(w.window, w.dataFolder, w.document.activity); }
 void ShowAbout(Rooms& w) { w.window.ShowMessage(AboutText(), kProgramCaption, Icon::None); }
 
+// --- The view
+
+void FollowPlay(Rooms& w) { w.view.followsPlay = !w.view.followsPlay; }
+void ChoosePitchSpan(Rooms& w) {
+  if (AskPitchSpan(w.window, w.view.pitchSpan)) w.window.Repaint(Pane::Pitch);
+}
+bool FollowsPlay(const Rooms& w) { return w.view.followsPlay; }
+
+// --- Labels
+
+void ShowLabels(Rooms& w) { ShowLabelPane(w.window, w.document, w.markers, !w.markers.paneShown); }
+bool LabelsShown(const Rooms& w) { return w.markers.paneShown; }
+void SaveLabels(Rooms& w) {
+  EnsureMarkersRead(w.document, w.markers);
+  SaveMarkers(w.window, w.document, w.markers);
+}
+
 constexpr Needs kNothing;
 constexpr Needs kSound = Need::Sound;
 constexpr Needs kLong = Need::Sound | Need::LongSound;
@@ -395,6 +412,10 @@ constexpr CommandRow kRows[] = {
     {kSpectrumWithWaveform, Menu::Extension, "谱图窗口[&P]", "", kPlain, kPicture, SpectrumWithWaveform},
     {kSpectrumAlone, Menu::Extension, "单谱图窗口[&G]", "", kPlain, kPicture, SpectrumAlone},
     {kMeasureLabels, Menu::Extension, "测量标注段[&M]", "", kPlain, Need::Samples, MeasureLabels},
+    {kShowLabels, Menu::Extension, "显示标注窗[&L]", "", kPlain, kSound, ShowLabels, LabelsShown},
+    {kSaveLabels, Menu::Extension, "保存标志和标注[&K]", "", kPlain, kSound, SaveLabels},
+    {kFollowPlay, Menu::Extension, "跟随放音[&F]", "", kPlain, kSound, FollowPlay, FollowsPlay},
+    {kChoosePitchSpan, Menu::Extension, "基频显示范围[&H]", "", kPlain, kSound, ChoosePitchSpan},
     {kImportTextGrid, Menu::Exchange, "导入TextGrid文件[&T]", "", kReplacesLabels, Need::Samples,
      ImportTextGrid},
     {kExportTextGrid, Menu::Exchange, "导出TextGrid文件[&G]", "", kPlain, Need::Samples, ExportTextGrid},

@@ -78,6 +78,8 @@ struct CommandRow {
   DoesSet does;
   Needs need;  ///< when it can be chosen, and what to say when it cannot
   CommandHandler run;
+  /// Of an option: whether it is on, for the tick beside it. Null for the others.
+  bool (*isOn)(const Rooms&) = nullptr;
 };
 
 /// Every command in the order of the menus.

@@ -45,7 +45,22 @@ constexpr UiText kSoundHint = "左键：起点，右键：终点，拖动：选�
 constexpr UiText kWaitingHint = "正在录音：听到语音后开始保存；T 键：停止录音";
 constexpr UiText kRecordingHint = "正在录音：声音正在保存；T 键：停止录音";
 constexpr UiText kGainTestHint = "正在测试录音增益：请保持安静，约 4 秒；T 键：提前结束";
+constexpr UiText kPartOfFile = "      文件的 %d–%d s / %d s";
 constexpr double kSemitonesPerOctave = 12.0, kLowestTone = 64.0;
+
+/// The finest scale that shows the whole stretch.
+int ScaleFor(const SoundDocument& document, int start, int end) {
+  const int columns = std::max(1, document.paneWidth - kPaneMargin);
+  return std::clamp((end - start + columns - 1) / columns, 1, kLargestSamplesPerPixel);
+}
+
+/// The part of a long file that is loaded, and the file's length; "" for a whole file.
+std::string PartText(const SoundDocument& document) {
+  if (document.longFileSeconds <= 0) return {};
+  const int rate = std::max(1, document.sampleRate);
+  const int last = static_cast<int>((std::int64_t{document.longFileStart} + document.sampleCount) / rate);
+  return Format(kPartOfFile.Get(), document.longFileStart / rate, last, document.longFileSeconds);
+}
 
 /// Level in dB of the 10 ms around a sample's place on the level curve.
 double LevelAt(const SoundDocument& document, int sample) {
@@ -71,7 +86,9 @@ MainView::MainView(Window& window, SoundDocument& document, CommandStates& state
 SampleScale MainView::ScaleOf(Pane pane) const {
   if (pane == Pane::Analysis && AnalysisShowsOwnStretch())
     return spectrogram_.stretch.Pane(document_.paneWidth);
-  return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
+  // The labels stand under the waveform and over its axis.
+  const bool asWaveform = pane == Pane::Waveform || pane == Pane::Labels;
+  return asWaveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
 }
 
 bool MainView::AnalysisShowsOwnStretch() const {
@@ -114,6 +131,7 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
   if (button == MouseButton::Left && document_.activity == Activity::Annotation && pane == Pane::Analysis &&
       annotations != nullptr)
     return InsertAnnotation(window_, document_, *annotations, sample);
+  if (pane == Pane::Labels) return LabelClick(Labels(), at, button, shift);
   if (button == MouseButton::Left && document_.activity == Activity::Characters && characters != nullptr)
     return PlaceCharacters(window_, document_, *characters, pane, sample, at.y);
   if (RepairsPitch(pane)) return RepairClick(window_, document_, pitchRepair_, RepairPointAt(at), button);
@@ -148,7 +166,46 @@ void MainView::PointAtRepair(Point at) {
   if (RepairsPitch(Pane::Analysis)) pitchRepair_.pointer = RepairPointAt(at);
 }
 
+LabelDesk MainView::Labels() const {
+  static const PlayStretch kSilent;
+  return {window_,
+          document_,
+          states_,
+          *markers,
+          annotations != nullptr ? AnnotationsOf(*annotations, document_) : std::span<const Annotation>{},
+          playStretch != nullptr ? *playStretch : kSilent,
+          {},
+          cursor,
+          labelsHeight};
+}
+
+void MainView::EditLabel(Point at) {
+  if (document_.activity == Activity::Start || listening != Listening::No) return;
+  LabelDesk desk = Labels();
+  desk.reveal = [this](int start, int end) { Reveal(start, end); };
+  EditLabelAt(desk, at);
+}
+
+bool MainView::KeyInLabels(const std::string& key) {
+  if (document_.activity == Activity::Start || listening != Listening::No) return false;
+  LabelDesk desk = Labels();
+  desk.reveal = [this](int start, int end) { Reveal(start, end); };
+  return LabelKey(desk, key);
+}
+
+std::optional<int> MainView::LabelMarker(Point at) const { return LabelMarkerAt(Labels(), at); }
+
+std::string MainView::LabelTipAt(Point at) const { return LabelTip(Labels(), at); }
+
+void MainView::Reveal(int start, int end) {
+  const int length = document_.FullViewLength();
+  if (start >= document_.viewStart && end <= document_.viewStart + length) return;
+  ScrollTo(std::int64_t{start} - std::min(length / 10, std::max(0, length - (end - start)) / 2));
+}
+
 void MainView::MarkStretch(Pane pane, int x0, int x1) {
+  if (pane == Pane::Labels)  // a click there would take a stretch between two markers
+    return Select(SampleAt(pane, std::min(x0, x1)), SampleAt(pane, std::max(x0, x1)));
   Click(pane, {std::min(x0, x1), 0}, MouseButton::Left, false);
   Click(pane, {std::max(x0, x1), 0}, MouseButton::Right, false);
 }
@@ -247,27 +304,65 @@ void MainView::ScrollTo(std::int64_t viewStart) {
 
 void MainView::ScrollTenths(int tenths) { ScrollBy(std::int64_t{document_.FullViewLength()} * tenths / 10); }
 
+int MainView::ZoomedScale(bool out) const {
+  const int present = document_.samplesPerPixel;
+  if (!out) return std::clamp(present / 2, 1, kLargestSamplesPerPixel);
+  const int largest = keepsToSound ? std::max(present, ScaleFor(document_, 0, document_.sampleCount))
+                                   : kLargestSamplesPerPixel;
+  return std::clamp(present * 2, 1, std::min(largest, kLargestSamplesPerPixel));
+}
+
+MainView::Pointer MainView::PlaceToKeep() const {
+  if (pointer) return *pointer;
+  const int start = document_.selectionStart, end = document_.viewStart + document_.viewLength;
+  const int marked = document_.selectionDefined() ? start + document_.SelectionLength() / 2 : start;
+  const bool seen = start >= 0 && marked >= document_.viewStart && marked <= end;
+  const int place = seen ? marked : document_.viewStart + document_.viewLength / 2;
+  return {Pane::Waveform, ColumnOf(Pane::Waveform, place)};
+}
+
 void MainView::ZoomKey(bool out) {
-  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
-                                         1, kLargestSamplesPerPixel);
+  if (keepsToSound) {
+    const Pointer place = PlaceToKeep();
+    return ZoomAt(place.pane, place.x, out);
+  }
+  document_.samplesPerPixel = ZoomedScale(out);
   ViewMoved();
 }
 
 void MainView::ZoomAt(Pane pane, int x, bool out) {
   const int column = std::max(x, kPaneMargin);
   const auto timeScale = [&] {
-    return pane == Pane::Waveform ? WaveformScaleOf(document_) : TimeScaleOf(document_);
+    return pane == Pane::Waveform || pane == Pane::Labels ? WaveformScaleOf(document_)
+                                                          : TimeScaleOf(document_);
   };
   const std::int64_t sample = timeScale().SampleAt(column);
-  document_.samplesPerPixel = std::clamp(out ? document_.samplesPerPixel * 2 : document_.samplesPerPixel / 2,
-                                         1, kLargestSamplesPerPixel);
+  document_.samplesPerPixel = ZoomedScale(out);
   ScrollTo(document_.viewStart + sample - timeScale().SampleAt(column));
 }
 
 void MainView::ZoomTo(int start, int end) {
-  const int columns = std::max(1, document_.paneWidth - kPaneMargin);
-  document_.samplesPerPixel = std::clamp((end - start + columns - 1) / columns, 1, kLargestSamplesPerPixel);
+  document_.samplesPerPixel = ScaleFor(document_, start, end);
   ScrollTo(start);
+}
+
+void MainView::ZoomToSelection() {
+  if (!document_.selectionDefined()) return;
+  ZoomTo(document_.selectionStart, document_.selectionEnd);
+  DrawOfView(document_, spectrogram_);
+}
+
+void MainView::ShowNewSound() {
+  const bool isShort = document_.sampleCount > 0 && document_.sampleCount < document_.FullViewLength();
+  if (keepsToSound && isShort) ZoomTo(0, document_.sampleCount);
+}
+
+void MainView::FollowPlay(std::optional<int> before) {
+  const int full = document_.FullViewLength(), start = document_.viewStart;
+  if (!followsPlay || !cursor || !before || full <= 0) return;
+  if (*before < start || *before > start + full) return;
+  if (*cursor < start || *cursor >= start + full)
+    ScrollTo(start + FloorDiv(std::int64_t{*cursor} - start, full) * full);
 }
 
 void MainView::SetPaneWidth(int width) {
@@ -318,8 +413,18 @@ Picture MainView::Base(Pane pane, int width, int height) const {
   };
   switch (pane) {
     case Pane::Chart: return Chart(width, height);
+    case Pane::Labels: {
+      static const MarkerSet kNone;
+      const bool mine = markers != nullptr && markers->sound == document_.Stamp();
+      return LabelsPicture(
+          {mine ? markers->set : kNone,
+           annotations != nullptr ? AnnotationsOf(*annotations, document_) : std::span<const Annotation>{},
+           document_.sampleCount},
+          mine ? markers->view : MarkerView{}, ScaleOf(pane), width, height);
+    }
     case Pane::Amplitude: return withTexts(AmplitudePicture(document_, amplitudeScale, width, height));
-    case Pane::Pitch: return withTexts(PitchPicture(document_, width, height));
+    case Pane::Pitch:
+      return withTexts(PitchPicture(document_, ShownPitchSpan(pitchSpan, document_), width, height));
     case Pane::Analysis: return withTexts(AnalysisPicture(document_, spectrogram_, width, height));
     default: return withTexts(WaveformPicture(document_, Pyramid(), width, height));
   }
@@ -345,7 +450,9 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
   // The picture's own title and axis stay free.
-  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
+  std::optional<int> flagTop =
+      pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
+  if (pane == Pane::Labels) flagTop.reset();  // they would cover its texts
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
                             document_.selectionStart <= stretch.start &&
@@ -393,19 +500,27 @@ Picture MainView::Whole(Pane pane, int width, int height) const {
 std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
   switch (pane) {
     case Pane::Amplitude: return AmplitudeTicks(amplitudeScale, height);
-    case Pane::Pitch: return PitchTicks(height);
+    case Pane::Pitch: return PitchTicks(ShownPitchSpan(pitchSpan, document_), height);
     case Pane::Analysis: return AnalysisTicks(document_, spectrogram_, height);
     case Pane::Chart: return {};
+    case Pane::Labels: return LabelTicks(height);
     default: return WaveformTicks(document_, Pyramid(), height);
   }
 }
 
 Picture MainView::TimeAxis(int width, int height) const {
-  return TimeAxisPicture(ScaleOf(Pane::Waveform), document_.sampleRate, width, height);
+  SampleScale columns = ScaleOf(Pane::Waveform);
+  columns.start += document_.PartStart();
+  return TimeAxisPicture(columns, document_.sampleRate, width, height);
 }
 
 Picture MainView::Overview(int width, int height) const {
-  return OverviewPicture(document_, Pyramid(), width, height);
+  Picture picture = OverviewPicture(document_, Pyramid(), width, height);
+  if (cursor) {
+    const int x = OverviewScaleOf(document_, width).ColumnOf(*cursor);
+    picture.Add(LineMark{{x, 0}, {x, height - 1}, colours::kCursor});
+  }
+  return picture;
 }
 
 int MainView::OverviewSampleAt(int x, int width) const {
@@ -415,16 +530,22 @@ int MainView::OverviewSampleAt(int x, int width) const {
 
 std::string MainView::SelectionLine() const {
   const double rate = std::max(1, document_.sampleRate);  // marks can be made before any sound is there
+  // Seconds count from the file's start, as on the axis; samples from that of the part.
+  const double first = document_.PartStart() / rate;
+  const std::string part = PartText(document_);
   if (!document_.selectionDefined()) {
     if (document_.selectionStart >= 0)
-      return Format(kStartOnly.Get(), document_.selectionStart / rate, document_.selectionStart);
+      return Format(kStartOnly.Get(), first + document_.selectionStart / rate, document_.selectionStart) +
+             part;
     if (document_.selectionEnd >= 0)
-      return Format(kEndOnly.Get(), document_.selectionEnd / rate, document_.selectionEnd);
-    return kNothingSelected;
+      return Format(kEndOnly.Get(), first + document_.selectionEnd / rate, document_.selectionEnd) + part;
+    return std::string(kNothingSelected) + part;
   }
   const int length = document_.SelectionLength();
-  return Format(kSelectionLine.Get(), document_.selectionStart / rate, length / rate, rate / length,
-                document_.selectionEnd / rate, document_.selectionStart, length, document_.selectionEnd);
+  return Format(kSelectionLine.Get(), first + document_.selectionStart / rate, length / rate, rate / length,
+                first + document_.selectionEnd / rate, document_.selectionStart, length,
+                document_.selectionEnd) +
+         part;
 }
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
@@ -435,8 +556,9 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
   const int frame = FrameOfSample(sample, document_.sampleRate);
-  std::string line = Format(kHoverLine.Get(), sample / double(document_.sampleRate), separator, sample,
-                            separator, document_.samples[sample], separator, LevelAt(document_, sample));
+  std::string line =
+      Format(kHoverLine.Get(), (document_.PartStart() + std::int64_t{sample}) / double(document_.sampleRate),
+             separator, sample, separator, document_.samples[sample], separator, LevelAt(document_, sample));
   const float period =
       frame < document_.ContourLength() ? document_.pitch[static_cast<std::size_t>(frame)] : kNoValue;
   if (period > 0) {
@@ -451,6 +573,11 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0) line += Format(kHoverGrey.Get(), separator, spectrogram_.matrix.Column(column)[row]);
+  }
+  if (pane == Pane::Labels) {
+    std::string tip = LabelTipAt(at);
+    std::replace(tip.begin(), tip.end(), '\n', ' ');
+    if (!tip.empty()) line += separator + tip;
   }
   return line;
 }

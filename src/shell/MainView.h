@@ -7,6 +7,7 @@
 
 #include "annotation/Annotations.h"
 #include "annotation/InsertedCharacters.h"
+#include "annotation/LabelPane.h"
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
 #include "palatography/PalateState.h"
@@ -71,6 +72,14 @@ class MainView {
   /// While the contour is repaired: a right drag over the analysis pane, and where the pointer stands in it.
   void MarkRepairFrames(int x0, int x1);
   void PointAtRepair(Point at);
+  // The label pane; see annotation/LabelPane.h.
+
+  void EditLabel(Point at);
+  bool KeyInLabels(const std::string& key);
+  std::optional<int> LabelMarker(Point at) const;
+  std::string LabelTipAt(Point at) const;
+  bool CanUndoLabelStep() const { return markers != nullptr && markers->CanUndoStep(); }
+
   /// The next two clicks are the corners of a region.
   void BeginRegion();
   /// A new sound is there: nothing of the old one is marked any more.
@@ -79,11 +88,19 @@ class MainView {
   void ScrollTo(std::int64_t viewStart);
   void ScrollBy(std::int64_t samples) { ScrollTo(document_.viewStart + samples); }
   void ScrollTenths(int tenths);
+  /// Keeps the left edge; with `keepsToSound` the sample under the pointer, else the selection's middle, else that
+  /// of the view.
   void ZoomKey(bool out);
   /// Doubles or halves the scale and keeps the sample under column `x` of a pane there.
   void ZoomAt(Pane pane, int x, bool out);
   /// The finest scale that shows the whole stretch, with the stretch at the left margin.
   void ZoomTo(int start, int end);
+  /// The same for the selection; a picture of a stretch of its own becomes one of the view, so that one axis holds.
+  void ZoomToSelection();
+  /// A new sound is there: with `keepsToSound` one that is shorter than the view is shown whole.
+  void ShowNewSound();
+  /// Turns the page when a play, which was at `before`, has left the view; not while the user looks elsewhere.
+  void FollowPlay(std::optional<int> before);
   void SetPaneWidth(int width);
   void NextAmplitudeScale();
 
@@ -107,6 +124,16 @@ class MainView {
   std::string HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const;
   std::string Hint() const;
 
+  /// On the desktop the view opens a short sound whole, zooms about a place, and zooms out to the whole sound at
+  /// most. A script's keeps its left edge and has no such end.
+  bool keepsToSound = false;
+  /// The option 跟随放音.
+  bool followsPlay = false;
+  struct Pointer {
+    Pane pane = Pane::Waveform;
+    int x = 0;
+  };
+  std::optional<Pointer> pointer;  ///< over the panes
   /// The position of a running play; none: no cursor.
   std::optional<int> cursor;
   /// While the microphone is heard nothing is marked or edited.
@@ -115,9 +142,10 @@ class MainView {
   std::function<void()> paste;
   /// The region chosen with 40010.
   PaneRegion region;
+  PitchSpanChoice pitchSpan;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
-  /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
-  int analysisHeight = 330;
+  /// Pixels, kept by whoever shows the panes: clicks into them need it.
+  int analysisHeight = 330, labelsHeight = 120;
   /// The palate recording whose markers stand over the waveform; null for none.
   const PalateState* palate = nullptr;
   /// What its window shows: the frame looked at is a line through all panes; null for none.
@@ -125,9 +153,17 @@ class MainView {
   /// The texts over the panes, which two tools insert with a click; null for none.
   AnnotationState* annotations = nullptr;
   InsertedCharacters* characters = nullptr;
+  /// What the label pane shows and plays; null for none.
+  MarkerState* markers = nullptr;
+  const PlayStretch* playStretch = nullptr;
 
  private:
+  LabelDesk Labels() const;
+  /// Scrolls so that the stretch, or its beginning, is seen.
+  void Reveal(int start, int end);
   void ViewMoved();
+  int ZoomedScale(bool out) const;
+  Pointer PlaceToKeep() const;
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;

@@ -1,6 +1,7 @@
 #include "shell/PanePictures.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "base/Arithmetic.h"
 #include "document/Frames.h"
@@ -8,14 +9,18 @@
 #include "document/ViewScale.h"
 #include "dsp/Decibel.h"
 #include "spectral/SpectrogramPicture.h"
+#include "ui/Text.h"
 
 namespace parlowen {
 namespace {
 
 constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
 constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
-constexpr double kLowestPitch = 64.0, kHighestPitch = 512.0;
-constexpr int kPitchSemitones = 36, kOctave = 12;
+constexpr double kReferencePitch = 64.0;  // of the semitones
+constexpr int kOctave = 12;
+constexpr double kLargestStep = 1.4142135623730951;  // half an octave
+constexpr int kSemitoneRoom = 24;                    // pixels between two numbers
+constexpr UiText kSemitones = " 半音", kHertz = " Hz";
 constexpr double kAxisShade = 0.75;  // of the white under an axis that lies over a picture
 constexpr double kViewOpacity = 0.15;
 
@@ -37,7 +42,15 @@ double MeanSquareLevel(const SoundDocument& document, int start, int end) {
 
 PlotScale DecibelRows(int height) { return {0, kDecibelSpan, height - 1, 0}; }
 
-PlotScale PitchRows(int height) { return {kLowestPitch, kHighestPitch, height - 1, 0, true}; }
+PlotScale PitchRows(const PitchSpan& range, int height) {
+  return {range.lowest, range.highest, height - 1, 0, true};
+}
+
+/// The same rows in semitones above 64 Hz.
+PlotScale SemitoneRows(const PitchSpan& range, int height) {
+  const auto semitones = [](double frequency) { return kOctave * std::log2(frequency / kReferencePitch); };
+  return {semitones(range.lowest), semitones(range.highest), height - 1, 0};
+}
 
 /// Rows of a waveform in a picture of its own, `margin` from its edges.
 PlotScale WaveRows(const SoundDocument& document, const WavePyramid& pyramid, int height, int margin) {
@@ -101,36 +114,57 @@ std::vector<Tick> AmplitudeTicks(AmplitudeScale, int height) {
   return TicksEvery(DecibelRows(height), 30, 0, " dB");
 }
 
-Picture PitchPicture(const SoundDocument& document, int width, int height) {
+namespace {
+
+std::vector<Tick> OctaveTicks(const PitchSpan& range, int height) {
+  std::vector<double> octaves;
+  for (double octave = kReferencePitch / 4; octave <= kHighestPitchLimit; octave *= 2)
+    octaves.push_back(octave);
+  return TicksAt(PitchRows(range, height), octaves, 0, kHertz);
+}
+
+}  // namespace
+
+Picture PitchPicture(const SoundDocument& document, const PitchSpan& range, int width, int height) {
   Picture picture{width, height, {}};
   AddMarginLine(picture);
-  std::vector<Tick> semitones = WithoutLabels(TicksEvery({0, kPitchSemitones, height - 1, 0}, 1));
+  std::vector<Tick> semitones = WithoutLabels(TicksEvery(SemitoneRows(range, height), 1));
   std::erase_if(semitones, [](const Tick& tick) { return static_cast<int>(tick.value) % kOctave == 0; });
   AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None, colours::kGrid});
-  AddLevelAxis(picture, WithoutLabels(PitchTicks(height)), {kPaneMargin, width - 1, 0});
+  AddLevelAxis(picture, WithoutLabels(OctaveTicks(range, height)), {kPaneMargin, width - 1, 0});
   if (!document.pitchPresent || document.sampleRate <= 0) return picture;
 
   const SampleScale columns = TimeScaleOf(document);
-  const PlotScale rows = PitchRows(height);
+  const PlotScale rows = PitchRows(range, height);
   BrokenLine line;
+  double last = 0;  // Hz of the frame before
   const int first = FrameOfSample(document.viewStart, document.sampleRate);
   for (int frame = first; frame < document.ContourLength(); ++frame) {
     const int x = columns.ColumnOf(SampleOfFrame(frame, document.sampleRate));
     if (x >= width) break;
     const float period = document.pitch[static_cast<std::size_t>(frame)];
     const double frequency = period > 0 ? document.sampleRate / static_cast<double>(period) : 0.0;
-    if (x < columns.left || !rows.Holds(frequency))
-      line.Break();
-    else
-      line.To({x, rows.PixelOf(frequency)});
+    const bool leaps =
+        last > 0 && frequency > 0 && std::max(last / frequency, frequency / last) > kLargestStep;
+    last = frequency;
+    if (leaps || x < columns.left || !rows.Holds(frequency)) line.Break();
+    if (x >= columns.left && rows.Holds(frequency)) line.To({x, rows.PixelOf(frequency)});
   }
   AddCurve(picture, line, colours::kPitch);
   return picture;
 }
 
-std::vector<Tick> PitchTicks(int height) {
-  constexpr double kOctaves[] = {64, 128, 256, 512};
-  return TicksAt(PitchRows(height), kOctaves, 0, " Hz");
+std::vector<Tick> PitchTicks(const PitchSpan& range, int height) {
+  std::vector<Tick> ticks = OctaveTicks(range, height);
+  const PlotScale rows = SemitoneRows(range, height);
+  const double pixels = rows.last > rows.first ? height / (rows.last - rows.first) : 0;  // a semitone
+  for (const int step : {1, 2, 3, 6}) {
+    if (pixels * step < kSemitoneRoom) continue;
+    for (const Tick& tick : TicksEvery(rows, step, 0, kSemitones))
+      if (static_cast<int>(std::lround(tick.value)) % kOctave != 0) ticks.push_back(tick);
+    break;
+  }
+  return ticks;
 }
 
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,

@@ -4,6 +4,7 @@
 
 #include "document/SoundDocument.h"
 #include "document/WavePyramid.h"
+#include "shell/PitchSpan.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/Picture.h"
 #include "ui/Plot.h"
@@ -16,7 +17,8 @@ enum class AmplitudeScale { Linear, Double, Quadruple, DecibelsOnly };
 // The panes of the main window as pictures: state and size in, marks out. The first 20 columns stay empty.
 
 Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, int width, int height);
-Picture PitchPicture(const SoundDocument& document, int width, int height);
+/// No line joins frames more than half an octave apart.
+Picture PitchPicture(const SoundDocument& document, const PitchSpan& range, int width, int height);
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
                         int height);
 /// Rows at the top of the analysis pane that hold the title, and the axis of a stretch of its own.
@@ -24,7 +26,8 @@ int AnalysisHeadHeight(const SpectrogramState& spectrogram);
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 
 std::vector<Tick> AmplitudeTicks(AmplitudeScale scale, int height);
-std::vector<Tick> PitchTicks(int height);
+/// The octaves of 64 Hz in hertz, and between them semitones above 64 Hz as their room allows.
+std::vector<Tick> PitchTicks(const PitchSpan& range, int height);
 std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
                                 int height);
 std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);

@@ -27,6 +27,8 @@ Rooms::Rooms(Window& ownWindow, std::string folder, SoundDevices devices, std::v
   view.palateView = &palateView;
   view.annotations = &annotations;
   view.characters = &characters;
+  view.markers = &markers;
+  view.playStretch = &playInPassing;
   InitSignalTables();
   view.paste = [this] {
     player.stopPlayback();
@@ -38,6 +40,10 @@ Rooms::Rooms(Window& ownWindow, std::string folder, SoundDevices devices, std::v
   };
   playStretch = [this](Window&, int start, int end) {
     player.startPlayback(start, end, PlayMode::Forward, document.samples.data());
+  };
+  playInPassing = [this](Window&, int start, int end) {
+    player.startPlayback(start, end, PlayMode::Forward, document.samples.data(), 0,
+                         PlayRefusal::InStatusLine);
   };
   playSoundFile = [this](Window&, const std::string& path) { return PlayFile(path); };
   readTarget = [this](Window& asking, int firstFrame, int frameCount) {

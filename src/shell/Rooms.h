@@ -71,8 +71,8 @@ struct Rooms {
   SynthesisState synthesis;
   /// Reads a melody of another program's file; empty where there is no reader.
   TargetReader readTarget;
-  /// Plays a stretch between two markers.
-  PlayStretch playStretch;
+  /// Plays a stretch between two markers; the second without a box where there is no device.
+  PlayStretch playStretch, playInPassing;
   ArticulationState articulation;
   /// Plays a file beside the document.
   PlaySoundFile playSoundFile;

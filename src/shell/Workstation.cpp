@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 #include <string_view>
+#include <utility>
 
 #include "annotation/AnnotationCommands.h"
 #include "base/Files.h"
@@ -131,6 +132,20 @@ void Workstation::MarkStretch(Pane pane, int x0, int x1) {
   Act([&] { view.MarkStretch(pane, x0, x1); });
 }
 
+void Workstation::EditLabel(Point at) {
+  Act([&] { view.EditLabel(at); });
+}
+
+bool Workstation::KeyInLabels(const std::string& key) {
+  bool used = false;
+  Act([&] { used = view.KeyInLabels(key); });
+  return used;
+}
+
+void Workstation::ReadLabels() {
+  Act([&] { EnsureMarkersRead(document, markers); });
+}
+
 void Workstation::MarkRepairFrames(int x0, int x1) {
   Act([&] { view.MarkRepairFrames(x0, x1); });
 }
@@ -162,9 +177,15 @@ void Workstation::ZoomTo(int start, int end) {
   Act([&] { view.ZoomTo(start, end); });
 }
 
+void Workstation::ZoomToSelection() {
+  Act([&] { view.ZoomToSelection(); });
+}
+
 void Workstation::SetPaneWidth(int width) { view.SetPaneWidth(width); }
 
 void Workstation::SetAnalysisHeight(int height) { view.analysisHeight = height; }
+
+void Workstation::SetLabelsHeight(int height) { view.labelsHeight = height; }
 
 bool Workstation::Key(const std::string& key) {
   const std::string name = key == "t" ? "T" : key;
@@ -185,7 +206,9 @@ void Workstation::InputDevicesChanged() {
 }
 
 bool Workstation::MoveCursor() {
-  view.cursor = player.CursorSample();
+  const auto before = std::exchange(view.cursor, player.CursorSample());
+  markers.cursor = view.cursor;
+  view.FollowPlay(before);
   return player.playing();
 }
 
@@ -240,6 +263,7 @@ void Workstation::RenewDerived() {
     DropOldResults();
     seenSamples_ = document.samplesVersion;
     view.Reset();
+    view.ShowNewSound();
     window.Repaint();
     return;
   }

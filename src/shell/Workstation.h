@@ -37,6 +37,11 @@ class Workstation : public Rooms {
   void Select(int start, int end);
   void Click(Pane pane, Point at, MouseButton button, bool shift);
   void MarkStretch(Pane pane, int x0, int x1);
+  /// A double click and a key in the label pane; see MainView.
+  void EditLabel(Point at);
+  bool KeyInLabels(const std::string& key);
+  /// Has the markers beside the sound read, for a look at the label pane.
+  void ReadLabels();
   void MarkRepairFrames(int x0, int x1);
   /// Where the pointer stands in the analysis pane; none: outside of it.
   void PointAtRepair(std::optional<Point> at);
@@ -49,9 +54,11 @@ class Workstation : public Rooms {
   /// Doubles or halves the scale `steps` times about a column.
   void ZoomAt(Pane pane, int x, bool out, int steps);
   void ZoomTo(int start, int end);
+  void ZoomToSelection();
   /// Pixels of the panes, and of the analysis pane's height. A window can be resized while something is done.
   void SetPaneWidth(int width);
   void SetAnalysisHeight(int height);
+  void SetLabelsHeight(int height);
 
   /// To be called when a microphone has come or gone: enables or greys the recordings.
   void InputDevicesChanged();

@@ -76,6 +76,14 @@ void FollowView(const SoundDocument& document, SpectrogramState& spectrogram) {
     RedrawSpectrogram(document, spectrogram);
 }
 
+void DrawOfView(const SoundDocument& document, SpectrogramState& spectrogram) {
+  if (!spectrogram.shown || spectrogram.stretch.followsView) return;
+  if (spectrogram.kind == SpectrogramKind::FilterBank && IsTooLong(FilterBankStretchOf(document, true)))
+    return;
+  spectrogram.stretch.followsView = true;
+  RedrawSpectrogram(document, spectrogram);
+}
+
 void DarkenLighten(Window& window, SpectrogramState& spectrogram, int direction) {
   if (!spectrogram.CanBeShaded()) return;
   DarkenLightenMatrix(spectrogram.matrix, direction);

@@ -26,6 +26,9 @@ void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrog
 /// is longer than it takes, goes on lying over its own samples.
 void FollowView(const SoundDocument& document, SpectrogramState& spectrogram);
 
+/// A picture of a stretch of its own becomes one of the view. One that the filter bank refuses stays as it is.
+void DrawOfView(const SoundDocument& document, SpectrogramState& spectrogram);
+
 /// The keys D (+1) and L (−1); nothing for the cepstrum and in three dimensions.
 void DarkenLighten(Window& window, SpectrogramState& spectrogram, int direction);
 

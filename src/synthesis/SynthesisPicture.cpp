@@ -85,6 +85,12 @@ Picture SynthesisPicture(const SynthesisState& state, std::span<const float> pre
   }
   if (std::none_of(present.begin(), present.end(), [](float period) { return period >= 1; }))
     picture.Add(TextMark{8, kTargetRows / 2, kNoVoice, colours::kText, 14});
+  if (view.cursor && job.sampleRate > 0) {
+    const std::int64_t frames = (std::int64_t{job.start} + *view.cursor) * 100 * view.zoom / job.sampleRate;
+    const std::int64_t x = frames - std::int64_t{job.firstFrame} * view.zoom - view.scroll;
+    if (x >= 0 && x < right)
+      picture.Add(LineMark{{static_cast<int>(x), 0}, {static_cast<int>(x), height - 1}, colours::kCursor});
+  }
   AddTimeAxis(picture, job, view, right);
   const int waveTop = kTargetRows + kAxisHeight + kTopGap;
   if (height - waveTop >= kLeastWave) AddWave(picture, job, view, right, waveTop, height - waveTop);

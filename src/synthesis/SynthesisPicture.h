@@ -1,4 +1,5 @@
 #pragma once
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -14,6 +15,8 @@ inline constexpr int kSynthesisGutter = 44;
 struct SynthesisView {
   int zoom = 1;    ///< pixels a frame
   int scroll = 0;  ///< pixels
+
+  std::optional<int> cursor{};  ///< sample of the selection that a running play is at
 
   int ColumnOf(int frame) const { return frame * zoom + zoom / 2 - scroll; }
   int FrameAt(int x) const { return (x + scroll) / zoom; }

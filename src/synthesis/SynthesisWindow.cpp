@@ -19,7 +19,7 @@ constexpr UiText kSaveButton = "保存合成音";
 constexpr UiText kPlayOriginalButton = "播放原音";
 constexpr UiText kLoadOtherButton = "调入PitchTier";
 constexpr UiText kInstructions =
-    "在上面窗口中用鼠标左键从左到右设置所需合成音高的值（只浊音部分有效），至少两个点，右键结束一次设定"
+    "在上面窗口中用鼠标左键从左到右设置所需合成音高的值（只浊音部分有效），至少两个点，也可按住左键画，右键结束一次设定"
     "（绿线为原音高，红线为设置值）";
 constexpr UiText kTooManyPoints = "一次设定最多 50 个点，请用鼠标右键结束";
 
@@ -52,7 +52,11 @@ std::vector<ToolControl> SynthesisWindow::Controls() const {
 }
 
 Picture SynthesisWindow::Draw(int width, int height) const {
-  return SynthesisPicture(desk_.state, present_, drawing_.points(), view_, width, height);
+  SynthesisView view = view_;
+  const SynthesisJob& job = desk_.state.job;
+  view.cursor = desk_.player.CursorIn(job.output.data());
+  if (const auto original = desk_.player.CursorSample()) view.cursor = *original - job.start;
+  return SynthesisPicture(desk_.state, present_, drawing_.points(), view, width, height);
 }
 
 void SynthesisWindow::Click(Window& window, Point at, MouseButton button, bool) {
@@ -65,6 +69,11 @@ void SynthesisWindow::Click(Window& window, Point at, MouseButton button, bool) 
     const auto result = drawing_.AddPoint(target, {view_.FrameAt(at.x), at.y}, desk_.state.job.sampleRate);
     if (result == TargetDrawing::Result::Full) window.Notify(kTooManyPoints);
   }
+  window.Repaint();
+}
+
+void SynthesisWindow::Drag(Window& window, Point at) {
+  drawing_.DrawTo(desk_.state.target, {view_.FrameAt(std::max(0, at.x)), at.y}, desk_.state.job.sampleRate);
   window.Repaint();
 }
 

@@ -20,7 +20,9 @@ class SynthesisWindow : public ToolWindow {
   std::string Instructions() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
+  bool ShowsPlay() const override { return true; }
   void Click(Window& window, Point at, MouseButton button, bool shift) override;
+  void Drag(Window& window, Point at) override;
   bool Key(Window& window, const std::string& key) override;
   void Press(Window& window, const ToolControl& control) override;
   void Scroll(Window& window, int steps) override;

@@ -59,6 +59,7 @@ TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, 
     return Result::Ignored;
   if (!points_.empty() && point.x < points_.back().x) return Result::Ignored;
   if (std::ssize(points_) >= kMostTargetPoints) return Result::Full;
+  strokeFrom_ = 0;
   if (!points_.empty()) {
     const Point from = points_.back();
     for (int frame = from.x; frame <= point.x; ++frame) {
@@ -72,12 +73,24 @@ TargetDrawing::Result TargetDrawing::AddPoint(TargetCurve& target, Point point, 
   return Result::Added;
 }
 
+void TargetDrawing::DrawTo(TargetCurve& target, Point point, int sampleRate) {
+  if (points_.empty()) return;
+  const std::size_t kept = strokeFrom_ > 0 ? strokeFrom_ : points_.size();
+  TargetDrawing stroke;
+  stroke.points_ = {points_.back()};
+  if (stroke.AddPoint(target, point, sampleRate) != Result::Added) return;
+  // The end of the stroke before goes; where there is no room for another point, so does its start.
+  points_.resize(std::min<std::size_t>(kept, kMostTargetPoints - 1));
+  points_.push_back(point);
+  strokeFrom_ = kept;
+}
+
 void TargetDrawing::End(TargetCurve& target, std::span<const float> present) {
   if (!points_.empty())
     for (int frame = points_.front().x; frame <= points_.back().x; ++frame)
       if (!(present[static_cast<std::size_t>(frame)] >= kVoicedFrom))
         target[static_cast<std::size_t>(frame)] = 0;
-  points_.clear();
+  Drop();
 }
 
 }  // namespace parlowen

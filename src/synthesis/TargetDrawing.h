@@ -40,16 +40,24 @@ class TargetDrawing {
   /// outside of the target or left of the last one are ignored.
   Result AddPoint(TargetCurve& target, Point point, int sampleRate);
 
+  /// Goes on from the last point to this one, freehand: the target follows, and only the stroke's end is kept as a
+  /// point, so that a stroke is no more than two of them. What AddPoint ignores is ignored.
+  void DrawTo(TargetCurve& target, Point point, int sampleRate);
+
   /// Ends the setting: its frames whose present value is below 0.5 lose their target.
   void End(TargetCurve& target, std::span<const float> present);
 
   /// Forgets the points; the target stays.
-  void Drop() { points_.clear(); }
+  void Drop() {
+    points_.clear();
+    strokeFrom_ = 0;
+  }
 
   const std::vector<Point>& points() const { return points_; }
 
  private:
   std::vector<Point> points_;
+  std::size_t strokeFrom_ = 0;  ///< points there were when the stroke in work began; 0 for none
 };
 
 }  // namespace parlowen

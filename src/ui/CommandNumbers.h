@@ -151,6 +151,12 @@ enum Number : int {
   kExportPalateCsv = 41039,
   kExportIntonationTier = 41040,
   kImportContactFrames = 41041,
+  // The label pane
+  kShowLabels = 41052,
+  kSaveLabels = 41053,
+  // How the view goes
+  kFollowPlay = 41054,
+  kChoosePitchSpan = 41055,
 };
 
 }  // namespace commands

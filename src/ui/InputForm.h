@@ -21,10 +21,17 @@ struct FormField {
   std::function<std::string(const std::string& value, int direction)> step{};
 };
 
+/// A rectangle of the label pane, in its pixels, over which its text is edited.
+struct FormPlace {
+  int x = 0, y = 0, width = 0, height = 0;
+  bool next = false;  ///< the user goes on to the next one
+};
+
 /// An input dialog as data: the window shows it, the handler reads the answers by control number.
 struct InputForm {
   std::string title;
   std::vector<FormField> fields;
+  FormPlace* place = nullptr;  ///< where a form of one field is filled in the drawing, on the desktop
 
   /// The text of the edit field with that number; "" when there is none.
   const std::string& ValueOf(int control) const;

@@ -48,6 +48,8 @@ class ToolWindow {
   virtual Point ClickOrigin() const { return {}; }
 
   virtual void Click(Window&, Point, MouseButton, bool /*shift*/) {}
+  /// The pointer, moved with the left button held after a click.
+  virtual void Drag(Window&, Point) {}
   virtual bool Key(Window&, const std::string& /*key*/) { return false; }  ///< true when it was used
   virtual void Press(Window&, const ToolControl&) {}
   virtual void Scroll(Window&, int /*steps*/) {}
@@ -58,6 +60,8 @@ class ToolWindow {
   virtual std::string Instructions() const {
     return {};
   }  ///< what to do here, under the drawing; "" for none
+  /// True when the cursor of a running play is drawn here.
+  virtual bool ShowsPlay() const { return false; }
   /// Milliseconds until the window wants its next `Tick`; 0 while nothing moves by itself. A script does not wait:
   /// there all of them come at once.
   virtual int TickMilliseconds() const { return 0; }

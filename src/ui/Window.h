@@ -30,8 +30,8 @@ struct FileChoice {
   int filter = 0;    ///< which of the filters was chosen, from 0
 };
 
-/// Parts of the main window; `Chart` is a drawing that stands over the three lower panes.
-enum class Pane { Amplitude, Pitch, Analysis, Waveform, Chart };
+/// Parts of the main window; `Labels` shows markers, labels and annotations, `Chart` is a drawing that stands over the three lower panes.
+enum class Pane { Amplitude, Pitch, Analysis, Waveform, Labels, Chart };
 
 /// A rectangle of one pane, corners in any order.
 struct PaneRegion {

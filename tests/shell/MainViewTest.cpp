@@ -155,5 +155,69 @@ TEST(MainView, TheLinesUnderThePointerAndTheSelection) {
             "0.100 s\t样点 1600\t幅度 1601\t64.5 dB\tF0 128.0 Hz\t12.0 半音");
 }
 
+TEST(MainView, OnTheDesktopTheViewKeepsToTheSound) {
+  Station s;
+  MainView& view = s.w.view;
+  SoundDocument& d = s.w.document;
+  view.keepsToSound = true;
+  s.Load(Ramp(200000));  // longer than 1004 columns of 160
+  EXPECT_EQ(d.samplesPerPixel, 160);
+  s.Load(Ramp(48000));  // 47.8 a column
+  EXPECT_EQ(d.samplesPerPixel, 48);
+  s.w.Key("S");
+  EXPECT_EQ(d.samplesPerPixel, 48) << "no further out than the whole sound";
+
+  view.pointer = {Pane::Analysis, 520};
+  const int pointed = view.SampleAt(Pane::Analysis, 520);
+  s.w.Key("X");
+  s.w.Key("X");
+  EXPECT_EQ(d.samplesPerPixel, 12);
+  EXPECT_EQ(view.SampleAt(Pane::Analysis, 520), pointed);
+  view.pointer.reset();
+  s.w.Select(pointed + 1200, pointed + 2400);  // in sight: its middle stays
+  const int column = view.ColumnOf(Pane::Waveform, pointed + 1800);
+  s.w.Zoom(false);
+  EXPECT_EQ(view.ColumnOf(Pane::Waveform, pointed + 1800), column);
+  s.w.Select(0, 100);  // out of sight: the middle of the view stays
+  const int middle = d.viewStart + d.viewLength / 2;
+  s.w.Zoom(true);
+  EXPECT_NEAR(d.viewStart + d.viewLength / 2, middle, 12);
+  for (int i = 0; i < 9; ++i) s.w.Zoom(true);
+  EXPECT_EQ(d.samplesPerPixel, 48);
+  EXPECT_EQ(d.viewStart, 0);
+}
+
+TEST(MainView, APlayThatLeavesTheViewTurnsThePage) {
+  Station s;
+  MainView& view = s.w.view;
+  s.Load(Ramp(500000));
+  const int page = s.w.document.FullViewLength();
+  struct Case {
+    bool follows;
+    int before, now, start;  // of the view, pages of it from the start 0
+  };
+  for (const Case& c : {Case{true, page - 10, page + 20, page}, Case{true, page - 10, page - 1, 0},
+                        Case{true, page - 10, 2 * page + 5, 2 * page}, Case{false, page - 10, page + 20, 0},
+                        Case{true, page + 500, page + 600, 0}}) {
+    view.followsPlay = c.follows;
+    view.ScrollTo(0);
+    view.cursor = c.now;
+    view.FollowPlay(c.before);
+    EXPECT_EQ(s.w.document.viewStart, c.start) << c.before << " " << c.now;
+  }
+}
+
+TEST(MainView, ThePictureOfASelectionThatFillsTheViewSharesItsAxis) {
+  Station s;
+  s.Load(Ramp(200000));
+  s.w.Select(20000, 40000);
+  s.w.dispatchCommand(170);
+  ASSERT_TRUE(s.w.view.AnalysisShowsOwnStretch());
+  s.w.ZoomToSelection();
+  ASSERT_FALSE(s.w.view.AnalysisShowsOwnStretch());
+  for (const int x : {20, 300, 1000})
+    EXPECT_EQ(s.w.view.SampleAt(Pane::Analysis, x), s.w.view.SampleAt(Pane::Waveform, x));
+}
+
 }  // namespace
 }  // namespace parlowen

@@ -73,12 +73,31 @@ TEST(PanePictures, PitchIsALineFrom64To512HertzWithoutUnvoicedFrames) {
   // 64, 128, 512 Hz; unvoiced; no value; 63 and 513 Hz lie outside; one frame alone.
   s.Load(Ramp(1600), 16000, testing::PitchTail({250, 125, 31.25f, 0, -1, 254, 31.1f, 125, 0, 0}));
   const Picture picture = s.w.view.Base(Pane::Pitch, 1024, 166);
-  const auto pieces = Marks<PolylineMark>(picture);
-  ASSERT_EQ(pieces.size(), 1u);
-  EXPECT_EQ(pieces[0].points, (std::vector<Point>{{20, 165}, {21, 110}, {22, 0}}));
-  const auto alone = Marks<BoxMark>(picture);
-  ASSERT_EQ(alone.size(), 1u);
-  EXPECT_EQ(alone[0].x, 27);
+  // Octaves apart, none is joined to another. A dot is two pixels high, from one above its row on.
+  std::vector<Point> dots;
+  for (const BoxMark& dot : Marks<BoxMark>(picture)) dots.push_back({dot.x, dot.y});
+  ASSERT_EQ(dots.size(), 4u);
+  EXPECT_EQ(dots, (std::vector<Point>{{20, 164}, {21, 109}, {22, -1}, {27, 109}}));
+}
+
+TEST(PanePictures, PitchIsALineUpToHalfAnOctaveAndItsRangeIsTheSpeakersOrChosen) {
+  Station s;
+  // 200, 267, 160 (four semitones a step and more), 226, 320 Hz, the last half an octave above the one before.
+  s.Load(Ramp(1600), 16000, testing::PitchTail({80, 60, 100, 71, 50.3f, 0, 0, 0, 0, 0}));
+  const auto pieces = Marks<PolylineMark>(s.w.view.Base(Pane::Pitch, 1024, 166));
+  ASSERT_EQ(pieces.size(), 2u);
+  EXPECT_EQ(pieces[0].points.size(), 2u);
+  EXPECT_EQ(pieces[1].points.size(), 3u);
+  s.w.view.pitchSpan.kind = PitchSpanChoice::Kind::Speaker;
+  const PitchSpan speaker = ShownPitchSpan(s.w.view.pitchSpan, s.w.document);
+  EXPECT_NEAR(speaker.lowest, 160 / std::exp2(2 / 12.0), 10);
+  EXPECT_NEAR(speaker.highest, 267 * std::exp2(2 / 12.0), 18) << "the 98th percentile of five is the fourth";
+  s.w.view.pitchSpan = {PitchSpanChoice::Kind::Own, {100, 200}};
+  for (const Tick& tick : s.w.view.Ticks(Pane::Pitch, 240)) {
+    const double frequency = 100 * std::exp2((239 - tick.at) / 239.0);
+    const bool hertz = tick.label.ends_with("Hz");
+    EXPECT_NEAR(hertz ? tick.value : 64 * std::exp2(tick.value / 12), frequency, 0.5) << tick.label;
+  }
 }
 
 /// Columns of the analysis pane in which its picture has something dark.

@@ -209,6 +209,8 @@ DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int pa
                 dialogs_ = dialogs.get();
                 return dialogs;
               }) {
+  // A script's view keeps its left edge.
+  Station().view.keepsToSound = Station().view.followsPlay = false;
   qApp->installEventFilter(this);
   window_.show();
   QApplication::setActiveWindow(&window_);
@@ -285,6 +287,10 @@ void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   }
   QTest::mouseClick(&widget, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
 }
+
+void DesktopStage::EditLabel(Point at) { Station().EditLabel(at); }
+
+bool DesktopStage::KeyInLabels(const std::string& key) { return Station().KeyInLabels(key); }
 
 void DesktopStage::ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) {
   QWidget& canvas = *dialogs_->WidgetOf(tool)->Canvas();

@@ -60,6 +60,8 @@ class DesktopStage : public QObject, public ScriptStage {
   bool Choose(int command) override;
   void Select(int start, int end) override;
   void Click(Pane pane, Point at, MouseButton button, bool shift) override;
+  void EditLabel(Point at) override;
+  bool KeyInLabels(const std::string& key) override;
   void ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) override;
   void Key(const std::string& key) override;
   void Press(ToolWindow& tool, const ToolControl& control) override;

@@ -54,6 +54,22 @@ TEST(TargetDrawing, BetweenTwoPointsTheRowIsLinear) {
   EXPECT_EQ(target[18], 0.0f);
 }
 
+TEST(TargetDrawing, AStrokeFollowsThePointerAndCountsAsItsTwoEnds) {
+  TargetCurve target(300, 0.0f);
+  TargetDrawing drawing;
+  drawing.DrawTo(target, {5, 96}, 16000);
+  EXPECT_TRUE(drawing.points().empty()) << "a stroke begins with a click";
+  drawing.AddPoint(target, {10, 96}, 16000);
+  for (int x = 11; x <= 250; ++x) drawing.DrawTo(target, {x, x % 2 == 0 ? 96 : 160}, 16000);
+  drawing.DrawTo(target, {200, 96}, 16000);  // back: ignored
+  for (int x = 11; x <= 250; ++x)
+    EXPECT_FLOAT_EQ(target[static_cast<std::size_t>(x)], x % 2 == 0 ? 62.5f : 125.0f);
+  EXPECT_EQ(drawing.points(), (std::vector<Point>{{10, 96}, {250, 96}}));
+  drawing.AddPoint(target, {260, 160}, 16000);
+  drawing.DrawTo(target, {270, 160}, 16000);
+  EXPECT_EQ(drawing.points().size(), 4u);
+}
+
 TEST(TargetDrawing, FiftyPointsMakeASettingAndUnvoicedFramesLoseThem) {
   TargetCurve target(60, 77.0f);
   std::vector<float> present(60, 100.0f);

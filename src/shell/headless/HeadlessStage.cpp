@@ -15,6 +15,10 @@ void HeadlessStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   workstation_.Click(pane, at, button, shift);
 }
 
+void HeadlessStage::EditLabel(Point at) { workstation_.EditLabel(at); }
+
+bool HeadlessStage::KeyInLabels(const std::string& key) { return workstation_.KeyInLabels(key); }
+
 void HeadlessStage::ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) {
   const Point inDrawing{at.x, WrapAdd32(at.y, tool.ClickOrigin().y)};
   workstation_.Act([&] { tool.Click(window_, inDrawing, button, shift); });

@@ -18,6 +18,8 @@ class HeadlessStage : public ScriptStage {
   bool Choose(int command) override { return workstation_.dispatchCommand(command); }
   void Select(int start, int end) override { workstation_.Select(start, end); }
   void Click(Pane pane, Point at, MouseButton button, bool shift) override;
+  void EditLabel(Point at) override;
+  bool KeyInLabels(const std::string& key) override;
   void ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) override;
   void Key(const std::string& key) override;
   void Press(ToolWindow& tool, const ToolControl& control) override;

@@ -20,7 +20,8 @@ struct PaneName {
 constexpr PaneName kPanes[] = {{"amplitude", Pane::Amplitude, 110},
                                {"pitch", Pane::Pitch, 165},
                                {"analysis", Pane::Analysis, 330},
-                               {"waveform", Pane::Waveform, 165}};
+                               {"waveform", Pane::Waveform, 165},
+                               {"labels", Pane::Labels, 120}};
 
 const PaneName* FindPane(const std::string& name) {
   const auto found =
@@ -38,9 +39,9 @@ constexpr int kToolHeight = 640;
 constexpr int kSilenceAtMost = 100;
 
 bool IsKeyName(const std::string& key) {
-  constexpr const char* kNames[] = {"Left",   "Right",    "Up",    "Down",   "Home", "End",
-                                    "PageUp", "PageDown", "Space", "Escape", "F1",   "F2",
-                                    "F3",     "F4",       "F5",    "F6",     "F7",   "F8"};
+  constexpr const char* kNames[] = {"Left",     "Right", "Up",     "Down", "Home",  "End", "PageUp",
+                                    "PageDown", "Space", "Escape", "F1",   "F2",    "F3",  "F4",
+                                    "F5",       "F6",    "F7",     "F8",   "Enter", "Tab", "Delete"};
   if (key.size() == 1) {
     const char c = key[0];
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
@@ -89,6 +90,7 @@ std::string ScriptRunner::RunStep(const ScriptStep& step) {
       {"picture", &ScriptRunner::WritePicture},
   };
   const std::string& name = step.words[0];
+  if (name != "click" && name != "answer") labelsClicked_.reset();
   if (name == "exit") {
     if (step.words.size() > 1) return "exit takes nothing more";
     window_.End();
@@ -141,8 +143,10 @@ std::string ScriptRunner::Command(const ScriptStep& step) {
   const auto number = step.words.size() == 2 ? ParseInteger(step.words[1]) : std::nullopt;
   if (!number) return "command needs one number";
   if (FindCommand(*number) == nullptr) return "no command has the number " + step.words[1];
+  const ToolWindow* before = window_.CurrentTool();
   if (!stage_.Choose(*number))
     window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", *number));
+  if (window_.CurrentTool() != before) labelsHaveKeys_ = false;  // a window that opens takes them
   return {};
 }
 
@@ -177,18 +181,25 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
       return "click knows right and shift, not " + step.words[i];
     }
   }
+  const auto labelsBefore = std::exchange(labelsClicked_, {});
+  labelsHaveKeys_ = false;
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
     stage_.ClickTool(*tool, {*x, *y}, button, shift);
     return {};
   }
   const PaneName* pane = FindPane(step.words[1]);
   if (pane == nullptr) return "no pane or open window is called " + step.words[1];
-  stage_.Click(pane->pane, {*x, *y}, button, shift);
+  const Point at{*x, *y};
+  labelsHaveKeys_ = pane->pane == Pane::Labels;
+  if (labelsHaveKeys_ && button == MouseButton::Left && !shift) labelsClicked_ = at;
+  const bool twice = labelsClicked_ && labelsBefore == labelsClicked_;
+  twice ? stage_.EditLabel(at) : stage_.Click(pane->pane, at, button, shift);
   return {};
 }
 
 std::string ScriptRunner::Key(const ScriptStep& step) {
   if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
+  if (labelsHaveKeys_ && !window_.InModal() && stage_.KeyInLabels(step.words[1])) return {};
   stage_.Key(step.words[1]);
   return {};
 }
@@ -250,6 +261,7 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
     if (!workstation_.view.ChartShown()) return "no chart is shown";
     picture = workstation_.view.Whole(Pane::Chart, width, kChartHeight);
   } else if (const PaneName* pane = FindPane(step.words[1])) {
+    if (pane->pane == Pane::Labels) workstation_.ReadLabels();
     picture = workstation_.view.Whole(pane->pane, width, pane->height);
   } else {
     return "no pane or open window is called " + step.words[1];

@@ -22,6 +22,9 @@ class ScriptStage {
   virtual bool Choose(int command) = 0;
   virtual void Select(int start, int end) = 0;
   virtual void Click(Pane pane, Point at, MouseButton button, bool shift) = 0;
+  /// A double click and a key in the label pane; the key is false when it means nothing there.
+  virtual void EditLabel(Point at) = 0;
+  virtual bool KeyInLabels(const std::string& key) = 0;
   /// `at` counts from where a script's clicks into that window count from.
   virtual void ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) = 0;
   /// Offered first to the current tool window.

@@ -2,6 +2,7 @@
 
 #include <QButtonGroup>
 #include <QDialogButtonBox>
+#include <QFrame>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -46,6 +47,17 @@ class SteppedEdit : public QLineEdit {
 
 bool IsEdit(const FormField& field) {
   return field.kind == FieldKind::Text || field.kind == FieldKind::Number;
+}
+
+/// A line divides the groups of radio buttons from each other and from the fields behind them; a label behind a group
+/// belongs to it.
+bool BeginsPart(const InputForm& form, std::size_t at) {
+  if (form.fields[at].kind == FieldKind::Label) return false;
+  std::size_t before = at;
+  while (before > 0 && form.fields[before - 1].kind == FieldKind::Label) --before;
+  if (before == 0 || form.fields[before - 1].kind != FieldKind::Radio) return false;
+  const bool radio = form.fields[at].kind == FieldKind::Radio;
+  return !radio || form.fields[at].group != form.fields[before - 1].group;
 }
 
 }  // namespace
@@ -105,10 +117,16 @@ QWidget* FormDialog::MakeFields() {
   bool focused = false;
   for (std::size_t i = 0; i < form_.fields.size(); ++i) {
     FormField& field = form_.fields[i];
-    const int row = static_cast<int>(i);
+    const int row = 2 * static_cast<int>(i) + 1;  // the rows between are for lines
     edits_.push_back(nullptr);
     radios_.push_back(nullptr);
     const QString label = QString::fromStdString(field.label);
+    if (BeginsPart(form_, i)) {
+      auto* line = new QFrame;
+      line->setFrameShape(QFrame::HLine);
+      line->setFrameShadow(QFrame::Sunken);
+      grid->addWidget(line, row - 1, 0, 1, 2);
+    }
     if (field.kind == FieldKind::Label) {
       auto* text = new QLabel(label);
       text->setTextFormat(Qt::PlainText);

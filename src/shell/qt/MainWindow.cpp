@@ -23,7 +23,9 @@
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
 #include "shell/qt/ElidedLabel.h"
+#include "shell/qt/FormDialog.h"
 #include "shell/qt/KeyNames.h"
+#include "shell/qt/LabelEditor.h"
 #include "shell/qt/LevelMeter.h"
 #include "shell/qt/MenuTexts.h"
 #include "shell/qt/OverviewStrip.h"
@@ -39,7 +41,7 @@
 namespace parlowen {
 namespace {
 
-constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform};
+constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform, Pane::Labels};
 constexpr UiText kRecentFiles = "最近的文件(&R)";
 constexpr UiText kPictureOutput = "图形输出(&T)";
 constexpr UiText kChartMenu = "元音图";
@@ -48,10 +50,13 @@ constexpr UiText kZoomInEntry = "放大(&I)";
 constexpr UiText kZoomOutEntry = "缩小(&O)";
 constexpr UiText kShowSelectionEntry = "显示选定的段(&E)";
 constexpr UiText kShowAllEntry = "显示整个声音(&W)";
+constexpr UiText kFullScreenEntry = "全屏(&U)";
+constexpr UiText kRecordingName = "录音";
 constexpr UiText kCopyHoverEntry = "复制读数(&C)";
 constexpr UiText kToolBar = "工具栏";
 constexpr UiText kNoRecentFiles = "（无）";
-constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5
+constexpr int kPaneParts[] = {2, 3, 6, 3};  // heights 1 : 1.5 : 3 : 1.5, and no part for the labels
+constexpr int kAnalysisPane = 2;            // its number; it gives the labels their height
 
 constexpr UiText kSaved = "已保存：";
 constexpr UiText kExportsMoved = "文件夹不能写入，文本数据写到 %s";
@@ -91,6 +96,19 @@ constexpr char kMenuLetters[] = {'F', 'R', 'P', 'S', 'S', 'V', 'E', 'U', 'D', 'M
 
 QString MenuTitle(Menu menu) {
   return QString("%1(&%2)").arg(MenuName(menu).Get()).arg(QChar(kMenuLetters[static_cast<int>(menu)]));
+}
+
+/// Long menus have a line before these.
+bool BeginsGroup(int command) {
+  constexpr int kFirst[] = {
+      kOpenNextDigit,    kOpenIpa,           kQuit,           kPlayWhole,        kResynthesize,
+      kRepairPitch,      kSaveSegmentPitch,  kFiveDegreePlot, kAddDuration,      kShowFrame,
+      kLongTermSpectrum, kConsonantOneFrame, kSaveFormants,   kPointChart,       kShowAverageVowels,
+      kSaveChart,        kAddPointByHand,    kPalateIndex,    kPalateStatistics, kSaveIpa,
+      kOpenTwoChannels,  kSaveTwoChannels,   kAmplify,        kSaveSelection,    kFilterSegment,
+      kInsertCharacters, kEditMarkers,       kChooseToneItem, kShowToneData,     kShowLabels,
+      kImportLabelTrack, kExportPitchTier,   kExportPitchCsv, kExportStereoWav,  kExportTonesCsv};
+  return std::find(std::begin(kFirst), std::end(kFirst), command) != std::end(kFirst);
 }
 
 /// Entries of the panes' own menus that save what is seen there.
@@ -134,7 +152,19 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Connect();
   dialogs_.SetCaption(kProgramCaption);
   dialogs_.beforeModal = [this] { station_.player.stopPlayback(); };
+  dialogs_.askInDrawing = [this](InputForm& form) {
+    PaneWidget& pane = PaneOf(Pane::Labels);
+    if (!pane.isVisible()) return FormDialog(form, this).exec() == QDialog::Accepted;
+    const bool taken = LabelEditor(form, pane, PaneWidget::kGutter, centralWidget()).Ask();
+    pane.setFocus();
+    return taken;
+  };
   dialogs_.nameFor = [this](const FileKind& kind) { return NameFor(kind); };
+  station_.view.keepsToSound = true;
+  station_.view.followsPlay = preferences_.FollowsPlay();
+  station_.view.pitchSpan = preferences_.PitchSpan();
+  station_.markers.paneShown = preferences_.LabelsShown();
+  splitter_->ShowLabels(station_.markers.paneShown);
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
@@ -161,8 +191,10 @@ void MainWindow::MakeMenus() {
       menus[row.menu]->setToolTipsVisible(true);
     }
     QMenu& menu = *menus[row.menu];
+    if (BeginsGroup(row.number)) menu.addSeparator();
     QAction* action = menu.addAction(WithUniqueMnemonic(QString::fromUtf8(row.label.Get()), menu));
     connect(action, &QAction::triggered, this, [this, number = row.number] { Dispatch(number); });
+    action->setCheckable(row.isOn != nullptr);
     if (IsPaneKey(row.keys)) {
       action->setText(action->text() + '\t' + ShownKeys(row.keys));
     } else {
@@ -194,11 +226,14 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   add(kSelectEntry, "Ctrl+G", false, [this] { AskSelection(); });
   add(kZoomInEntry, "Ctrl++", false, [this] { station_.Zoom(false); });
   add(kZoomOutEntry, "Ctrl+-", false, [this] { station_.Zoom(true); });
-  add(kShowSelectionEntry, "Ctrl+E", true,
-      [this] { station_.ZoomTo(station_.document.selectionStart, station_.document.selectionEnd); });
+  add(kShowSelectionEntry, "Ctrl+E", true, [this] { station_.ZoomToSelection(); });
   add(kShowAllEntry, "Ctrl+0", false, [this] { station_.ZoomTo(0, station_.document.sampleCount); });
   menu.addSeparator();
   add(kCopyHoverEntry, "Ctrl+Shift+C", false, [this] { CopyHoverLine(); });
+  menu.addSeparator();
+  QAction* full = menu.addAction(kFullScreenEntry.Get());
+  full->setShortcut(QKeySequence(Qt::Key_F11));
+  connect(full, &QAction::triggered, this, [this] { setWindowState(windowState() ^ Qt::WindowFullScreen); });
 }
 
 void MainWindow::MakePictureMenu(QMenu& menu, PaneWidget& pane) {
@@ -253,8 +288,12 @@ void MainWindow::MakeCentre() {
   splitter_ = new PaneSplitter(centre);
   for (std::size_t i = 0; i < std::size(kPanes); ++i) {
     auto* pane = new PaneWidget(kPanes[i], station_, gate_, splitter_);
-    splitter_->AddPane(pane, kPaneParts[i]);
     panes_[i] = pane;
+    if (kPanes[i] == Pane::Labels) {
+      splitter_->AddLabels(pane, kAnalysisPane);
+    } else {
+      splitter_->AddPane(pane, kPaneParts[i]);
+    }
   }
   chart_ = new PaneWidget(Pane::Chart, station_, gate_, splitter_);
   splitter_->AddChart(chart_);
@@ -311,6 +350,7 @@ void MainWindow::Connect() {
   soundTimer_->setInterval(kSoundMilliseconds);
   connect(soundTimer_, &QTimer::timeout, this, &MainWindow::FollowSound);
   connect(&gate_, &ActionGate::Finished, this, [this](int level) {
+    if (station_.player.playing() && !soundTimer_->isActive()) soundTimer_->start();  // in a modal window too
     if (level != 0) return;
     Renew();
     ShowExportNotice();
@@ -327,7 +367,12 @@ void MainWindow::Connect() {
   connect(&dialogs_, &QtWindow::KeyUnused, this, &MainWindow::UseKey);
   // The handler that asks to quit is still running: the window closes when it has returned.
   connect(&dialogs_, &QtWindow::QuitAsked, this, &QWidget::close, Qt::QueuedConnection);
-  for (PaneWidget* pane : {panes_[0], panes_[1], panes_[2], panes_[3], chart_}) {
+  std::vector<PaneWidget*> shown(panes_.begin(), panes_.end());
+  shown.push_back(chart_);
+  for (PaneWidget* pane : shown) {
+    connect(pane, &PaneWidget::FocusMoved, this, [this] {
+      if (renewal_ != nullptr) renewal_->start(0);
+    });
     connect(pane, &PaneWidget::Hovered, this, &MainWindow::ShowHover);
     connect(pane, &PaneWidget::HoverLeft, this, &MainWindow::ClearHover);
     connect(pane, &PaneWidget::Resized, this, &MainWindow::TakePaneWidth);
@@ -400,7 +445,9 @@ void MainWindow::OpenFiles(const QStringList& paths) {
 /// The sound's name with the kind's ending; for a sound, the next name of its series.
 std::string MainWindow::NameFor(const FileKind& kind) const {
   const SoundDocument& document = station_.document;
-  if (document.filePath.empty() || *kind.extension == '\0') return {};
+  if (*kind.extension == '\0') return {};
+  if (document.filePath.empty())
+    return document.sampleCount > 0 ? std::string(kRecordingName) + "." + kind.extension : std::string();
   if (std::string_view(kind.extension) == FileKindNamed("wav").extension)
     return FileNameOf(document.nextDigitPath);
   const QFileInfo sound(QString::fromStdString(document.filePath));
@@ -553,12 +600,13 @@ void MainWindow::AskSelection() {
   const bool defined = document.selectionDefined();
   const int start = defined ? document.selectionStart : document.viewStart;
   const int end = defined ? document.selectionEnd : document.viewStart + document.viewLength;
-  const auto edge = [rate](int control, UiText label, int at) {
+  const double first = document.PartStart() / rate;  // seconds count from the file's start
+  const auto edge = [&](int control, UiText label, int at) {
     FormField field;
     field.control = control;
     field.kind = FieldKind::Number;
     field.label = label;
-    field.value = QString::number(at / rate, 'f', 4).toStdString();
+    field.value = QString::number(first + at / rate, 'f', 4).toStdString();
     return field;
   };
   const auto unitChoice = [](UiText label, bool checked) {
@@ -573,9 +621,10 @@ void MainWindow::AskSelection() {
   form.fields = {edge(1000, messages::kSelectionStart, start), edge(1001, messages::kSelectionEnd, end),
                  unitChoice(messages::kSeconds, true), unitChoice(kSamplesUnit, false)};
   if (!dialogs_.AskInput(form)) return;
-  const double unit = form.CheckedIndex() == 0 ? rate : 1.0;
+  const bool seconds = form.CheckedIndex() == 0;
   const auto sample = [&](int control) {
-    const double value = QString::fromStdString(form.ValueOf(control)).toDouble() * unit + 0.5;
+    const double typed = QString::fromStdString(form.ValueOf(control)).toDouble();
+    const double value = (seconds ? (typed - first) * rate : typed) + 0.5;
     return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(document.sampleCount)));
   };
   station_.Select(sample(1000), sample(1001));
@@ -653,6 +702,8 @@ void MainWindow::ShowChart(bool shown) {
 void MainWindow::FollowSound() {
   const bool playing = station_.MoveCursor();
   for (PaneWidget* pane : panes_) pane->FollowCursor();
+  overview_->update();
+  dialogs_.UpdatePlay();
   const Recorder& recording = station_.recording;
   if (recording.running() == meter_->isHidden()) {
     meter_->Clear();
@@ -666,12 +717,24 @@ void MainWindow::FollowSound() {
   if (!playing && !recording.running()) soundTimer_->stop();
 }
 
+void MainWindow::TakeOptions() {
+  const bool shown = station_.markers.paneShown;
+  splitter_->ShowLabels(shown);
+  if (shown != preferences_.LabelsShown()) preferences_.SetLabelsShown(shown);
+  const bool follows = station_.view.followsPlay;
+  if (follows != preferences_.FollowsPlay()) preferences_.SetFollowsPlay(follows);
+  const PitchSpanChoice& range = station_.view.pitchSpan;
+  if (!(range == preferences_.PitchSpan())) preferences_.SetPitchSpan(range);
+}
+
 void MainWindow::Renew() {
   ShowChart(station_.view.ChartShown());
+  TakeOptions();
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
     soundTimer_->start();
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
-  hint_->SetText(QString::fromStdString(station_.view.Hint()));
+  const bool labelling = PaneOf(Pane::Labels).hasFocus() && station_.document.activity <= Activity::Waveform;
+  hint_->SetText(labelling ? kLabelHint.Get() : QString::fromStdString(station_.view.Hint()));
   if (status_->Text() == hint_->Text()) status_->SetText({});  // a tool that announces itself
   axis_->update();
   overview_->update();
@@ -685,6 +748,8 @@ void MainWindow::RenewActions() {
   const SoundDocument& document = station_.document;
   for (const auto& [number, action] : actions_) {
     action->setEnabled(states.IsEnabled(number));
+    if (const CommandRow* row = FindCommand(number); row->isOn != nullptr)
+      action->setChecked(row->isOn(station_));
     action->setToolTip(number == commands::kUndo && action->isEnabled()
                            ? UndoToolTip(document)
                            : QString::fromUtf8(states.MissingFor(number).Get()));
@@ -710,7 +775,9 @@ void MainWindow::RenewActions() {
 void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
   hoverPane_ = pane;
   hoverAt_ = at;
-  const MainView& view = station_.view;
+  MainView& view = station_.view;
+  view.pointer.reset();
+  if (pane != chart_) view.pointer = {pane->pane(), at.x()};
   const int sample = view.SampleAt(pane->pane(), at.x());
   const bool sound = station_.document.sampleCount > 0;
   const bool overTime = pane != chart_ || at.y() < PaneWidget::kChartStripBottom;
@@ -724,6 +791,7 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
 }
 
 void MainWindow::ClearHover() {
+  station_.view.pointer.reset();
   for (PaneWidget* pane : panes_) pane->ShowHover({});
   if (station_.pitch.repair.pointer) PaneOf(Pane::Analysis).update();
   station_.PointAtRepair({});

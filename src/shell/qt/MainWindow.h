@@ -121,6 +121,8 @@ class MainWindow : public QMainWindow {
   void RenewExportFolder();
   void ShowExportNotice();
   void ShowChart(bool shown);
+  /// What the commands of the options have changed: shown and remembered.
+  void TakeOptions();
   bool UseKey(const std::string& key);
 
   Preferences& preferences_;
@@ -140,7 +142,7 @@ class MainWindow : public QMainWindow {
   ElidedLabel* hover_ = nullptr;
   LevelMeter* meter_ = nullptr;
   PaneSplitter* splitter_ = nullptr;
-  std::array<PaneWidget*, 4> panes_{};
+  std::array<PaneWidget*, 5> panes_{};
   PaneWidget* chart_ = nullptr;  ///< stands over the three lower panes at times
   TimeAxisStrip* axis_ = nullptr;
   OverviewStrip* overview_ = nullptr;

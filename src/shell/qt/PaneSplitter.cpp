@@ -24,6 +24,39 @@ void PaneSplitter::AddChart(QWidget* chart) {
   chart_ = chart;
 }
 
+void PaneSplitter::AddLabels(QWidget* labels, int giver) {
+  addWidget(labels);
+  setStretchFactor(count() - 1, 0);
+  labels->hide();
+  labels_ = labels;
+  giver_ = giver;
+}
+
+void PaneSplitter::ShowLabels(bool shown) {
+  if (shown == labelsShown_ || labels_ == nullptr) return;
+  labelsShown_ = shown;
+  if (chartShown_) return;
+  const QList<int> heights = sizes();
+  setUpdatesEnabled(false);
+  labels_->setVisible(shown);
+  chosen_ ? MoveHeight(heights) : ShareHeight();
+  setUpdatesEnabled(true);
+}
+
+int PaneSplitter::LabelsHeight(int given) const {
+  const int spare = given - widget(giver_)->minimumSizeHint().height() - handleWidth();
+  const int least = labels_->minimumSizeHint().height();
+  return std::clamp(spare / 2, least, std::max(least, labels_->sizeHint().height()));
+}
+
+void PaneSplitter::MoveHeight(QList<int> heights) {
+  const int at = indexOf(labels_);
+  const int height = labelsShown_ ? LabelsHeight(heights[giver_]) : -heights[at];
+  heights[at] = std::max(0, height);
+  heights[giver_] -= height + (labelsShown_ ? handleWidth() : -handleWidth());
+  setSizes(heights);
+}
+
 void PaneSplitter::ShowChart(bool shown) {
   if (shown == chartShown_ || chart_ == nullptr) return;
   const int first = widget(0)->height();
@@ -31,6 +64,7 @@ void PaneSplitter::ShowChart(bool shown) {
   chartShown_ = shown;
   setUpdatesEnabled(false);
   for (int i = 1; i < static_cast<int>(parts_.size()); ++i) widget(i)->setVisible(!shown);
+  if (labels_ != nullptr) labels_->setVisible(labelsShown_ && !shown);
   chart_->setVisible(shown);
   if (shown) {
     const int height = this->height() - handleWidth(), smallest = widget(0)->minimumSizeHint().height();
@@ -40,8 +74,7 @@ void PaneSplitter::ShowChart(bool shown) {
     heights.back() = height - kept;
     setSizes(heights);
   } else if (chosen_) {
-    restoreState(paneHeights_);
-    setChildrenCollapsible(false);
+    RestoreHeights(paneHeights_);
   } else {
     ShareHeight();
   }
@@ -56,6 +89,9 @@ QByteArray PaneSplitter::ChosenHeights() const {
 void PaneSplitter::RestoreHeights(const QByteArray& heights) {
   chosen_ = !heights.isEmpty() && restoreState(heights);
   setChildrenCollapsible(false);
+  // Heights that were chosen while there were no labels.
+  if (chosen_ && labelsShown_ && sizes()[indexOf(labels_)] < labels_->minimumSizeHint().height())
+    MoveHeight(sizes());
 }
 
 void PaneSplitter::resizeEvent(QResizeEvent* event) {
@@ -80,7 +116,7 @@ void PaneSplitter::ShareHeight() {
     height -= heights[i];
     parts -= part;
   }
-  setSizes(heights);
+  labelsShown_ ? MoveHeight(heights) : setSizes(heights);
 }
 
 }  // namespace parlowen

@@ -5,12 +5,14 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QRubberBand>
+#include <QToolTip>
 #include <algorithm>
 #include <cstdlib>
 
 #include "base/Format.h"
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/GraphicRole.h"
+#include "shell/qt/KeyNames.h"
 #include "shell/qt/PicturePainter.h"
 #include "ui/Text.h"
 #include "vowel/ChartPicture.h"
@@ -26,12 +28,13 @@ constexpr QRgb kHoverLine = 0xFF707070;
 constexpr int kSmallestChart = 330;  // no more than the panes it stands over
 
 constexpr UiText kAmplitudeName = "幅度能量窗", kPitchName = "基频窗", kAnalysisName = "分析窗";
-constexpr UiText kWaveformName = "波形窗", kChartName = "元音图窗";
+constexpr UiText kWaveformName = "波形窗", kChartName = "元音图窗", kLabelsName = "标注窗";
 
 int ProposedHeight(Pane pane) {
   switch (pane) {
     case Pane::Amplitude: return 110;
     case Pane::Analysis: return 330;
+    case Pane::Labels: return 120;
     case Pane::Chart: return 500;
     default: return 165;
   }
@@ -45,6 +48,7 @@ UiText PaneName(Pane pane) {
     case Pane::Pitch: return kPitchName;
     case Pane::Analysis: return kAnalysisName;
     case Pane::Chart: return kChartName;
+    case Pane::Labels: return kLabelsName;
     default: return kWaveformName;
   }
 }
@@ -71,7 +75,9 @@ int PaneWidget::Top() const { return pane_ == Pane::Chart ? kChartTop : 0; }
 QSize PaneWidget::sizeHint() const { return {kGutter + 1024, ProposedHeight(pane_)}; }
 
 QSize PaneWidget::minimumSizeHint() const {
-  return {kGutter + 200, pane_ == Pane::Chart ? kSmallestChart : kSmallestHeight};
+  return {kGutter + 200, pane_ == Pane::Chart    ? kSmallestChart
+                         : pane_ == Pane::Labels ? kSmallestLabels
+                                                 : kSmallestHeight};
 }
 
 void PaneWidget::Invalidate() {
@@ -166,12 +172,19 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
   if (pane_ == Pane::Analysis) station_.SetAnalysisHeight(height());
+  if (pane_ == Pane::Labels) station_.SetLabelsHeight(height());
   Q_EMIT Resized();
 }
 
-void PaneWidget::focusInEvent(QFocusEvent*) { update(); }
+void PaneWidget::focusInEvent(QFocusEvent*) {
+  update();
+  Q_EMIT FocusMoved();
+}
 
-void PaneWidget::focusOutEvent(QFocusEvent*) { update(); }
+void PaneWidget::focusOutEvent(QFocusEvent*) {
+  update();
+  Q_EMIT FocusMoved();
+}
 
 // --- Mouse
 
@@ -186,6 +199,7 @@ bool PaneWidget::RepairsPitch() const {
 
 PaneWidget::Drag PaneWidget::EdgeAt(int x) const {
   if (!document_.selectionDefined() || document_.activity > Activity::Waveform) return Drag::None;
+  if (pane_ == Pane::Labels) return Drag::None;  // what stands there is dragged
   const int toStart = std::abs(x - view_.ColumnOf(pane_, document_.selectionStart));
   const int toEnd = std::abs(x - view_.ColumnOf(pane_, document_.selectionEnd));
   if (std::min(toStart, toEnd) > kEdgeReach) return Drag::None;
@@ -214,6 +228,10 @@ void PaneWidget::mousePressEvent(QMouseEvent* event) {
     if (band_ == nullptr) band_ = new QRubberBand(QRubberBand::Rectangle, this);
     band_->setGeometry(QRect(event->pos(), QSize(1, 1)));
     band_->show();
+  } else if (pane_ == Pane::Labels) {
+    drag_ = view_.LabelMarker(at) ? Drag::MarkerPressed : Drag::Pressed;
+    pressedOn_ = Drag::None;
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, shift); });
   } else if (document_.activity <= Activity::Waveform && !shift) {
     // A click takes effect when the button comes up, for until then it may become a drag.
     drag_ = Drag::Pressed;
@@ -234,6 +252,9 @@ void PaneWidget::DragTo(Point at) {
   } else if (drag_ == Drag::EndEdge) {
     const int x = std::max(at.x, view_.ColumnOf(pane_, document_.selectionStart) + 1);
     gate_.Run([&] { station_.Click(pane_, {x, at.y}, MouseButton::Right, false); });
+  } else if (drag_ == Drag::Marker) {
+    const bool snaps = (QApplication::keyboardModifiers() & Qt::ShiftModifier) != 0;
+    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Right, snaps); });
   }
 }
 
@@ -246,8 +267,9 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   }
   if (drag_ == Drag::None && pane_ == Pane::Chart) return;
   if (drag_ == Drag::None) {
-    setCursor(event->buttons() == Qt::NoButton && EdgeAt(at.x) != Drag::None ? Qt::SplitHCursor
-                                                                             : Qt::CrossCursor);
+    const bool takesHold =
+        pane_ == Pane::Labels ? view_.LabelMarker(at).has_value() : EdgeAt(at.x) != Drag::None;
+    setCursor(event->buttons() == Qt::NoButton && takesHold ? Qt::SplitHCursor : Qt::CrossCursor);
     return;
   }
   if (drag_ == Drag::Region) {
@@ -257,6 +279,7 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
   }
   const bool far = std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance();
   if (drag_ == Drag::RepairPressed && far) drag_ = Drag::RepairFrames;
+  if (drag_ == Drag::MarkerPressed && far) drag_ = Drag::Marker;
   if (drag_ == Drag::Pressed && far) drag_ = pressedOn_ == Drag::None ? Drag::Stretch : pressedOn_;
   DragTo(at);
 }
@@ -270,7 +293,9 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
     gate_.Run([&] { station_.Click(pane_, pressedAt_, MouseButton::Right, false); });
     return;
   }
-  if (drag_ == Drag::Pressed) {
+  if (drag_ == Drag::Pressed && pane_ == Pane::Labels) {
+    // The press has acted already.
+  } else if (drag_ == Drag::Pressed) {
     gate_.Run([&] { station_.Click(pane_, pressedAt_, MouseButton::Left, false); });
   } else if (drag_ == Drag::Region) {
     band_->hide();
@@ -279,6 +304,12 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
     DragTo(at);
   }
   drag_ = Drag::None;
+}
+
+void PaneWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (pane_ != Pane::Labels || event->button() != Qt::LeftButton) return mousePressEvent(event);
+  drag_ = Drag::None;
+  gate_.Run([&] { station_.EditLabel(PointAt(event->pos())); });
 }
 
 void PaneWidget::leaveEvent(QEvent*) { Q_EMIT HoverLeft(); }
@@ -295,7 +326,44 @@ void PaneWidget::wheelEvent(QWheelEvent* event) {
   });
 }
 
+bool PaneWidget::UseInLabels(const std::string& key) {
+  bool used = false;
+  gate_.Run([&] { used = station_.KeyInLabels(key); });
+  return used;
+}
+
+bool PaneWidget::event(QEvent* event) {
+  if (event->type() == QEvent::ToolTip && pane_ == Pane::Labels) {
+    auto* help = static_cast<QHelpEvent*>(event);
+    const QString tip = QString::fromStdString(view_.LabelTipAt(PointAt(help->pos())));
+    // Plain: a label may look like markup.
+    QToolTip::showText(help->globalPos(),
+                       tip.isEmpty() ? tip : "<p>" + tip.toHtmlEscaped().replace('\n', "<br>"), this);
+    return true;
+  }
+  // The step worked last is taken back first, before the sound's edit.
+  if (event->type() == QEvent::ShortcutOverride &&
+      static_cast<QKeyEvent*>(event)->matches(QKeySequence::Undo) && station_.markers.paneShown &&
+      view_.CanUndoLabelStep()) {
+    event->accept();
+    return true;
+  }
+  return QWidget::event(event);
+}
+
+bool PaneWidget::focusNextPrevChild(bool next) {
+  return (pane_ == Pane::Labels && next && UseInLabels("Tab")) || QWidget::focusNextPrevChild(next);
+}
+
 void PaneWidget::keyPressEvent(QKeyEvent* event) {
+  if (station_.markers.paneShown) {
+    const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    const bool remove = event->key() == Qt::Key_Delete || event->key() == Qt::Key_Backspace;
+    if (enter && UseInLabels("Enter")) return;
+    if (event->matches(QKeySequence::Undo) && UseInLabels("Z")) return;
+    const std::string name = remove ? "Delete" : KeyName(*event);
+    if (pane_ == Pane::Labels && !name.empty() && UseInLabels(name)) return;
+  }
   if (event->key() == Qt::Key_F10 && (event->modifiers() & Qt::ShiftModifier) != 0) {
     Q_EMIT MenuAsked(this, mapToGlobal(rect().center()));
     return;

@@ -24,6 +24,7 @@ class PaneWidget : public QWidget {
  public:
   static constexpr int kGutter = 60;  ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
+  static constexpr int kSmallestLabels = 80;  ///< five rows of texts
   static constexpr int kChartStripBottom =
       172;  ///< rows of the chart above it lie under the amplitude pane's time
 
@@ -48,6 +49,7 @@ class PaneWidget : public QWidget {
   void HoverLeft();
   void Resized();
   void MenuAsked(parlowen::PaneWidget* pane, QPoint global);
+  void FocusMoved();
 
  protected:
   QSize sizeHint() const override;
@@ -61,13 +63,29 @@ class PaneWidget : public QWidget {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void leaveEvent(QEvent* event) override;
+  bool event(QEvent* event) override;
+  bool focusNextPrevChild(bool next) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
-  enum class Drag { None, Pressed, Stretch, StartEdge, EndEdge, Region, RepairPressed, RepairFrames };
+  enum class Drag {
+    None,
+    Pressed,
+    Stretch,
+    StartEdge,
+    EndEdge,
+    Region,
+    RepairPressed,
+    RepairFrames,
+    MarkerPressed,
+    Marker
+  };
 
   bool RepairsPitch() const;
+  /// Hands a key to the label pane, whichever pane it came from; true when it was used.
+  bool UseInLabels(const std::string& key);
   Point PointAt(QPoint widgetPosition) const;
   Drag EdgeAt(int x) const;
   void DragTo(Point at);

@@ -3,6 +3,8 @@
 #include <QSettings>
 #include <QStringList>
 
+#include "shell/PitchSpan.h"
+
 namespace parlowen {
 
 /// What the desktop remembers from one run to the next. The settings of a recording are not among it.
@@ -18,6 +20,14 @@ class Preferences {
   void AddRecentFile(const QString& path);
   QByteArray Layout() const;  ///< the heights of the panes
   void SetLayout(const QByteArray& state);
+  PitchSpanChoice PitchSpan() const;
+  void SetPitchSpan(const PitchSpanChoice& choice);
+  QByteArray ToolPlace(const QString& name) const;  ///< of a tool window; empty before the first
+  void SetToolPlace(const QString& name, const QByteArray& geometry);
+  bool FollowsPlay() const;
+  void SetFollowsPlay(bool follows);
+  bool LabelsShown() const;
+  void SetLabelsShown(bool shown);
 
   static constexpr int kMostRecentFiles = 9;
 

@@ -20,6 +20,7 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "shell/qt/FormDialog.h"
+#include "shell/qt/Placement.h"
 #include "shell/qt/Preferences.h"
 #include "shell/qt/TextWindow.h"
 #include "shell/qt/ToolWidget.h"
@@ -246,8 +247,11 @@ std::optional<FileChoice> QtWindow::AskOpenFile(const FileDialog& dialog) { retu
 std::optional<FileChoice> QtWindow::AskSaveFile(const FileDialog& dialog) { return AskFile(dialog, true); }
 
 bool QtWindow::AskInput(InputForm& form) {
-  BeforeModal();
+  const bool inDrawing = form.place != nullptr && askInDrawing;
+  // What is labelled may go on playing.
+  if (!inDrawing) BeforeModal();
   const ActionGate::Hold hold(gate_);
+  if (inDrawing) return askInDrawing(form);
   FormDialog dialog(form, DialogParent());
   return dialog.exec() == QDialog::Accepted;
 }
@@ -279,8 +283,11 @@ void QtWindow::OpenInEditor(const std::string& path) {
   if (external && openExternally && openExternally(url)) return;
   const QString suffix = QFileInfo(file).suffix().toLower();
   const bool html = suffix == "html" || suffix == "htm";
+  // A text beside the plot that it belongs to.
+  const QWidget& plot = tools_.empty() ? host_ : *tools_.back().widget;
   QWidget* shown = html ? ShowHelpPage(file, fragment, &host_) : ShowTextFile(file, &host_);
-  if (shown == nullptr) ShowError(messages::kCannotOpen);
+  if (shown == nullptr) return ShowError(messages::kCannotOpen);
+  PlaceBeside(*shown, plot);
 }
 
 void QtWindow::Repaint(std::optional<Pane> pane) {
@@ -301,6 +308,8 @@ void QtWindow::OpenToolWindow(std::unique_ptr<ToolWindow> tool) {
   auto* widget = new ToolWidget(*tool, *this, gate_, 0, &host_);
   connect(widget, &QDialog::finished, this, [this, widget] { ToolClosed(widget); });
   connect(widget, &ToolWidget::KeyUnused, this, &QtWindow::KeyUnused);
+  const QByteArray place = preferences_.ToolPlace(QString::fromStdString(tool->Name()));
+  if (place.isEmpty() || !widget->restoreGeometry(place)) PlaceBeside(*widget, host_);
   tools_.push_back({std::move(tool), widget});
   widget->show();
 }
@@ -312,6 +321,11 @@ bool QtWindow::CloseToolWindow(const std::string& name) {
   return true;
 }
 
+void QtWindow::UpdatePlay() const {
+  for (const OpenTool& open : tools_) open.widget->UpdatePlay();
+  for (const ToolWidget* widget : modalTools_) widget->UpdatePlay();
+}
+
 void QtWindow::CloseAllToolWindows() {
   while (!tools_.empty()) tools_.back().widget->CloseNow();
 }
@@ -321,6 +335,7 @@ void QtWindow::ToolClosed(ToolWidget* widget) {
       std::find_if(tools_.begin(), tools_.end(), [&](const OpenTool& open) { return open.widget == widget; });
   if (at == tools_.end()) return;
   std::unique_ptr<ToolWindow> tool = std::move(at->tool);
+  preferences_.SetToolPlace(QString::fromStdString(tool->Name()), widget->saveGeometry());
   tools_.erase(at);
   widget->Detach();
   widget->deleteLater();

@@ -58,9 +58,15 @@ class QtWindow : public QObject, public Window {
   int FilesSaved() const { return filesSaved_; }
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
+  /// The cursor of a play has moved.
+  void UpdatePlay() const;
 
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;
+
+  /// Fills a form with a place of its own there; false when it was cancelled. Without it, or while the place is out
+  /// of sight, there is a dialog.
+  std::function<bool(InputForm& form)> askInDrawing;
 
   /// The name that a save begins with whose handler proposes none; "" for none.
   std::function<std::string(const FileKind& kind)> nameFor;

@@ -1,5 +1,6 @@
 #include "shell/qt/ToolWidget.h"
 
+#include <QApplication>
 #include <QClipboard>
 #include <QContextMenuEvent>
 #include <QGuiApplication>
@@ -65,10 +66,21 @@ class ToolCanvas : public QWidget {
     const Point at{event->pos().x(), event->pos().y()};
     const MouseButton button = event->button() == Qt::LeftButton ? MouseButton::Left : MouseButton::Right;
     const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
+    pressed_ = button == MouseButton::Left;
+    dragged_ = false;
+    pressedAt_ = event->pos();
     owner_.Act([&](ToolWindow& tool) { tool.Click(owner_.window_, at, button, shift); });
   }
+  void mouseReleaseEvent(QMouseEvent*) override { pressed_ = false; }
   void mouseMoveEvent(QMouseEvent* event) override {
     if (owner_.tool_ == nullptr) return;
+    if ((event->buttons() & Qt::LeftButton) != 0 && pressed_) {
+      dragged_ =
+          dragged_ || (event->pos() - pressedAt_).manhattanLength() > QApplication::startDragDistance();
+      const Point at{event->pos().x(), event->pos().y()};
+      if (dragged_) owner_.Act([&](ToolWindow& tool) { tool.Drag(owner_.window_, at); });
+      if (owner_.tool_ == nullptr) return;
+    }
     owner_.readout_->setText(
         QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
   }
@@ -82,6 +94,8 @@ class ToolCanvas : public QWidget {
  private:
   ToolWidget& owner_;
   QSize preferred_{900, 520};
+  bool pressed_ = false, dragged_ = false;
+  QPoint pressedAt_;
 };
 
 template <typename F>
@@ -138,6 +152,10 @@ ToolWidget::ToolWidget(ToolWindow& tool, Window& window, ActionGate& gate, int l
   // Left alone, a dialog begins with two thirds of the screen at most, too little for its drawing on a small
   // one.
   resize(sizeHint().boundedTo(screen()->availableSize() - QSize(20, 60)));
+}
+
+void ToolWidget::UpdatePlay() const {
+  if (tool_ != nullptr && tool_->ShowsPlay()) canvas_->update();
 }
 
 QWidget* ToolWidget::Canvas() const { return canvas_; }

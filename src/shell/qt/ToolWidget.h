@@ -33,6 +33,9 @@ class ToolWidget : public QDialog {
   /// The tool is gone: the window shows nothing more and asks nothing.
   void Detach() { tool_ = nullptr; }
 
+  /// The cursor of a play has moved.
+  void UpdatePlay() const;
+
   QWidget* Canvas() const;
   QPushButton* Button(const std::string& text) const;
   Picture Shown() const;
