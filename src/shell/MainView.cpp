@@ -296,16 +296,15 @@ const WavePyramid& MainView::Pyramid() const {
 
 Picture MainView::Chart(int width, int height) const {
   if (!ChartShown()) return {width, height, {}};
-  constexpr int kAxisHeight = 16;
+  constexpr int kAxisHeight = 16, kAxisText = 9;
   Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
   std::vector<int> samples;
   for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount;
        x += FormantStrip::kStep)
     samples.push_back(SampleAt(Pane::Amplitude, x));
   formantStrip_.Update(document_, std::move(samples));
-  picture.AddAt(
-      TimeAxisPicture(ScaleOf(Pane::Amplitude), document_.sampleRate, width, kAxisHeight, kTimeUnit), 0,
-      kChartTop);
+  picture.AddAt(AxisPicture(Axis(Pane::Amplitude, width, kAxisText), width, kAxisHeight, {.text = kAxisText}),
+                0, kChartTop);
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
   if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
@@ -325,18 +324,24 @@ Picture MainView::Base(Pane pane, int width, int height) const {
   }
 }
 
-/// Annotations stand over the analysis and the waveform, under the flags of the selection; inserted
-/// characters where they were placed.
+/// Annotations stand over the analysis and the waveform, inserted characters where they were placed.
 void MainView::AddTexts(Picture& picture, Pane pane) const {
-  constexpr int kFlagHeight = 16;
+  constexpr int kFirstRow = 8;  // under the brackets of the selection
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
   const auto columnOf = [&](int sample) { return ColumnOf(pane, sample); };
-  if (annotations != nullptr && (pane == Pane::Analysis || pane == Pane::Waveform)) {
-    const int head = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
-    AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, head + kFlagHeight, columnOf);
-  }
+  if (annotations != nullptr && (pane == Pane::Analysis || pane == Pane::Waveform))
+    AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, kFirstRow, columnOf);
   if (characters != nullptr && characters->sound == document_.Stamp())
     AddCharacters(picture, *characters, pane, left, columnOf);
+}
+
+/// The end is not marked a second time where the start is.
+SelectionColumns MainView::MarkedColumns(Pane pane) const {
+  SelectionColumns marked;
+  const int start = document_.selectionStart, end = document_.selectionEnd;
+  if (start >= 0) marked.start = ColumnOf(pane, start);
+  if (end >= 0 && (start < 0 || end > start)) marked.end = ColumnOf(pane, end);
+  return marked;
 }
 
 Picture MainView::Overlay(Pane pane, int width, int height) const {
@@ -344,18 +349,12 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (pane == Pane::Chart) return picture;
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
-  // The picture's own title and axis stay free.
-  const int flagTop = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
                             document_.selectionStart <= stretch.start &&
                             document_.selectionEnd >= stretch.end;
-  SelectionColumns marked;
-  const int start = document_.selectionStart, end = document_.selectionEnd;
-  if (start >= 0) marked.start = ColumnOf(pane, start);
-  if (end >= 0 && (start < 0 || end > start)) marked.end = ColumnOf(pane, end);
   // A picture of the selection alone keeps its greys.
-  if (!outside) AddSelection(picture, {left, 0, width - left, height}, marked, !wholeStretch, flagTop);
+  if (!outside) AddSelection(picture, {left, 0, width - left, height}, MarkedColumns(pane), !wholeStretch);
   if (pane == Pane::Waveform && palate != nullptr)
     AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   const auto line = [&](std::optional<int> sample, Colour colour) {
@@ -380,14 +379,50 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   return picture;
 }
 
+FigurePane MainView::FigureOf(Pane pane, int width, int height) const {
+  FigurePane figure{Base(pane, width, height), Ticks(pane, height), Caption(pane), {}};
+  figure.picture.Add(Overlay(pane, width, height));
+  return figure;
+}
+
 Picture MainView::Whole(Pane pane, int width, int height) const {
-  Picture picture = Base(pane, width, height);
-  for (const Tick& tick : Ticks(pane, height)) {
-    const int y = std::clamp(tick.at + 4, std::min(10, height - 2), height - 2);
-    picture.Add(TextMark{1, y, tick.label, colours::kText, 9, Anchor::Left, Face::Figures});
+  if (pane == Pane::Chart) return Base(pane, width, height);  // it has axes of its own
+  const PaneRows rows{pane, height};
+  return Figure({&rows, 1}, width, FigureStyle{}.text);
+}
+
+Picture MainView::Figure(std::span<const PaneRows> panes, int width, int text) const {
+  std::vector<FigurePane> figures;
+  std::optional<std::size_t> last;  // of those that share the axis
+  for (const PaneRows& rows : panes) {
+    figures.push_back(FigureOf(rows.pane, width, rows.height));
+    if (HasOwnAxis(rows.pane)) {
+      figures.back().axis = Axis(rows.pane, width, text);
+    } else {
+      last = figures.size() - 1;
+    }
   }
-  picture.Add(Overlay(pane, width, height));
-  return picture;
+  if (last) figures[*last].axis = Axis(panes[*last].pane, width, text);
+  return ComposeFigure(figures, {text});
+}
+
+std::vector<std::string> MainView::Caption(Pane pane) const {
+  if (pane != Pane::Analysis || !spectrogram_.shown) return {};
+  return SpectrogramCaption(spectrogram_, document_.sampleRate);
+}
+
+bool MainView::HasOwnAxis(Pane pane) const {
+  return pane == Pane::Analysis && (AnalysisShowsOwnStretch() || ShowsRidges());
+}
+
+bool MainView::ShowsRidges() const { return spectrogram_.shown && !spectrogram_.ridges.empty(); }
+
+FigureAxis MainView::Axis(Pane pane, int width, int text) const {
+  if (pane == Pane::Analysis && ShowsRidges())
+    return {{0, 1, 0, width}, RidgeTicks(document_.sampleRate), {}, {}};
+  FigureAxis axis = TimeAxis(ScaleOf(pane), document_.sampleRate, width, text);
+  axis.flags = MarkedColumns(pane);
+  return axis;
 }
 
 std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
@@ -398,10 +433,6 @@ std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
     case Pane::Chart: return {};
     default: return WaveformTicks(document_, Pyramid(), height);
   }
-}
-
-Picture MainView::TimeAxis(int width, int height) const {
-  return TimeAxisPicture(ScaleOf(Pane::Waveform), document_.sampleRate, width, height);
 }
 
 Picture MainView::Overview(int width, int height) const {

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,7 @@
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
+#include "ui/Figure.h"
 #include "ui/Picture.h"
 #include "ui/Plot.h"
 #include "ui/Window.h"
@@ -91,13 +93,24 @@ class MainView {
 
   Picture Base(Pane pane, int width, int height) const;
   Picture Overlay(Pane pane, int width, int height) const;
-  /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone
-  /// gets.
+  /// Base and overlay with what stands around them: a figure of the pane alone.
   Picture Whole(Pane pane, int width, int height) const;
+  /// One of the panes of a figure, and its rows.
+  struct PaneRows {
+    Pane pane = Pane::Waveform;
+    int height = 0;
+  };
+  /// The panes one under the other over one axis; one whose columns are none of the others' has its own. Letters have
+  /// that size.
+  Picture Figure(std::span<const PaneRows> panes, int width, int text) const;
   /// Labels beside the pane.
   std::vector<Tick> Ticks(Pane pane, int height) const;
-  /// The axis in seconds under the waveform.
-  Picture TimeAxis(int width, int height) const;
+  /// Pieces of the line above the pane; none for no line.
+  std::vector<std::string> Caption(Pane pane) const;
+  /// True where the pane's columns are none of the other panes': a stretch or frequencies of its own.
+  bool HasOwnAxis(Pane pane) const;
+  /// The axis under the pane's columns, with the flags of the selection, for letters of that size.
+  FigureAxis Axis(Pane pane, int width, int text) const;
   /// The whole sound with the view and the selection.
   Picture Overview(int width, int height) const;
   int OverviewSampleAt(int x, int width) const;
@@ -132,6 +145,9 @@ class MainView {
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
   void AddTexts(Picture& picture, Pane pane) const;
+  SelectionColumns MarkedColumns(Pane pane) const;
+  bool ShowsRidges() const;
+  FigurePane FigureOf(Pane pane, int width, int height) const;
   /// The activity of the chart that is shown, Start for none. It stays while a region of it is chosen.
   Activity ShownChart() const;
 

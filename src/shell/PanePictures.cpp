@@ -13,10 +13,8 @@ namespace parlowen {
 namespace {
 
 constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
-constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
 constexpr double kLowestPitch = 64.0, kHighestPitch = 512.0;
 constexpr int kPitchSemitones = 36, kOctave = 12;
-constexpr double kAxisShade = 0.75;  // of the white under an axis that lies over a picture
 constexpr double kViewOpacity = 0.15;
 
 /// One behind the last column that has sound.
@@ -92,7 +90,7 @@ Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, in
   }
   std::vector<Tick> lines = AmplitudeTicks(scale, height);
   std::erase_if(lines, [&](const Tick& tick) { return tick.at <= 0 || tick.at >= height - 1; });
-  AddLevelAxis(picture, WithoutLabels(lines), {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dashed});
+  AddLevelAxis(picture, WithoutLabels(lines), {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dotted});
   AddCurve(picture, energy, levels, colours::kLevelLine);
   return picture;
 }
@@ -107,7 +105,8 @@ Picture PitchPicture(const SoundDocument& document, int width, int height) {
   std::vector<Tick> semitones = WithoutLabels(TicksEvery({0, kPitchSemitones, height - 1, 0}, 1));
   std::erase_if(semitones, [](const Tick& tick) { return static_cast<int>(tick.value) % kOctave == 0; });
   AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None, colours::kGrid});
-  AddLevelAxis(picture, WithoutLabels(PitchTicks(height)), {kPaneMargin, width - 1, 0});
+  AddLevelAxis(picture, WithoutLabels(PitchTicks(height)),
+               {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dotted});
   if (!document.pitchPresent || document.sampleRate <= 0) return picture;
 
   const SampleScale columns = TimeScaleOf(document);
@@ -135,24 +134,12 @@ std::vector<Tick> PitchTicks(int height) {
 
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
                         int height) {
+  if (spectrogram.shown)
+    return SpectrogramPicture(spectrogram, document.sampleRate, spectrogram.stretch.Pane(width), width,
+                              height);
   Picture picture{width, height, {}};
-  if (!spectrogram.shown) {
-    AddMarginLine(picture);
-    return picture;
-  }
-  const SampleScale pane = spectrogram.stretch.Pane(width);
-  picture = SpectrogramPicture(spectrogram, document.sampleRate, pane, width, height);
-  if (!spectrogram.stretch.followsView && spectrogram.ridges.empty()) {
-    // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover
-    // F0.
-    picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, kAxisShade});
-    picture.AddAt(TimeAxisPicture(pane, document.sampleRate, width, kOwnAxisHeight), 0, kTitleHeight);
-  }
+  AddMarginLine(picture);
   return picture;
-}
-
-int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
-  return spectrogram.stretch.followsView ? kTitleHeight : kTitleHeight + kOwnAxisHeight;
 }
 
 std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
@@ -178,12 +165,9 @@ std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid
   return TicksAt(rows, values);
 }
 
-Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
-                        const std::string& unit) {
-  Picture picture{width, height, {}};
+FigureAxis TimeAxis(const SampleScale& columns, int sampleRate, int width, int text) {
   const PlotScale seconds = PlotScale::Seconds(columns, sampleRate, width);
-  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom), 0, {}, unit);
-  return picture;
+  return {seconds, RoundTicks(seconds, kTimeLabelRoom * text / PlotStyle{}.text), kTimeUnit, {}};
 }
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {

@@ -34,7 +34,7 @@ GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pa
     if (shown.empty()) left = x + 1;
   }
   const int columns = static_cast<int>(shown.size());
-  GreyImageMark image{left, 0, columns, height, columns, kSpectrogramRows, {}};
+  GreyImageMark image{left, 0, columns, height, columns, kSpectrogramRows, {}, true};
   image.pixels.resize(shown.size() * kSpectrogramRows);
   for (std::size_t x = 0; x < shown.size(); ++x) {
     const std::uint16_t* greys = matrix.Column(shown[x]);
@@ -56,32 +56,6 @@ void AddFormants(Picture& picture, const SpectrogramState& spectrogram, const Sa
     if (x < pane.left || x >= picture.width) continue;
     const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
     picture.Add(BoxMark{x, y - 1, 2, 2, colours::kFormant});
-  }
-}
-
-void AddTitle(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane,
-              int sampleRate) {
-  const SpectrogramStretch& stretch = spectrogram.stretch;
-  const bool ridges = !spectrogram.ridges.empty();
-  const bool bank = spectrogram.kind == SpectrogramKind::FilterBank;
-  const double rate = std::max(1, sampleRate);
-  const int x = std::max(pane.left, 24) + 4;
-  picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
-  picture.Add(TextMark{x, 13, ridges ? kShowsRidges : kShowsGreys, colours::kText, 12});
-  picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
-  picture.Add(TextMark{x + 172, 13, Format(kWaveTimes.Get(), stretch.start / rate, stretch.end / rate),
-                       colours::kText, 12});
-  if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
-}
-
-/// The frequencies under the first frame of a three-dimensional view.
-void AddRidgeAxis(Picture& picture, int sampleRate) {
-  const int step = GridStepHz(sampleRate), y = picture.height - kRidgeFoot;
-  for (int frequency = step; frequency < sampleRate / 2; frequency += step) {
-    const int x = kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate);
-    picture.Add(LineMark{{x, y + 2}, {x, y + 5}, colours::kText});
-    picture.Add(TextMark{x, y + 16, Format("%d kHz", frequency / 1000), colours::kText, 10, Anchor::Middle,
-                         Face::Figures});
   }
 }
 
@@ -128,6 +102,26 @@ class RidgeLine {
 };
 
 }  // namespace
+
+std::vector<std::string> SpectrogramCaption(const SpectrogramState& spectrogram, int sampleRate) {
+  const SpectrogramStretch& stretch = spectrogram.stretch;
+  const double rate = std::max(1, sampleRate);
+  std::vector<std::string> pieces = {spectrogram.ridges.empty() ? kShowsGreys : kShowsRidges,
+                                     KindTitle(spectrogram.kind),
+                                     Format(kWaveTimes.Get(), stretch.start / rate, stretch.end / rate)};
+  if (spectrogram.kind == SpectrogramKind::FilterBank) pieces.push_back(kNoRidges);
+  return pieces;
+}
+
+std::vector<Tick> RidgeTicks(int sampleRate) {
+  std::vector<Tick> ticks;
+  const int step = GridStepHz(sampleRate);
+  for (int frequency = step; frequency < sampleRate / 2; frequency += step)
+    ticks.push_back(
+        {kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate),
+         static_cast<double>(frequency), Format("%d kHz", frequency / 1000)});
+  return ticks;
+}
 
 Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height) {
   Picture picture{width, height, {}};
@@ -189,20 +183,14 @@ int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, in
 
 Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, const SampleScale& pane,
                            int width, int height) {
-  if (!spectrogram.ridges.empty()) {
-    Picture ridges = RidgePicture(spectrogram, width, height);
-    AddRidgeAxis(ridges, sampleRate);
-    AddTitle(ridges, spectrogram, pane, sampleRate);
-    return ridges;
-  }
+  if (!spectrogram.ridges.empty()) return RidgePicture(spectrogram, width, height);
   Picture picture{width, height, {}};
   GreyImageMark image = ImageOf(spectrogram, pane, width, height);
   if (image.columns > 0) picture.Add(std::move(image));
   AddFormants(picture, spectrogram, pane);
   for (const Tick& line : SpectrogramGrid(spectrogram, sampleRate, height))
     picture.Add(LineMark{
-        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dashed});
-  AddTitle(picture, spectrogram, pane, sampleRate);
+        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dotted});
   return picture;
 }
 

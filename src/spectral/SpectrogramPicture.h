@@ -7,11 +7,17 @@
 
 namespace parlowen {
 
-/// The matrix as a grey picture that fills the pane's height, low frequencies at the bottom, with its grid,
-/// its formants where they are shown, its title and the line of its times; or the three-dimensional view. `pane`
-/// tells which sample each column of pixels shows: there stands the column of the matrix with that sample.
+/// The matrix as a grey picture that fills the pane's height, low frequencies at the bottom, with its grid and
+/// its formants where they are shown; or the three-dimensional view. `pane` tells which sample each column of
+/// pixels shows: there stands the column of the matrix with that sample.
 Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, const SampleScale& pane,
                            int width, int height);
+
+/// What the line above the picture says, in pieces: the view, the kind of picture, its times.
+std::vector<std::string> SpectrogramCaption(const SpectrogramState& spectrogram, int sampleRate);
+
+/// The columns of frequencies under the first frame of a three-dimensional view.
+std::vector<Tick> RidgeTicks(int sampleRate);
 
 /// The column of the matrix under a column of pixels; −1 for none.
 int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, int x);

@@ -151,7 +151,7 @@ struct PlotBox {
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});
 
-enum class GridLines { None, Solid, Dashed };
+enum class GridLines { None, Solid, Dotted };
 
 /// Ticks up the left side of a box, or lines across it, with their labels at `labelX`, kept inside the picture.
 struct LevelAxis {
@@ -176,9 +176,9 @@ void AddCurve(Picture& picture, const BrokenLine& line, Colour colour, int width
 struct SelectionColumns {
   std::optional<int> start, end;
 };
-/// Tints the stretch between both ends where it is seen, and draws the ends as lines, green and red; with a
-/// `flagRow` each carries its flag there, so that shape and letter tell them apart too.
-void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection, bool tinted = true,
-                  std::optional<int> flagRow = {});
+/// Tints the stretch between both ends where it is seen, and draws the ends as brackets open to each other, green and
+/// red: the shape tells them apart too.
+void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection,
+                  bool tinted = true);
 
 }  // namespace parlowen

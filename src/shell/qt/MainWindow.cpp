@@ -585,11 +585,13 @@ void MainWindow::CopyRegionOf(const PaneRegion& region) {
   const PaneWidget& pane = PaneOf(region.pane);
   const double scale = devicePixelRatioF();
   // The frame around the region is no part of it.
-  const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
-                         .normalized()
-                         .adjusted(1, 1, -1, -1);
+  QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
+                   .normalized()
+                   .adjusted(1, 1, -1, -1);
   if (area.isEmpty()) return;
-  const QImage whole = RenderPicture(pane.Shown(), scale);
+  const Picture shown = pane.Shown();
+  area.translate(shown.around.left, shown.around.top);
+  const QImage whole = RenderPicture(shown, scale);
   QApplication::clipboard()->setImage(
       whole.copy(QRectF(area.x() * scale, area.y() * scale, area.width() * scale, area.height() * scale)
                      .toAlignedRect()));

@@ -30,13 +30,14 @@ QByteArray PdfBytes(const Picture& picture) {
   buffer.open(QIODevice::WriteOnly);
   QPdfWriter writer(&buffer);
   const double points = 72.0 / kPixelsPerInch;
-  writer.setPageSize(QPageSize(QSizeF(picture.width * points, picture.height * points), QPageSize::Point,
-                               QString(), QPageSize::ExactMatch));
+  writer.setPageSize(QPageSize(QSizeF(picture.WholeWidth() * points, picture.WholeHeight() * points),
+                               QPageSize::Point, QString(), QPageSize::ExactMatch));
   writer.setPageMargins(QMarginsF());
   writer.setResolution(kPrintDotsPerInch);
   QPainter painter(&writer);
   const double scale = kPrintDotsPerInch / kPixelsPerInch;
   painter.scale(scale, scale);
+  painter.translate(picture.around.left, picture.around.top);
   PaintPicture(painter, picture);
   painter.end();
   return bytes;
