@@ -46,6 +46,7 @@ class MarkerWindow : public ToolWindow {
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
   Point PreferredSize() const override;
+  bool ScalesWithWindow() const override { return false; }
   void Resized(int width, int height) override;
   Point ClickOrigin() const override { return {0, MarkerLayout(height_).bandsTop}; }
   std::optional<ToolScrollBar> ScrollBar() const override;

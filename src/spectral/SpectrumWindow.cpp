@@ -36,6 +36,7 @@ class SpectrumWindow : public ToolWindow {
   SpectrumWindow(SoundDocument& document, SpectrogramState& spectrogram, bool withWaveform)
       : document_(document), spectrogram_(spectrogram), withWaveform_(withWaveform) {}
   std::string Name() const override { return "spectrum"; }
+  bool ScalesWithWindow() const override { return false; }
   std::string Title() const override { return withWaveform_ ? kBothTitle : kAloneTitle; }
   Picture Draw(int width, int height) const override {
     return SpectrumWindowPicture(document_, spectrogram_, withWaveform_, width, height);
