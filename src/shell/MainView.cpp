@@ -15,6 +15,7 @@
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
 #include "prosody/IntonationCommands.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "ui/Text.h"
@@ -136,7 +137,8 @@ bool MainView::RepairsPitch(Pane pane) const {
 
 RepairPoint MainView::RepairPointAt(Point at) const {
   return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
-          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate)};
+          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate,
+                         ShownRows(document_, spectrogram_))};
 }
 
 void MainView::MarkRepairFrames(int x0, int x1) {
@@ -175,6 +177,8 @@ bool MainView::Key(const std::string& key) {
     DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
     return true;
   }
+  if (name == "C" && document_.activity != Activity::PitchRepair && NextCeiling(window_, spectrogram_))
+    return true;
   if (name == "F" && spectrogram_.shown) {
     ToggleFormants(window_, document_, spectrogram_);
     return true;
@@ -294,10 +298,29 @@ const WavePyramid& MainView::Pyramid() const {
   return pyramid_;
 }
 
+/// As large as the drawing below the strip fits: points, F1 to 1600 Hz and the group plot.
+double MainView::ChartScale(int width, int height) const {
+  constexpr double kColumns = 1000, kRows = 620 - kChartStripBottom;
+  if (!chartScales) return 1;
+  return std::clamp(std::min(width / kColumns, (height - kChartStripBottom) / kRows), 0.4, 4.0);
+}
+
 Picture MainView::Chart(int width, int height) const {
   if (!ChartShown()) return {width, height, {}};
   constexpr int kAxisHeight = 16, kAxisText = 9;
-  Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
+  const double scale = ChartScale(width, height);
+  const int ownWidth = TruncateToInt32(width / scale + 0.5);
+  const int ownHeight = kChartStripBottom + TruncateToInt32((height - kChartStripBottom) / scale + 0.5);
+  Picture drawing =
+      PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, ownWidth, ownHeight);
+  if (ShownChart() == Activity::GroupPlot) drawing.Add(GroupPlotPicture(vowels_.plot, ownWidth, ownHeight));
+  Picture picture{width, height, {}};
+  if (scale == 1) {
+    picture.Add(drawing);
+  } else {
+    picture.AddAt(drawing.Scaled(scale), 0, TruncateToInt32(kChartStripBottom * (1 - scale)));
+    picture.Add(BoxMark{0, 0, width, kChartStripBottom, colours::kWhite});
+  }
   std::vector<int> samples;
   for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount;
        x += FormantStrip::kStep)
@@ -306,7 +329,6 @@ Picture MainView::Chart(int width, int height) const {
   picture.AddAt(AxisPicture(Axis(Pane::Amplitude, width, kAxisText), width, kAxisHeight, {.text = kAxisText}),
                 0, kChartTop);
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
-  if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
 }
 
@@ -367,7 +389,7 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (RepairsPitch(pane))
     picture.Add(PitchRepairPicture(
         document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); }, width,
-        height));
+        height, ShownRows(document_, spectrogram_)));
   if (document_.activity == Activity::RegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
@@ -460,8 +482,11 @@ std::string MainView::SelectionLine() const {
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
   if (pane == Pane::Chart && ChartShown()) {
-    const std::string group = ShownChart() == Activity::GroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
-    return group.empty() ? PointChartHover(vowels_.chart, at) : group;
+    const double scale = ChartScale(document_.paneWidth, paneHeight);
+    const Point own{TruncateToInt32(at.x / scale),
+                    kChartStripBottom + TruncateToInt32((at.y - kChartStripBottom) / scale)};
+    const std::string group = ShownChart() == Activity::GroupPlot ? GroupPlotHover(vowels_.plot, own) : "";
+    return group.empty() ? PointChartHover(vowels_.chart, own) : group;
   }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
@@ -477,8 +502,8 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   }
   // In three dimensions a row is no frequency.
   if (pane == Pane::Analysis && spectrogram_.shown && spectrogram_.ridges.empty() && paneHeight > 0) {
-    const int row =
-        std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
+    const int rows = ShownRows(document_, spectrogram_);
+    const int row = std::clamp((paneHeight - 1 - at.y) * rows / paneHeight, 0, rows - 1);
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0) line += Format(kHoverGrey.Get(), separator, spectrogram_.matrix.Column(column)[row]);

@@ -24,6 +24,9 @@
 
 namespace parlowen {
 
+/// Rows of the chart above this one lie under the amplitude pane's time.
+inline constexpr int kChartStripBottom = 172;
+
 /// What an open microphone is heard for.
 enum class Listening { No, ForVoice, ToRecord, ToTestGain };
 
@@ -129,6 +132,8 @@ class MainView {
   /// The region chosen with 40010.
   PaneRegion region;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+  /// The chart grows with its window, letters too; a script's keeps the coordinates that its points are stored in.
+  bool chartScales = false;
   /// Pixels, kept by whoever shows the pane: clicks into the picture need it.
   int analysisHeight = 330;
   /// The palate recording whose markers stand over the waveform; null for none.
@@ -144,6 +149,7 @@ class MainView {
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
+  double ChartScale(int width, int height) const;
   void AddTexts(Picture& picture, Pane pane) const;
   SelectionColumns MarkedColumns(Pane pane) const;
   bool ShowsRidges() const;

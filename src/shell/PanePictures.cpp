@@ -7,6 +7,7 @@
 #include "document/LevelMeasures.h"
 #include "document/ViewScale.h"
 #include "dsp/Decibel.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectrogramPicture.h"
 
 namespace parlowen {
@@ -136,7 +137,7 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
                         int height) {
   if (spectrogram.shown)
     return SpectrogramPicture(spectrogram, document.sampleRate, spectrogram.stretch.Pane(width), width,
-                              height);
+                              height, ShownRows(document, spectrogram));
   Picture picture{width, height, {}};
   AddMarginLine(picture);
   return picture;
@@ -145,7 +146,7 @@ Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& s
 std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
                                 int height) {
   if (!spectrogram.shown || document.sampleRate <= 0) return {};
-  return SpectrogramGrid(spectrogram, document.sampleRate, height);
+  return SpectrogramGrid(spectrogram, document.sampleRate, height, ShownRows(document, spectrogram));
 }
 
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {

@@ -5,6 +5,7 @@
 #include <memory>
 
 #include "document/WavePyramid.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectralPlot.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
@@ -83,8 +84,10 @@ Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramSt
   const SampleScale columns{stretch.start, std::max(1, stretch.end - stretch.start), inner, 0};
   if (withWaveform)
     panes.front().picture = WavePicture(document, columns, inner, panes.front().picture.height);
-  spectrum.picture = SpectrogramPicture(spectrogram, document.sampleRate, columns, inner, pictureHeight);
-  spectrum.ticks = SpectrogramGrid(spectrogram, document.sampleRate, pictureHeight);
+  const int rows = ShownRows(document, spectrogram);
+  spectrum.picture =
+      SpectrogramPicture(spectrogram, document.sampleRate, columns, inner, pictureHeight, rows);
+  spectrum.ticks = SpectrogramGrid(spectrogram, document.sampleRate, pictureHeight, rows);
   const PlotScale seconds = PlotScale::Seconds(columns, document.sampleRate, inner);
   if (spectrogram.ridges.empty()) {
     *spectrum.axis = {seconds, RoundTicks(seconds, kTimeLabelRoom), kTimeUnit, {}};

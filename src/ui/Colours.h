@@ -58,7 +58,7 @@ inline constexpr Colour kChartPoint = 0xC80000;
 
 /// Curves of one plot, in order; a grey print tells the first ones apart by their lightness.
 inline constexpr Colour kCurve[] = {0xC00000, 0x0060D0, 0x008040, 0xA000A0,
-                                    0xD07000, 0x008090, 0x606060, 0x804000};
+                                    0xB05A00, 0x008090, 0x606060, 0x804000};
 
 }  // namespace colours
 }  // namespace parlowen

@@ -5,7 +5,6 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
-#include "ui/Messages.h"
 
 namespace parlowen {
 namespace {
@@ -234,11 +233,8 @@ void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis
     if (axis.grid == GridLines::None)
       picture.Add(LineMark{{axis.left - style.tick, tick.at}, {axis.left, tick.at}, axis.tick, style.stroke});
     else
-      picture.Add(LineMark{{axis.left, tick.at},
-                           {axis.right, tick.at},
-                           colours::kGrid,
-                           style.stroke,
-                           axis.grid == GridLines::Solid ? LineStyle::Solid : LineStyle::Dotted});
+      picture.Add(LineMark{
+          {axis.left, tick.at}, {axis.right, tick.at}, colours::kGrid, style.stroke, LineStyle::Dotted});
     if (tick.label.empty()) continue;
     const int lowest = std::max(0, picture.height - 2), highest = std::min(style.text, lowest);
     const int baseline = std::clamp(tick.at + style.text * 2 / 5, highest, lowest);

@@ -151,14 +151,14 @@ struct PlotBox {
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});
 
-enum class GridLines { None, Solid, Dotted };
+enum class GridLines { None, Dotted };
 
 /// Ticks up the left side of a box, or lines across it, with their labels at `labelX`, kept inside the picture.
 struct LevelAxis {
   int left = 0, right = 0;  ///< columns of the lines, both included
   int labelX = 0;
   Anchor anchor = Anchor::Right;
-  GridLines grid = GridLines::Solid;
+  GridLines grid = GridLines::Dotted;
   Colour tick = colours::kText;  ///< without lines
 };
 void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis& axis,

@@ -25,8 +25,6 @@ class PaneWidget : public QWidget {
  public:
   static constexpr int kGutter = kFigureGutter;  ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
-  static constexpr int kChartStripBottom =
-      172;  ///< rows of the chart above it lie under the amplitude pane's time
 
   PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent);
 

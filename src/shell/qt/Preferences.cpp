@@ -9,6 +9,8 @@ namespace {
 constexpr const char* kFolder = "folder";
 constexpr const char* kRecent = "recentFiles";
 constexpr const char* kLayout = "paneHeights";
+constexpr const char* kFigure = "figure";
+constexpr const char* kCeiling = "frequencyCeiling";
 
 QString UserSettingsFile() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/parlowen/parlowen.ini";
@@ -44,5 +46,15 @@ void Preferences::AddRecentFile(const QString& path) {
 QByteArray Preferences::Layout() const { return settings_.value(kLayout).toByteArray(); }
 
 void Preferences::SetLayout(const QByteArray& state) { settings_.setValue(kLayout, state); }
+
+std::string Preferences::Figure() const { return settings_.value(kFigure).toString().toStdString(); }
+
+void Preferences::SetFigure(const std::string& choice) {
+  settings_.setValue(kFigure, QString::fromStdString(choice));
+}
+
+int Preferences::Ceiling() const { return settings_.value(kCeiling).toInt(); }
+
+void Preferences::SetCeiling(int hertz) { settings_.setValue(kCeiling, hertz); }
 
 }  // namespace parlowen

@@ -2,6 +2,7 @@
 #include <QByteArray>
 #include <QSettings>
 #include <QStringList>
+#include <string>
 
 namespace parlowen {
 
@@ -18,6 +19,11 @@ class Preferences {
   void AddRecentFile(const QString& path);
   QByteArray Layout() const;  ///< the heights of the panes
   void SetLayout(const QByteArray& state);
+
+  std::string Figure() const;  ///< the last figure of the whole window, as FigureChoiceText
+  void SetFigure(const std::string& choice);
+  int Ceiling() const;  ///< Hz up to which pictures are shown; 0: all
+  void SetCeiling(int hertz);
 
   static constexpr int kMostRecentFiles = 9;
 

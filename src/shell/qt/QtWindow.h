@@ -59,6 +59,9 @@ class QtWindow : public QObject, public Window {
   ToolWidget* FindToolWindow(const std::string& name) const;
   void CloseAllToolWindows();
 
+  /// The answer to the next Yes/No question, given before it is asked; it is not shown then.
+  std::optional<bool> answerNext;
+
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;
 
