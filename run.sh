@@ -5,7 +5,7 @@ set -euo pipefail
 start=$PWD
 cd "$(dirname "$(readlink -f "$0")")"
 
-sound=${1:-sounds/mandarin_mao_four_tones_male_44100.wav}
+sound=${1:-sounds/mandarin_mao_four_tones_male_16000.wav}
 case "$sound" in
   /*) ;;
   *) [ $# -gt 0 ] && sound=$start/$sound || sound=$PWD/$sound ;;

@@ -55,6 +55,7 @@ class MarkerWindow : public ToolWindow {
   Picture Draw(int width, int height) const override;
   bool ShowsPlay() const override { return true; }
   Point PreferredSize() const override;
+  bool ScalesWithWindow() const override { return false; }
   void Resized(int width, int height) override;
   Point ClickOrigin() const override { return {0, MarkerLayout(height_).bandsTop}; }
   std::optional<ToolScrollBar> ScrollBar() const override;

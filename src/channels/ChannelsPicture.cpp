@@ -73,7 +73,7 @@ void AddLevels(Picture& picture, SampleSpan channel, int sampleRate, const Sampl
 
 void AddScale(Picture& picture, Band band, double step, double largest) {
   AddLevelAxis(picture, TicksEvery(RowsOf(band, largest), step),
-               {kPaneMargin, picture.width - 1, 1, Anchor::Left, GridLines::Dashed}, kScaleStyle);
+               {kPaneMargin, picture.width - 1, 1, Anchor::Left, GridLines::Dotted}, kScaleStyle);
 }
 
 void AddRatio(Picture& picture, const NasalanceCurve& curve, const SampleScale& columns, Band band) {

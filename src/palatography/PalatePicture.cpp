@@ -106,7 +106,7 @@ void AddSpectrum(Picture& picture, const SpectrogramMatrix& matrix, int sampleRa
   picture.Add(std::move(image));
   const PlotScale rows{0, sampleRate / 2000.0, kSpectrumTop + kSpectrumHeight, kSpectrumTop};
   AddLevelAxis(picture, TicksEvery(rows, sampleRate > 20000 ? 4 : 2),
-               {kMargin, kMargin + matrix.columns - 1, kMargin - 4, Anchor::Right, GridLines::Dashed});
+               {kMargin, kMargin + matrix.columns - 1, kMargin - 4, Anchor::Right, GridLines::Dotted});
 }
 
 void AddMeasures(Picture& picture, std::span<const ContactFrame> frames, const PalateLayout& layout,
@@ -122,7 +122,7 @@ void AddMeasures(Picture& picture, std::span<const ContactFrame> frames, const P
                 {kCentrality, 1, colours::kCentrality, true}};
   const PlotScale rows{0, 1, kCurveFoot, kCurveTop};
   AddLevelAxis(picture, TicksEvery(rows, 0.5, 1),
-               {kMargin, layout.width - kMargin, kMargin - 2, Anchor::Right, GridLines::Dashed});
+               {kMargin, layout.width - kMargin, kMargin - 2, Anchor::Right, GridLines::Dotted});
   BrokenLine lines[std::size(curves)];
   for (int frame = layout.frames.first; frame <= layout.frames.last; ++frame) {
     const ContactIndices indices = MeasureContact(frames[static_cast<std::size_t>(frame)]);

@@ -93,7 +93,7 @@ void AddValueAxis(Picture& picture, const ToneLayout& layout, ToneAxis axis) {
   } else {
     lines = RoundTicks({layout.low, layout.high, layout.Bottom(), layout.Top()}, 40, 1);
   }
-  AddRows(picture, layout, lines, GridLines::Solid);
+  AddRows(picture, layout, lines, GridLines::Dotted);
   AddRows(picture, layout, names, GridLines::None);
 }
 

@@ -22,6 +22,7 @@
 #include "shell/HelpPages.h"
 #include "shell/Rooms.h"
 #include "spectral/FrameCommands.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrumWindow.h"
 #include "synthesis/SynthesisCommands.h"
@@ -113,6 +114,7 @@ bool ConsonantOneFrame(Rooms& w) { return ConsonantFrameCommand(w.window, w.docu
 bool ConsonantSegment(Rooms& w) { return ConsonantStretchCommand(w.window, w.document, w.consonant); }
 void ListConsonants(Rooms& w) { ListConsonantFileCommand(w.window, w.exportFolder); }
 void SpectrumWithWaveform(Rooms& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, true); }
+void FrequencyCeiling(Rooms& w) { ChooseCeiling(w.window, w.spectrogram); }
 void SpectrumAlone(Rooms& w) { ShowSpectrumCommand(w.window, w.document, w.spectrogram, false); }
 
 // --- Voice
@@ -411,6 +413,7 @@ constexpr CommandRow kRows[] = {
     {kShowAbout, Menu::Help, "关于[&A]", "", kPlain, kNothing, ShowAbout},
     {kSpectrumWithWaveform, Menu::Extension, "谱图窗口[&P]", "", kPlain, kPicture, SpectrumWithWaveform},
     {kSpectrumAlone, Menu::Extension, "单谱图窗口[&G]", "", kPlain, kPicture, SpectrumAlone},
+    {kFrequencyCeiling, Menu::Extension, "显示频率上限[&U]...", "", kPlain, kSound, FrequencyCeiling},
     {kMeasureLabels, Menu::Extension, "测量标注段[&M]", "", kPlain, Need::Samples, MeasureLabels},
     {kShowLabels, Menu::Extension, "显示标注窗[&L]", "", kPlain, kSound, ShowLabels, LabelsShown},
     {kSaveLabels, Menu::Extension, "保存标志和标注[&K]", "", kPlain, kSound, SaveLabels},

@@ -15,4 +15,13 @@ std::string DataFolder() {
   return PARLOWEN_SOURCE_DATA;
 }
 
+std::string SampleSound() {
+  constexpr const char* kName = "mandarin_mao_four_tones_male_16000.wav";
+  const fs::path folder = DataFolder();
+  std::error_code error;
+  for (const fs::path& sounds : {folder / "sounds", folder.parent_path() / "sounds"})  // installed, source
+    if (fs::is_regular_file(sounds / kName, error)) return (sounds / kName).string();
+  return {};
+}
+
 }  // namespace parlowen

@@ -15,6 +15,7 @@
 #include "pitch/PitchCommands.h"
 #include "pitch/PitchPicture.h"
 #include "prosody/IntonationCommands.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "ui/Text.h"
@@ -154,7 +155,8 @@ bool MainView::RepairsPitch(Pane pane) const {
 
 RepairPoint MainView::RepairPointAt(Point at) const {
   return {FrameOfSample(SampleAt(Pane::Analysis, at.x), document_.sampleRate),
-          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate)};
+          FrequencyAtRow(pitchRepair_.rows, at.y, analysisHeight, document_.sampleRate,
+                         ShownRows(document_, spectrogram_))};
 }
 
 void MainView::MarkRepairFrames(int x0, int x1) {
@@ -232,6 +234,8 @@ bool MainView::Key(const std::string& key) {
     DarkenLighten(window_, spectrogram_, name == "D" ? +1 : -1);
     return true;
   }
+  if (name == "C" && document_.activity != Activity::PitchRepair && NextCeiling(window_, spectrogram_))
+    return true;
   if (name == "F" && spectrogram_.shown) {
     ToggleFormants(window_, document_, spectrogram_);
     return true;
@@ -389,20 +393,37 @@ const WavePyramid& MainView::Pyramid() const {
   return pyramid_;
 }
 
+/// As large as the drawing below the strip fits: points, F1 to 1600 Hz and the group plot.
+double MainView::ChartScale(int width, int height) const {
+  constexpr double kColumns = 1000, kRows = 620 - kChartStripBottom;
+  if (!chartScales) return 1;
+  return std::clamp(std::min(width / kColumns, (height - kChartStripBottom) / kRows), 0.4, 4.0);
+}
+
 Picture MainView::Chart(int width, int height) const {
   if (!ChartShown()) return {width, height, {}};
-  constexpr int kAxisHeight = 16;
-  Picture picture = PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, width, height);
+  constexpr int kAxisHeight = 16, kAxisText = 9;
+  const double scale = ChartScale(width, height);
+  const int ownWidth = TruncateToInt32(width / scale + 0.5);
+  const int ownHeight = kChartStripBottom + TruncateToInt32((height - kChartStripBottom) / scale + 0.5);
+  Picture drawing =
+      PointChartPicture(vowels_.chart, vowels_.averages, vowels_.showNumbers, ownWidth, ownHeight);
+  if (ShownChart() == Activity::GroupPlot) drawing.Add(GroupPlotPicture(vowels_.plot, ownWidth, ownHeight));
+  Picture picture{width, height, {}};
+  if (scale == 1) {
+    picture.Add(drawing);
+  } else {
+    picture.AddAt(drawing.Scaled(scale), 0, TruncateToInt32(kChartStripBottom * (1 - scale)));
+    picture.Add(BoxMark{0, 0, width, kChartStripBottom, colours::kWhite});
+  }
   std::vector<int> samples;
   for (int x = kPaneMargin; x < width && SampleAt(Pane::Amplitude, x) < document_.sampleCount;
        x += FormantStrip::kStep)
     samples.push_back(SampleAt(Pane::Amplitude, x));
   formantStrip_.Update(document_, std::move(samples));
-  picture.AddAt(
-      TimeAxisPicture(ScaleOf(Pane::Amplitude), document_.sampleRate, width, kAxisHeight, kTimeUnit), 0,
-      kChartTop);
+  picture.AddAt(AxisPicture(Axis(Pane::Amplitude, width, kAxisText), width, kAxisHeight, {.text = kAxisText}),
+                0, kChartTop);
   picture.AddAt(formantStrip_.Draw(), kPaneMargin, kChartTop + kAxisHeight);
-  if (ShownChart() == Activity::GroupPlot) picture.Add(GroupPlotPicture(vowels_.plot, width, height));
   return picture;
 }
 
@@ -430,18 +451,24 @@ Picture MainView::Base(Pane pane, int width, int height) const {
   }
 }
 
-/// Annotations stand over the analysis and the waveform, under the flags of the selection; inserted
-/// characters where they were placed.
+/// Annotations stand over the analysis and the waveform, inserted characters where they were placed.
 void MainView::AddTexts(Picture& picture, Pane pane) const {
-  constexpr int kFlagHeight = 16;
+  constexpr int kFirstRow = 8;  // under the brackets of the selection
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
   const auto columnOf = [&](int sample) { return ColumnOf(pane, sample); };
-  if (annotations != nullptr && (pane == Pane::Analysis || pane == Pane::Waveform)) {
-    const int head = pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
-    AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, head + kFlagHeight, columnOf);
-  }
+  if (annotations != nullptr && (pane == Pane::Analysis || pane == Pane::Waveform))
+    AddAnnotations(picture, AnnotationsOf(*annotations, document_), left, kFirstRow, columnOf);
   if (characters != nullptr && characters->sound == document_.Stamp())
     AddCharacters(picture, *characters, pane, left, columnOf);
+}
+
+/// The end is not marked a second time where the start is.
+SelectionColumns MainView::MarkedColumns(Pane pane) const {
+  SelectionColumns marked;
+  const int start = document_.selectionStart, end = document_.selectionEnd;
+  if (start >= 0) marked.start = ColumnOf(pane, start);
+  if (end >= 0 && (start < 0 || end > start)) marked.end = ColumnOf(pane, end);
+  return marked;
 }
 
 Picture MainView::Overlay(Pane pane, int width, int height) const {
@@ -449,20 +476,12 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (pane == Pane::Chart) return picture;
   const bool outside = pane == Pane::Analysis && !spectrogram_.shown;
   const int left = pane == Pane::Analysis && AnalysisShowsOwnStretch() ? 0 : kPaneMargin;
-  // The picture's own title and axis stay free.
-  std::optional<int> flagTop =
-      pane == Pane::Analysis && spectrogram_.shown ? AnalysisHeadHeight(spectrogram_) : 0;
-  if (pane == Pane::Labels) flagTop.reset();  // they would cover its texts
   const SpectrogramStretch& stretch = spectrogram_.stretch;
   const bool wholeStretch = pane == Pane::Analysis && AnalysisShowsOwnStretch() &&
                             document_.selectionStart <= stretch.start &&
                             document_.selectionEnd >= stretch.end;
-  SelectionColumns marked;
-  const int start = document_.selectionStart, end = document_.selectionEnd;
-  if (start >= 0) marked.start = ColumnOf(pane, start);
-  if (end >= 0 && (start < 0 || end > start)) marked.end = ColumnOf(pane, end);
   // A picture of the selection alone keeps its greys.
-  if (!outside) AddSelection(picture, {left, 0, width - left, height}, marked, !wholeStretch, flagTop);
+  if (!outside) AddSelection(picture, {left, 0, width - left, height}, MarkedColumns(pane), !wholeStretch);
   if (pane == Pane::Waveform && palate != nullptr)
     AddEpgMarkers(picture, *palate, document_, left, [&](int sample) { return ColumnOf(pane, sample); });
   const auto line = [&](std::optional<int> sample, Colour colour) {
@@ -475,7 +494,7 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   if (RepairsPitch(pane))
     picture.Add(PitchRepairPicture(
         document_, pitchRepair_, [this](int sample) { return ColumnOf(Pane::Analysis, sample); }, width,
-        height));
+        height, ShownRows(document_, spectrogram_)));
   if (document_.activity == Activity::RegionChosen && region.pane == pane) {
     const int x = std::min(region.from.x, region.to.x), y = std::min(region.from.y, region.to.y);
     BoxMark box{x, y, std::abs(region.to.x - region.from.x) + 1, std::abs(region.to.y - region.from.y) + 1};
@@ -487,14 +506,52 @@ Picture MainView::Overlay(Pane pane, int width, int height) const {
   return picture;
 }
 
+FigurePane MainView::FigureOf(Pane pane, int width, int height) const {
+  FigurePane figure{Base(pane, width, height), Ticks(pane, height), Caption(pane), {}};
+  figure.picture.Add(Overlay(pane, width, height));
+  return figure;
+}
+
 Picture MainView::Whole(Pane pane, int width, int height) const {
-  Picture picture = Base(pane, width, height);
-  for (const Tick& tick : Ticks(pane, height)) {
-    const int y = std::clamp(tick.at + 4, std::min(10, height - 2), height - 2);
-    picture.Add(TextMark{1, y, tick.label, colours::kText, 9, Anchor::Left, Face::Figures});
+  if (pane == Pane::Chart) return Base(pane, width, height);  // it has axes of its own
+  const PaneRows rows{pane, height};
+  return Figure({&rows, 1}, width, FigureStyle{}.text);
+}
+
+Picture MainView::Figure(std::span<const PaneRows> panes, int width, int text) const {
+  std::vector<FigurePane> figures;
+  std::optional<std::size_t> last;  // of those that share the axis
+  for (const PaneRows& rows : panes) {
+    figures.push_back(FigureOf(rows.pane, width, rows.height));
+    if (HasOwnAxis(rows.pane)) {
+      figures.back().axis = Axis(rows.pane, width, text);
+    } else {
+      last = figures.size() - 1;
+    }
   }
-  picture.Add(Overlay(pane, width, height));
-  return picture;
+  if (last) figures[*last].axis = Axis(panes[*last].pane, width, text);
+  return ComposeFigure(figures, {text});
+}
+
+std::vector<std::string> MainView::Caption(Pane pane) const {
+  if (pane != Pane::Analysis || !spectrogram_.shown) return {};
+  return SpectrogramCaption(spectrogram_, document_.sampleRate);
+}
+
+bool MainView::HasOwnAxis(Pane pane) const {
+  return pane == Pane::Analysis && (AnalysisShowsOwnStretch() || ShowsRidges());
+}
+
+bool MainView::ShowsRidges() const { return spectrogram_.shown && !spectrogram_.ridges.empty(); }
+
+FigureAxis MainView::Axis(Pane pane, int width, int text) const {
+  if (pane == Pane::Analysis && ShowsRidges())
+    return {{0, 1, 0, width}, RidgeTicks(document_.sampleRate), {}, {}};
+  SampleScale columns = ScaleOf(pane);
+  columns.start += document_.PartStart();
+  FigureAxis axis = TimeAxis(columns, document_.sampleRate, width, text);
+  axis.flags = MarkedColumns(pane);
+  return axis;
 }
 
 std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
@@ -506,12 +563,6 @@ std::vector<Tick> MainView::Ticks(Pane pane, int height) const {
     case Pane::Labels: return LabelTicks(height);
     default: return WaveformTicks(document_, Pyramid(), height);
   }
-}
-
-Picture MainView::TimeAxis(int width, int height) const {
-  SampleScale columns = ScaleOf(Pane::Waveform);
-  columns.start += document_.PartStart();
-  return TimeAxisPicture(columns, document_.sampleRate, width, height);
 }
 
 Picture MainView::Overview(int width, int height) const {
@@ -550,8 +601,11 @@ std::string MainView::SelectionLine() const {
 
 std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char* separator) const {
   if (pane == Pane::Chart && ChartShown()) {
-    const std::string group = ShownChart() == Activity::GroupPlot ? GroupPlotHover(vowels_.plot, at) : "";
-    return group.empty() ? PointChartHover(vowels_.chart, at) : group;
+    const double scale = ChartScale(document_.paneWidth, paneHeight);
+    const Point own{TruncateToInt32(at.x / scale),
+                    kChartStripBottom + TruncateToInt32((at.y - kChartStripBottom) / scale)};
+    const std::string group = ShownChart() == Activity::GroupPlot ? GroupPlotHover(vowels_.plot, own) : "";
+    return group.empty() ? PointChartHover(vowels_.chart, own) : group;
   }
   if (document_.sampleCount == 0 || document_.sampleRate <= 0) return {};
   const int sample = std::min(SampleAt(pane, at.x), document_.sampleCount - 1);
@@ -568,8 +622,8 @@ std::string MainView::HoverLine(Pane pane, Point at, int paneHeight, const char*
   }
   // In three dimensions a row is no frequency.
   if (pane == Pane::Analysis && spectrogram_.shown && spectrogram_.ridges.empty() && paneHeight > 0) {
-    const int row =
-        std::clamp((paneHeight - 1 - at.y) * kSpectrogramRows / paneHeight, 0, kSpectrogramRows - 1);
+    const int rows = ShownRows(document_, spectrogram_);
+    const int row = std::clamp((paneHeight - 1 - at.y) * rows / paneHeight, 0, rows - 1);
     const int column = ColumnUnder(spectrogram_, ScaleOf(pane), at.x);
     line += separator + SpectrogramRowText(spectrogram_, row, document_.sampleRate);
     if (column >= 0) line += Format(kHoverGrey.Get(), separator, spectrogram_.matrix.Column(column)[row]);

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -15,6 +16,7 @@
 #include "shell/PanePictures.h"
 #include "spectral/SpectrogramState.h"
 #include "ui/CommandStates.h"
+#include "ui/Figure.h"
 #include "ui/Picture.h"
 #include "ui/Plot.h"
 #include "ui/Window.h"
@@ -22,6 +24,9 @@
 #include "vowel/VowelState.h"
 
 namespace parlowen {
+
+/// Rows of the chart above this one lie under the amplitude pane's time.
+inline constexpr int kChartStripBottom = 172;
 
 /// What an open microphone is heard for.
 enum class Listening { No, ForVoice, ToRecord, ToTestGain };
@@ -108,13 +113,24 @@ class MainView {
 
   Picture Base(Pane pane, int width, int height) const;
   Picture Overlay(Pane pane, int width, int height) const;
-  /// Base and overlay, with the tick labels inside the pane: what a script or an export of the pane alone
-  /// gets.
+  /// Base and overlay with what stands around them: a figure of the pane alone.
   Picture Whole(Pane pane, int width, int height) const;
+  /// One of the panes of a figure, and its rows.
+  struct PaneRows {
+    Pane pane = Pane::Waveform;
+    int height = 0;
+  };
+  /// The panes one under the other over one axis; one whose columns are none of the others' has its own. Letters have
+  /// that size.
+  Picture Figure(std::span<const PaneRows> panes, int width, int text) const;
   /// Labels beside the pane.
   std::vector<Tick> Ticks(Pane pane, int height) const;
-  /// The axis in seconds under the waveform.
-  Picture TimeAxis(int width, int height) const;
+  /// Pieces of the line above the pane; none for no line.
+  std::vector<std::string> Caption(Pane pane) const;
+  /// True where the pane's columns are none of the other panes': a stretch or frequencies of its own.
+  bool HasOwnAxis(Pane pane) const;
+  /// The axis under the pane's columns, with the flags of the selection, for letters of that size.
+  FigureAxis Axis(Pane pane, int width, int text) const;
   /// The whole sound with the view and the selection.
   Picture Overview(int width, int height) const;
   int OverviewSampleAt(int x, int width) const;
@@ -144,6 +160,8 @@ class MainView {
   PaneRegion region;
   PitchSpanChoice pitchSpan;
   AmplitudeScale amplitudeScale = AmplitudeScale::Linear;
+  /// The chart grows with its window, letters too; a script's keeps the coordinates that its points are stored in.
+  bool chartScales = false;
   /// Pixels, kept by whoever shows the panes: clicks into them need it.
   int analysisHeight = 330, labelsHeight = 120;
   /// The palate recording whose markers stand over the waveform; null for none.
@@ -167,7 +185,11 @@ class MainView {
   RepairPoint RepairPointAt(Point at) const;
   const WavePyramid& Pyramid() const;
   Picture Chart(int width, int height) const;
+  double ChartScale(int width, int height) const;
   void AddTexts(Picture& picture, Pane pane) const;
+  SelectionColumns MarkedColumns(Pane pane) const;
+  bool ShowsRidges() const;
+  FigurePane FigureOf(Pane pane, int width, int height) const;
   /// The activity of the chart that is shown, Start for none. It stays while a region of it is chosen.
   Activity ShownChart() const;
 

@@ -8,6 +8,7 @@
 #include "document/LevelMeasures.h"
 #include "document/ViewScale.h"
 #include "dsp/Decibel.h"
+#include "spectral/FrequencyCeiling.h"
 #include "spectral/SpectrogramPicture.h"
 #include "ui/Text.h"
 
@@ -15,13 +16,11 @@ namespace parlowen {
 namespace {
 
 constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
-constexpr int kTitleHeight = 18, kOwnAxisHeight = 16;
 constexpr double kReferencePitch = 64.0;  // of the semitones
 constexpr int kOctave = 12;
 constexpr double kLargestStep = 1.4142135623730951;  // half an octave
 constexpr int kSemitoneRoom = 24;                    // pixels between two numbers
 constexpr UiText kSemitones = " 半音", kHertz = " Hz";
-constexpr double kAxisShade = 0.75;  // of the white under an axis that lies over a picture
 constexpr double kViewOpacity = 0.15;
 
 /// One behind the last column that has sound.
@@ -105,7 +104,7 @@ Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, in
   }
   std::vector<Tick> lines = AmplitudeTicks(scale, height);
   std::erase_if(lines, [&](const Tick& tick) { return tick.at <= 0 || tick.at >= height - 1; });
-  AddLevelAxis(picture, WithoutLabels(lines), {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dashed});
+  AddLevelAxis(picture, WithoutLabels(lines), {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dotted});
   AddCurve(picture, energy, levels, colours::kLevelLine);
   return picture;
 }
@@ -131,7 +130,8 @@ Picture PitchPicture(const SoundDocument& document, const PitchSpan& range, int 
   std::vector<Tick> semitones = WithoutLabels(TicksEvery(SemitoneRows(range, height), 1));
   std::erase_if(semitones, [](const Tick& tick) { return static_cast<int>(tick.value) % kOctave == 0; });
   AddLevelAxis(picture, semitones, {kPaneMargin - 1, 0, 0, Anchor::Left, GridLines::None, colours::kGrid});
-  AddLevelAxis(picture, WithoutLabels(OctaveTicks(range, height)), {kPaneMargin, width - 1, 0});
+  AddLevelAxis(picture, WithoutLabels(OctaveTicks(range, height)),
+               {kPaneMargin, width - 1, 0, Anchor::Left, GridLines::Dotted});
   if (!document.pitchPresent || document.sampleRate <= 0) return picture;
 
   const SampleScale columns = TimeScaleOf(document);
@@ -169,30 +169,18 @@ std::vector<Tick> PitchTicks(const PitchSpan& range, int height) {
 
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
                         int height) {
+  if (spectrogram.shown)
+    return SpectrogramPicture(spectrogram, document.sampleRate, spectrogram.stretch.Pane(width), width,
+                              height, ShownRows(document, spectrogram));
   Picture picture{width, height, {}};
-  if (!spectrogram.shown) {
-    AddMarginLine(picture);
-    return picture;
-  }
-  const SampleScale pane = spectrogram.stretch.Pane(width);
-  picture = SpectrogramPicture(spectrogram, document.sampleRate, pane, width, height);
-  if (!spectrogram.stretch.followsView && spectrogram.ridges.empty()) {
-    // A stretch of its own has its own axis of time. It stands under the title: at the foot it would cover
-    // F0.
-    picture.Add(BoxMark{0, kTitleHeight, width, kOwnAxisHeight, colours::kWhite, kAxisShade});
-    picture.AddAt(TimeAxisPicture(pane, document.sampleRate, width, kOwnAxisHeight), 0, kTitleHeight);
-  }
+  AddMarginLine(picture);
   return picture;
-}
-
-int AnalysisHeadHeight(const SpectrogramState& spectrogram) {
-  return spectrogram.stretch.followsView ? kTitleHeight : kTitleHeight + kOwnAxisHeight;
 }
 
 std::vector<Tick> AnalysisTicks(const SoundDocument& document, const SpectrogramState& spectrogram,
                                 int height) {
   if (!spectrogram.shown || document.sampleRate <= 0) return {};
-  return SpectrogramGrid(spectrogram, document.sampleRate, height);
+  return SpectrogramGrid(spectrogram, document.sampleRate, height, ShownRows(document, spectrogram));
 }
 
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {
@@ -212,12 +200,9 @@ std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid
   return TicksAt(rows, values);
 }
 
-Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
-                        const std::string& unit) {
-  Picture picture{width, height, {}};
+FigureAxis TimeAxis(const SampleScale& columns, int sampleRate, int width, int text) {
   const PlotScale seconds = PlotScale::Seconds(columns, sampleRate, width);
-  AddColumnAxis(picture, seconds, RoundTicks(seconds, kTimeLabelRoom), 0, {}, unit);
-  return picture;
+  return {seconds, RoundTicks(seconds, kTimeLabelRoom * text / PlotStyle{}.text), kTimeUnit, {}};
 }
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height) {

@@ -6,6 +6,7 @@
 #include "document/WavePyramid.h"
 #include "shell/PitchSpan.h"
 #include "spectral/SpectrogramState.h"
+#include "ui/Figure.h"
 #include "ui/Picture.h"
 #include "ui/Plot.h"
 
@@ -21,8 +22,6 @@ Picture AmplitudePicture(const SoundDocument& document, AmplitudeScale scale, in
 Picture PitchPicture(const SoundDocument& document, const PitchSpan& range, int width, int height);
 Picture AnalysisPicture(const SoundDocument& document, const SpectrogramState& spectrogram, int width,
                         int height);
-/// Rows at the top of the analysis pane that hold the title, and the axis of a stretch of its own.
-int AnalysisHeadHeight(const SpectrogramState& spectrogram);
 Picture WaveformPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 
 std::vector<Tick> AmplitudeTicks(AmplitudeScale scale, int height);
@@ -32,9 +31,8 @@ std::vector<Tick> AnalysisTicks(const SoundDocument& document, const Spectrogram
                                 int height);
 std::vector<Tick> WaveformTicks(const SoundDocument& document, const WavePyramid& pyramid, int height);
 
-/// An axis in seconds under the columns of a pane.
-Picture TimeAxisPicture(const SampleScale& columns, int sampleRate, int width, int height,
-                        const std::string& unit = {});
+/// The axis in seconds under the columns of a pane, with letters of that size.
+FigureAxis TimeAxis(const SampleScale& columns, int sampleRate, int width, int text);
 
 Picture OverviewPicture(const SoundDocument& document, const WavePyramid& pyramid, int width, int height);
 

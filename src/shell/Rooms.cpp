@@ -76,7 +76,7 @@ void Rooms::Follow(const Edit& edit) {
   if (!edit) return;
   FollowEdit({markers, annotations, characters}, edit, document);
   if (!spectrogram.shown || document.sampleCount >= kLeastForAnalysis) return;
-  spectrogram = {};
+  spectrogram.Clear();
   window.Repaint(Pane::Analysis);
 }
 

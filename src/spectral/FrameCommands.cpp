@@ -58,14 +58,12 @@ class ComparisonWindow : public ToolWindow {
   std::string Title() const override { return kComparisonTitle; }
   Picture Draw(int width, int height) const override {
     Picture picture{width, height, {}};
-    picture.Add(ComparisonPicture(state_).Scaled(scale_));
+    picture.Add(ComparisonPicture(state_));
     return picture;
   }
-  void Resized(int width, int height) override {
-    scale_ = std::max(0.1, std::min(width / double{kComparisonWidth}, height / double{kComparisonHeight}));
-  }
+  Point PreferredSize() const override { return {kComparisonWidth, kComparisonHeight}; }
   std::string Hover(Point at) const override {
-    const int k = ComparisonPlot(state_).PointAt(TruncateToInt32(at.x / scale_));
+    const int k = ComparisonPlot(state_).PointAt(at.x);
     if (!state_.hasComparison || k < 0) return {};
     const auto point = static_cast<std::size_t>(k);
     return Format("%.0f Hz  A %.1f  B %.1f", k * state_.sampleRate / 512.0, state_.comparison.a.curve[point],
@@ -82,7 +80,6 @@ class ComparisonWindow : public ToolWindow {
  private:
   SoundDocument& document_;
   FrameState& state_;
-  double scale_ = 1;  ///< of the drawing; a script's is as large as it was made
 };
 
 void TakeFrame(const SoundDocument& document, FrameState& state, LpcAnalyser& analyser) {

@@ -1,6 +1,7 @@
 #include "spectral/FramePicture.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "base/Format.h"
 #include "ui/Text.h"
@@ -19,6 +20,8 @@ constexpr UiText kComparedTimes = "A 帧：T=%.2f 秒       B 帧：T=%.2f秒";
 constexpr UiText kComparedHead = "共振峰      F1      F2      F3        带宽：B1     B2     B3";
 constexpr UiText kFrameA = "  A 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)";
 constexpr UiText kFrameB = "  B 帧： %5d  %5d  %5d (Hz)      %5d   %5d  %5d (Hz)";
+constexpr UiText kTimeA = "A 帧：T=%.2f 秒", kTimeB = "B 帧：T=%.2f秒", kNameA = "A 帧：", kNameB = "B 帧：";
+constexpr UiText kFormantsHead = "共振峰", kBandwidthHead = "带宽：", kHertz = "(Hz)";
 constexpr UiText kFrameTitle = "帧谱图";
 constexpr UiText kComparisonTitle = "对比";
 
@@ -100,6 +103,34 @@ Picture FramePicture(const FrameState& state, int width, int height) {
   return picture;
 }
 
+namespace {
+
+/// The formants of both frames in columns: figures stand under each other whatever the letters are wide.
+void AddTable(Picture& picture, const FrameComparison& comparison) {
+  constexpr int kColumns[] = {130, 190, 250, 390, 450, 510};  // where they end
+  constexpr int kTimesColumn = 190, kUnitGap = 6, kBandwidthLeft = 300;
+  int y = kFirstLine + kLineStep;
+  AddLine(picture, kTextLeft, y, Format(kTimeA.Get(), comparison.a.time));
+  AddLine(picture, kTimesColumn, y, Format(kTimeB.Get(), comparison.b.time));
+  const auto row = [&](const std::string& name, const std::string& behind, const auto& cell) {
+    y += kLineStep;
+    AddLine(picture, kTextLeft, y, name);
+    for (int i = 0; i < 6; ++i)
+      picture.Add(TextMark{kColumns[i], y, cell(i), colours::kText, 13, Anchor::Right, Face::Figures});
+    for (const int column : {2, 5})
+      if (!behind.empty()) AddLine(picture, kColumns[column] + kUnitGap, y, behind);
+  };
+  row(kFormantsHead, "", [](int i) { return Format("%c%d", i < 3 ? 'F' : 'B', i % 3 + 1); });
+  AddLine(picture, kBandwidthLeft, y, kBandwidthHead);
+  for (const auto& [name, frame] : {std::pair{kNameA, &comparison.a}, {kNameB, &comparison.b}})
+    row(name, kHertz, [&](int i) {
+      const auto formant = static_cast<std::size_t>(i % 3);
+      return Format("%d", Whole(i < 3 ? frame->frequency[formant] : frame->bandwidth[formant]));
+    });
+}
+
+}  // namespace
+
 Picture ComparisonPicture(const FrameState& state) {
   Picture picture{kComparisonWidth, kComparisonHeight, {}};
   if (!state.hasComparison) return picture;
@@ -115,8 +146,7 @@ Picture ComparisonPicture(const FrameState& state) {
   AddLine(picture, kTextLeft, kFirstLine, kFrameTitle);
   AddLine(picture, kTextLeft + 60, kFirstLine, kComparisonTitle);
   AddLine(picture, kTextLeft + 110, kFirstLine, lines[0]);
-  for (std::size_t i = 1; i < lines.size(); ++i)
-    AddLine(picture, kTextLeft, kFirstLine + static_cast<int>(i) * kLineStep, lines[i]);
+  AddTable(picture, comparison);
   return picture;
 }
 

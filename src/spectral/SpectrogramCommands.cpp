@@ -60,7 +60,7 @@ void RedrawSpectrogram(const SoundDocument& document, SpectrogramState& spectrog
   if (spectrogram.kind == SpectrogramKind::FilterBank) {
     stretch = FilterBankStretchOf(document, ofView);
     if (IsTooLong(stretch)) {
-      spectrogram = {};
+      spectrogram.Clear();
       return;
     }
   }

@@ -24,7 +24,8 @@ constexpr UiText kTitles[] = {"宽带", "窄带", "LPC 谱", "同态谱", "倒�
 UiText KindTitle(SpectrogramKind kind) { return kTitles[static_cast<int>(kind)]; }
 
 /// Every column of the pane takes the picture's column whose samples lie under it.
-GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pane, int width, int height) {
+GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pane, int width, int height,
+                      int rows) {
   const SpectrogramMatrix& matrix = spectrogram.matrix;
   std::vector<int> shown;  // columns of the matrix
   int left = pane.left;
@@ -34,12 +35,13 @@ GreyImageMark ImageOf(const SpectrogramState& spectrogram, const SampleScale& pa
     if (shown.empty()) left = x + 1;
   }
   const int columns = static_cast<int>(shown.size());
-  GreyImageMark image{left, 0, columns, height, columns, kSpectrogramRows, {}};
-  image.pixels.resize(shown.size() * kSpectrogramRows);
+  GreyImageMark image{left, 0, columns, height, columns, rows, {}, true};
+  const auto rowCount = static_cast<std::size_t>(rows);
+  image.pixels.resize(shown.size() * rowCount);
   for (std::size_t x = 0; x < shown.size(); ++x) {
     const std::uint16_t* greys = matrix.Column(shown[x]);
-    for (std::size_t row = 0; row < kSpectrogramRows; ++row)
-      image.pixels[(kSpectrogramRows - 1 - row) * shown.size() + x] =
+    for (std::size_t row = 0; row < rowCount; ++row)
+      image.pixels[(rowCount - 1 - row) * shown.size() + x] =
           static_cast<std::uint8_t>(std::min<int>(greys[row], 255));
   }
   return image;
@@ -50,38 +52,15 @@ double RowMilliseconds(int row, int sampleRate) {
   return row * (sampleRate >= kSteppedCepstrumRate ? 2 : 1) * 1000.0 / std::max(1, sampleRate);
 }
 
-void AddFormants(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane) {
+/// Hz between two lines of a grid that reaches up to `top`.
+int GridStepHz(int top) { return top > 10000 ? 2000 : top > 2500 ? 1000 : 500; }
+
+void AddFormants(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane, int rows) {
   for (const FormantDot& dot : spectrogram.formants) {
     const int x = pane.ColumnOf(spectrogram.stretch.ColumnStart(dot.column));
-    if (x < pane.left || x >= picture.width) continue;
-    const int y = picture.height - 1 - dot.row * picture.height / kSpectrogramRows;
+    if (x < pane.left || x >= picture.width || dot.row >= rows) continue;
+    const int y = picture.height - 1 - (2 * dot.row + 1) * picture.height / (2 * rows);
     picture.Add(BoxMark{x, y - 1, 2, 2, colours::kFormant});
-  }
-}
-
-void AddTitle(Picture& picture, const SpectrogramState& spectrogram, const SampleScale& pane,
-              int sampleRate) {
-  const SpectrogramStretch& stretch = spectrogram.stretch;
-  const bool ridges = !spectrogram.ridges.empty();
-  const bool bank = spectrogram.kind == SpectrogramKind::FilterBank;
-  const double rate = std::max(1, sampleRate);
-  const int x = std::max(pane.left, 24) + 4;
-  picture.Add(BoxMark{x - 4, 0, bank ? 512 : 392, 18, colours::kWhite, 0.75});
-  picture.Add(TextMark{x, 13, ridges ? kShowsRidges : kShowsGreys, colours::kText, 12});
-  picture.Add(TextMark{x + 112, 13, KindTitle(spectrogram.kind), colours::kText, 12});
-  picture.Add(TextMark{x + 172, 13, Format(kWaveTimes.Get(), stretch.start / rate, stretch.end / rate),
-                       colours::kText, 12});
-  if (bank) picture.Add(TextMark{x + 392, 13, kNoRidges, colours::kText, 12});
-}
-
-/// The frequencies under the first frame of a three-dimensional view.
-void AddRidgeAxis(Picture& picture, int sampleRate) {
-  const int step = GridStepHz(sampleRate), y = picture.height - kRidgeFoot;
-  for (int frequency = step; frequency < sampleRate / 2; frequency += step) {
-    const int x = kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate);
-    picture.Add(LineMark{{x, y + 2}, {x, y + 5}, colours::kText});
-    picture.Add(TextMark{x, y + 16, Format("%d kHz", frequency / 1000), colours::kText, 10, Anchor::Middle,
-                         Face::Figures});
   }
 }
 
@@ -129,6 +108,26 @@ class RidgeLine {
 
 }  // namespace
 
+std::vector<std::string> SpectrogramCaption(const SpectrogramState& spectrogram, int sampleRate) {
+  const SpectrogramStretch& stretch = spectrogram.stretch;
+  const double rate = std::max(1, sampleRate);
+  std::vector<std::string> pieces = {spectrogram.ridges.empty() ? kShowsGreys : kShowsRidges,
+                                     KindTitle(spectrogram.kind),
+                                     Format(kWaveTimes.Get(), stretch.start / rate, stretch.end / rate)};
+  if (spectrogram.kind == SpectrogramKind::FilterBank) pieces.push_back(kNoRidges);
+  return pieces;
+}
+
+std::vector<Tick> RidgeTicks(int sampleRate) {
+  std::vector<Tick> ticks;
+  const int step = GridStepHz(sampleRate / 2);
+  for (int frequency = step; frequency < sampleRate / 2; frequency += step)
+    ticks.push_back(
+        {kRidgeLeft + kColumnsPerRow * static_cast<int>(std::int64_t{frequency} * 512 / sampleRate),
+         static_cast<double>(frequency), Format("%d kHz", frequency / 1000)});
+  return ticks;
+}
+
 Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height) {
   Picture picture{width, height, {}};
   std::vector<int> horizon(kHorizonColumns, std::max(kHorizonStart, height));
@@ -151,21 +150,25 @@ Picture RidgePicture(const SpectrogramState& spectrogram, int width, int height)
   return picture;
 }
 
-std::vector<Tick> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height) {
+std::vector<Tick> SpectrogramGrid(const SpectrogramState& spectrogram, int sampleRate, int height, int rows) {
   std::vector<Tick> lines;
   if (sampleRate <= 0 || !spectrogram.ridges.empty()) return lines;
+  // What a row of the matrix stands for lies in its middle.
+  const auto add = [&](double row, int value, const std::string& label) {
+    const int y = std::max(0, height - 1 - TruncateToInt32((row + 0.5) * height / rows));
+    lines.push_back({y, static_cast<double>(value), label});
+  };
   if (spectrogram.kind == SpectrogramKind::Cepstrum) {
     const double perRow = RowMilliseconds(1, sampleRate);
-    const int step = perRow * kSpectrogramRows > 20 ? 5 : 2;
-    for (int ms = step; ms < perRow * kSpectrogramRows; ms += step)
-      lines.push_back({height - 1 - TruncateToInt32(ms / perRow * height / kSpectrogramRows),
-                       static_cast<double>(ms), Format("%d ms", ms)});
+    const int step = perRow * rows > 20 ? 5 : 2;
+    for (int ms = step; ms < perRow * rows; ms += step) add(ms / perRow, ms, Format("%d ms", ms));
     return lines;
   }
-  const int step = GridStepHz(sampleRate);
-  for (int frequency = step; frequency < sampleRate / 2; frequency += step)
-    lines.push_back({GridLineY(frequency, sampleRate, height), static_cast<double>(frequency),
-                     Format("%d kHz", frequency / 1000)});
+  const std::int64_t top = std::int64_t{rows} * sampleRate;  // 512 times the frequency at the upper edge
+  const int step = GridStepHz(static_cast<int>(top / 512));
+  for (int frequency = step; std::int64_t{frequency} * 512 < top; frequency += step)
+    add(frequency * 512.0 / sampleRate, frequency,
+        frequency % 1000 == 0 ? Format("%d kHz", frequency / 1000) : Format("%d Hz", frequency));
   return lines;
 }
 
@@ -175,34 +178,21 @@ std::string SpectrogramRowText(const SpectrogramState& spectrogram, int row, int
   return Format("%.0f Hz", row * sampleRate / 512.0);
 }
 
-int GridStepHz(int sampleRate) { return sampleRate > 20000 ? 2000 : 1000; }
-
-int GridLineY(int frequency, int sampleRate, int height) {
-  const std::int64_t row = std::int64_t{frequency} * 512 / std::max(1, sampleRate);
-  return height - 1 - static_cast<int>(row * height / kSpectrogramRows);
-}
-
 int ColumnUnder(const SpectrogramState& spectrogram, const SampleScale& pane, int x) {
   const int column = spectrogram.stretch.columns.ColumnOf(pane.SampleAt(x));
   return x >= pane.left && column >= 0 && column < spectrogram.matrix.columns ? column : -1;
 }
 
 Picture SpectrogramPicture(const SpectrogramState& spectrogram, int sampleRate, const SampleScale& pane,
-                           int width, int height) {
-  if (!spectrogram.ridges.empty()) {
-    Picture ridges = RidgePicture(spectrogram, width, height);
-    AddRidgeAxis(ridges, sampleRate);
-    AddTitle(ridges, spectrogram, pane, sampleRate);
-    return ridges;
-  }
+                           int width, int height, int rows) {
+  if (!spectrogram.ridges.empty()) return RidgePicture(spectrogram, width, height);
   Picture picture{width, height, {}};
-  GreyImageMark image = ImageOf(spectrogram, pane, width, height);
+  GreyImageMark image = ImageOf(spectrogram, pane, width, height, rows);
   if (image.columns > 0) picture.Add(std::move(image));
-  AddFormants(picture, spectrogram, pane);
-  for (const Tick& line : SpectrogramGrid(spectrogram, sampleRate, height))
+  AddFormants(picture, spectrogram, pane, rows);
+  for (const Tick& line : SpectrogramGrid(spectrogram, sampleRate, height, rows))
     picture.Add(LineMark{
-        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dashed});
-  AddTitle(picture, spectrogram, pane, sampleRate);
+        {pane.left, line.at}, {width - 1, line.at}, colours::kSpectrogramGrid, 1, LineStyle::Dotted});
   return picture;
 }
 

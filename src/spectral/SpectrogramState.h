@@ -35,6 +35,8 @@ struct FormantDot {
 
 /// The picture in the analysis pane. It lasts until the next one or until a new sound comes.
 struct SpectrogramState {
+  /// Hz up to which the user wants to see pictures; 0: all. It outlives them, and no value ever depends on it.
+  int ceiling = 0;
   bool shown = false;
   SoundStamp sound;  ///< that it was made from
   SpectrogramKind kind = SpectrogramKind::WideBand;
@@ -48,6 +50,12 @@ struct SpectrogramState {
   /// The levels of the frames of the three-dimensional view, first frame in front; empty in two dimensions.
   std::vector<std::array<double, kSpectrogramRows>> ridges;
 
+  /// No picture any more.
+  void Clear() {
+    const int kept = ceiling;
+    *this = {};
+    ceiling = kept;
+  }
   bool CanBeShaded() const { return shown && ridges.empty() && kind != SpectrogramKind::Cepstrum; }
 };
 

@@ -27,6 +27,7 @@ class SynthesisWindow : public ToolWindow {
   void Press(Window& window, const ToolControl& control) override;
   void Scroll(Window& window, int steps) override;
   int WholeWidth(int width) const override;
+  bool ScalesWithWindow() const override { return false; }
   std::optional<ToolScrollBar> ScrollBar() const override;
   void ScrollTo(Window& window, int position) override;
   void Resized(int width, int height) override;

@@ -22,7 +22,7 @@ inline constexpr Colour kLevelBars = 0x9DB8D9, kPitch = 0x0050A0, kRatio = 0x006
 
 // Spectra.
 inline constexpr Colour kSpectrumRed = 0xC80000, kSpectrumBlue = 0x0030C0, kSpectrumBars = 0x00DC00;
-inline constexpr Colour kBandBar = 0x4070B0, kSpectrogramGrid = 0xA04040, kFormant = 0xE00000;
+inline constexpr Colour kBandBar = 0x4070B0, kSpectrogramGrid = 0xA8B8C8, kFormant = 0xE00000;
 inline constexpr Colour kRidge = 0x203060, kFormantStrip = 0x2050A0;
 
 // Tones and intonation.
@@ -58,7 +58,7 @@ inline constexpr Colour kChartPoint = 0xC80000;
 
 /// Curves of one plot, in order; a grey print tells the first ones apart by their lightness.
 inline constexpr Colour kCurve[] = {0xC00000, 0x0060D0, 0x008040, 0xA000A0,
-                                    0xD07000, 0x008090, 0x606060, 0x804000};
+                                    0xB05A00, 0x008090, 0x606060, 0x804000};
 
 }  // namespace colours
 }  // namespace parlowen

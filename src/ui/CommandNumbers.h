@@ -151,6 +151,8 @@ enum Number : int {
   kExportPalateCsv = 41039,
   kExportIntonationTier = 41040,
   kImportContactFrames = 41041,
+  // What is shown
+  kFrequencyCeiling = 41050,
   // The label pane
   kShowLabels = 41052,
   kSaveLabels = 41053,

@@ -5,7 +5,7 @@
 
 namespace parlowen {
 
-enum class FieldKind { Text, Number, Radio, Label };
+enum class FieldKind { Text, Number, Radio, Tick, Label };
 
 /// One control of an input dialog.
 struct FormField {
@@ -13,7 +13,7 @@ struct FormField {
   FieldKind kind = FieldKind::Text;
   std::string label;      ///< beside a field, on a radio button, or the label's own text
   std::string value;      ///< what an edit field holds, UTF-8
-  bool checked = false;   ///< radio buttons
+  bool checked = false;   ///< radio buttons and ticks
   int group = 0;          ///< radio buttons with the same group exclude each other
   int maxGbkBytes = 0;    ///< the longest entry in GBK bytes; 0 for no limit
   bool phonetic = false;  ///< phonetic symbols may be entered: two GBK bytes each

@@ -82,6 +82,8 @@ Picture Picture::Scaled(double factor) const {
   const Scaler scaler{factor};
   scaler.ScaleSize(scaled.width);
   scaler.ScaleSize(scaled.height);
+  for (int* side : {&scaled.around.left, &scaled.around.top, &scaled.around.right, &scaled.around.bottom})
+    scaler.ScaleSize(*side);
   for (Mark& mark : scaled.marks) std::visit(scaler, mark);
   return scaled;
 }
@@ -90,6 +92,12 @@ void Picture::AddAt(const Picture& other, int dx, int dy) {
   const std::size_t first = marks.size();
   Add(other);
   for (std::size_t i = first; i < marks.size(); ++i) std::visit(Mover{dx, dy}, marks[i]);
+}
+
+void Picture::AddClipped(const Picture& other, int dx, int dy) {
+  Add(ClipMark{dx, dy, other.width, other.height});
+  AddAt(other, dx, dy);
+  Add(ClipMark{});
 }
 
 int TextWidth(const std::string& text, int height) {

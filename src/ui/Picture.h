@@ -16,7 +16,7 @@ struct Point {
 
 enum class Anchor { Left, Middle, Right };    ///< what of a text stands at its x
 enum class Face { Interface, Figures, Ipa };  ///< kinds of type, chosen by who paints
-enum class LineStyle { Solid, Dashed };
+enum class LineStyle { Solid, Dashed, Dotted };
 
 struct LineMark {
   Point from, to;
@@ -63,21 +63,37 @@ struct GreyImageMark {
   int x = 0, y = 0, width = 0, height = 0;
   int columns = 0, rows = 0;
   std::vector<std::uint8_t> pixels;  ///< 0 black .. 255 white
+  bool smooth = false;               ///< values of something continuous: drawn as `Resampled` says
 };
 struct ColourImageMark {
   int x = 0, y = 0, width = 0, height = 0;
   int columns = 0, rows = 0;
   std::vector<std::uint8_t> pixels;  ///< R, G, B
 };
+/// Of what follows only the part in this box is seen, up to the next clip; one without width ends it.
+struct ClipMark {
+  int x = 0, y = 0, width = 0, height = 0;
+};
 
 using Mark = std::variant<LineMark, PolylineMark, PolygonMark, BoxMark, OvalMark, TextMark, GreyImageMark,
-                          ColourImageMark>;
+                          ColourImageMark, ClipMark>;
+
+/// Rows and columns around a rectangle.
+struct Margins {
+  int left = 0, top = 0, right = 0, bottom = 0;
+  bool operator==(const Margins&) const = default;
+};
 
 /// A drawing as a value: what stands later in the list covers what stands before. Pixels are integers,
-/// x to the right and y down from the upper left corner; nothing is drawn outside width × height.
+/// x to the right and y down from the upper left corner; nothing is drawn outside width × height and the margins
+/// around it, which hold what belongs to the drawing but is none of its data: tick labels, axes, captions.
 struct Picture {
   int width = 0, height = 0;
   std::vector<Mark> marks;
+  Margins around{};
+
+  int WholeWidth() const { return around.left + width + around.right; }
+  int WholeHeight() const { return around.top + height + around.bottom; }
 
   template <typename M>
   void Add(M mark) {
@@ -86,6 +102,8 @@ struct Picture {
   void Add(const Picture& other) { marks.insert(marks.end(), other.marks.begin(), other.marks.end()); }
   /// Adds another picture, moved by dx and dy.
   void AddAt(const Picture& other, int dx, int dy);
+  /// The same of what lies inside the other's width and height.
+  void AddClipped(const Picture& other, int dx, int dy);
   /// The whole drawing `factor` times as large, texts and lines too; nothing becomes thinner than a pixel.
   Picture Scaled(double factor) const;
 };

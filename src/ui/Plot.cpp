@@ -5,12 +5,11 @@
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
-#include "ui/Messages.h"
 
 namespace parlowen {
 namespace {
 
-constexpr int kFlagSize = 14, kFlagText = 11;
+constexpr int kBracket = 5;  // pixels of the ends of a bracket
 constexpr int kMostTicks = 1000;
 constexpr int kSampleBySample = 4;  // a column of fewer samples shows each of them
 
@@ -234,11 +233,8 @@ void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis
     if (axis.grid == GridLines::None)
       picture.Add(LineMark{{axis.left - style.tick, tick.at}, {axis.left, tick.at}, axis.tick, style.stroke});
     else
-      picture.Add(LineMark{{axis.left, tick.at},
-                           {axis.right, tick.at},
-                           colours::kGrid,
-                           style.stroke,
-                           axis.grid == GridLines::Solid ? LineStyle::Solid : LineStyle::Dashed});
+      picture.Add(LineMark{
+          {axis.left, tick.at}, {axis.right, tick.at}, colours::kGrid, style.stroke, LineStyle::Dotted});
     if (tick.label.empty()) continue;
     const int lowest = std::max(0, picture.height - 2), highest = std::min(style.text, lowest);
     const int baseline = std::clamp(tick.at + style.text * 2 / 5, highest, lowest);
@@ -267,24 +263,21 @@ void AddCurve(Picture& picture, const BrokenLine& line, Colour colour, int width
   }
 }
 
-void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection, bool tinted,
-                  std::optional<int> flagRow) {
+void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection, bool tinted) {
   if (tinted && selection.start && selection.end) {
     const int from = std::max(box.left, *selection.start);
     const int to = std::min(box.left + box.width, *selection.end);
     if (to > from)
       picture.Add(BoxMark{from, box.top, to - from, box.height, colours::kTint, colours::kTintOpacity});
   }
-  const auto edge = [&](std::optional<int> x, Colour colour, const std::string& flag) {
+  const auto edge = [&](std::optional<int> x, Colour colour, int inward) {
     if (!x || *x < box.left || *x > box.Right()) return;
     picture.Add(LineMark{{*x, box.top}, {*x, box.Bottom()}, colour});
-    if (!flagRow) return;
-    picture.Add(BoxMark{*x, *flagRow, kFlagSize, kFlagSize, colour});
-    picture.Add(TextMark{*x + kFlagSize / 2, *flagRow + kFlagSize - 2, flag, colours::kWhite, kFlagText,
-                         Anchor::Middle});
+    for (const int y : {box.top, box.Bottom()})
+      picture.Add(LineMark{{*x, y}, {*x + inward * kBracket, y}, colour, 2});
   };
-  edge(selection.start, colours::kStart, messages::kSelectionStart);
-  edge(selection.end, colours::kEnd, messages::kSelectionEnd);
+  edge(selection.start, colours::kStart, +1);
+  edge(selection.end, colours::kEnd, -1);
 }
 
 }  // namespace parlowen

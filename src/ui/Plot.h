@@ -151,14 +151,14 @@ struct PlotBox {
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});
 
-enum class GridLines { None, Solid, Dashed };
+enum class GridLines { None, Dotted };
 
 /// Ticks up the left side of a box, or lines across it, with their labels at `labelX`, kept inside the picture.
 struct LevelAxis {
   int left = 0, right = 0;  ///< columns of the lines, both included
   int labelX = 0;
   Anchor anchor = Anchor::Right;
-  GridLines grid = GridLines::Solid;
+  GridLines grid = GridLines::Dotted;
   Colour tick = colours::kText;  ///< without lines
 };
 void AddLevelAxis(Picture& picture, std::span<const Tick> ticks, const LevelAxis& axis,
@@ -176,9 +176,9 @@ void AddCurve(Picture& picture, const BrokenLine& line, Colour colour, int width
 struct SelectionColumns {
   std::optional<int> start, end;
 };
-/// Tints the stretch between both ends where it is seen, and draws the ends as lines, green and red; with a
-/// `flagRow` each carries its flag there, so that shape and letter tell them apart too.
-void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection, bool tinted = true,
-                  std::optional<int> flagRow = {});
+/// Tints the stretch between both ends where it is seen, and draws the ends as brackets open to each other, green and
+/// red: the shape tells them apart too.
+void AddSelection(Picture& picture, const PlotBox& box, const SelectionColumns& selection,
+                  bool tinted = true);
 
 }  // namespace parlowen

@@ -39,6 +39,9 @@ class ToolWindow {
   virtual std::vector<ToolControl> Controls() const { return {}; }
   virtual Picture Draw(int width, int height) const = 0;
   virtual Point PreferredSize() const { return {900, 520}; }  ///< of the drawing, where the screen has room
+  /// True where the drawing grows and shrinks with its window, letters too: its coordinates are those of the preferred
+  /// size. False where a larger window shows more instead: more samples, more columns of a spectrum.
+  virtual bool ScalesWithWindow() const { return true; }
   /// Columns of a picture of the whole drawing: more than `width` where a window of that width scrolls.
   virtual int WholeWidth(int width) const { return width; }
   /// The desktop's drawing has a size now. A script's windows have none: what its clicks count with stays

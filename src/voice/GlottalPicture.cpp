@@ -103,7 +103,7 @@ void AddHarmonics(Picture& picture, const GlottalWave& wave, const Layout& layou
   picture.Add(
       TextMark{box.left, box.top - layout.style.name / 4, kHarmonics, colours::kText, layout.style.name});
   AddLevelAxis(picture, TicksEvery(rows, 20),
-               {box.left, box.Right(), box.left - 6, Anchor::Right, GridLines::Solid}, layout.style);
+               {box.left, box.Right(), box.left - 6, Anchor::Right, GridLines::Dotted}, layout.style);
   AddColumnAxis(picture, columns, TicksEvery(columns, most > 12 ? 5 : 1), box.Bottom() + 1, layout.style);
   const int width = std::max(1, box.width / (most + 1) / 2);
   for (std::size_t k = 0; k < wave.harmonics.size(); ++k) {

@@ -127,9 +127,9 @@ void AddFrequencyAxes(Picture& picture, const FrequencyAxes& axes, int column1, 
     AddTick(picture, {x, top}, {x, top - 4});
     AddLabel(picture, x, top - 7, Format("%d", hertz));
   }
-  AddLabel(picture, column1 + 8, bottom - 4, "F1", Anchor::Left);
-  AddLabel(picture, kAxisLeft - 16, top + 14, "F2", Anchor::Left);
-  AddLabel(picture, kAxisRight + 8, top + 4, "F3", Anchor::Left);
+  AddLabel(picture, column1 + 8, bottom - 4, "F1 (Hz)", Anchor::Left);
+  AddLabel(picture, kAxisLeft - 16, top + 14, "F2 (Hz)", Anchor::Left);
+  AddLabel(picture, kFrameRight - 4, top + 14, "F3 (Hz)", Anchor::Right);
 }
 
 Picture PointChartPicture(const VowelChart& chart, const std::vector<int>& averages, bool showNumbers,

@@ -258,8 +258,11 @@ TEST(PitchRepair, FrameZeroAndFramesBehindTheSoundStay) {
 TEST(PitchRepair, ThePictureAndTheMouseAgreeOnFrequencies) {
   for (const RepairRows rows : {RepairRows::Frequencies, RepairRows::Quefrencies})
     for (const int height : {100, 256, 330, 513})
-      for (int y = 0; y < height - 3; ++y)  // the lowest rows stand below 0
-        EXPECT_EQ(RowOfFrequency(rows, FrequencyAtRow(rows, y, height, 16000), height, 16000), y) << height;
+      for (const int shown : {49, 256})
+        for (int y = 0; (height - y - 1) * shown > height; ++y)  // the lowest rows stand below 0
+          EXPECT_EQ(RowOfFrequency(rows, FrequencyAtRow(rows, y, height, 16000, shown), height, 16000, shown),
+                    y)
+              << height << ", " << shown;
   // Row 32 of 256 stands for 1000 Hz, or for a period of 32 samples; its middle is 32.5 rows above the foot.
   EXPECT_NEAR(FrequencyAtRow(RepairRows::Frequencies, 256 - 1 - 32, 256, 16000), 1000, 1e-9);
   EXPECT_NEAR(FrequencyAtRow(RepairRows::Quefrencies, 256 - 1 - 32, 256, 16000), 500, 1e-9);

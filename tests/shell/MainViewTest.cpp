@@ -219,5 +219,51 @@ TEST(MainView, ThePictureOfASelectionThatFillsTheViewSharesItsAxis) {
     EXPECT_EQ(s.w.view.SampleAt(Pane::Analysis, x), s.w.view.SampleAt(Pane::Waveform, x));
 }
 
+TEST(MainView, ACeilingChangesWhatIsShownAndNothingElse) {
+  Station s;
+  std::vector<std::int16_t> samples(44100);
+  for (std::size_t i = 0; i < samples.size(); ++i) samples[i] = static_cast<std::int16_t>(i * i % 9973 * 3);
+  s.Load(samples, 44100, testing::PitchTail(std::vector<float>(100, 441.0f)));
+  s.w.dispatchCommand(180);
+  const std::vector<std::uint16_t> greys = s.w.spectrogram.matrix.greys;
+  // The rows up to the ceiling, row·44100/512 Hz, and the frequency in the middle of the pane's topmost pixel.
+  const struct {
+    const char* key;
+    int rows;
+    const char* top;
+    const char* highestTick;
+  } cases[] = {{"F", 256, "21964 Hz", "22 kHz"},
+               {"C", 93, "7924 Hz", "8 kHz"},
+               {"c", 59, "4996 Hz", "5 kHz"},
+               {"C", 47, "3962 Hz", "4 kHz"},
+               {"C", 256, "21964 Hz", "22 kHz"}};
+  const auto expect = [&](int rows, const char* top, const char* highestTick) {
+    const Picture base = s.w.view.Base(Pane::Analysis, 1024, 330);
+    const auto& image = std::get<GreyImageMark>(base.marks.at(0));
+    EXPECT_EQ(image.rows, rows);
+    EXPECT_EQ(image.height, 330);
+    EXPECT_EQ(image.pixels[40], greys[static_cast<std::size_t>(40 * 256 + rows - 1)]);
+    EXPECT_NE(s.w.view.HoverLine(Pane::Analysis, {60, 0}, 330, " ").find(top), std::string::npos)
+        << s.w.view.HoverLine(Pane::Analysis, {60, 0}, 330, " ");
+    EXPECT_EQ(s.w.view.Ticks(Pane::Analysis, 330).back().label, highestTick);
+  };
+  for (const auto& c : cases) {
+    s.w.Key(c.key);
+    expect(c.rows, c.top, c.highestTick);
+    EXPECT_EQ(s.w.spectrogram.matrix.greys, greys);
+  }
+  s.w.Select(0, 44100);
+  s.w.dispatchCommand(40042);  // a repair: harmonics that one can aim at
+  EXPECT_EQ(std::get<GreyImageMark>(s.w.view.Base(Pane::Analysis, 1024, 330).marks.at(0)).rows, 18);
+  EXPECT_EQ(s.w.view.Ticks(Pane::Analysis, 330).back().label, "1500 Hz");
+  s.w.Click(Pane::Analysis, {410, 220}, MouseButton::Left, false);
+  const int frame = 410 * 44100 / 1024 / 441;
+  EXPECT_NEAR(44100.0 / s.w.document.pitch[static_cast<std::size_t>(frame)],
+              (109.5 * 18 / 330 - 0.5) * 44100 / 512, 1e-2)
+      << "the click means what is shown";
+  s.w.Key("Escape");
+  EXPECT_EQ(std::get<GreyImageMark>(s.w.view.Base(Pane::Analysis, 1024, 330).marks.at(0)).rows, 256);
+}
+
 }  // namespace
 }  // namespace parlowen

@@ -37,7 +37,6 @@ TEST(PanePictures, EveryPaneIsDrawnAtEverySizeAndScale) {
             s.w.view.HoverLine(pane, {width - 1, height + 5}, height, " ");
           }
         s.w.view.Overview(900, 40);
-        s.w.view.TimeAxis(1024, 20);
       }
     }
 }

@@ -225,7 +225,7 @@ void DesktopStage::FitPanes(int paneWidth) {
   const int height = static_cast<const QWidget&>(pane).sizeHint().height();
   for (int i = 0; i < 20; ++i) {
     QApplication::processEvents();
-    const QSize missing(paneWidth - pane.PaneSize().width(), height - pane.height());
+    const QSize missing(paneWidth - pane.PaneSize().width(), height - pane.PaneSize().height());
     if (missing.isNull()) return;
     window_.resize(window_.size() + missing);
   }
@@ -242,6 +242,7 @@ bool DesktopStage::eventFilter(QObject* watched, QEvent* event) {
       const int width = whole > 0                  ? whole
                         : tool.ClickOrigin().y > 0 ? tool.PreferredSize().x
                                                    : Station().document.paneWidth;
+      widget->Prefer({width, kToolHeight});
       widget->Canvas()->setFixedSize(width, kToolHeight);
       widget->adjustSize();
     }
@@ -270,7 +271,9 @@ void DesktopStage::Select(int start, int end) {
 
 void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   PaneWidget& widget = window_.PaneOf(pane);
-  const QPoint pixel(PaneWidget::kGutter + at.x, at.y - widget.Top());
+  // A picture has taken rows for its caption and its axis.
+  if (pane == Pane::Analysis && widget.isVisible()) FitPanes(Station().document.paneWidth);
+  const QPoint pixel = widget.DataArea().topLeft() + QPoint(at.x, at.y - widget.Top());
   // What is not on the screen cannot be clicked: a pane behind a chart, a pixel beside the pane.
   if (!widget.isVisible() || at.x < 0 || !widget.rect().contains(pixel))
     return Station().Click(pane, at, button, shift);

@@ -38,7 +38,7 @@ TEST_F(LayoutTest, EverythingHasItsPlaceAndNoTextIsCutAt1024By720) {
     EXPECT_GE(window->PaneOf(pane).height(), 100);
 
   for (auto* label : window->findChildren<ElidedLabel*>()) {
-    EXPECT_EQ(label->text(), label->Text());
+    EXPECT_EQ(label->text().toStdString(), label->Text().toStdString());
     EXPECT_GE(label->height(), label->fontMetrics().height());
   }
   for (auto* button : window->findChild<QToolBar*>()->findChildren<QToolButton*>()) {

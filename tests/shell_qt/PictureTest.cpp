@@ -102,10 +102,11 @@ TEST_F(PictureTest, TheExportedSvgShowsWhatTheScreenShows) {
     const QString path = folder.filePath("pane.svg");
     ASSERT_EQ(SavePicture(widget.Shown(), path.toStdString(), PictureFormat::Svg), 0);
     const QSize size = widget.PaneSize();
-    const QImage svg = SvgAsImage(BytesOf(path), size);
-    const QImage screen = widget.grab(QRect(QPoint(PaneWidget::kGutter, 0), size)).toImage().scaled(size);
-    // The tick labels stand in the gutter on the screen: both are compared right of the margin.
-    const QRect inside(kPaneMargin + 40, 0, size.width() - kPaneMargin - 40, size.height());
+    const Picture shown = widget.Shown();
+    const QImage svg = SvgAsImage(BytesOf(path), {shown.WholeWidth(), shown.WholeHeight()})
+                           .copy(QRect(QPoint(shown.around.left, shown.around.top), size));
+    const QImage screen = widget.grab(widget.DataArea()).toImage().scaled(size);
+    const QRect inside(0, 0, size.width() / 21 * 21, size.height() / 21 * 21);
     // A dash and its gap are 7 pixels.
     const int side = pane == Pane::Analysis ? 7 : 3;
     const QImage fromFile = Coarse(svg.copy(inside), side), fromScreen = Coarse(screen.copy(inside), side);
@@ -121,7 +122,7 @@ TEST_F(PictureTest, APngHas300DotsAnInchAndAPdfIsOne) {
   const QString png = folder.filePath("p.png"), pdf = folder.filePath("p.pdf");
   ASSERT_EQ(SavePicture(picture, png.toStdString(), PictureFormat::Png), 0);
   const QImage image(png);
-  EXPECT_EQ(image.width(), std::lround(picture.width * 300.0 / 96.0));
+  EXPECT_EQ(image.width(), std::lround(picture.WholeWidth() * 300.0 / 96.0));
   EXPECT_EQ(image.dotsPerMeterX(), 11811);
   ASSERT_EQ(SavePicture(picture, pdf.toStdString(), PictureFormat::Pdf), 0);
   const QByteArray bytes = BytesOf(pdf);

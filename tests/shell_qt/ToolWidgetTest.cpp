@@ -65,6 +65,7 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   ToolWidget* widget = Open();
   ASSERT_NE(widget, nullptr);
   EXPECT_EQ(widget->windowTitle(), "记录");
+  widget->Canvas()->resize(900, 520);  // as the tool prefers
   QTest::mouseClick(widget->Canvas(), Qt::LeftButton, {}, QPoint(30, 40));
   QTest::mouseClick(widget->Canvas(), Qt::RightButton, Qt::ShiftModifier, QPoint(31, 41));
   QTest::keyClick(widget->Canvas(), Qt::Key_D);
@@ -73,6 +74,13 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   widget->Button("乙")->click();
   TurnWheel(*widget, {10, 10}, -240);
   EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0|click 31 41 R 1|key D|press 1101|pressed|scroll 2");
+  // Twice as large the drawing keeps its coordinates, and a picture of it its size.
+  log.clear();
+  widget->Canvas()->resize(1800, 1100);
+  QTest::mouseClick(widget->Canvas(), Qt::LeftButton, {}, QPoint(61, 80));
+  EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0");
+  EXPECT_EQ(widget->Shown().width, 900);
+  EXPECT_EQ(widget->Shown().height, 550);
 }
 
 TEST_F(ToolWidgetTest, OpeningANameAgainClosesTheFirstAlsoFromWithinItself) {

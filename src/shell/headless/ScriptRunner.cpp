@@ -255,7 +255,12 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
   if (step.words.size() != 3) return "picture needs PANE FILE.svg";
   const int width = workstation_.document.paneWidth;
   Picture picture;
-  if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
+  if (step.words[1] == "all") {
+    std::vector<MainView::PaneRows> rows;
+    for (const PaneName& pane : kPanes)
+      if (pane.pane != Pane::Labels || workstation_.markers.paneShown) rows.push_back({pane.pane, pane.height});
+    picture = workstation_.view.Figure(rows, width, FigureStyle{}.text);
+  } else if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
     picture = tool->Draw(tool->WholeWidth(width), kToolHeight);
   } else if (step.words[1] == "chart") {
     if (!workstation_.view.ChartShown()) return "no chart is shown";

@@ -1,6 +1,8 @@
 #include "shell/qt/FormDialog.h"
 
+#include <QAbstractButton>
 #include <QButtonGroup>
+#include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QFrame>
 #include <QGridLayout>
@@ -131,6 +133,11 @@ QWidget* FormDialog::MakeFields() {
       auto* text = new QLabel(label);
       text->setTextFormat(Qt::PlainText);
       grid->addWidget(text, row, 0, 1, 2);
+    } else if (field.kind == FieldKind::Tick) {
+      auto* tick = new QCheckBox(label);
+      tick->setChecked(field.checked);
+      grid->addWidget(tick, row, 0, 1, 2);
+      radios_.back() = tick;
     } else if (field.kind == FieldKind::Radio) {
       auto* radio = new QRadioButton(label);
       radio->setChecked(field.checked);

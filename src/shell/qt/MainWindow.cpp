@@ -22,6 +22,7 @@
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
 #include "document/WavFile.h"
+#include "shell/FigureChoice.h"
 #include "shell/qt/ElidedLabel.h"
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/KeyNames.h"
@@ -34,6 +35,7 @@
 #include "shell/qt/PictureExport.h"
 #include "shell/qt/PicturePainter.h"
 #include "shell/qt/Preferences.h"
+#include "shell/qt/RateBar.h"
 #include "shell/qt/TimeAxisStrip.h"
 #include "ui/Messages.h"
 #include "ui/Text.h"
@@ -44,6 +46,7 @@ namespace {
 constexpr Pane kPanes[] = {Pane::Amplitude, Pane::Pitch, Pane::Analysis, Pane::Waveform, Pane::Labels};
 constexpr UiText kRecentFiles = "最近的文件(&R)";
 constexpr UiText kPictureOutput = "图形输出(&T)";
+constexpr UiText kWholeWindow = "整个窗口(&W)...";
 constexpr UiText kChartMenu = "元音图";
 constexpr UiText kSelectEntry = "选定...(&S)";
 constexpr UiText kZoomInEntry = "放大(&I)";
@@ -168,6 +171,8 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   splitter_->RestoreHeights(preferences_.Layout());
   resize(1280, 800);
   PaneOf(Pane::Waveform).setFocus();
+  station_.spectrogram.ceiling = preferences_.Ceiling();
+  station_.view.chartScales = true;
   RenewExportFolder();
   Renew();
 }
@@ -218,6 +223,8 @@ void MainWindow::MakeExtensionMenu(QMenu& menu) {
   QMenu* pictures = menu.addMenu(kPictureOutput.Get());
   connect(pictures, &QMenu::aboutToShow, this, [this, pictures] {
     pictures->clear();
+    pictures->addAction(kWholeWindow.Get(), this, [this] { gate_.Run([this] { MakeFigure(); }); });
+    pictures->addSeparator();
     for (std::size_t i = 0; i < std::size(kPanes); ++i)
       if (!panes_[i]->isHidden()) MakePictureMenu(*pictures->addMenu(PaneName(kPanes[i]).Get()), *panes_[i]);
     if (!chart_->isHidden()) MakePictureMenu(*pictures->addMenu(kChartMenu.Get()), *chart_);
@@ -283,6 +290,13 @@ void MainWindow::MakeCentre() {
   column->setContentsMargins(4, 2, 4, 2);
   column->setSpacing(2);
   selectionLine_ = new ElidedLabel(centre);
+  rateBar_ = new RateBar(centre);
+  rateBar_->convert = [this](bool to16000) {
+    dialogs_.answerNext = to16000;
+    Dispatch(commands::kConvertRate);
+    dialogs_.answerNext.reset();
+  };
+  column->addWidget(rateBar_);
   column->addWidget(selectionLine_);
 
   splitter_ = new PaneSplitter(centre);
@@ -630,15 +644,42 @@ void MainWindow::AskSelection() {
   station_.Select(sample(1000), sample(1001));
 }
 
+void MainWindow::MakeFigure() {
+  FigureChoice choice = FigureChoiceFrom(preferences_.Figure());
+  InputForm form = FigureForm(choice);
+  for (;;) {
+    if (!dialogs_.AskInput(form)) return;
+    const auto wrong = TakeFigureForm(form, choice);
+    if (!wrong) break;
+    dialogs_.ShowError(*wrong, form.title);
+  }
+  preferences_.SetFigure(FigureChoiceText(choice));
+  std::vector<MainView::PaneRows> rows;
+  for (const Pane pane : choice.panes) {
+    if (pane == Pane::Labels) station_.ReadLabels();
+    const PaneWidget& shown = PaneOf(pane);
+    rows.push_back({pane, shown.isHidden() ? shown.sizeHint().height() : shown.PaneSize().height()});
+  }
+  constexpr double kCentimetresPerInch = 2.54, kPointsPerInch = 72;
+  const int width = station_.document.paneWidth;
+  const double letters = choice.points / kPointsPerInch * kCentimetresPerInch;
+  const Picture figure = station_.view.Figure(rows, width, FigureText(width, letters, choice.centimetres));
+  const double pixelsPerInch = figure.WholeWidth() * kCentimetresPerInch / choice.centimetres;
+  if (choice.output == FigureOutput::Copy) return CopyPicture(figure, kPrintDotsPerInch / pixelsPerInch);
+  AskAndSavePicture(dialogs_, figure, static_cast<PictureFormat>(choice.output), pixelsPerInch);
+}
+
 void MainWindow::CopyRegionOf(const PaneRegion& region) {
   const PaneWidget& pane = PaneOf(region.pane);
   const double scale = devicePixelRatioF();
   // The frame around the region is no part of it.
-  const QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
-                         .normalized()
-                         .adjusted(1, 1, -1, -1);
+  QRect area = QRect(QPoint(region.from.x, region.from.y), QPoint(region.to.x, region.to.y))
+                   .normalized()
+                   .adjusted(1, 1, -1, -1);
   if (area.isEmpty()) return;
-  const QImage whole = RenderPicture(pane.Shown(), scale);
+  const Picture shown = pane.Shown();
+  area.translate(shown.around.left, shown.around.top);
+  const QImage whole = RenderPicture(shown, scale);
   QApplication::clipboard()->setImage(
       whole.copy(QRectF(area.x() * scale, area.y() * scale, area.width() * scale, area.height() * scale)
                      .toAlignedRect()));
@@ -732,6 +773,9 @@ void MainWindow::Renew() {
   TakeOptions();
   if (!soundTimer_->isActive() && (station_.player.playing() || station_.recording.running()))
     soundTimer_->start();
+  rateBar_->Follow(station_.document);
+  if (station_.spectrogram.ceiling != preferences_.Ceiling())
+    preferences_.SetCeiling(station_.spectrogram.ceiling);
   selectionLine_->SetText(QString::fromStdString(station_.view.SelectionLine()));
   const bool labelling = PaneOf(Pane::Labels).hasFocus() && station_.document.activity <= Activity::Waveform;
   hint_->SetText(labelling ? kLabelHint.Get() : QString::fromStdString(station_.view.Hint()));
@@ -780,7 +824,7 @@ void MainWindow::ShowHover(PaneWidget* pane, QPoint at) {
   if (pane != chart_) view.pointer = {pane->pane(), at.x()};
   const int sample = view.SampleAt(pane->pane(), at.x());
   const bool sound = station_.document.sampleCount > 0;
-  const bool overTime = pane != chart_ || at.y() < PaneWidget::kChartStripBottom;
+  const bool overTime = pane != chart_ || at.y() < kChartStripBottom;
   for (PaneWidget* other : panes_) {
     std::optional<int> column;
     if (sound && overTime) column = other == pane ? at.x() : view.ColumnOf(other->pane(), sample);

@@ -27,6 +27,7 @@ class OverviewStrip;
 class PaneSplitter;
 class PaneWidget;
 class Preferences;
+class RateBar;
 class TimeAxisStrip;
 
 /// The window of the desktop program: menus, tool bar, panes, strips. It shows a workstation and hands on to
@@ -102,6 +103,8 @@ class MainWindow : public QMainWindow {
   void CopyRegionOf(const PaneRegion& region);
   void CopyHoverLine();
   void AskSelection();
+  /// The panes over one axis as a figure, as the user wants it.
+  void MakeFigure();
   void RenewRecentFiles();
   std::string NameFor(const FileKind& kind) const;
   void SoundFileSeen();
@@ -141,6 +144,7 @@ class MainWindow : public QMainWindow {
   ElidedLabel* hint_ = nullptr;
   ElidedLabel* hover_ = nullptr;
   LevelMeter* meter_ = nullptr;
+  RateBar* rateBar_ = nullptr;
   PaneSplitter* splitter_ = nullptr;
   std::array<PaneWidget*, 5> panes_{};
   PaneWidget* chart_ = nullptr;  ///< stands over the three lower panes at times

@@ -14,6 +14,7 @@
 #include "shell/qt/GraphicRole.h"
 #include "shell/qt/KeyNames.h"
 #include "shell/qt/PicturePainter.h"
+#include "ui/Messages.h"
 #include "ui/Text.h"
 #include "vowel/ChartPicture.h"
 
@@ -22,8 +23,7 @@ namespace {
 
 constexpr UiText kSelected = "，选定 %.2f–%.2f 秒";
 
-constexpr int kEdgeReach = 4;    // pixels on either side of an edge that take hold of it
-constexpr int kTickHeight = 11;  // type size of the tick labels
+constexpr int kEdgeReach = 4;  // pixels on either side of an edge that take hold of it
 constexpr QRgb kHoverLine = 0xFF707070;
 constexpr int kSmallestChart = 330;  // no more than the panes it stands over
 
@@ -80,8 +80,21 @@ QSize PaneWidget::minimumSizeHint() const {
                                                  : kSmallestHeight};
 }
 
+QRect PaneWidget::DataArea() const {
+  const int top = view_.Caption(pane_).empty() ? 0 : kCaptionRows;
+  const int bottom = view_.HasOwnAxis(pane_) ? kFigureAxisRows : 0;
+  return {kGutter, top, width() - kGutter, std::max(1, height() - top - bottom)};
+}
+
+/// A picture that comes or goes changes what is left to the data.
+void PaneWidget::TakeAnalysisHeight() {
+  if (pane_ == Pane::Analysis && view_.analysisHeight != DataArea().height())
+    station_.SetAnalysisHeight(DataArea().height());
+}
+
 void PaneWidget::Invalidate() {
   baseValid_ = false;
+  TakeAnalysisHeight();
   UpdateAccessibleName();
   update();
 }
@@ -105,8 +118,10 @@ void PaneWidget::ShowHover(std::optional<int> column) {
 
 Picture PaneWidget::Shown() const {
   const int width = PaneSize().width();
-  Picture shown{width, height(), {}};
-  shown.AddAt(view_.Whole(pane_, width, RowsToBottom()), 0, -Top());
+  const Picture whole = view_.Whole(pane_, width, RowsToBottom());
+  if (Top() == 0) return whole;
+  Picture shown{width, PaneSize().height(), {}};
+  shown.AddAt(whole, 0, -Top());
   return shown;
 }
 
@@ -136,21 +151,50 @@ void PaneWidget::RenderBase() {
 void PaneWidget::PaintGutter(QPainter& painter) const {
   painter.fillRect(0, 0, kGutter, height(), palette().window());
   QFont font = painter.font();
-  font.setPixelSize(kTickHeight);
+  font.setPixelSize(FigureStyle{}.text);
   painter.setFont(font);
-  painter.setPen(palette().color(QPalette::WindowText));
-  std::vector<int> tops;
-  for (const Tick& tick : view_.Ticks(pane_, height())) {
-    painter.fillRect(kGutter - 4, tick.at, 4, 1, palette().color(QPalette::WindowText));
-    const int top = std::clamp(tick.at - 8, 0, height() - 16);
-    // A label that another one leaves no room for is left out; its tick stays.
-    if (std::any_of(tops.begin(), tops.end(),
-                    [top](int other) { return std::abs(other - top) < kTickHeight + 1; }))
-      continue;
-    tops.push_back(top);
-    painter.drawText(QRect(0, top, kGutter - 6, 16), Qt::AlignRight | Qt::AlignVCenter,
-                     QString::fromStdString(tick.label));
+  const QColor ink = palette().color(QPalette::WindowText);
+  painter.setPen(ink);
+  const QRect area = DataArea();
+  const std::vector<Tick> ticks = view_.Ticks(pane_, area.height());
+  const auto baselines = GutterBaselines(ticks, area.height(), FigureStyle{}.text);
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    painter.fillRect(kGutter - 4, area.top() + ticks[i].at, 4, 1, ink);
+    if (!baselines[i]) continue;
+    const QString label = QString::fromStdString(ticks[i].label);
+    painter.drawText(
+        QPoint(kGutter - 7 - painter.fontMetrics().horizontalAdvance(label), area.top() + *baselines[i]),
+        label);
   }
+}
+
+void PaneWidget::PaintCaption(QPainter& painter) const {
+  const std::vector<std::string> pieces = view_.Caption(pane_);
+  if (pieces.empty()) return;
+  const QRect line(kGutter, 0, width() - kGutter, kCaptionRows);
+  painter.fillRect(line, Qt::white);
+  painter.save();
+  painter.translate(line.topLeft());
+  PaintPicture(painter, CaptionPicture(pieces, line.width(), line.height(), PlotStyle{}.name));
+  painter.restore();
+}
+
+void PaneWidget::PaintOwnAxis(QPainter& painter) const {
+  if (!view_.HasOwnAxis(pane_)) return;
+  const QRect area = DataArea();
+  const QRect line(kGutter, area.bottom() + 1, area.width(), height() - area.bottom() - 1);
+  painter.fillRect(line, Qt::white);
+  FigureAxis axis = view_.Axis(pane_, line.width(), FigureStyle{}.text);
+  if (!axis.unit.empty()) {  // behind the axis there is no room for it
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.drawText(QRect(0, line.top(), kGutter - 7, line.height()), Qt::AlignRight | Qt::AlignVCenter,
+                     messages::kSeconds.Get());
+    axis.unit.clear();
+  }
+  painter.save();
+  painter.translate(line.topLeft());
+  PaintPicture(painter, AxisPicture(axis, line.width(), line.height(), FigureStyle{}.Plot()));
+  painter.restore();
 }
 
 void PaneWidget::paintEvent(QPaintEvent* event) {
@@ -158,11 +202,15 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
   if (!baseValid_ || base_.devicePixelRatio() != devicePixelRatioF()) RenderBase();
   QPainter painter(this);
   if (event->rect().left() < kGutter) PaintGutter(painter);
+  PaintCaption(painter);
+  PaintOwnAxis(painter);
+  const QRect area = DataArea();
   painter.save();
-  painter.translate(kGutter, 0);
+  painter.translate(area.topLeft());
   painter.drawPixmap(0, 0, base_);
-  PaintPicture(painter, view_.Overlay(pane_, PaneSize().width(), height()));
-  if (hoverColumn_ && *hoverColumn_ >= 0) painter.fillRect(*hoverColumn_, 0, 1, height(), QColor(kHoverLine));
+  PaintPicture(painter, view_.Overlay(pane_, area.width(), area.height()));
+  if (hoverColumn_ && *hoverColumn_ >= 0)
+    painter.fillRect(*hoverColumn_, 0, 1, area.height(), QColor(kHoverLine));
   painter.restore();
   if (!hasFocus()) return;
   painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
@@ -171,7 +219,7 @@ void PaneWidget::paintEvent(QPaintEvent* event) {
 
 void PaneWidget::resizeEvent(QResizeEvent*) {
   baseValid_ = false;
-  if (pane_ == Pane::Analysis) station_.SetAnalysisHeight(height());
+  TakeAnalysisHeight();
   if (pane_ == Pane::Labels) station_.SetLabelsHeight(height());
   Q_EMIT Resized();
 }
@@ -189,8 +237,9 @@ void PaneWidget::focusOutEvent(QFocusEvent*) {
 // --- Mouse
 
 Point PaneWidget::PointAt(QPoint position) const {
-  return {std::clamp(position.x() - kGutter, 0, std::max(0, PaneSize().width() - 1)),
-          Top() + std::clamp(position.y(), 0, std::max(0, height() - 1))};
+  const QRect area = DataArea();
+  return {std::clamp(position.x() - area.left(), 0, std::max(0, area.width() - 1)),
+          Top() + std::clamp(position.y() - area.top(), 0, std::max(0, area.height() - 1))};
 }
 
 bool PaneWidget::RepairsPitch() const {
@@ -273,8 +322,9 @@ void PaneWidget::mouseMoveEvent(QMouseEvent* event) {
     return;
   }
   if (drag_ == Drag::Region) {
+    const QPoint corner = DataArea().topLeft() - QPoint(0, Top());
     band_->setGeometry(
-        QRect(QPoint(pressedAt_.x + kGutter, pressedAt_.y), QPoint(at.x + kGutter, at.y)).normalized());
+        QRect(corner + QPoint(pressedAt_.x, pressedAt_.y), corner + QPoint(at.x, at.y)).normalized());
     return;
   }
   const bool far = std::abs(at.x - pressedAt_.x) > QApplication::startDragDistance();

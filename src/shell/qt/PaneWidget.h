@@ -5,6 +5,7 @@
 
 #include "shell/Workstation.h"
 #include "shell/qt/WheelSteps.h"
+#include "ui/Figure.h"
 #include "ui/Text.h"
 
 class QRubberBand;
@@ -17,31 +18,31 @@ class ActionGate;
 UiText PaneName(Pane pane);
 
 /// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates
-/// begin there. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The
+/// begin there; above it the caption and below it the axis of a picture that has its own. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The
 /// chart over the lower panes is one too; its rows begin with the first that is not empty.
 class PaneWidget : public QWidget {
   Q_OBJECT
  public:
-  static constexpr int kGutter = 60;  ///< logical pixels left of the pane's column 0
+  static constexpr int kGutter = kFigureGutter;  ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
   static constexpr int kSmallestLabels = 80;  ///< five rows of texts
-  static constexpr int kChartStripBottom =
-      172;  ///< rows of the chart above it lie under the amplitude pane's time
 
   PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent);
 
   Pane pane() const { return pane_; }
-  QSize PaneSize() const { return {width() - kGutter, height()}; }
-  /// The rows of the pane above the widget's first.
+  /// Where the pane itself lies in the widget.
+  QRect DataArea() const;
+  QSize PaneSize() const { return DataArea().size(); }
+  /// The rows of the pane above the first that is seen.
   int Top() const;
-  int RowsToBottom() const { return Top() + height(); }
+  int RowsToBottom() const { return Top() + DataArea().height(); }
   /// The data behind the pane changed.
   void Invalidate();
   /// The column of the thin line that follows the pointer; none hides it.
   void ShowHover(std::optional<int> column);
   /// The view's cursor may have moved.
   void FollowCursor();
-  /// Base, tick labels and overlay as they stand on the screen, the gutter and the rows above it left out.
+  /// The figure of what stands on the screen.
   Picture Shown() const;
 
  Q_SIGNALS:
@@ -91,6 +92,9 @@ class PaneWidget : public QWidget {
   void DragTo(Point at);
   void RenderBase();
   void PaintGutter(QPainter& painter) const;
+  void PaintCaption(QPainter& painter) const;
+  void PaintOwnAxis(QPainter& painter) const;
+  void TakeAnalysisHeight();
   void UpdateAccessibleName();
 
   const Pane pane_;

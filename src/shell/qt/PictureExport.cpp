@@ -19,31 +19,32 @@
 namespace parlowen {
 namespace {
 
-constexpr double kPixelsPerInch = 96.0;
-constexpr int kPrintDotsPerInch = 300;
+/// In pixels, where nothing else is asked for: so other programs take it up as it stands on the screen.
+QByteArray SvgBytes(const Picture& picture, double pixelsPerInch) {
+  return QByteArray::fromStdString(ToSvg(picture, pixelsPerInch == kPixelsPerInch ? 0 : pixelsPerInch));
+}
 
-QByteArray SvgBytes(const Picture& picture) { return QByteArray::fromStdString(ToSvg(picture)); }
-
-QByteArray PdfBytes(const Picture& picture) {
+QByteArray PdfBytes(const Picture& picture, double pixelsPerInch) {
   QByteArray bytes;
   QBuffer buffer(&bytes);
   buffer.open(QIODevice::WriteOnly);
   QPdfWriter writer(&buffer);
-  const double points = 72.0 / kPixelsPerInch;
-  writer.setPageSize(QPageSize(QSizeF(picture.width * points, picture.height * points), QPageSize::Point,
-                               QString(), QPageSize::ExactMatch));
+  const double points = 72.0 / pixelsPerInch;
+  writer.setPageSize(QPageSize(QSizeF(picture.WholeWidth() * points, picture.WholeHeight() * points),
+                               QPageSize::Point, QString(), QPageSize::ExactMatch));
   writer.setPageMargins(QMarginsF());
   writer.setResolution(kPrintDotsPerInch);
   QPainter painter(&writer);
-  const double scale = kPrintDotsPerInch / kPixelsPerInch;
+  const double scale = kPrintDotsPerInch / pixelsPerInch;
   painter.scale(scale, scale);
+  painter.translate(picture.around.left, picture.around.top);
   PaintPicture(painter, picture);
   painter.end();
   return bytes;
 }
 
-QByteArray PngBytes(const Picture& picture) {
-  QImage image = RenderPicture(picture, kPrintDotsPerInch / kPixelsPerInch);
+QByteArray PngBytes(const Picture& picture, double pixelsPerInch) {
+  QImage image = RenderPicture(picture, kPrintDotsPerInch / pixelsPerInch);
   constexpr double kMetresPerInch = 0.0254;
   const int dotsPerMetre = static_cast<int>(kPrintDotsPerInch / kMetresPerInch + 0.5);
   image.setDotsPerMeterX(dotsPerMetre);
@@ -61,6 +62,7 @@ struct FormatRow {
   FileKind kind;
 };
 constexpr FormatRow kFormats[] = {
+    // in the order of PictureFormat
     {PictureFormat::Svg, "图形存为 SVG(&V)...", FileKindNamed("svg")},
     {PictureFormat::Pdf, "图形存为 PDF(&F)...", FileKindNamed("pdf")},
     {PictureFormat::Png, "图形存为 PNG，300 dpi(&G)...", FileKindNamed("png")},
@@ -68,23 +70,24 @@ constexpr FormatRow kFormats[] = {
 constexpr UiText kCopyPicture = "复制为图片(&C)";
 constexpr UiText kSaveTitle = "图形存为";
 
-void AskAndSave(Window& window, const Picture& picture, const FormatRow& row) {
-  const auto choice = window.AskSaveFile({kSaveTitle, {row.kind}, row.kind.extension});
-  if (!choice) return;
-  if (SavePicture(picture, choice->path, row.format) < 0)
-    return window.ShowError(messages::kBadSaveName, messages::kBadNameCaption);
-  window.Saved(choice->path);
-}
-
 }  // namespace
 
-int SavePicture(const Picture& picture, const std::string& path, PictureFormat format) {
-  const QByteArray bytes = format == PictureFormat::Svg   ? SvgBytes(picture)
-                           : format == PictureFormat::Pdf ? PdfBytes(picture)
-                                                          : PngBytes(picture);
+int SavePicture(const Picture& picture, const std::string& path, PictureFormat format, double pixelsPerInch) {
+  const QByteArray bytes = format == PictureFormat::Svg   ? SvgBytes(picture, pixelsPerInch)
+                           : format == PictureFormat::Pdf ? PdfBytes(picture, pixelsPerInch)
+                                                          : PngBytes(picture, pixelsPerInch);
   if (bytes.isEmpty()) return -1;
   return ReplaceFile(path, {reinterpret_cast<const std::uint8_t*>(bytes.constData()),
                             static_cast<std::size_t>(bytes.size())});
+}
+
+void AskAndSavePicture(Window& window, const Picture& picture, PictureFormat format, double pixelsPerInch) {
+  const FileKind& kind = kFormats[static_cast<int>(format)].kind;
+  const auto choice = window.AskSaveFile({kSaveTitle, {kind}, kind.extension});
+  if (!choice) return;
+  if (SavePicture(picture, choice->path, format, pixelsPerInch) < 0)
+    return window.ShowError(messages::kBadSaveName, messages::kBadNameCaption);
+  window.Saved(choice->path);
 }
 
 void CopyPicture(const Picture& picture, double scale) {
@@ -98,7 +101,7 @@ void AddPictureActions(QMenu& menu, Window& window, ActionGate& gate, int level,
   });
   for (const FormatRow& row : kFormats)
     menu.addAction(row.menuText.Get(), &menu, [&window, &gate, level, picture, &row] {
-      gate.Run([&] { AskAndSave(window, picture(), row); }, level);
+      gate.Run([&] { AskAndSavePicture(window, picture(), row.format); }, level);
     });
 }
 

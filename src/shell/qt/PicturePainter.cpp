@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "base/IpaCodes.h"
+#include "ui/Resample.h"
 
 namespace parlowen {
 namespace {
@@ -37,14 +38,25 @@ QPolygonF PointsOf(const std::vector<Point>& points) {
 
 // Lines and outlines run through the middle of their pixels.
 constexpr QPointF kMiddle(0.5, 0.5);
-constexpr int kDash = 4, kGap = 3;  // pixels
+
+/// Pixels that are drawn and left out in turn; none of a whole line.
+struct Dashes {
+  int dash = 0, gap = 0;
+};
+Dashes DashesOf(LineStyle style) {
+  switch (style) {
+    case LineStyle::Dashed: return {4, 3};
+    case LineStyle::Dotted: return {1, 3};
+    default: return {};
+  }
+}
 
 QPen PenOf(Colour colour, int width, LineStyle style = LineStyle::Solid) {
   QPen pen(ColourOf(colour), width);
   pen.setCapStyle(Qt::FlatCap);
   pen.setJoinStyle(Qt::MiterJoin);
-  if (style == LineStyle::Dashed)
-    pen.setDashPattern({double(kDash) / std::max(1, width), double(kGap) / std::max(1, width)});
+  if (const Dashes dashes = DashesOf(style); dashes.dash > 0)
+    pen.setDashPattern({double(dashes.dash) / std::max(1, width), double(dashes.gap) / std::max(1, width)});
   return pen;
 }
 
@@ -102,10 +114,29 @@ class MarkPainter {
     painter_.setPen(ColourOf(mark.colour));
     painter_.drawText(QPointF(x, mark.y), text);
   }
-  void operator()(const GreyImageMark& mark) const { Image(mark, QImage::Format_Grayscale8, 1); }
+  void operator()(const GreyImageMark& mark) const {
+    if (!mark.smooth) return Image(mark, QImage::Format_Grayscale8, 1);
+    // As many pixels as the device has there: the painter has nothing left to choose from or to invent.
+    const QRectF device = painter_.deviceTransform().mapRect(QRectF(mark.x, mark.y, mark.width, mark.height));
+    Image(Resampled(mark, DevicePixels(device.width()), DevicePixels(device.height())),
+          QImage::Format_Grayscale8, 1);
+  }
   void operator()(const ColourImageMark& mark) const { Image(mark, QImage::Format_RGB888, 3); }
+  void operator()(const ClipMark& mark) const {
+    if (clipped_) painter_.restore();
+    clipped_ = mark.width > 0;
+    if (!clipped_) return;
+    painter_.save();
+    painter_.setClipRect(QRect(mark.x, mark.y, mark.width, mark.height), Qt::IntersectClip);
+  }
+  /// Takes back what a picture left clipped.
+  void End() const { (*this)(ClipMark{}); }
 
  private:
+  static int DevicePixels(double length) {
+    constexpr double kMost = 16384;
+    return static_cast<int>(std::clamp(std::round(length), 1.0, kMost));
+  }
   void Antialias(bool on) const { painter_.setRenderHint(QPainter::Antialiasing, on); }
 
   /// A line along a row or a column, its end pixels included: filled boxes stay crisp at every scale.
@@ -114,10 +145,11 @@ class MarkPainter {
     const bool column = mark.from.x == mark.to.x;
     const int begin = column ? mark.from.y : mark.from.x, end = column ? mark.to.y : mark.to.x;
     const int first = std::min(begin, end), last = std::max(begin, end);
-    const int piece = mark.style == LineStyle::Dashed ? kDash : last - first + 1;
+    const Dashes dashes = DashesOf(mark.style);
+    const int piece = dashes.dash > 0 ? dashes.dash : last - first + 1;
     const double across = (column ? mark.from.x : mark.from.y) - (mark.width - 1) / 2.0;
     const QColor colour = ColourOf(mark.colour);
-    for (int at = first; at <= last; at += piece + kGap) {
+    for (int at = first; at <= last; at += piece + dashes.gap) {
       const double length = std::min(piece, last - at + 1);
       FillSnapped(column ? QRectF(across, at, mark.width, length) : QRectF(at, across, length, mark.width),
                   colour);
@@ -145,25 +177,30 @@ class MarkPainter {
   }
 
   QPainter& painter_;
+  mutable bool clipped_ = false;
 };
 
 }  // namespace
 
 void PaintPicture(QPainter& painter, const Picture& picture) {
   painter.save();
-  painter.setClipRect(QRect(0, 0, picture.width, picture.height), Qt::IntersectClip);
+  painter.setClipRect(
+      QRect(-picture.around.left, -picture.around.top, picture.WholeWidth(), picture.WholeHeight()),
+      Qt::IntersectClip);
   const MarkPainter markPainter(painter);
   for (const Mark& mark : picture.marks) std::visit(markPainter, mark);
+  markPainter.End();
   painter.restore();
 }
 
 QImage RenderPicture(const Picture& picture, double scale) {
-  const int width = std::max(1, static_cast<int>(std::lround(picture.width * scale)));
-  const int height = std::max(1, static_cast<int>(std::lround(picture.height * scale)));
+  const int width = std::max(1, static_cast<int>(std::lround(picture.WholeWidth() * scale)));
+  const int height = std::max(1, static_cast<int>(std::lround(picture.WholeHeight() * scale)));
   QImage image(width, height, QImage::Format_RGB32);
   image.fill(Qt::white);
   QPainter painter(&image);
   painter.scale(scale, scale);
+  painter.translate(picture.around.left, picture.around.top);
   PaintPicture(painter, picture);
   return image;
 }

@@ -13,6 +13,8 @@ constexpr const char* kLabels = "labelPane";
 constexpr const char* kTools = "toolWindows/";
 constexpr const char* kPitchSpan = "pitchSpan";
 constexpr const char* kFollowPlay = "followPlay";
+constexpr const char* kFigure = "figure";
+constexpr const char* kCeiling = "frequencyCeiling";
 
 QString UserSettingsFile() {
   return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + "/parlowen/parlowen.ini";
@@ -82,5 +84,15 @@ void Preferences::SetFollowsPlay(bool follows) { settings_.setValue(kFollowPlay,
 bool Preferences::LabelsShown() const { return settings_.value(kLabels, false).toBool(); }
 
 void Preferences::SetLabelsShown(bool shown) { settings_.setValue(kLabels, shown); }
+
+std::string Preferences::Figure() const { return settings_.value(kFigure).toString().toStdString(); }
+
+void Preferences::SetFigure(const std::string& choice) {
+  settings_.setValue(kFigure, QString::fromStdString(choice));
+}
+
+int Preferences::Ceiling() const { return settings_.value(kCeiling).toInt(); }
+
+void Preferences::SetCeiling(int hertz) { settings_.setValue(kCeiling, hertz); }
 
 }  // namespace parlowen

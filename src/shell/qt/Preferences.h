@@ -2,6 +2,7 @@
 #include <QByteArray>
 #include <QSettings>
 #include <QStringList>
+#include <string>
 
 #include "shell/PitchSpan.h"
 
@@ -28,6 +29,11 @@ class Preferences {
   void SetFollowsPlay(bool follows);
   bool LabelsShown() const;
   void SetLabelsShown(bool shown);
+
+  std::string Figure() const;  ///< the last figure of the whole window, as FigureChoiceText
+  void SetFigure(const std::string& choice);
+  int Ceiling() const;  ///< Hz up to which pictures are shown; 0: all
+  void SetCeiling(int hertz);
 
   static constexpr int kMostRecentFiles = 9;
 

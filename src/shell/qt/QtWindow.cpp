@@ -180,6 +180,7 @@ bool QtWindow::MayReplace(const std::string& path, QWidget* parent) {
 }
 
 bool QtWindow::AskYesNo(const std::string& text, const std::string& caption) {
+  if (answerNext) return *std::exchange(answerNext, {});
   BeforeModal();
   const ActionGate::Hold hold(gate_);
   QMessageBox box(DialogParent());

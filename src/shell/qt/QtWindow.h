@@ -61,6 +61,9 @@ class QtWindow : public QObject, public Window {
   /// The cursor of a play has moved.
   void UpdatePlay() const;
 
+  /// The answer to the next Yes/No question, given before it is asked; it is not shown then.
+  std::optional<bool> answerNext;
+
   /// Called before a dialog or a modal tool window opens.
   std::function<void()> beforeModal;
 

@@ -15,7 +15,7 @@ constexpr UiText kName = "时间轴（秒）";
 }  // namespace
 
 TimeAxisStrip::TimeAxisStrip(const MainView& view, QWidget* parent) : QWidget(parent), view_(view) {
-  setFixedHeight(22);
+  setFixedHeight(kFigureAxisRows);
   setAccessibleName(kName.Get());
 }
 
@@ -30,7 +30,9 @@ void TimeAxisStrip::paintEvent(QPaintEvent*) {
                    messages::kSeconds.Get());
   painter.translate(kLeft, 0);
   painter.fillRect(0, 0, width() - kLeft, height(), Qt::white);
-  PaintPicture(painter, view_.TimeAxis(width() - kLeft, height()));
+  FigureAxis axis = view_.Axis(Pane::Waveform, width() - kLeft, FigureStyle{}.text);
+  axis.unit.clear();  // it stands in the gutter
+  PaintPicture(painter, AxisPicture(axis, width() - kLeft, height(), FigureStyle{}.Plot()));
 }
 
 }  // namespace parlowen

@@ -4,6 +4,8 @@
 #include <QPainterPath>
 #include <QPixmap>
 
+#include "ui/Colours.h"
+
 namespace parlowen {
 namespace {
 
@@ -72,6 +74,34 @@ QIcon MakeToolIcon(ToolIcon icon, const QColor& ink) {
     QPainter painter(&pixmap);
     painter.setRenderHint(QPainter::Antialiasing);
     DrawIcon(painter, icon, ink);
+    painter.end();
+    result.addPixmap(pixmap);
+  }
+  return result;
+}
+
+QIcon MakeApplicationIcon() {
+  QIcon result;
+  for (const int side : {16, 24, 32, 48, 64, 128, 256}) {
+    QPixmap pixmap(side, side);
+    pixmap.fill(Qt::transparent);
+    QPainter painter(&pixmap);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(side / 64.0, side / 64.0);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(QColor(QRgb(colours::kWave)));
+    painter.drawRoundedRect(QRectF(1, 1, 62, 62), 12, 12);
+    painter.setPen(QPen(QColor(QRgb(colours::kLevelBars)), 4, Qt::SolidLine, Qt::RoundCap));
+    constexpr double kHeights[] = {4, 10, 16, 12, 18, 8, 5};  // a syllable, above and below its middle
+    for (int i = 0; i < 7; ++i) {
+      const double x = 11 + 7.0 * i;
+      painter.drawLine(QPointF(x, 42 - kHeights[i] * 0.8), QPointF(x, 42 + kHeights[i] * 0.8));
+    }
+    QPainterPath tone(QPointF(10, 24));  // falling and rising, as in the third tone
+    tone.cubicTo(QPointF(20, 38), QPointF(34, 36), QPointF(54, 9));
+    painter.setPen(QPen(Qt::white, 5, Qt::SolidLine, Qt::RoundCap));
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPath(tone);
     painter.end();
     result.addPixmap(pixmap);
   }

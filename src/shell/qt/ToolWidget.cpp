@@ -16,6 +16,7 @@
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 #include <algorithm>
+#include <cmath>
 
 #include "shell/qt/ActionGate.h"
 #include "shell/qt/GraphicRole.h"
@@ -45,16 +46,36 @@ class ToolCanvas : public QWidget {
   }
   QSize sizeHint() const override { return preferred_; }
   void Prefer(Point size) { preferred_ = {size.x, size.y}; }
+  /// Pixels of the widget a pixel of the drawing, which fills it in one direction at least.
+  double Scale() const {
+    if (owner_.tool_ == nullptr || !owner_.tool_->ScalesWithWindow()) return 1;
+    const double across = width() / std::max(1.0, double(preferred_.width()));
+    const double down = height() / std::max(1.0, double(preferred_.height()));
+    constexpr double kLeast = 0.5, kMost = 4;
+    return std::clamp(std::min(across, down), kLeast, kMost);
+  }
+  /// Pixels of the drawing.
+  Point DrawnSize() const {
+    return {static_cast<int>(std::lround(width() / Scale())),
+            static_cast<int>(std::lround(height() / Scale()))};
+  }
 
  protected:
   void resizeEvent(QResizeEvent*) override {
-    if (owner_.tool_ != nullptr) owner_.tool_->Resized(width(), height());
+    const Point size = DrawnSize();
+    if (owner_.tool_ != nullptr) owner_.tool_->Resized(size.x, size.y);
     owner_.Renew();
   }
   void paintEvent(QPaintEvent*) override {
     QPainter painter(this);
     painter.fillRect(rect(), Qt::white);
-    if (owner_.tool_ != nullptr) PaintPicture(painter, owner_.tool_->Draw(width(), height()));
+    if (owner_.tool_ != nullptr) {
+      const Point size = DrawnSize();
+      painter.save();
+      painter.scale(Scale(), Scale());
+      PaintPicture(painter, owner_.tool_->Draw(size.x, size.y));
+      painter.restore();
+    }
     if (!hasFocus()) return;
     painter.setPen(QPen(palette().color(QPalette::Highlight), 1));
     painter.drawRect(rect().adjusted(0, 0, -1, -1));
@@ -63,7 +84,7 @@ class ToolCanvas : public QWidget {
     const bool menuClick =
         event->button() == Qt::RightButton && (event->modifiers() & Qt::ControlModifier) != 0;
     if (menuClick || (event->button() != Qt::LeftButton && event->button() != Qt::RightButton)) return;
-    const Point at{event->pos().x(), event->pos().y()};
+    const Point at = DrawnAt(event->pos());
     const MouseButton button = event->button() == Qt::LeftButton ? MouseButton::Left : MouseButton::Right;
     const bool shift = (event->modifiers() & Qt::ShiftModifier) != 0;
     pressed_ = button == MouseButton::Left;
@@ -77,12 +98,11 @@ class ToolCanvas : public QWidget {
     if ((event->buttons() & Qt::LeftButton) != 0 && pressed_) {
       dragged_ =
           dragged_ || (event->pos() - pressedAt_).manhattanLength() > QApplication::startDragDistance();
-      const Point at{event->pos().x(), event->pos().y()};
+      const Point at = DrawnAt(event->pos());
       if (dragged_) owner_.Act([&](ToolWindow& tool) { tool.Drag(owner_.window_, at); });
       if (owner_.tool_ == nullptr) return;
     }
-    owner_.readout_->setText(
-        QString::fromStdString(owner_.tool_->Hover({event->pos().x(), event->pos().y()})));
+    owner_.readout_->setText(QString::fromStdString(owner_.tool_->Hover(DrawnAt(event->pos()))));
   }
   void contextMenuEvent(QContextMenuEvent* event) override {
     // Right clicks belong to the tool.
@@ -92,6 +112,10 @@ class ToolCanvas : public QWidget {
   }
 
  private:
+  Point DrawnAt(QPoint at) const {
+    return {static_cast<int>(std::floor(at.x() / Scale())), static_cast<int>(std::floor(at.y() / Scale()))};
+  }
+
   ToolWidget& owner_;
   QSize preferred_{900, 520};
   bool pressed_ = false, dragged_ = false;
@@ -160,8 +184,11 @@ void ToolWidget::UpdatePlay() const {
 
 QWidget* ToolWidget::Canvas() const { return canvas_; }
 
+void ToolWidget::Prefer(Point size) { canvas_->Prefer(size); }
+
 Picture ToolWidget::Shown() const {
-  return tool_ != nullptr ? tool_->Draw(canvas_->width(), canvas_->height()) : Picture{1, 1, {}};
+  const Point size = canvas_->DrawnSize();
+  return tool_ != nullptr ? tool_->Draw(size.x, size.y) : Picture{1, 1, {}};
 }
 
 void ToolWidget::Renew() {

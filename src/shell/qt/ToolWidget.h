@@ -37,6 +37,8 @@ class ToolWidget : public QDialog {
   void UpdatePlay() const;
 
   QWidget* Canvas() const;
+  /// The size at which the drawing is as large as its coordinates say, in place of the tool's own.
+  void Prefer(Point size);
   QPushButton* Button(const std::string& text) const;
   Picture Shown() const;
 

@@ -13,6 +13,7 @@
 #include "shell/qt/MainWindow.h"
 #include "shell/qt/Preferences.h"
 #include "shell/qt/Splash.h"
+#include "shell/qt/ToolBarIcons.h"
 #include "ui/Messages.h"
 
 namespace {
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
   QApplication application(argc, argv);
   std::setlocale(LC_NUMERIC, "C");  // numbers in files and reports have a point in every country
   QApplication::setApplicationName("parlowen");
+  QApplication::setWindowIcon(parlowen::MakeApplicationIcon());
   parlowen::InstallInterfaceTexts(application);
 
   parlowen::Preferences preferences;
@@ -44,7 +46,10 @@ int main(int argc, char** argv) {
   QTimer::singleShot(0, &window, [&] {
     if (screen.width() < kSmallestScreen.width() || screen.height() < kSmallestScreen.height())
       window.Dialogs().ShowMessage(kSmallScreen, parlowen::messages::kWarning, parlowen::Icon::Warning);
-    window.OpenFiles(arguments.mid(1));
+    QStringList files = arguments.mid(1);
+    if (const std::string sample = parlowen::SampleSound(); files.isEmpty() && !sample.empty())
+      files += QString::fromStdString(sample);
+    window.OpenFiles(files);
   });
   return QApplication::exec();
 }
