@@ -371,7 +371,10 @@ void MainView::FollowPlay(std::optional<int> before) {
 
 void MainView::SetPaneWidth(int width) {
   if (width == document_.paneWidth || width <= kPaneMargin) return;
+  const bool whole = keepsToSound && document_.sampleCount > 0 && document_.viewStart == 0 &&
+                     document_.samplesPerPixel == ScaleFor(document_, 0, document_.sampleCount);
   document_.paneWidth = width;
+  if (whole) return ZoomTo(0, document_.sampleCount);  // it stays whole
   ViewMoved();
 }
 

@@ -166,6 +166,9 @@ TEST(MainView, OnTheDesktopTheViewKeepsToTheSound) {
   EXPECT_EQ(d.samplesPerPixel, 48);
   s.w.Key("S");
   EXPECT_EQ(d.samplesPerPixel, 48) << "no further out than the whole sound";
+  s.w.SetPaneWidth(500);
+  EXPECT_EQ(d.samplesPerPixel, 100) << "in a narrower window too";
+  s.w.SetPaneWidth(1024);
 
   view.pointer = {Pane::Analysis, 520};
   const int pointed = view.SampleAt(Pane::Analysis, 520);

@@ -24,7 +24,7 @@ void PlaceBeside(QWidget& window, const QWidget& other) {
     const QRect common = QRect(corner, size).intersected(place);
     return common.width() * common.height();
   };
-  QPoint best = area.topLeft();
+  QPoint best{std::max(area.x(), right), area.y()};  // over the edge that is clicked least
   for (const QPoint corner : places)
     if (area.contains(QRect(corner, size)) && hidden(corner) < hidden(best)) best = corner;
   window.move(best);
