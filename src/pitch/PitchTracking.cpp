@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
+#include <optional>
 #include <vector>
 
 #include "base/Arithmetic.h"
@@ -14,13 +15,15 @@
 //
 //   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at a working rate of 8 kHz or a little above
 //   MeasureLevels    the level of every frame, that of the loud frames, the noise between them
-//   FindCandidates   a frame's correlation over all lags, its maxima and what each of them costs
+//   CreakPulses      single pulses, their spacing and how alike they are
+//   FindCandidates   a frame's correlation over all lags, its maxima and what each of them costs; the spacing
+//                    of its single pulses
 //   DecideVoicing    what silence costs, by the trained net
 //   Search           the cheapest way through the frames
-//   PreferRegister   the speaker's pitch of these seconds, and what it costs to be an octave away from it;
-//                    then Search again
-//   MendRims         the first and last frames of a stretch beyond a jump are found again or dropped, then
-//                    short stretches are
+//   PreferRegister   the speaker's pitch of these seconds, and what it costs to be an octave away from it,
+//                    but for single pulses below; then Search again
+//   MendRims         the first and last frames of a stretch beyond a jump are found again, kept where clearly
+//                    better or dropped, then short stretches are
 //   Refine           every period once more, in the wider band and a short window
 //   FitGlides        a straight line through each period and its neighbours, read at the frame's centre
 //
@@ -48,11 +51,13 @@ constexpr double kNoiseWeight = 2.0;     // times the noise is added to every en
 // Costs
 constexpr double kLagWeight = 0.36;   // that share of r is lost by a period of the longest lag
 constexpr double kHintWeight = 0.03;  // an octave away from the time-domain stage's period
-constexpr double kOddsWeight = 0.25;  // of the natural logarithm of the odds for voice, with their bias
-constexpr double kOddsBias = -0.3, kMostOdds = 12;
+constexpr double kOddsWeight = 0.25;  // of the natural logarithm of the odds for voice
+constexpr double kMostOdds = 12;
 constexpr double kQuietBelow = 15;                        // dB below the loud frames
 constexpr double kSwitch = 0.4;                           // between voice and silence
 constexpr double kOctaveWeight = 1.0, kOctaveMost = 1.0;  // of successive periods
+constexpr double kCreakMost = 0.3;                        // where one of them is creak, which is irregular
+constexpr float kSameOctaves = 0.1f;                      // a candidate as near is that of the pulses
 constexpr float kLeastCorrelation = 0.2f;
 
 // Register
@@ -64,21 +69,18 @@ constexpr float kRegisterClear = 0.8f;   // correlation
 constexpr double kRegisterFree = 0.5;    // octaves about the median that cost nothing
 constexpr double kRegisterWeight = 0.4;  // an octave
 constexpr double kRegisterMost = 0.3;
-// It begins to yield where what it prefers is worse by so much in r, and has yielded a tenth further on: down
-// only to single pulses.
-constexpr double kYieldBelow = 0.1, kYieldAbove = 0.3, kYieldSpan = 0.1;
-// Single pulses: the least repetition of the power after a period, the most after half of one.
-constexpr int kPulseParts = 8;
-constexpr double kPulseRepeats = 0.3, kPulseHalf = 0.0;
+// Above it begins to yield where what it prefers is worse by so much in r, and has yielded a tenth further on.
+constexpr double kYieldFrom = 0.2, kYieldSpan = 0.1;
 
 // Rims
 constexpr std::ptrdiff_t kRimReach = 5, kOctaveReach = 10;  // frames
 constexpr std::ptrdiff_t kRimEdge = 3;                      // the outermost of them
 constexpr double kRimJump = 0.3, kEdgeJump = 0.18;          // octaves between successive periods
 constexpr double kRimNear = 1.05;                           // times the inner period, or under it, is near
-constexpr float kRimLeast = 0.2f;                           // r of a period found again
-constexpr double kNoOctave = 0.15;                          // octaves that a true jump is off a whole one
-constexpr float kClearBeyond = 0.9f;                        // best r beyond a true jump
+constexpr double kOctaveNear = 0.15;                        // octaves from a whole one
+constexpr float kRimLeast = 0.2f;                           // r of a period found again,
+constexpr float kRimWorse = 0.1f, kOctaveWorse = 0.6f;      // which may be so much under that of its own,
+constexpr float kRimClear = 0.5f;                           // which else stays where it is as clear as this
 constexpr std::size_t kShortestRun = 3;                     // frames
 
 // Fine periods
@@ -97,18 +99,24 @@ class Tracking {
   void MeasureLevels();
   void FindCandidates(std::size_t frame);
   void AddCandidate(CandidateFrame& frame, float hint, int lag) const;
+  void AddPulses(CandidateFrame& frame) const;
+  void Insert(CandidateFrame& frame, const PitchCandidate& found) const;
+  double CostOf(const PitchCandidate& candidate, const CandidateFrame& frame) const;
   void DecideVoicing();
   void Balance();
   void PreferRegister();
   std::vector<int> RegisterBins(double base) const;
   void ChargeRegister(std::size_t frame, double middle);
-  bool HasSinglePulses(std::size_t frame, float lag) const;
   void Search();
   double StepCost(const CandidateFrame& before, int from, const CandidateFrame& now, int to) const;
   void FollowBack(int state);
-  float PeriodNear(std::size_t frame, float period) const;
+  struct Found {
+    float period, r;
+  };
+  Found PeriodNear(std::size_t frame, float period) const;
+  float OwnR(std::size_t frame) const;
   double OctavesBetween(std::size_t one, std::size_t other) const;
-  bool IsTrueJump(std::ptrdiff_t rim, std::ptrdiff_t inner) const;
+  bool MendRim(std::size_t frame, float inner);
   std::ptrdiff_t BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const;
   void MendRims();
   void DropShortRuns();
@@ -139,6 +147,7 @@ class Tracking {
   std::vector<CandidateFrame> frames_;
   std::vector<std::array<std::uint8_t, CandidateFrame::kMostVoices + 1>> cameFrom_;
   SpeechLevels levels_;
+  std::optional<CreakPulses> pulses_;
 };
 
 Tracking::Tracking(const PitchTrackingRequest& request, std::span<float> periods)
@@ -159,6 +168,7 @@ bool Tracking::Run(const std::function<bool(double)>& progress) {
   cameFrom_.resize(periods_.size());
   correlation_.resize(static_cast<std::size_t>(highest_ - lowest_ + 3));
   MeasureLevels();
+  pulses_.emplace(bands_, levels_.floor);
   for (std::size_t f = 0; f < frames_.size(); ++f) {
     if (progress && f % 512 == 0 && !progress(static_cast<double>(f) / static_cast<double>(frames_.size())))
       return false;
@@ -205,6 +215,7 @@ void Tracking::FindCandidates(std::size_t f) {
                   correlation_.data());
   const float hint = request_.hints[f];
   frame.count = 0;
+  frame.pulses = pulses_->About(bands_.Centre(f));
   float best = 0;
   for (int lag = lowest_; lag <= highest_; ++lag) {
     const float* r = correlation_.data() + (lag - lowest_ + 1);
@@ -213,6 +224,14 @@ void Tracking::FindCandidates(std::size_t f) {
     AddCandidate(frame, hint, lag);
   }
   frame.best = best;
+  if (frame.pulses.IsSingle()) AddPulses(frame);
+}
+
+double Tracking::CostOf(const PitchCandidate& candidate, const CandidateFrame& frame) const {
+  const double longest = rate_ / bounds_.lowest;
+  return 1 -
+         static_cast<double>(candidate.r) * (1 - kLagWeight * static_cast<double>(candidate.lag) / longest) +
+         static_cast<double>(CreakCost(candidate.lag, frame.level30));
 }
 
 /// A maximum of the correlation, refined by the parabola through its neighbours.
@@ -224,16 +243,41 @@ void Tracking::AddCandidate(CandidateFrame& frame, float hint, int lag) const {
                          static_cast<float>(rate_ / bounds_.highest), static_cast<float>(slowest_));
   found.octaves = static_cast<float>(Log2(static_cast<double>(found.lag)));
   found.r = r[0] - 0.25f * (r[-1] - r[1]) * shift;
-  const double longest = rate_ / bounds_.lowest;
-  double cost =
-      1 - static_cast<double>(found.r) * (1 - kLagWeight * static_cast<double>(found.lag) / longest);
-  cost += static_cast<double>(CreakCost(found.lag, frame.level30));
+  double cost = CostOf(found, frame);
   if (hint > 1) {
     const double apart = static_cast<double>(found.octaves) - Log2(static_cast<double>(hint) / decimation_);
     cost += kHintWeight * std::min(1.0, std::fabs(apart));
   }
   found.cost = static_cast<float>(cost);
+  Insert(frame, found);
+}
 
+/// The spacing of a frame's single pulses, which may be that of a candidate already. Slower than the lowest
+/// bound of all it is told as that.
+void Tracking::AddPulses(CandidateFrame& frame) const {
+  const auto slowest = static_cast<float>(slowest_);
+  PitchCandidate found;
+  found.lag = frame.pulses.spacing;
+  if (found.lag < static_cast<float>(rate_ / bounds_.highest) ||
+      (found.lag > slowest && bounds_.lowest > kLowestBound))
+    return;
+  found.r = frame.pulses.r;
+  found.cost = static_cast<float>(CostOf(found, frame));
+  frame.best = std::max(frame.best, found.r - CreakCost(found.lag, frame.level30));
+  found.lag = std::min(found.lag, slowest);
+  found.octaves = static_cast<float>(Log2(static_cast<double>(found.lag)));
+  found.single = true;
+  for (PitchCandidate& voice : frame.Voices()) {
+    if (std::fabs(voice.octaves - found.octaves) >= kSameOctaves) continue;
+    voice.single = true;
+    voice.r = std::max(voice.r, found.r);
+    voice.cost = std::min(voice.cost, found.cost);
+    return;
+  }
+  Insert(frame, found);
+}
+
+void Tracking::Insert(CandidateFrame& frame, const PitchCandidate& found) const {
   auto& voices = frame.voices;
   if (frame.count == CandidateFrame::kMostVoices && found.cost >= voices.back().cost) return;
   if (frame.count < CandidateFrame::kMostVoices) ++frame.count;
@@ -250,8 +294,7 @@ void Tracking::DecideVoicing() {
     if (request_.study.inputs) (*request_.study.inputs)[f] = inputs;
     const auto odds = static_cast<double>(VoicingLogOdds(*request_.study.net, inputs));
     const double against = 1 - static_cast<double>(frames_[f].best);
-    frames_[f].silence =
-        static_cast<float>(against + kOddsWeight * (std::clamp(odds, -kMostOdds, kMostOdds) + kOddsBias));
+    frames_[f].silence = static_cast<float>(against + kOddsWeight * std::clamp(odds, -kMostOdds, kMostOdds));
   }
 }
 
@@ -304,60 +347,38 @@ void Tracking::PreferRegister() {
   }
 }
 
-/// Adds to a frame's candidates what their distance from the register costs, less where all that it prefers is
-/// clearly worse.
+/// Adds to a frame's candidates what their distance from the register costs. It yields above, where all that it
+/// prefers is clearly worse; below, a voice of alternating periods is always better over two of them, and it
+/// yields to single pulses alone.
 void Tracking::ChargeRegister(std::size_t f, double middle) {
   const std::span<PitchCandidate> voices = frames_[f].Voices();
   std::array<double, CandidateFrame::kMostVoices> charges{};
   for (std::size_t i = 0; i < voices.size(); ++i) {
-    const double apart = std::fabs(static_cast<double>(voices[i].octaves) - middle) - kRegisterFree;
-    charges[i] = std::min(kRegisterMost, kRegisterWeight * std::max(0.0, apart));
+    const double below = static_cast<double>(voices[i].octaves) - middle;
+    charges[i] = std::min(kRegisterMost, kRegisterWeight * std::max(0.0, std::fabs(below) - kRegisterFree));
+    voices[i].creak = voices[i].single && below > kRegisterFree;
+    if (voices[i].creak) charges[i] = 0;
   }
   for (std::size_t i = 0; i < voices.size(); ++i) {
     if (charges[i] <= 0) continue;
     float preferred = 0;
     for (std::size_t j = 0; j < voices.size(); ++j)
       if (charges[j] < charges[i]) preferred = std::max(preferred, voices[j].r);
-    const bool below = static_cast<double>(voices[i].octaves) > middle;
-    const double worse = static_cast<double>(voices[i].r - preferred) - (below ? kYieldBelow : kYieldAbove);
-    const bool yields = worse > 0 && (!below || HasSinglePulses(f, voices[i].lag));
-    const double share = yields ? std::max(0.0, 1 - worse / kYieldSpan) : 1.0;
+    const bool above = static_cast<double>(voices[i].octaves) < middle;
+    const double worse = static_cast<double>(voices[i].r - preferred) - kYieldFrom;
+    const double share = above ? std::clamp(1 - worse / kYieldSpan, 0.0, 1.0) : 1.0;
     voices[i].cost += static_cast<float>(charges[i] * share);
   }
-}
-
-/// Whether one pulse stands in a period, as in creak, and not two, as where a voice's periods alternate: the
-/// power of eighths of two periods repeats after eight of them, but not after four.
-bool Tracking::HasSinglePulses(std::size_t f, float lag) const {
-  constexpr std::size_t kHalf = kPulseParts / 2;
-  const int part = std::max(2, TruncateToInt32(static_cast<double>(lag) / kPulseParts + 0.5)) / 2 * 2;
-  std::array<double, 2 * kPulseParts> power{};
-  double mean = 0;
-  std::size_t middle = bands_.Centre(f) - static_cast<std::size_t>(kPulseParts * part - part / 2);
-  for (double& own : power) {
-    own = bands_.full.Power(middle, part / 2);
-    middle += static_cast<std::size_t>(part);
-    mean += own / (2 * kPulseParts);
-  }
-  double spread = 0, whole = 0, half = 0;
-  for (double& own : power) {
-    own -= mean;
-    spread += own * own / 2;
-  }
-  for (std::size_t i = 0; i < kPulseParts; ++i) {
-    whole += power[i] * power[i + kPulseParts];
-    half += power[i + kHalf / 2] * power[i + kHalf / 2 + kHalf];
-  }
-  return whole > kPulseRepeats * spread && half < kPulseHalf * spread;
 }
 
 /// What it costs to go from a state of the frame before to one of this frame; state 0 is silence.
 double Tracking::StepCost(const CandidateFrame& before, int from, const CandidateFrame& now, int to) const {
   if ((from == 0) != (to == 0)) return kSwitch;
   if (to == 0) return 0;
-  const float octaves = now.voices[static_cast<std::size_t>(to - 1)].octaves -
-                        before.voices[static_cast<std::size_t>(from - 1)].octaves;
-  return std::min(kOctaveMost, kOctaveWeight * std::fabs(static_cast<double>(octaves)));
+  const PitchCandidate& one = before.voices[static_cast<std::size_t>(from - 1)];
+  const PitchCandidate& other = now.voices[static_cast<std::size_t>(to - 1)];
+  return std::min(one.creak || other.creak ? kCreakMost : kOctaveMost,
+                  kOctaveWeight * std::fabs(static_cast<double>(other.octaves - one.octaves)));
 }
 
 void Tracking::Search() {
@@ -397,7 +418,7 @@ void Tracking::FollowBack(int state) {
 }
 
 /// The period of the largest r near another period; 0 when r is small there.
-float Tracking::PeriodNear(std::size_t f, float period) const {
+Tracking::Found Tracking::PeriodNear(std::size_t f, float period) const {
   const double lag = static_cast<double>(period) / decimation_;
   const int from = std::max(2, TruncateToInt32(std::ceil(lag / kRimNear)));
   const int to = std::min(TruncateToInt32(lag * kRimNear), TruncateToInt32(slowest_));
@@ -410,7 +431,16 @@ float Tracking::PeriodNear(std::size_t f, float period) const {
     best = r;
     found = i;
   }
-  return static_cast<float>(found * decimation_);
+  return {static_cast<float>(found * decimation_), best};
+}
+
+/// r at a frame's period, that of its pulses where these gave it.
+float Tracking::OwnR(std::size_t f) const {
+  const auto octaves = static_cast<float>(Log2(static_cast<double>(periods_[f]) / decimation_));
+  float best = 0;
+  for (const PitchCandidate& voice : frames_[f].Voices())
+    if (std::fabs(voice.octaves - octaves) < kSameOctaves) best = std::max(best, voice.r);
+  return best;
 }
 
 /// How far apart two successive periods are.
@@ -418,25 +448,8 @@ double Tracking::OctavesBetween(std::size_t one, std::size_t other) const {
   return std::fabs(Log2(static_cast<double>(periods_[one]) / static_cast<double>(periods_[other])));
 }
 
-/// Whether what lies beyond a jump is a voice of its own: single pulses below the others, or by no octave away
-/// and clear. `rim` is its outermost frame, `inner` the first on this side of the jump.
-bool Tracking::IsTrueJump(std::ptrdiff_t rim, std::ptrdiff_t inner) const {
-  const std::ptrdiff_t inward = rim < inner ? 1 : -1;
-  const auto at = [](std::ptrdiff_t f) { return static_cast<std::size_t>(f); };
-  const double octaves = OctavesBetween(at(inner - inward), at(inner));
-  const bool below = periods_[at(inner - inward)] > periods_[at(inner)];
-  float best = 0;
-  int single = 0, count = 0;
-  for (std::ptrdiff_t f = rim; f != inner; f += inward, ++count) {
-    best = std::max(best, frames_[at(f)].best);
-    single += below && HasSinglePulses(at(f), periods_[at(f)] / static_cast<float>(decimation_));
-  }
-  if (2 * single > count) return true;
-  return std::fabs(octaves - std::round(octaves)) >= kNoOctave && best >= kClearBeyond;
-}
-
-/// The frames from `rim` inwards that lie beyond a jump, less than half of the stretch: none where it is a true
-/// one. More of them may be wrong an octave below, where they end slower than the lowest bound.
+/// The frames from `rim` inwards that lie beyond a jump, less than half of the stretch. More of them may be
+/// wrong an octave below, where they end slower than the lowest bound.
 std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const {
   const double slowest = static_cast<double>(request_.sampleRate) / bounds_.lowest;
   const bool tooSlow = static_cast<double>(periods_[static_cast<std::size_t>(rim)]) > slowest;
@@ -447,14 +460,29 @@ std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, s
         OctavesBetween(static_cast<std::size_t>(inner - inward), static_cast<std::size_t>(inner));
     const bool jump = count <= kRimEdge    ? octaves > kEdgeJump
                       : count <= kRimReach ? octaves > kRimJump
-                                           : std::fabs(octaves - 1) < kNoOctave;
-    if (jump) return !tooSlow && IsTrueJump(rim, inner) ? 0 : count;
+                                           : std::fabs(octaves - 1) < kOctaveNear;
+    if (jump) return count;
   }
   return 0;
 }
 
-/// Where a stretch begins or ends with a few frames beyond a jump, these are found again next to the others or
-/// dropped.
+/// A frame beyond a jump takes a period near that of its inner neighbour, if it has one about as good as its
+/// own; after a jump of an octave that need not be good. Else it keeps a clear one of its own that is not slower
+/// than the lowest bound. False: it has none, and what lies beyond has none either.
+bool Tracking::MendRim(std::size_t f, float inner) {
+  const double octaves = std::fabs(Log2(static_cast<double>(periods_[f] / inner)));
+  const bool octave = std::fabs(octaves - 1) < kOctaveNear;
+  const bool tooSlow = static_cast<double>(periods_[f]) * bounds_.lowest > request_.sampleRate;
+  const float own = OwnR(f);
+  const Found near = PeriodNear(f, inner);
+  if (near.period > 0 && near.r >= own - (octave ? kOctaveWorse : kRimWorse))
+    periods_[f] = near.period;
+  else if (own < kRimClear || tooSlow)
+    periods_[f] = 0;
+  return periods_[f] > 0;
+}
+
+/// Where a stretch begins or ends with a few frames beyond a jump.
 void Tracking::MendRims() {
   const auto count = static_cast<std::ptrdiff_t>(periods_.size());
   const auto voiced = [&](std::ptrdiff_t f) {
@@ -469,9 +497,8 @@ void Tracking::MendRims() {
       bool found = true;
       for (std::ptrdiff_t k = BeyondJump(rim, inward, last - first + 1); k-- > 0;) {
         const auto f = static_cast<std::size_t>(rim + k * inward);
-        const float inner = periods_[f + static_cast<std::size_t>(inward)];
-        periods_[f] = found ? PeriodNear(f, inner) : 0;
-        found = periods_[f] > 0;
+        if (!found) periods_[f] = 0;
+        found = found && MendRim(f, periods_[f + static_cast<std::size_t>(inward)]);
       }
     }
     first = last;

@@ -30,10 +30,11 @@ struct PitchTrackingRequest {
 /// sample f·sampleRate/100 + sampleRate/100: candidates of the normalised cross-correlation joined by dynamic
 /// programming (Talkin 1995; Secrest and Doddington 1983), voice told from silence by a trained net.
 /// periods[i] becomes 0, or a period in document samples, with its fraction, within the setting's bounds; where
-/// these begin at 64 Hz a creak down to 55 Hz is told as 64 Hz. Between octaves the clear frames of the 2 s on
-/// either side decide, but for single pulses. `progress` is asked now and then with the share done, 0..1; when
-/// it answers false the work stops and false is returned, with `periods` unspecified. `hints` has as many
-/// elements as `periods`. docs/pitch.md tells what it reaches.
+/// these begin at 64 Hz slower creak (by correlation down to 55 Hz, by single pulses down to 20 Hz) is told as
+/// 64 Hz. Between octaves the clear frames of the 2 s on either side decide, but for single pulses below.
+/// `progress` is asked now and then with the share done, 0..1; when it answers false the work stops and false
+/// is returned, with `periods` unspecified. `hints` has as many elements as `periods`. docs/pitch.md tells what
+/// it reaches.
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress = {});
 

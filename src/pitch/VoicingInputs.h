@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <span>
 
+#include "pitch/CreakPulses.h"
 #include "pitch/PitchBands.h"
 #include "pitch/VoicingNet.h"
 
@@ -14,6 +15,8 @@ struct PitchCandidate {
   float octaves = 0;  ///< log2 of the lag
   float r = 0;
   float cost = 0;
+  bool single = false;  ///< the spacing of two single pulses
+  bool creak = false;   ///< that too, and slow for the speaker
 };
 
 /// What is known of a frame before the search.
@@ -23,6 +26,7 @@ struct CandidateFrame {
   float level30 = 0, level10 = 0;                    ///< dB of so many ms about the centre, 900 Hz band
   float best = 0;                                    ///< the largest r
   float silence = 0;                                 ///< cost of being unvoiced
+  PulsePair pulses;                                  ///< about the centre
   std::array<PitchCandidate, kMostVoices> voices{};  ///< the cheapest, cheapest first
 
   std::span<const PitchCandidate> Voices() const { return {voices.data(), static_cast<std::size_t>(count)}; }

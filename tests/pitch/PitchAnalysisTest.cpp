@@ -147,6 +147,34 @@ TEST(PitchAnalysis, ACreakIsHeardAndStaysLow) {
   }
 }
 
+TEST(PitchAnalysis, IrregularCreakIsToldFromPulseToPulse) {
+  // After a steady voice, single pulses of which each spacing is drawn anew: a frame tells that of the two
+  // pulses about it. Bursts of noise as far apart are nothing.
+  const int rate = 16000;
+  std::mt19937 random(5);
+  std::uniform_real_distribution<double> spacing(0.0095, 0.0200);
+  std::normal_distribution<double> noise(0, 4000);
+  Wave creak = Joined({Silence(rate, 0.2), Pulses(rate, 200, 1.0, 0, 0), Silence(rate, 0.7)});
+  Wave bursts = Silence(rate, 1.9);
+  std::vector<double> at{1.2};
+  for (; at.back() < 1.6; at.push_back(at.back() + spacing(random))) {
+    const Wave pulse = Pulses(rate, 10, 0.04, 0, 0);
+    const auto first = static_cast<std::size_t>(at.back() * rate);
+    for (std::size_t n = 0; n < pulse.size(); ++n) {
+      creak[first + n] += pulse[n];
+      bursts[first + n] += noise(random) * std::exp(-static_cast<double>(n) / 32);
+    }
+  }
+  const auto periods = Analyse(creak, rate);
+  int right = 0, frames = 0;
+  for (std::size_t f = 122; f < 157; ++f, ++frames) {
+    const auto next = std::upper_bound(at.begin(), at.end(), (static_cast<double>(f) + 1) / 100);
+    right += std::fabs(static_cast<double>(periods[f]) / rate / (next[0] - next[-1]) - 1) < 0.2;
+  }
+  EXPECT_GT(right, 0.75 * frames);
+  EXPECT_LE(Voiced(Analyse(bursts, rate)), 4);
+}
+
 TEST(PitchAnalysis, AQuickGlideInNoiseIsNotBent) {
   // Two octaves a second, 20 dB of white noise: the median error of the frames is under 3 cents.
   for (const int rate : kRates) {
