@@ -10,10 +10,10 @@ namespace parlowen {
 struct PulsePair {
   float spacing = 0;  ///< working samples; 0: no pair
   float r = 0;        ///< of the wave from 2 ms before either pulse to 5 ms behind it
-  float within = 0;   ///< the largest r of the wave between them with itself a quarter to six tenths later
+  float within = 0;   ///< the largest r of that wave with itself a quarter to six tenths of the spacing on
 
-  /// Two pulses of a voice with nothing like them between: r is at least 0.7, and within the period at most 0.4.
-  /// A steady voice has such pulses too where it is low enough.
+  /// Two pulses of a voice with nothing like them between: r is at least 0.7, and within the period at most 0.6
+  /// and 0.2 less. A steady voice has such pulses too where it is low enough.
   bool IsSingle() const;
 };
 

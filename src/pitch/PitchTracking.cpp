@@ -448,8 +448,8 @@ double Tracking::OctavesBetween(std::size_t one, std::size_t other) const {
   return std::fabs(Log2(static_cast<double>(periods_[one]) / static_cast<double>(periods_[other])));
 }
 
-/// The frames from `rim` inwards that lie beyond a jump, less than half of the stretch. More of them may be wrong
-/// an octave below, where they end slower than the lowest bound.
+/// The frames from `rim` inwards that lie beyond a jump, less than half of the stretch. More of them may be
+/// wrong an octave below, where they end slower than the lowest bound.
 std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const {
   const double slowest = static_cast<double>(request_.sampleRate) / bounds_.lowest;
   const bool tooSlow = static_cast<double>(periods_[static_cast<std::size_t>(rim)]) > slowest;
@@ -466,9 +466,9 @@ std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, s
   return 0;
 }
 
-/// A frame beyond a jump takes a period near that of its inner neighbour, if it has one about as good as its own;
-/// after a jump of an octave that need not be good. Else it keeps a clear one of its own that is not slower than
-/// the lowest bound. False: it has none, and what lies beyond has none either.
+/// A frame beyond a jump takes a period near that of its inner neighbour, if it has one about as good as its
+/// own; after a jump of an octave that need not be good. Else it keeps a clear one of its own that is not slower
+/// than the lowest bound. False: it has none, and what lies beyond has none either.
 bool Tracking::MendRim(std::size_t f, float inner) {
   const double octaves = std::fabs(Log2(static_cast<double>(periods_[f] / inner)));
   const bool octave = std::fabs(octaves - 1) < kOctaveNear;

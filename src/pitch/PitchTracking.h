@@ -32,9 +32,9 @@ struct PitchTrackingRequest {
 /// periods[i] becomes 0, or a period in document samples, with its fraction, within the setting's bounds; where
 /// these begin at 64 Hz slower creak (by correlation down to 55 Hz, by single pulses down to 20 Hz) is told as
 /// 64 Hz. Between octaves the clear frames of the 2 s on either side decide, but for single pulses below.
-/// `progress` is asked now and then with the share done, 0..1; when it answers false the work stops and false is
-/// returned, with `periods` unspecified. `hints` has as many elements as `periods`. docs/pitch.md tells what it
-/// reaches.
+/// `progress` is asked now and then with the share done, 0..1; when it answers false the work stops and false
+/// is returned, with `periods` unspecified. `hints` has as many elements as `periods`. docs/pitch.md tells what
+/// it reaches.
 bool TrackPitch(const PitchTrackingRequest& request, std::span<float> periods,
                 const std::function<bool(double)>& progress = {});
 

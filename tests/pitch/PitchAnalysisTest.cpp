@@ -148,11 +148,11 @@ TEST(PitchAnalysis, ACreakIsHeardAndStaysLow) {
 }
 
 TEST(PitchAnalysis, IrregularCreakIsToldFromPulseToPulse) {
-  // After a steady voice, single pulses of which each spacing is drawn anew: a frame tells that of the two pulses
-  // about it. Bursts of noise as far apart are nothing.
+  // After a steady voice, single pulses of which each spacing is drawn anew: a frame tells that of the two
+  // pulses about it. Bursts of noise as far apart are nothing.
   const int rate = 16000;
   std::mt19937 random(5);
-  std::uniform_real_distribution<double> spacing(0.0095, 0.0150);
+  std::uniform_real_distribution<double> spacing(0.0095, 0.0200);
   std::normal_distribution<double> noise(0, 4000);
   Wave creak = Joined({Silence(rate, 0.2), Pulses(rate, 200, 1.0, 0, 0), Silence(rate, 0.7)});
   Wave bursts = Silence(rate, 1.9);
