@@ -55,8 +55,8 @@ if [ "$(basename "$profile")" != local ] && [[ $PWD = *[\'\"\$\`\\]* ]]; then
   exit 2
 fi
 
-# One run at a time. The lock ends with the last process of a run, also of one that was killed: work that it left behind
-# is waited for. The engine's own lock would stay.
+# One run at a time. This lock ends with the engine, also with one that was killed; the engine's own would stay. Jobs that a
+# killed engine left behind do no harm: they write the same tables, whole or not at all.
 exec 9>.lock
 flock -n 9 || { echo "waiting for another run in $PWD" >&2; flock 9; }
 python3 - "$config" "${folders[@]}" <<'PYTHON'
