@@ -7,9 +7,9 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
-#include <random>
 #include <string>
 
+#include "Mutants.h"
 #include "Require.h"
 #include "annotation/MarkerFile.h"
 #include "dsp/SignalTables.h"
@@ -69,14 +69,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 #ifndef PARLOWEN_LIBFUZZER
 int main() {
-  std::mt19937 random(20261121);
-  const auto below = [&](std::size_t n) { return static_cast<std::size_t>(random()) % n; };
-  testing::WavBytes mono, tailed;
+  testing::WavBytes mono, stereo;
   mono.samples.resize(6000);
   for (std::size_t n = 0; n < mono.samples.size(); ++n)
     mono.samples[n] = static_cast<std::int16_t>(80 * (n % 100));
-  tailed = mono;
-  tailed.blockAlign = 4;
+  stereo = mono;
+  stereo.blockAlign = 4;
   mono.behind = testing::PitchTail(std::vector<float>(39, 100.0f));
   MarkerSet set;
   set.markerCount[0] = 2;
@@ -87,19 +85,13 @@ int main() {
   const std::string grid =
       "\"ooTextFile\" \"TextGrid\" 0 0.375 <exists> 2 \"IntervalTier\" \"a\" 0 0.375 2 0 0.1 \"x\" 0.1 0.375 \"y\" "
       "\"TextTier\" \"b\" 0 0.375 1 0.2 \"z\"";
-  const auto damage = [&](std::string bytes, std::size_t head) {
-    for (std::size_t change = below(4); change < 3; ++change) {
-      const std::size_t at = below(std::min(bytes.size(), below(4) == 0 ? bytes.size() : head));
-      constexpr std::uint8_t kLimits[] = {0, 1, '9', '-', 0x7F, 0x80, 0xFF};
-      bytes[at] = static_cast<char>(below(2) == 0 ? kLimits[below(7)] : below(256));
-      if (below(12) == 0) bytes.resize(at + 1);
-    }
-    return bytes;
-  };
+  Mutator spoilWave, spoilLabels;
+  spoilWave.head = 60;
+  spoilLabels.head = 400;
   for (int run = 0; run < 1500; ++run) {
-    const bool isMarkerFile = below(2) == 0;
-    Check(damage(below(2) == 0 ? mono.Bytes() : tailed.Bytes(), 60),
-          damage(isMarkerFile ? std::string(markers.begin(), markers.end()) : grid, 400), isMarkerFile);
+    const bool isMarkerFile = spoilLabels.Below(2) == 0;
+    Check(spoilWave(spoilWave.Below(2) == 0 ? mono.Bytes() : stereo.Bytes()),
+          spoilLabels(isMarkerFile ? std::string(markers.begin(), markers.end()) : grid), isMarkerFile);
   }
   return 0;
 }
