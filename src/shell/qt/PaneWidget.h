@@ -30,6 +30,7 @@ class PaneWidget : public QWidget {
   PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent);
 
   Pane pane() const { return pane_; }
+  QSize sizeHint() const override;
   /// Where the pane itself lies in the widget.
   QRect DataArea() const;
   QSize PaneSize() const { return DataArea().size(); }
@@ -53,7 +54,6 @@ class PaneWidget : public QWidget {
   void FocusMoved();
 
  protected:
-  QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
