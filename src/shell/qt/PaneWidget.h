@@ -52,8 +52,9 @@ class PaneWidget : public QWidget {
   void MenuAsked(parlowen::PaneWidget* pane, QPoint global);
   void FocusMoved();
 
- protected:
   QSize sizeHint() const override;
+
+ protected:
   QSize minimumSizeHint() const override;
   void paintEvent(QPaintEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
