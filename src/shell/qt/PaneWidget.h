@@ -18,8 +18,9 @@ class ActionGate;
 UiText PaneName(Pane pane);
 
 /// One pane of the main window: a gutter with the tick labels, right of it the pane itself, whose coordinates
-/// begin there; above it the caption and below it the axis of a picture that has its own. Mouse and wheel go to the view; the base is kept as a pixmap until it is invalidated. The
-/// chart over the lower panes is one too; its rows begin with the first that is not empty.
+/// begin there; above it the caption and below it the axis of a picture that has its own. Mouse and wheel go to the
+/// view; the base is kept as a pixmap until it is invalidated. The chart over the lower panes is one too; its rows
+/// begin with the first that is not empty.
 class PaneWidget : public QWidget {
   Q_OBJECT
  public:
