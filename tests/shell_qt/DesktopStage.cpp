@@ -212,6 +212,7 @@ DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int pa
   // A script's view keeps its left edge.
   Station().view.keepsToSound = Station().view.followsPlay = false;
   qApp->installEventFilter(this);
+  Station().view.chartScales = false;  // a script's chart keeps the coordinates of its points
   window_.show();
   QApplication::setActiveWindow(&window_);
   FitPanes(paneWidth);

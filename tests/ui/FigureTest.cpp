@@ -38,8 +38,7 @@ TEST(Resample, ASmallerImageIsMeansAndALargerOneLiesOnTheLinesBetween) {
 }
 
 TEST(Figure, WhatSurroundsThePanesStandsOutsideOfThem) {
-  FigurePane upper{
-      {500, 100, {}}, {{0, 1, "500 Hz"}, {3, 2, "near"}, {99, 0, "0 Hz"}}, {"head", "more"}, {}};
+  FigurePane upper{{500, 100, {}}, {{0, 1, "500 Hz"}, {3, 2, "near"}, {99, 0, "0 Hz"}}, {"head", "more"}, {}};
   upper.picture.Add(LineMark{{-40, 50}, {900, 50}});  // further than it should
   FigurePane lower{{500, 60, {}}, {}, {}, FigureAxis{{0, 5, 0, 500}, {}, "T(秒)", {100, 110}}};
   lower.axis->ticks = TicksEvery(lower.axis->scale, 1);

@@ -1,11 +1,11 @@
 #include "shell/qt/RateBar.h"
 
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
 
 #include "base/Format.h"
 #include "document/SoundDocument.h"
+#include "shell/qt/ElidedLabel.h"
 #include "ui/CommandStates.h"
 #include "ui/Text.h"
 
@@ -17,10 +17,9 @@ constexpr UiText kTo16000 = "转换为 16000 Hz", kTo11025 = "转换为 11025 Hz
 
 }  // namespace
 
-RateBar::RateBar(QWidget* parent) : QWidget(parent), label_(new QLabel) {
+RateBar::RateBar(QWidget* parent) : QWidget(parent), label_(new ElidedLabel(this)) {
   auto* row = new QHBoxLayout(this);
   row->setContentsMargins(4, 0, 4, 0);
-  label_->setTextFormat(Qt::PlainText);
   row->addWidget(label_, 1);
   const auto add = [&](UiText text, auto&& act) {
     auto* button = new QPushButton(text.Get());
@@ -40,7 +39,7 @@ RateBar::RateBar(QWidget* parent) : QWidget(parent), label_(new QLabel) {
 void RateBar::Follow(const SoundDocument& document) {
   seen_ = document.Stamp();
   const bool high = document.sampleCount > 0 && document.sampleRate >= kHighRate;
-  if (high) label_->setText(QString::fromStdString(Format(kText.Get(), document.sampleRate)));
+  if (high) label_->SetText(QString::fromStdString(Format(kText.Get(), document.sampleRate)));
   setVisible(high && seen_ != left_);
 }
 

@@ -4,10 +4,9 @@
 
 #include "document/SoundStamp.h"
 
-class QLabel;
-
 namespace parlowen {
 
+class ElidedLabel;
 class SoundDocument;
 
 /// The line that says what a sound above 22050 Hz cannot be analysed for, with buttons that convert it. It comes and
@@ -23,7 +22,7 @@ class RateBar : public QWidget {
   std::function<void(bool to16000)> convert;
 
  private:
-  QLabel* label_;
+  ElidedLabel* label_;
   SoundStamp seen_;  ///< the sound of now
   SoundStamp left_;  ///< the sound that is to stay as it is
 };
