@@ -15,7 +15,7 @@
 namespace parlowen {
 namespace {
 
-constexpr double kDecibelSpan = 90.0;  // a full-scale square wave
+constexpr double kDecibelSpan = 90.0;     // a full-scale square wave
 constexpr double kReferencePitch = 64.0;  // of the semitones
 constexpr int kOctave = 12;
 constexpr double kLargestStep = 1.4142135623730951;  // half an octave

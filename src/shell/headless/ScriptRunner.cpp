@@ -258,7 +258,8 @@ std::string ScriptRunner::WritePicture(const ScriptStep& step) {
   if (step.words[1] == "all") {
     std::vector<MainView::PaneRows> rows;
     for (const PaneName& pane : kPanes)
-      if (pane.pane != Pane::Labels || workstation_.markers.paneShown) rows.push_back({pane.pane, pane.height});
+      if (pane.pane != Pane::Labels || workstation_.markers.paneShown)
+        rows.push_back({pane.pane, pane.height});
     picture = workstation_.view.Figure(rows, width, FigureStyle{}.text);
   } else if (const ToolWindow* tool = window_.ToolNamed(step.words[1])) {
     picture = tool->Draw(tool->WholeWidth(width), kToolHeight);
