@@ -270,7 +270,15 @@ void DesktopStage::Select(int start, int end) {
   dialogs_->fillForm = {};
 }
 
+/// The same place of a band in a label pane of another height than the script's. A pane that is not shown has none.
+Point DesktopStage::InLabels(Point at) {
+  constexpr int kScriptHeight = 120;
+  if (!window_.PaneOf(Pane::Labels).isVisible()) Station().SetLabelsHeight(kScriptHeight);
+  return {at.x, at.y * Station().view.labelsHeight / kScriptHeight};
+}
+
 void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
+  if (pane == Pane::Labels) at = InLabels(at);
   PaneWidget& widget = window_.PaneOf(pane);
   // A picture has taken rows for its caption and its axis.
   if (pane == Pane::Analysis && widget.isVisible()) FitPanes(Station().document.paneWidth);
@@ -292,7 +300,7 @@ void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   QTest::mouseClick(&widget, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
 }
 
-void DesktopStage::EditLabel(Point at) { Station().EditLabel(at); }
+void DesktopStage::EditLabel(Point at) { Station().EditLabel(InLabels(at)); }
 
 bool DesktopStage::KeyInLabels(const std::string& key) { return Station().KeyInLabels(key); }
 

@@ -74,6 +74,7 @@ class DesktopStage : public QObject, public ScriptStage {
 
  private:
   void FitPanes(int paneWidth);
+  Point InLabels(Point at);
   void LookAtAPane();
 
   Preferences preferences_;

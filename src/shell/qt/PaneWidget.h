@@ -26,7 +26,7 @@ class PaneWidget : public QWidget {
  public:
   static constexpr int kGutter = kFigureGutter;  ///< logical pixels left of the pane's column 0
   static constexpr int kSmallestHeight = 100;
-  static constexpr int kSmallestLabels = 80;  ///< five rows of texts
+  static constexpr int kSmallestLabels = 75;  ///< five rows of texts
 
   PaneWidget(Pane pane, Workstation& station, ActionGate& gate, QWidget* parent);
 
