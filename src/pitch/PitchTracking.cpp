@@ -116,7 +116,7 @@ class Tracking {
   Found PeriodNear(std::size_t frame, float period) const;
   float OwnR(std::size_t frame) const;
   double OctavesBetween(std::size_t one, std::size_t other) const;
-  bool MendRim(std::size_t frame, float inner);
+  bool MendRim(std::size_t frame, float inner, bool alone);
   std::ptrdiff_t BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, std::ptrdiff_t length) const;
   void MendRims();
   void DropShortRuns();
@@ -468,8 +468,9 @@ std::ptrdiff_t Tracking::BeyondJump(std::ptrdiff_t rim, std::ptrdiff_t inward, s
 
 /// A frame beyond a jump takes a period near that of its inner neighbour, if it has one about as good as its
 /// own; after a jump of an octave that need not be good. Else it keeps a clear one of its own that is not slower
-/// than the lowest bound. False: it has none, and what lies beyond has none either.
-bool Tracking::MendRim(std::size_t f, float inner) {
+/// than the lowest bound, but not where it would stand `alone`. False: it has none, and what lies beyond has none
+/// either.
+bool Tracking::MendRim(std::size_t f, float inner, bool alone) {
   const double octaves = std::fabs(Log2(static_cast<double>(periods_[f] / inner)));
   const bool octave = std::fabs(octaves - 1) < kOctaveNear;
   const bool tooSlow = static_cast<double>(periods_[f]) * bounds_.lowest > request_.sampleRate;
@@ -477,7 +478,7 @@ bool Tracking::MendRim(std::size_t f, float inner) {
   const Found near = PeriodNear(f, inner);
   if (near.period > 0 && near.r >= own - (octave ? kOctaveWorse : kRimWorse))
     periods_[f] = near.period;
-  else if (own < kRimClear || tooSlow)
+  else if (alone || own < kRimClear || tooSlow)
     periods_[f] = 0;
   return periods_[f] > 0;
 }
@@ -494,11 +495,13 @@ void Tracking::MendRims() {
     while (voiced(last + 1)) ++last;
     for (const std::ptrdiff_t inward : {1, -1}) {
       const std::ptrdiff_t rim = inward > 0 ? first : last;
-      bool found = true;
+      bool found = true, alone = true;
       for (std::ptrdiff_t k = BeyondJump(rim, inward, last - first + 1); k-- > 0;) {
         const auto f = static_cast<std::size_t>(rim + k * inward);
         if (!found) periods_[f] = 0;
-        found = found && MendRim(f, periods_[f + static_cast<std::size_t>(inward)]);
+        const float before = periods_[f];
+        found = found && MendRim(f, periods_[f + static_cast<std::size_t>(inward)], alone && k == 0);
+        alone = alone && periods_[f] != before;
       }
     }
     first = last;
