@@ -177,7 +177,11 @@ MainWindow::MainWindow(std::string dataFolder, Preferences& preferences, SoundDe
   Renew();
 }
 
-MainWindow::~MainWindow() { dialogs_.CloseAllToolWindows(); }
+MainWindow::~MainWindow() {
+  dialogs_.CloseAllToolWindows();
+  // The panes go after this window's own part, and the one that has the focus tells that it loses it.
+  for (PaneWidget* pane : findChildren<PaneWidget*>()) pane->disconnect(this);
+}
 
 // --- Making
 
