@@ -17,11 +17,11 @@ if(PARLOWEN_SANITIZE)
   target_link_options(parlowen_options INTERFACE -fsanitize=${PARLOWEN_SANITIZE})
 endif()
 
-# parlowen_room(NAME SOURCES ... LINKS ...): one room of the house, a static library parlowen_NAME that
-# links the rooms named and no others.
+# parlowen_room(NAME SOURCES ... LINKS ...): one room of the house, a library parlowen_NAME (static, unless
+# BUILD_SHARED_LIBS is on) that links the rooms named and no others.
 function(parlowen_room name)
   cmake_parse_arguments(ROOM "" "" "SOURCES;LINKS" ${ARGN})
-  add_library(parlowen_${name} STATIC ${ROOM_SOURCES})
+  add_library(parlowen_${name} ${ROOM_SOURCES})
   target_include_directories(parlowen_${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
   target_link_libraries(parlowen_${name} PUBLIC parlowen_options)
   foreach(link IN LISTS ROOM_LINKS)

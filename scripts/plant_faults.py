@@ -6,30 +6,36 @@
 It works in a checkout of its own (build/faults/tree), never in this one. A fault is one changed token of one line of src/:
 a comparison moved by one or turned round, a sum that became a difference, an "and" that became an "or", a number one too
 large, a flag turned round, a call left out. Places are drawn by the seed, as many from each room as its share of lines
-(at least two). With --base only lines that changed since that revision are drawn. A fault that does not compile is
-replaced by another.
+(at least two). With --base only lines that changed since that revision are drawn. A fault that does not compile, or that
+compiles to the same code, is replaced by another; the few lines of the programs' main() are not drawn.
 
-The test program of the fault's own room is built and run first, then the stories, then one after the other all the rest,
-until one fails: most faults cost one compilation, one link and a second or two. The report has a line a fault: caught (by
-which test) or SURVIVED, the place, the line before and after. A run that was stopped goes on where the report ends, when
-it is started again with the same words at the same revision; --anew begins a new report. A survivor is a place to look:
-some faults change nothing that anybody could see.
+The rooms are built as shared libraries. A fault is compiled and linked beside them and laid over its room by
+LD_LIBRARY_PATH, so it costs one compilation, and several are judged at once. The tests of its own room run first, then the
+stories, then all the rest, until one fails; a failure counts when it is seen twice. The report has a line a fault: caught
+(by which test) or SURVIVED, the place, the line before and after. A run that was stopped goes on where the report ends,
+when it is started again with the same words at the same revision; --anew begins a new report. A survivor is a place to
+look: some faults change nothing that anybody could see.
 """
 import argparse
+import concurrent.futures
+import filecmp
+import itertools
 import json
 import os
 import pathlib
 import random
 import re
+import shlex
 import shutil
 import subprocess
 import sys
+import tempfile
 import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 PLACE = ROOT / "build" / "faults"
 TREE = PLACE / "tree"
-BUILD = TREE / "build" / "ci"  # where a compiler cache finds what other checkouts have compiled
+BUILD = TREE / "build" / "ci"
 BASELINE = PLACE / "baseline.json"
 SERVER_TEST = "sound_server_test"  # needs a sound server that its script starts
 
@@ -106,7 +112,7 @@ def draw(arguments):
     places = {}
     for path in sorted((TREE / "src").rglob("*.cpp")):
         room = room_of(path)
-        if arguments.room and room not in arguments.room:
+        if path.name == "main.cpp" or (arguments.room and room not in arguments.room):
             continue
         name = str(path.relative_to(TREE))
         for number, line in code_lines(path):
@@ -125,19 +131,19 @@ def draw(arguments):
             yield path, number, line, generator.choice(list(faults_of(line)))
 
 
-def run(words, seconds, folder=None):
+def run(words, seconds, folder=None, **environment):
     """Status and output; 124 when it took longer. Windows are drawn offscreen."""
     screenless = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
     try:
         done = subprocess.run(words, cwd=folder, capture_output=True, text=True, timeout=seconds, errors="replace",
-                              env={**screenless, "QT_QPA_PLATFORM": "offscreen"})
+                              env={**screenless, "QT_QPA_PLATFORM": "offscreen", **environment})
         return done.returncode, done.stdout + done.stderr
     except subprocess.TimeoutExpired:
         return 124, "timeout"
 
 
 def prepare():
-    """Checks out this revision and configures its build; the revision."""
+    """Checks out this revision and builds it with its rooms as shared libraries; the revision."""
     revision = git("rev-parse", "HEAD").strip()
     PLACE.mkdir(parents=True, exist_ok=True)
     if (TREE / ".git").exists():
@@ -147,47 +153,59 @@ def prepare():
         git("worktree", "prune")
         git("worktree", "add", "--detach", str(TREE), revision)
     launcher = ["-DCMAKE_CXX_COMPILER_LAUNCHER=ccache"] if shutil.which("ccache") else []
-    linker = ["-DCMAKE_EXE_LINKER_FLAGS=-fuse-ld=mold"] if shutil.which("mold") else []
-    subprocess.run(["cmake", "--preset", "ci", *launcher, *linker], cwd=TREE, check=True, stdout=subprocess.DEVNULL)
+    # The linker writes RUNPATH, which LD_LIBRARY_PATH goes before; a new library asks for no new link of what uses it.
+    linker = ("-fuse-ld=mold " if shutil.which("mold") else "") + "-Wl,--enable-new-dtags"
+    subprocess.run(["cmake", "--preset", "ci", *launcher, "-DBUILD_SHARED_LIBS=ON", "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON",
+                    "-DPARLOWEN_BENCH=OFF", f"-DCMAKE_EXE_LINKER_FLAGS={linker}", f"-DCMAKE_SHARED_LINKER_FLAGS={linker}"],
+                   cwd=TREE, check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["cmake", "--build", BUILD], check=True, stdout=subprocess.DEVNULL)
     return revision
+
+
+class Spoiler:
+    """Builds a room with one line spoiled, beside the room that is built."""
+
+    def __init__(self):
+        commands = json.loads((BUILD / "compile_commands.json").read_text())
+        self.compile = {command["file"]: command["command"] for command in commands}
+
+    def build(self, path, text, folder):
+        """Whether the spoiled text compiles to other code; its room's library is then in `folder`."""
+        spoiled, built = folder / path.name, folder / "spoiled.o"
+        spoiled.write_text(text, encoding="utf-8")
+        command = self.compile[str(path)]
+        original = re.search(r" -o (\S+)", command)[1]
+        command = command.replace(f" -o {original}", f" -iquote {path.parent} -o {built}").replace(f" -c {path}", f" -c {spoiled}")
+        if run(shlex.split(command), 600, BUILD)[0] != 0 or filecmp.cmp(BUILD / original, built, shallow=False):
+            return False
+        library = re.sub(r"CMakeFiles/(\w+)\.dir/.*", r"lib\1.so", original)
+        link = run(["ninja", "-t", "commands", "-s", library], 60, BUILD)[1]
+        beside = folder / pathlib.Path(library).name
+        link = link.replace(f"-o {library}", f"-o {beside}").replace(original, str(built))
+        return run(["sh", "-c", link], 600, BUILD)[0] == 0 and beside.exists()
 
 
 class Programs:
     """The test programs: what they are called, and how long each takes when nothing is wrong."""
 
-    def __init__(self, revision, jobs):
-        self.jobs = jobs
-        output = run(["cmake", "--build", BUILD, "--target", "help"], 60)[1]
-        self.names = sorted(set(re.findall(r"^(\w+_(?:test|fuzz)):", output, re.M)) - {SERVER_TEST})
-        self.known = {"revision": revision, "seconds": {}}
-        if BASELINE.exists() and (kept := json.loads(BASELINE.read_text()))["revision"] == revision:
-            self.known = kept
+    def __init__(self, revision):
+        self.names = sorted(p.name for p in (BUILD / "bin").iterdir() if re.search(r"_(test|fuzz)$", p.name) and p.name != SERVER_TEST)
+        known = json.loads(BASELINE.read_text()) if BASELINE.exists() else {}
+        self.seconds = known.get(revision, {})
+        for name in self.names:
+            if name not in self.seconds:
+                began = time.time()
+                if failing := self.failure(name, 600, ""):
+                    sys.exit(f"a test fails without a fault: {failing}")
+                self.seconds[name] = time.time() - began
+                BASELINE.write_text(json.dumps({revision: self.seconds}, indent=1))
 
-    def seconds(self, program):
-        return self.known["seconds"].get(program)
-
-    def build(self, program):
-        # A story needs the program that it drives.
-        targets = [program, "parlowen-headless"] if program == "headless_test" else [program]
-        return run(["cmake", "--build", BUILD, "-j", str(self.jobs), "--target", *targets], 3600)
-
-    def measure(self, program):
-        """Builds and runs it in a tree without a fault."""
-        status, output = self.build(program)
-        if status != 0:
-            sys.exit(f"{program} does not build without a fault:\n{output[-2000:]}")
-        began = time.time()
-        if failing := self.failure(program, 600):
-            sys.exit(f"a test fails without a fault: {failing}")
-        self.known["seconds"][program] = time.time() - began
-        BASELINE.write_text(json.dumps(self.known, indent=1))
-
-    def failure(self, program, seconds):
+    def failure(self, program, seconds, libraries):
         """The first test of the program that fails, or ""."""
         words = [BUILD / "bin" / program]
         if program.endswith("_test"):
             words += ["--gtest_fail_fast", "--gtest_brief=1"]
-        status, output = run(words, seconds, BUILD)
+        status, output = run(words, seconds, BUILD, LD_LIBRARY_PATH=libraries)
         if status == 0:
             return ""
         match = re.search(r"\[  FAILED  \] ([\w/.]+)", output)
@@ -197,24 +215,16 @@ class Programs:
         """Those first that are most likely to see a fault in the room; slow ones last."""
         own = {"shell/qt": "shell_qt_test", "shell/headless": "headless_test"}.get(room, room.split("/")[0] + "_test")
         first = list(dict.fromkeys([own, "headless_test", "shell_test"]))
-        rest = sorted((p for p in self.names if p not in first), key=lambda p: self.seconds(p) or 1e9)
+        rest = sorted((p for p in self.names if p not in first), key=self.seconds.get)
         return [p for p in first if p in self.names] + rest
 
-
-def judge(path, clean, spoiled, programs):
-    """Builds and tests the planted fault: None when it does not compile, "" when nothing sees it, else who does."""
-    for program in programs.for_room(room_of(path)):
-        if programs.seconds(program) is None:
-            path.write_text(clean, encoding="utf-8")
-            programs.measure(program)
-        path.write_text(spoiled, encoding="utf-8")
-        status, output = programs.build(program)
-        if status != 0:
-            # A test program that cannot even list its tests has met the fault.
-            return None if re.search(r"error:", output) else f"{program} cannot list its tests"
-        if test := programs.failure(program, 20 + 5 * programs.seconds(program)):
-            return test
-    return ""
+    def judge(self, room, libraries):
+        """Who sees what is in `libraries`, twice; "" when nobody does."""
+        for program in self.for_room(room):
+            seconds = 60 + 10 * self.seconds[program]  # the other workers take their share of the machine
+            if self.failure(program, seconds, libraries) and (who := self.failure(program, seconds, libraries)):
+                return who
+        return ""
 
 
 def done_before(report):
@@ -236,28 +246,38 @@ def main():
     parser.add_argument("--report", type=pathlib.Path, default=PLACE / "report.txt")
     arguments = parser.parse_args()
     revision = prepare()
-    programs = Programs(revision, arguments.jobs)
+    spoiler, programs = Spoiler(), Programs(revision)
     words = f"# {revision} seed {arguments.seed} base {arguments.base} rooms {arguments.room} count {arguments.count}\n"
     if arguments.anew or not arguments.report.exists() or arguments.report.open(encoding="utf-8").readline() != words:
         arguments.report.write_text(words, encoding="utf-8")
     before, counts, began = done_before(arguments.report), {"caught": 0, "SURVIVED": 0}, time.time()
-    with open(arguments.report, "a", encoding="utf-8") as report:
-        for path, number, line, spoiled in draw(arguments):
-            if sum(counts.values()) >= arguments.count:
+
+    def plant(path, number, line, spoiled):
+        """What is said of one fault: how it ended, and its line of the report unless that stands there."""
+        place, instead = f"{path.relative_to(TREE)}:{number + 1}", spoiled.strip() or "(left out)"
+        if word := before.get((place, instead)):
+            return word, ""
+        lines = path.read_text(encoding="utf-8").split("\n")
+        lines[number] = spoiled
+        with tempfile.TemporaryDirectory(dir=PLACE) as folder:
+            who = programs.judge(room_of(path), folder) if spoiler.build(path, "\n".join(lines), pathlib.Path(folder)) else None
+        word = "no fault" if who is None else "caught" if who else "SURVIVED"
+        return word, f"{word}\t{who or '-'}\t{place}\t{line.strip()}\t→\t{instead}\n"
+
+    with open(arguments.report, "a", encoding="utf-8") as report, \
+            concurrent.futures.ThreadPoolExecutor(arguments.jobs) as workers:
+        faults, under_way = draw(arguments), set()
+        while sum(counts.values()) < arguments.count:
+            wanted = min(arguments.jobs, arguments.count - sum(counts.values())) - len(under_way)
+            under_way |= {workers.submit(plant, *fault) for fault in itertools.islice(faults, max(0, wanted))}
+            if not under_way:
                 break
-            place, instead = f"{path.relative_to(TREE)}:{number + 1}", spoiled.strip() or "(left out)"
-            if (word := before.get((place, instead))) is None:
-                text = path.read_text(encoding="utf-8")
-                lines = text.split("\n")
-                lines[number] = spoiled
-                try:
-                    who = judge(path, text, "\n".join(lines), programs)
-                finally:
-                    path.write_text(text, encoding="utf-8")
-                word = "no fault" if who is None else "caught" if who else "SURVIVED"
-                print(f"{word}\t{who or '-'}\t{place}\t{line.strip()}\t→\t{instead}", file=report, flush=True)
-            if word in counts:
-                counts[word] += 1
+            done, under_way = concurrent.futures.wait(under_way, return_when=concurrent.futures.FIRST_COMPLETED)
+            for word, line in (future.result() for future in done):
+                report.write(line)
+                report.flush()
+                if word in counts:
+                    counts[word] += 1
     share = 100 * counts["caught"] / max(1, sum(counts.values()))
     print(f"{counts['caught']} of {sum(counts.values())} faults caught ({share:.0f} %), {time.time() - began:.0f} s; {arguments.report}")
 
