@@ -162,6 +162,7 @@ Picture LabelsPicture(const LabelledSound& sound, const MarkerView& view, const 
 
 std::vector<Tick> LabelTicks(int height) {
   std::vector<Tick> ticks;
+  ticks.reserve(kLabelRows);
   for (int row = 0; row < kLabelRows; ++row)
     ticks.push_back({(LabelRowTop(row, height) + LabelRowTop(row + 1, height)) / 2, row + 1.0,
                      row == kAnnotationRow ? kAnnotations.Get() : Format("%d", row + 1)});

@@ -137,7 +137,10 @@ inline void WriteSounds(const TempFolder& folder) {
     WriteFile(folder / name, wav.Bytes());
     return wav;
   };
-  for (const char* sample : {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav"})
+  for (const char* sample :
+       {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav",
+        "mandarin_initials_male_22050.wav", "english_male_sentence_16000.wav",
+        "mandarin_mao_four_tones_female_11025.wav", "english_female_prompt_8000.wav"})
     std::filesystem::copy_file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + sample, folder / sample);
   write("mono7.wav", 16000, Ramp(32000));
   write("mono8.wav", 11025, Ramp(500));
