@@ -3,7 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "shell/report/CorpusPictures.h"
+#include "support/Kept.h"
 #include "support/TempFolder.h"
+#include "ui/Svg.h"
 
 namespace parlowen {
 namespace {
@@ -90,6 +92,32 @@ TEST(CorpusReport, ATableBecomesTiersAndTheirPictures) {
                     return name != nullptr && name->text == "a" && name->face == Face::Ipa;
                   }),
             1);
+}
+
+/// Two tiers; of the second a rare label, one with a long name, some beside the axes. Kept as it was looked at.
+TEST(CorpusReport, ThePicturesAreThoseThatWereLookedAt) {
+  std::string text = "recording,tier,label,start,duration,f0_mean,f1,f2,problem\n";
+  for (int i = 0; i < 240; ++i) {
+    const int spread = i * 37 % 101;
+    text += Format("a.wav,韵母,%s,0,0.%03d,%d,%d,%d,\n",
+                   i % 9 == 0   ? "iŋ"
+                   : i % 4 == 0 ? "ɤ"
+                                : "a",
+                   80 + spread, 120 + spread, 400 + 5 * spread, i % 50 == 7 ? 9000 : 1000 + 11 * spread);
+    if (i % 3 == 0)
+      text +=
+          Format("a.wav,一个很长很长很长的层名子,%s,0,1.%02d,%d,%d,%d,\n", i < 12 ? "少" : "thirteenchars",
+                 spread % 100, 300 - spread, 300 + spread, 2500 - 2 * spread);
+  }
+  const testing::TempFolder folder;
+  CsvRows rows(testing::WriteFile(folder / "table.csv", text));
+  CorpusValues values;
+  ASSERT_EQ(ReadCorpusValues(rows, values), 0);
+  std::string seen;
+  for (const auto& picture :
+       {DurationDistribution(values), F0Distribution(values), FormantDistribution(values)})
+    seen += testing::WithoutDecimals(ToSvg(picture)) + "\n";
+  testing::ExpectKept(PARLOWEN_SOURCE_DIR "/tests/corpus/pictures.kept", seen);
 }
 
 }  // namespace

@@ -3,16 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <map>
 #include <numbers>
 #include <utility>
 
-#include "base/Format.h"
 #include "palatography/NspBytes.h"
+#include "support/Kept.h"
 #include "support/TempFolder.h"
 #include "support/WavBytes.h"
 
@@ -41,26 +39,10 @@ inline std::string HeadValue(const std::string& script, const std::string& name)
   return script.substr(begin, script.find('\n', begin) - begin);
 }
 
-/// FNV-1a over the bytes (Fowler, Noll and Vo).
-inline std::uint64_t DigestOf(const std::string& bytes) {
-  std::uint64_t digest = 0xCBF29CE484222325u;
-  for (const char byte : bytes) digest = (digest ^ static_cast<unsigned char>(byte)) * 0x100000001B3u;
-  return digest;
-}
-
-/// What a file is known by: names of folders taken out, and of pictures numbers rounded to whole pixels, since another
-/// machine's library may print the last digit otherwise.
+/// What a file is known by: names of folders taken out, and of pictures the decimals.
 inline std::string ComparedText(const std::filesystem::path& path, const TempFolder& folder) {
-  std::string text = Replaced(ReadFile(path), folder.path(), "{folder}");
-  if (path.extension() != ".svg") return text;
-  std::string whole;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    whole += text[i];
-    if (!std::isdigit(static_cast<unsigned char>(text[i])) || i + 1 >= text.size() || text[i + 1] != '.')
-      continue;
-    for (++i; i + 1 < text.size() && std::isdigit(static_cast<unsigned char>(text[i + 1]));) ++i;
-  }
-  return whole;
+  const std::string text = Replaced(ReadFile(path), folder.path(), "{folder}");
+  return path.extension() == ".svg" ? WithoutDecimals(text) : text;
 }
 
 using FileStates = std::map<std::string, std::string>;
@@ -70,8 +52,7 @@ inline FileStates StatesOf(const TempFolder& folder) {
   for (const auto& entry : std::filesystem::recursive_directory_iterator(folder.path())) {
     if (!entry.is_regular_file()) continue;
     const std::string text = ComparedText(entry.path(), folder);
-    states[std::filesystem::relative(entry.path(), folder.path()).generic_string()] =
-        Format("%zu %016llx", text.size(), static_cast<unsigned long long>(DigestOf(text)));
+    states[std::filesystem::relative(entry.path(), folder.path()).generic_string()] = SizeAndDigest(text);
   }
   return states;
 }
@@ -85,19 +66,6 @@ inline std::string ChangesOf(const FileStates& before, const FileStates& after) 
   for (const auto& [name, state] : before)
     if (!after.contains(name)) lines += name + " gone\n";
   return lines;
-}
-
-/// Compares with what is kept beside the story. To write a new story's lines: PARLOWEN_WRITE_STORIES=1, and read them
-/// before they are kept.
-inline void ExpectKept(const std::string& path, const std::string& seen) {
-  if (std::getenv("PARLOWEN_WRITE_STORIES") != nullptr) {
-    if (seen.empty()) {
-      std::filesystem::remove(path);
-    } else {
-      WriteFile(path, seen);
-    }
-  }
-  EXPECT_EQ(seen, std::filesystem::exists(path) ? ReadFile(path) : std::string()) << path;
 }
 
 inline std::string TestNameOf(const ::testing::TestParamInfo<std::string>& story) {
@@ -137,10 +105,9 @@ inline void WriteSounds(const TempFolder& folder) {
     WriteFile(folder / name, wav.Bytes());
     return wav;
   };
-  for (const char* sample :
-       {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav",
-        "mandarin_initials_male_22050.wav", "english_male_sentence_16000.wav",
-        "mandarin_mao_four_tones_female_11025.wav", "english_female_prompt_8000.wav"})
+  for (const char* sample : {"synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav",
+                             "mandarin_initials_male_22050.wav", "english_male_sentence_16000.wav",
+                             "mandarin_mao_four_tones_female_11025.wav", "english_female_prompt_8000.wav"})
     std::filesystem::copy_file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + sample, folder / sample);
   write("mono7.wav", 16000, Ramp(32000));
   write("mono8.wav", 11025, Ramp(500));

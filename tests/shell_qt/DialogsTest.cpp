@@ -57,6 +57,29 @@ TEST_F(DialogsTest, AFormStaysOpenUntilItsEntriesCanBeStored) {
   EXPECT_EQ(form.ValueOf(1000), "普通话");
 }
 
+TEST_F(DialogsTest, LinesDivideGroupsOfRadioButtonsFromEachOtherAndFromFields) {
+  const auto lines = [](std::initializer_list<std::pair<FieldKind, int>> fields) {
+    InputForm form;
+    for (const auto& [kind, group] : fields) {
+      FormField field;
+      field.control = 1000 + static_cast<int>(form.fields.size());
+      field.kind = kind;
+      field.group = group;
+      field.label = "x";
+      form.fields.push_back(field);
+    }
+    std::string rows;
+    for (const QFrame* frame : FormDialog(form, nullptr).findChildren<QFrame*>())
+      if (frame->frameShape() == QFrame::HLine) rows += '|';
+    return rows;
+  };
+  constexpr auto kRadio = FieldKind::Radio, kText = FieldKind::Text, kLabel = FieldKind::Label;
+  EXPECT_EQ(lines({{kText, 0}, {kText, 0}, {kLabel, 0}, {kRadio, 1}, {kRadio, 1}}), "");
+  EXPECT_EQ(lines({{kRadio, 1}, {kRadio, 1}, {kRadio, 2}, {kRadio, 2}}), "|");
+  EXPECT_EQ(lines({{kLabel, 0}, {kRadio, 1}, {kLabel, 0}, {kLabel, 0}, {kRadio, 2}, {kText, 0}, {kText, 0}}),
+            "||");
+}
+
 TEST_F(DialogsTest, FileDialogsTakeBothCasesAndTellWhichFilterWasChosen) {
   const QString upper = WriteRamp("UPPER.WAV", 16000, 100);
   preferences->SetFolder(folder.path());

@@ -46,6 +46,15 @@ TEST_F(PaneTest, AClickInTheGutterOrTheMarginCountsAsTheFirstColumn) {
   EXPECT_EQ(Document().selectionEnd, 200 * kColumn);
 }
 
+TEST_F(PaneTest, ADragThatLeavesThePaneEndsAtItsLastPixel) {
+  PaneWidget& pane = Waveform();
+  const QPoint outside(pane.width() + 50, 10);
+  QTest::mousePress(&pane, Qt::LeftButton, {}, At(pane, 120));
+  QTest::mouseMove(&pane, outside);
+  QTest::mouseRelease(&pane, Qt::LeftButton, {}, outside);
+  EXPECT_EQ(Document().selectionEnd, Station().view.SampleAt(Pane::Waveform, Document().paneWidth - 1));
+}
+
 TEST_F(PaneTest, ADragMarksLikeAClickAtEachEndWhicheverWayItGoes) {
   DragBetween(Waveform(), 320, 120);
   EXPECT_EQ(Document().selectionStart, 100 * kColumn);

@@ -70,6 +70,13 @@ TEST(Figure, WhatSurroundsThePanesStandsOutsideOfThem) {
   EXPECT_NE(svg.find("<rect x=\"0\" y=\"106\" width=\"500\" height=\"60\"/></clipPath>"), std::string::npos);
 }
 
+TEST(Figure, LabelsOfTheGutterThatWouldTouchAreLeftOutAndNoneLeavesIt) {
+  const std::vector<Tick> ticks = {{0, 0, "a"},   {100, 0, "b"}, {112, 0, "c"},
+                                   {113, 0, "d"}, {150, 0, ""},  {199, 0, "e"}};
+  const std::vector<std::optional<int>> wanted = {12, 104, {}, 117, {}, 199};
+  EXPECT_EQ(GutterBaselines(ticks, 200, 12), wanted);
+}
+
 TEST(Figure, ItsLettersHaveTheirSizeOnPaper) {
   for (const double points : {6.0, 9.0, 12.0})
     for (const double centimetres : {7.5, 16.0})
