@@ -14,10 +14,13 @@
 #include <QUrl>
 
 #include "base/Files.h"
+#include "base/Format.h"
 #include "shell/DataFolder.h"
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/PaneWidget.h"
 #include "shell/qt/ToolWidget.h"
+#include "support/Kept.h"
+#include "ui/Svg.h"
 
 namespace parlowen {
 namespace {
@@ -343,6 +346,39 @@ void DesktopStage::LookAtAPane() {
   EXPECT_TRUE(shown == widget.grab().toImage()) << "pane " << static_cast<int>(pane) << " shows what was";
 }
 
+void DesktopStage::See(const std::string& where, const std::string& what) {
+  std::string& last = lastSeen_[where];
+  if (std::exchange(last, what) != what) seen_ += where + ": " + what + "\n";
+}
+
+/// At the heights and widths of a script, at places that are no edge of anything.
+void DesktopStage::PointAtAll() {
+  const struct {
+    Pane pane;
+    const char* name;
+    int height;
+  } panes[] = {{Pane::Amplitude, "amplitude", 110},
+               {Pane::Pitch, "pitch", 165},
+               {Pane::Analysis, "analysis", 330},
+               {Pane::Waveform, "waveform", 165},
+               {Pane::Chart, "chart", 500}};
+  constexpr Point kShares[] = {{17, 61}, {37, 23}, {71, 83}};  // percent of the width and the height
+  const int width = Station().document.paneWidth;
+  for (const auto& [pane, name, height] : panes)
+    for (const Point share :
+         pane == Pane::Chart && !window_.PaneOf(pane).isVisible() ? std::span<const Point>() : kShares)
+      See(Format("%s %d", name, share.x),
+          Station().view.HoverLine(pane, {width * share.x / 100, height * share.y / 100}, height, " | "));
+  See("overview", testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(Station().view.Overview(900, 40)))));
+  const ToolWindow* tool = dialogs_->CurrentTool();
+  if (tool == nullptr) return;
+  const std::string name = tool->Name();
+  for (const Point share : kShares)
+    See(Format("%s %d", name.c_str(), share.x),
+        tool->Hover({width * share.x / 100, kToolHeight * share.y / 100}));
+  See(name, tool->Text() + tool->Instructions());
+}
+
 void DesktopStage::Settle() {
   const auto atRest = [this] {
     const ToolWindow* tool = dialogs_->CurrentTool();
@@ -354,6 +390,7 @@ void DesktopStage::Settle() {
     EXPECT_EQ(window_.ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))
         << row.number;
   LookAtAPane();
+  PointAtAll();
 }
 
 }  // namespace parlowen

@@ -1,6 +1,7 @@
 // The desktop as the stage of a script: what a script says is done with menu, mouse, keys and buttons, and its answers
 // are typed into the real dialogs.
 #pragma once
+#include <map>
 #include <QObject>
 #include <ostream>
 
@@ -57,6 +58,8 @@ class DesktopStage : public QObject, public ScriptStage {
   Workstation& Station() override { return window_.Station(); }
   ScriptTalk& Talk() override { return *dialogs_; }
   const std::string& Asked() const { return dialogs_->asked(); }
+  /// What the pointer would have read after each step, and the overview: a line each time that one of them changed.
+  const std::string& Seen() const { return seen_; }
   bool Choose(int command) override;
   void Select(int start, int end) override;
   void Click(Pane pane, Point at, MouseButton button, bool shift) override;
@@ -76,12 +79,16 @@ class DesktopStage : public QObject, public ScriptStage {
   void FitPanes(int paneWidth);
   Point InLabels(Point at);
   void LookAtAPane();
+  void PointAtAll();
+  void See(const std::string& where, const std::string& what);
 
   Preferences preferences_;
   AnsweredWindow* dialogs_ = nullptr;
   MainWindow window_;
   bool dragging_ = false;  ///< a region, between its corners
   std::size_t looks_ = 0;
+  std::map<std::string, std::string> lastSeen_;
+  std::string seen_;
 };
 
 }  // namespace parlowen

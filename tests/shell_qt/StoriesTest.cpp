@@ -1,5 +1,6 @@
 // Every story of tests/headless/stories once more, in the real window: the same lines, the same files. What the desktop
-// asks beside them, about loss, is NAME.asked: the question and the button that was pressed.
+// asks beside them, about loss, is NAME.asked: the question and the button that was pressed. What the pointer would
+// read, and the overview, are NAME.seen.
 
 #include <QEventLoop>
 #include <QTimer>
@@ -49,6 +50,7 @@ TEST_P(WindowStory, SaysAndLeavesTheSame) {
     printed = Replaced(std::move(printed), PARLOWEN_VERSION, "{version}");
     EXPECT_EQ(printed, ReadFile(kStories + GetParam() + ".jsonl"));
     testing::ExpectKept(kStories + GetParam() + ".asked", Replaced(stage.Asked(), folder.path(), "{folder}"));
+    testing::ExpectKept(kStories + GetParam() + ".seen", stage.Seen());
   }
   EXPECT_EQ(testing::ChangesOf(before, testing::StatesOf(folder)),
             ReadFile(kStories + GetParam() + ".files"));
