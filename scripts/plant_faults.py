@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Plants one-line faults, one at a time, and tells which of them the tests catch.
 
-    scripts/plant_faults.py [--count 100] [--seed 1] [--room ROOM]... [--base REV] [--jobs 2] [--report FILE]
+    scripts/plant_faults.py [--count 100] [--seed 1] [--room ROOM]... [--base REV] [--again REPORT] [--jobs 2] [--report FILE]
 
 It works in a checkout of its own (build/faults/tree), never in this one. A fault is one changed token of one line of src/:
 a comparison moved by one or turned round, a sum that became a difference, an "and" that became an "or", a number one too
 large, a flag turned round, a call left out. Places are drawn by the seed, as many from each room as its share of lines
-(at least two). With --base only lines that changed since that revision are drawn. A fault that does not compile, or that
+(at least two). With --base only lines that changed since that revision are drawn; with --again those are planted once more
+that survived by a report. A fault that does not compile, or that
 compiles to the same code, is replaced by another; the few lines of the programs' main() are not drawn.
 
 The rooms are built as shared libraries. A fault is compiled and linked beside them and laid over its room by
@@ -229,12 +230,27 @@ class Programs:
         return ""
 
 
+def survivors(report):
+    """The faults that survived by a report, where their line still stands in its file."""
+    for words in rows_of(report):
+        name, number = words[2].rsplit(":", 1)
+        lines = (TREE / name).read_text(encoding="utf-8").split("\n") if (TREE / name).exists() else []
+        places = [n for n, line in enumerate(lines) if line.strip() == words[3]]
+        if words[0] == "SURVIVED" and places:
+            at = min(places, key=lambda n: abs(n + 1 - int(number)))
+            yield TREE / name, at, lines[at], "" if words[5] == "(left out)" else words[5]
+
+
+def rows_of(report):
+    lines = [line.rstrip("\n").split("\t") for line in report.open(encoding="utf-8") if not line.startswith("#")]
+    return [words for words in lines if len(words) == 6]
+
+
 def done_before(report):
     """What a report says: each fault and how it ended."""
     if not report.exists():
         return {}
-    lines = [line.rstrip("\n").split("\t") for line in report.open(encoding="utf-8") if not line.startswith("#")]
-    return {(words[2], words[5]): words[0] for words in lines if len(words) == 6}
+    return {(words[2], words[5]): words[0] for words in rows_of(report)}
 
 
 def main():
@@ -243,13 +259,14 @@ def main():
     parser.add_argument("--seed", type=int, default=1)
     parser.add_argument("--room", action="append")
     parser.add_argument("--base")
+    parser.add_argument("--again", type=pathlib.Path)
     parser.add_argument("--jobs", type=int, default=2)
     parser.add_argument("--anew", action="store_true")
     parser.add_argument("--report", type=pathlib.Path, default=PLACE / "report.txt")
     arguments = parser.parse_args()
     revision = prepare()
     spoiler, programs = Spoiler(), Programs(revision)
-    words = f"# {revision} seed {arguments.seed} base {arguments.base} rooms {arguments.room} count {arguments.count}\n"
+    words = f"# {revision} seed {arguments.seed} base {arguments.base} rooms {arguments.room} count {arguments.count} again {arguments.again}\n"
     if arguments.anew or not arguments.report.exists() or arguments.report.open(encoding="utf-8").readline() != words:
         arguments.report.write_text(words, encoding="utf-8")
     before, counts, began = done_before(arguments.report), {"caught": 0, "SURVIVED": 0}, time.time()
@@ -268,7 +285,7 @@ def main():
 
     with open(arguments.report, "a", encoding="utf-8") as report, \
             concurrent.futures.ThreadPoolExecutor(arguments.jobs) as workers:
-        faults, under_way = draw(arguments), set()
+        faults, under_way = survivors(arguments.again) if arguments.again else draw(arguments), set()
         while sum(counts.values()) < arguments.count:
             wanted = min(arguments.jobs, arguments.count - sum(counts.values())) - len(under_way)
             under_way |= {workers.submit(plant, *fault) for fault in itertools.islice(faults, max(0, wanted))}
