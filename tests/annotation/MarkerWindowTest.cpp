@@ -105,54 +105,6 @@ TEST(MarkerWindow, ReadsTheFileLeniently) {
   EXPECT_EQ(desk.window.Log(), Texts());
 }
 
-TEST(MarkerWindow, OthersShowAndReadTheSetWithoutTheCommand) {
-  Desk desk;
-  MarkerSet set;
-  set.markerCount[0] = 1;
-  set.markerPos[0] = 7000;
-  WriteFile(desk.folder / "a.lbl", MarkerBytesOf(set));
-  desk.Load();
-  EnsureMarkersRead(desk.document, desk.state);
-  EXPECT_EQ(desk.state.set, set);
-  desk.state.set.markerPos[0] = 8000;
-  EnsureMarkersRead(desk.document, desk.state);  // this sound's already
-  ShowMarkers(desk.window, desk.document, desk.state, desk.play);
-  EXPECT_EQ(desk.Markers(0), Ints({8000}));
-  EXPECT_TRUE(desk.state.changed);
-  const ToolWindow* shown = desk.window.tool.get();
-  ASSERT_NE(shown, nullptr);
-  ShowMarkers(desk.window, desk.document, desk.state, desk.play);
-  EXPECT_EQ(desk.window.tool.get(), shown);
-  EXPECT_EQ(desk.window.repainted, 1);
-
-  desk.Load("b.wav");
-  DropOldMarkers(desk.window, desk.document, desk.state);
-  EXPECT_FALSE(desk.state.set.HasMarkers());
-  desk.Load("a.wav");
-  DropOldMarkers(desk.window, desk.document, desk.state);  // the open window shows the file's
-  EXPECT_EQ(desk.state.set, set);
-  desk.window.tool->Closed(desk.window);
-  desk.Load("a.wav");
-  DropOldMarkers(desk.window, desk.document, desk.state);
-  EXPECT_FALSE(desk.state.set.HasMarkers());
-}
-
-TEST(MarkerWindow, ATextWithoutACodeKeepsTheDialogOpen) {
-  Desk desk;
-  desk.Load();
-  desk.Open();
-  desk.Press(1050);
-  desk.Click(120, 10);
-  desk.Press(1052);
-  desk.window.Log();
-  desk.window.answers = {"ok:😀", "ok:ɑ˥好"};
-  desk.Click(120, 10);
-  const std::string asked = "input|输入标注文字|输入标注文字（最长12字符或6汉字）";
-  EXPECT_EQ(desk.window.Log(),
-            Texts({asked, "none|" + desk.Caption() + "|有字符没有 GBK 编码，请改写", asked + "😀"}));
-  EXPECT_EQ(desk.state.set.Labels(0)[0].text, "ɑ˥好");
-}
-
 TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
   Desk desk;
   desk.Load();
