@@ -24,7 +24,6 @@ std::string Refusal(const char* text, const char* icon = "error") {
 }
 
 const std::string kFull = Refusal("数据太多，不能再加入！", "none");
-const std::string kNoGroup = Refusal("无此组名！", "none");
 const std::string kDamaged = Refusal("声音长度统计文件错误！");
 const std::string kCannotOpen = Refusal("文件打开错误，请重试！");
 
@@ -60,21 +59,6 @@ class GroupFlow : public ::testing::Test {
   CurrentGroup current;
 };
 
-TEST_F(GroupFlow, ATeacherFillsTwoGroups) {
-  Add(100, {open, "no", "ok:长音节"});
-  Add(200, {"yes"});
-  Add(300, {"no", open, "yes", "yes", "ok:b"});
-  Add(400, {"no", open, "no", "ok:长音节"});
-  Add(500, {"yes"});
-  const auto groups = Groups();
-  ASSERT_EQ(groups.size(), 2u);
-  EXPECT_EQ(FromGbk(groups[0].name), "长音节");
-  EXPECT_TRUE(groups[0].negative);
-  EXPECT_EQ(groups[0].values, (std::vector<std::uint16_t>{100, 200, 400, 500}));
-  EXPECT_FALSE(groups[1].negative);
-  EXPECT_EQ(groups[1].values, (std::vector<std::uint16_t>{300}));
-}
-
 TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
   for (const bool byName : {false, true}) {
     SCOPED_TRACE(byName);
@@ -89,36 +73,6 @@ TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
     EXPECT_TRUE(Shown(Add(7, answers), kFull));
     EXPECT_EQ(ReadFile(path), full);
   }
-}
-
-TEST_F(GroupFlow, ACancelledDialogLeavesNothingBehind) {
-  Add(1, {"cancel"});
-  Add(1, {open, "yes", "cancel"});
-  EXPECT_TRUE(folder.Names().empty());
-  EXPECT_FALSE(current.known);
-
-  WriteFile(path, Full(3));
-  const std::string before = ReadFile(path);
-  Add(1, {open, "yes", "yes", "cancel"});
-  Add(1, {open, "no", "cancel"});
-  EXPECT_TRUE(Shown(Add(1, {open, "no", "ok:A"}), kNoGroup)) << "names are compared exactly";
-  EXPECT_EQ(ReadFile(path), before);
-  EXPECT_FALSE(current.known);
-  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
-}
-
-TEST_F(GroupFlow, ANameMayBePhonetic) {
-  Add(1, {open, "yes", "ok:tʂʰ"});
-  Add(2, {"no", open, "no", "ok:tʂʰ"});
-  ASSERT_EQ(Groups().size(), 1u);
-  EXPECT_EQ(Groups()[0].name, "t\xAA\xE4\xAA\xF4");
-  EXPECT_EQ(Groups()[0].values.size(), 2u);
-}
-
-TEST_F(GroupFlow, ANameWithoutGbkCodesIsAskedAgain) {
-  const Texts log = Add(1, {open, "yes", "ok:😀", "ok:a"});
-  EXPECT_TRUE(Shown(log, Refusal("有字符没有 GBK 编码，请改写", "none")));
-  EXPECT_EQ(Groups()[0].name, "a");
 }
 
 TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {
