@@ -78,30 +78,6 @@ TEST(FrameWindow, CutsItsFiguresAndFollowsWhileOpen) {
   EXPECT_DOUBLE_EQ(frame.time, 0.25) << "a closed window follows nothing";
 }
 
-TEST(LtaWindow, RefusedFilesLeaveTheLevelsAlone) {
-  Desk desk(Vowel(16000), 16000);
-  desk.Select(2000, 10000);
-  LongTermSpectrumCommand(desk.window, desk.document, desk.lta);
-  EXPECT_EQ(desk.lta.frames, 199);  // p ≤ 10000 − 80, every 40 samples
-  const LtaSpectrum first = desk.lta.levels;
-  desk.window.answers = {"cancel", "file:" + desk.folder.path() + "/no/such/place.lta",
-                         "file:" + (desk.folder / "a.lta")};
-  for (const int result : {1, 1, 0})
-    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Save), result);
-  desk.Select(3000, 4000);
-  EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compute), 2);
-  desk.window.answers = {"file:" + (desk.folder / "a.lta"), "cancel", "file:" + (desk.folder / "none.lta")};
-  for (const int result : {0, 1, 1})
-    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), result);
-  EXPECT_GT(desk.lta.difference->deviation, 0.05);
-  EXPECT_EQ(desk.lta.previous, first);
-  // The sound has changed under the open window.
-  desk.document.sampleRate = 8000;
-  desk.window.answers = {"file:" + (desk.folder / "a.lta")};
-  EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), 1);
-  EXPECT_EQ(desk.window.Log().back(), "none|Parlowen(Tessiran)|采样频率不一致，不能比较！");
-}
-
 TEST(LtaWindow, WhatDividesByZeroIsDrawnButNeverSaved) {
   Desk desk(Vowel(16000), 16000);
   desk.Select(100, 181);
@@ -173,21 +149,6 @@ TEST(ConsonantWindow, TakesRatesAndPlacesUpToTheirBounds) {
        {std::pair{1.0, 120}, {0.1, 90}, {1e-3, 30}, {1e-4, 0}, {1e-9, 0}, {0.0, 0}})
     EXPECT_EQ(BandBarHeight(share * 5e5, 5e5), height);
   EXPECT_EQ(BandBarHeight(0, 0), 0);
-}
-
-TEST(ConsonantWindow, AStretchIsSavedAndListed) {
-  Desk desk(testing::Noise(9000, 6000), 16000);
-  desk.Select(1000, 2279);
-  desk.window.answers = {"yes", "file:" + (desk.folder / "s.con")};
-  ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
-  ASSERT_EQ(desk.consonant.stretch.size(), 7u);
-  const std::string bytes = ReadFile(desk.folder / "s.con");
-  EXPECT_EQ(bytes.substr(0, 16),
-            std::string("HEAD\x98\0\0\0\xE8\x03\0\0\xA0\0\0\0", 16));  // 8 + 32 + 7·16 behind, 1000, 160
-  EXPECT_EQ(bytes.substr(16, 32), std::string("Gravity\0\0\0\0\0\0\0\0\0Dispersion\0\0\0\0\0\0", 32));
-  desk.window.answers = {"yes", "file:" + desk.folder.path() + "/no/place.con"};
-  ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
-  EXPECT_EQ(desk.window.Log().back(), "error|Parlowen(Tessiran)|不能建立文件！");
 }
 
 TEST(ConsonantFile, OneChangedByteIsNoticed) {

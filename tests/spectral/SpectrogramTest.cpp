@@ -169,25 +169,6 @@ TEST(Spectrogram, WithoutASelectionItLiesUnderThePanes) {
   EXPECT_EQ(StretchOf(sound.document).columnsPerSecond, 1) << "never 0";
 }
 
-TEST(Spectrogram, ATonesRowIsTheDarkest) {
-  for (const int rate : {8000, 16000, 22050, 44100})
-    for (const double share : {0.05, 0.2, 0.39})
-      for (const double amplitude : {3000.0, 32767.0}) {
-        SCOPED_TRACE(std::to_string(rate) + " · " + std::to_string(share));
-        Sound sound(rate, rate, Tone(amplitude, share));
-        sound.Select(rate / 4, rate / 2);
-        const SpectrogramMatrix matrix = sound.Picture(kNarrow);
-        ASSERT_GT(matrix.columns, 100);
-        for (const int column : {0, 50, 100}) {
-          const std::uint16_t* greys = matrix.Column(column);
-          const int row = static_cast<int>(std::lround(share * 512));
-          // Neighbours may be as black; far from the tone nothing may be.
-          EXPECT_EQ(greys[row], *std::min_element(greys, greys + 256));
-          EXPECT_GT(greys[row > 128 ? row - 60 : row + 60], greys[row] + 40);
-        }
-      }
-}
-
 TEST(Spectrogram, SoundsOfNothingAndOfLittleAreStood) {
   for (const int count : {0, 1, 3, 4, 5, 100}) {
     Sound sound(384000, count, [](int) { return -32768; });
