@@ -141,21 +141,6 @@ TEST(CommandTable, EveryRowIsEnabledStopsAndAsksAsItShould) {
   }
 }
 
-TEST(CommandTable, EveryNumberStandsOnceAndItsMenuIsOneStretch) {
-  std::set<int> numbers;
-  std::vector<std::string> order;
-  for (const CommandRow& row : CommandTable()) {
-    EXPECT_TRUE(numbers.insert(row.number).second) << row.number;
-    const std::string menu = MenuName(row.menu);
-    if (order.empty() || order.back() != menu) order.push_back(menu);
-  }
-  EXPECT_EQ(numbers.size(), CommandTable().size());
-  // The submenu of the tones stands inside the menu of the pitch; nothing else comes twice. The submenu of
-  // the exchange is the last.
-  EXPECT_EQ(order, (Texts{"文件", "录放音", "基频", "声调统计", "基频", "频谱", "元音", "腭位", "双声道",
-                          "编辑", "选择与标注", "设置", "区域", "帮助", "扩展", "与其他程序交换"}));
-}
-
 /// The repair of a contour, the placing of a text, a region (chosen from the point chart, too) and the point chart end
 /// when their successor has done something, not before.
 TEST(CommandTable, AToolEndsWhenItsSuccessorHasDoneSomething) {
@@ -222,18 +207,6 @@ TEST(CommandTable, TheHelpDescribesEveryCommandWithItsKeys) {
       EXPECT_NE(text.find(cell + "</td>"), std::string::npos) << page << ": " << cell;
     }
   }
-}
-
-TEST(CommandTable, AGreyedOrUnknownCommandIsNotDispatched) {
-  Station s;
-  for (const CommandRow& row : CommandTable()) {
-    if (s.w.states.IsEnabled(row.number)) continue;
-    EXPECT_FALSE(s.w.dispatchCommand(row.number));
-  }
-  EXPECT_FALSE(s.w.dispatchCommand(41));
-  s.w.Key("Space");
-  s.w.Key("F6");
-  EXPECT_EQ(s.window.Log(), Texts{});
 }
 
 }  // namespace

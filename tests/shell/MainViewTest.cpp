@@ -74,19 +74,6 @@ TEST(MainView, ZoomingAtThePointerKeepsItsSample) {
   EXPECT_EQ(s.w.document.samplesPerPixel, 1);
 }
 
-TEST(MainView, ADragIsALeftAndARightClick) {
-  Station s, t;
-  for (Station* station : {&s, &t}) station->Load(Ramp(100000));
-  s.w.view.MarkStretch(Pane::Waveform, 300, 100);
-  t.Click(Pane::Waveform, 100);
-  t.Click(Pane::Waveform, 300, kRight);
-  EXPECT_EQ(s.w.document.selectionStart, 80 * 160);
-  EXPECT_EQ(s.w.document.selectionEnd, 280 * 160);
-  EXPECT_EQ(t.w.document.selectionStart, s.w.document.selectionStart);
-  EXPECT_EQ(t.w.document.selectionEnd, s.w.document.selectionEnd);
-  EXPECT_EQ(t.w.states.Enabled(), s.w.states.Enabled());
-}
-
 TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   Station s;
   s.Load(Ramp(10000));
