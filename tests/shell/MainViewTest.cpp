@@ -86,33 +86,6 @@ TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   EXPECT_EQ(s.w.document.activity, Activity::RegionDrag);
 }
 
-TEST(MainView, ThePictureFollowsViewShadesAndEdits) {
-  Station s;
-  s.Load(Ramp(300000));
-  s.w.dispatchCommand(180);
-  const SpectrogramState& shown = s.w.spectrogram;
-  EXPECT_TRUE(s.w.Key("d"));
-  const auto shaded = shown.matrix.greys;
-  s.w.Select(1000, 90000);
-  s.w.Key("PageDown");
-  EXPECT_TRUE(shown.stretch.followsView);
-  EXPECT_EQ(shown.stretch.start, s.w.document.viewStart);
-  s.w.Key("Home");
-  EXPECT_EQ(shown.matrix.greys, shaded);
-  s.w.dispatchCommand(40001);
-  EXPECT_TRUE(shown.shown);
-  EXPECT_NE(shown.matrix.greys, shaded);
-  s.Load(Ramp(1500));
-  EXPECT_FALSE(shown.shown) << "a new sound has no picture";
-  EXPECT_FALSE(s.w.Key("D"));
-  s.w.dispatchCommand(170);
-  s.w.Select(0, 700);
-  s.w.dispatchCommand(40007);
-  EXPECT_TRUE(shown.shown);
-  s.w.dispatchCommand(40001);
-  EXPECT_FALSE(shown.shown) << "too little is left for a picture";
-}
-
 TEST(MainView, MarksBeforeAnySoundDoNoHarm) {
   Station s;
   s.Click(Pane::Waveform, 500);

@@ -199,41 +199,6 @@ TEST(Shading, DarkenAndLightenMoveBySeventhsAndEighths) {
   }
 }
 
-TEST(Shading, StepsAddUpUntilTheNextCommandAndStandForThePicture) {
-  Sound sound(16000, 32000, Bursts(16000));
-  testing::FakeWindow window;
-  SpectrogramState shown;
-  DarkenLighten(window, shown, +1);
-  EXPECT_TRUE(shown.shades.empty()) << "nothing is shown yet";
-  SpectrogramCommand(window, sound.document, shown, kWide);
-  const auto fresh = shown.matrix.greys;
-  for (const int direction : {+1, +1, -1}) DarkenLighten(window, shown, direction);
-  const auto shaded = shown.matrix.greys;
-  EXPECT_NE(shaded, fresh);
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_EQ(shown.matrix.greys, shaded);
-  SpectrogramCommand(window, sound.document, shown, kWide);
-  EXPECT_EQ(shown.matrix.greys, fresh);
-}
-
-TEST(Redraw, APictureOfTheViewStaysOneWhenSomethingIsMarked) {
-  Sound sound(16000, 320000, Bursts(16000));
-  testing::FakeWindow window;
-  SpectrogramState shown;
-  SpectrogramCommand(window, sound.document, shown, kNarrow);
-  sound.Select(1000, 9000);
-  sound.document.viewStart = 32000;
-  sound.document.setView(sound.states);
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_TRUE(shown.stretch.followsView);
-  EXPECT_EQ(shown.stretch.start, 32000);
-  SpectrogramCommand(window, sound.document, shown, kNarrow);
-  EXPECT_FALSE(shown.stretch.followsView);
-  sound.document.ClearSelection();  // as a cut does
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_TRUE(shown.stretch.followsView);
-}
-
 TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottom) {
   Sound sound(22050, 22050, Tone(20000, 0.05));  // row 25 or 26
   testing::FakeWindow window;
