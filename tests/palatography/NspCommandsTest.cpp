@@ -132,28 +132,5 @@ TEST(NspCommands, ARefusalLeavesEverything) {
   }
 }
 
-TEST(NspCommands, MarkersAreDrawnWhileTheSamplesAreTheFiles) {
-  Desk desk;
-  ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
-  const auto drawn = [&] {
-    Picture picture{100, 50, {}};
-    AddEpgMarkers(picture, desk.palate, desk.document, 20, [](int sample) { return 18 + sample; });
-    return picture.marks;
-  };
-  const auto marks = drawn();  // sample 2 at column 20, 4 at column 22 and without a label
-  ASSERT_EQ(marks.size(), 3u);
-  EXPECT_EQ(std::get<LineMark>(marks[0]).from.x, 20);
-  EXPECT_EQ(std::get<TextMark>(marks[1]).text, "t");
-  EXPECT_EQ(std::get<LineMark>(marks[2]).from.x, 22);
-  MarkStart(desk.document, desk.states, 0);
-  MarkEnd(desk.document, desk.states, 2);
-  CutCommand(desk.window, desk.document, desk.states);
-  EXPECT_TRUE(drawn().empty()) << "they would stand at the wrong places";
-  UndoCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(drawn().size(), 3u);
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {5, 6, 7, 8}))), 1);
-  EXPECT_TRUE(drawn().empty()) << "another sound of the same length";
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -41,22 +41,15 @@ struct Desk {
 
 const std::string kFrames(800, '\x18');  // 100 frames, contact in the middle of every row
 
-TEST(PalateCommands, RefuseDamagedFramesAndAnEditedSound) {
+TEST(PalateCommands, RefuseDamagedFrames) {
   for (const std::string& frames : {std::string(), std::string(801, 'x'), std::string(7, 'x')}) {
     Desk d(frames);
     ShowPalateCommand(d.window, d.desk, true);
     EXPECT_TRUE(d.Has("error|" + d.window.Caption() + "|数据错误！"));
     PalateStatisticsCommand(d.window, d.desk);
     EXPECT_TRUE(d.Has("数据错误！"));
+    EXPECT_FALSE(d.view.framesOpen);
   }
-  Desk d(kFrames);
-  PalateStatisticsCommand(d.window, d.desk);
-  EXPECT_TRUE(d.Has("none|语音段未正确定义|请用鼠标左、右键定义要进行统计的段"));
-  d.document.sampleCount = 7999;
-  ShowPalateCommand(d.window, d.desk, false);
-  EXPECT_TRUE(d.Has("波形已改变，腭位数据不再对应！"));
-  EXPECT_FALSE(d.view.framesOpen);
-  EXPECT_EQ(TimingOf(d.palate, d.document).frames, 0);
 }
 
 TEST(PalateCommands, NothingIsAddedToAFullFile) {
