@@ -10,13 +10,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Little;
-using testing::PitchTail;
-using testing::Ramp;
-using testing::ReadFile;
-using testing::Texts;
-using testing::WavBytes;
-using testing::WriteFile;
+using namespace testing;
 
 constexpr int kInsert = 40080, kSave = 40079, kCharacters = 40053;
 

@@ -9,8 +9,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Little;
-using testing::PitchTail;
+using namespace testing;
 
 std::string Record(std::string text, std::int32_t position) {
   text.resize(10);

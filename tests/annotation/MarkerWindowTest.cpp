@@ -3,26 +3,20 @@
 #include <gtest/gtest.h>
 
 #include "annotation/MarkerFile.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
+#include "document/Desk.h"
 
 namespace parlowen {
 namespace {
 
 using namespace testing;
 
-struct Desk {
-  FakeWindow window;
-  CommandStates states;
-  SoundDocument document;
+struct MarkerDesk : Desk {
   MarkerState state;
-  TempFolder folder;
   PlayStretch play = [](Window&, int, int) {};
 
   /// 100000 samples at 8000 Hz: 100 a column.
-  void Load(const char* name = "a.wav", int count = 100000) {
-    for (int i = 0; i < count; ++i) document.samples[i] = static_cast<std::int16_t>(i % 30000);
-    document.resetForNewSound(count, 8000, states);
+  void Load(const char* name = "a.wav") {
+    Take(Ramp(100000), 8000);
     document.filePath = *name == 0 ? "" : folder / name;
     window.SetCaption("Parlowen(Tessiran) -- " + document.filePath);
   }
@@ -40,7 +34,7 @@ struct Desk {
 using Ints = std::vector<int>;
 
 TEST(MarkerWindow, SavesOnlyMarkersOfASoundThatIsAWavFile) {
-  Desk desk;
+  MarkerDesk desk;
   desk.Load("");
   desk.Open();
   desk.Press(1050);
@@ -60,7 +54,7 @@ TEST(MarkerWindow, SavesOnlyMarkersOfASoundThatIsAWavFile) {
 }
 
 TEST(MarkerWindow, AFailedSaveLeavesTheOldFile) {
-  Desk desk;
+  MarkerDesk desk;
   desk.Load("folder.1/a.wav");  // the name is cut in the folder's
   desk.Open();
   desk.Press(1050);
@@ -76,7 +70,7 @@ TEST(MarkerWindow, AFailedSaveLeavesTheOldFile) {
 }
 
 TEST(MarkerWindow, ReadsTheFileLeniently) {
-  Desk desk;
+  MarkerDesk desk;
   MarkerSet set;
   set.markerCount[0] = 2;
   set.markerPos[0] = 7000;
@@ -100,7 +94,7 @@ TEST(MarkerWindow, ReadsTheFileLeniently) {
 }
 
 TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
-  Desk desk;
+  MarkerDesk desk;
   desk.Load();
   desk.Open();
   desk.Press(1050);
@@ -126,7 +120,7 @@ TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
 }
 
 TEST(MarkerWindow, TheDesktopCountsWithItsOwnWidthAScriptWithAThousand) {
-  Desk desk;
+  MarkerDesk desk;
   desk.Load();
   desk.Open();
   desk.window.tool->Draw(500, 640);  // a picture changes nothing

@@ -12,9 +12,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Little;
-using testing::ReadFile;
-using testing::Texts;
+using namespace testing;
 using Block = std::vector<std::int16_t>;
 
 constexpr int kLoud = 1000, kQuiet = 50;

@@ -12,11 +12,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AsNobody;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::WithFileSizeLimit;
-using testing::WriteFile;
+using namespace testing;
 
 ByteSpan BytesOf(const std::string& text) {
   return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};

@@ -12,9 +12,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Desk;
-using testing::Ramp;
-using testing::Texts;
+using namespace testing;
 
 constexpr double kTwoPi = 6.283185307179586;
 constexpr const char* kCaption = "none|Parlowen(Tessiran) -- ";

@@ -5,9 +5,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Desk;
-using testing::Ramp;
-using testing::Texts;
+using namespace testing;
 
 using Samples = std::vector<std::int16_t>;
 

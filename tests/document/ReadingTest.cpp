@@ -10,13 +10,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Desk;
-using testing::Little;
-using testing::PitchTail;
-using testing::Ramp;
-using testing::Texts;
-using testing::WavBytes;
-using testing::WriteFile;
+using namespace testing;
 
 const std::string kNoWav = "error||不是 wav 文件", kNot16Bits = "error||不是单/双声道16位 .wav 文件！",
                   kCannotOpen = "error||文件打开错误", kLongFile = "error||长文件，选择调入起点";

@@ -10,13 +10,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Desk;
-using testing::PitchTail;
-using testing::Ramp;
-using testing::ReadFile;
-using testing::Texts;
-using testing::WavBytes;
-using testing::WriteFile;
+using namespace testing;
 
 const std::string kAskPitch = "ask|保存基频？|本文件的基频数据已求出，保存吗（Yes/No)?";
 const std::string kBadName = "error|文件夹或文件名错误|文件夹或文件名不对，请重选";

@@ -9,8 +9,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Desk;
-using testing::Ramp;
+using namespace testing;
 
 TEST(View, TheStartScaleIsTenMillisecondsAColumn) {
   const struct {

@@ -6,12 +6,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ProgramResult;
-using testing::ReadFile;
-using testing::RunProgram;
-using testing::TempFolder;
-using testing::WriteFile;
-using testing::WriteSounds;
+using namespace testing;
 
 TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
   const TempFolder folder;

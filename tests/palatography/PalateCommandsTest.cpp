@@ -2,11 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include "document/Desk.h"
 #include "palatography/NspBytes.h"
 #include "palatography/NspCommands.h"
 #include "palatography/PalatePicture.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
 
 namespace parlowen {
 namespace {
@@ -14,18 +13,14 @@ namespace {
 using namespace testing;
 
 /// A second of silence at 8000 Hz with `palate` as its frames.
-struct Desk {
-  FakeWindow window;
-  CommandStates states;
-  SoundDocument document;
+struct Frames : Desk {
   PalateState palate;
   PalateView view;
-  TempFolder folder;
   std::string exports;
   std::function<void(Window&, int, int)> play;
   PalateDesk desk{document, palate, view, exports, play};
 
-  explicit Desk(const std::string& frames) {
+  explicit Frames(const std::string& frames) {
     NspBytes file;
     file.rate = 8000;
     file.chunks = Speech("SDA_", std::vector<std::int16_t>(8000)) + Preferences() + Chunk("PALA", frames);
@@ -43,7 +38,7 @@ const std::string kFrames(800, '\x18');  // 100 frames, contact in the middle of
 
 TEST(PalateCommands, RefuseDamagedFrames) {
   for (const std::string& frames : {std::string(), std::string(801, 'x'), std::string(7, 'x')}) {
-    Desk d(frames);
+    Frames d(frames);
     ShowPalateCommand(d.window, d.desk, true);
     EXPECT_TRUE(d.Has("error|" + d.window.Caption() + "|数据错误！"));
     PalateStatisticsCommand(d.window, d.desk);
@@ -53,9 +48,8 @@ TEST(PalateCommands, RefuseDamagedFrames) {
 }
 
 TEST(PalateCommands, NothingIsAddedToAFullFile) {
-  Desk d(kFrames);
-  d.document.selectionStart = 1000;
-  d.document.selectionEnd = 2000;
+  Frames d(kFrames);
+  d.Select(1000, 2000);
   const std::string path = d.folder / "a.pal";
   const auto save = [&](const char* restart) {
     d.window.answers = {"yes", "file:" + path, restart};
@@ -72,7 +66,7 @@ TEST(PalateCommands, NothingIsAddedToAFullFile) {
 }
 
 TEST(PalateCommands, AClickTakesTheFrameThatIsDrawnThere) {
-  Desk d(kFrames);
+  Frames d(kFrames);
   const ContactTiming timing = TimingOf(d.palate, d.document);
   for (const int width : {1024, 500, 300}) {
     const PalateLayout layout(d.document, timing, width);

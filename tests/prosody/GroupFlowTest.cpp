@@ -12,11 +12,7 @@
 namespace parlowen {
 namespace {
 
-using testing::FakeWindow;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
 constexpr const char* kCaption = "Parlowen(Tessiran)";
 std::string Refusal(const char* text, const char* icon = "error") {

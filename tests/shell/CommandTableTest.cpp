@@ -16,9 +16,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Station;
-using testing::Texts;
-using testing::WavBytes;
+using namespace testing;
 
 /// A workstation with a loudspeaker and, when it is wanted, a microphone.
 struct Booth {

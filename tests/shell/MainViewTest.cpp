@@ -5,9 +5,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Ramp;
-using testing::Station;
-using testing::Texts;
+using namespace testing;
 
 constexpr auto kLeft = MouseButton::Left, kRight = MouseButton::Right;
 

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "document/Desk.h"
 #include "dsp/SignalTables.h"
 #include "spectral/ConsonantCommands.h"
 #include "spectral/ConsonantFile.h"
@@ -10,43 +11,29 @@
 #include "spectral/FramePicture.h"
 #include "spectral/LtaCommands.h"
 #include "spectral/LtaFile.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
 #include "support/Vowels.h"
 
 namespace parlowen {
 namespace {
 
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
-struct Desk {
+struct Desk : testing::Desk {
   Desk(const std::vector<std::int16_t>& samples, int rate) {
     InitSignalTables();
-    std::copy(samples.begin(), samples.end(), document.samples.data());
-    document.resetForNewSound(static_cast<int>(samples.size()), rate, states);
-  }
-  void Select(int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
+    Take(samples, rate);
   }
   /// Every string of the open window.
   std::string Drawn() const {
     std::string all;
-    for (const Mark& mark : window.tool->Draw(1024, 640).marks)
+    for (const parlowen::Mark& mark : window.tool->Draw(1024, 640).marks)
       if (const auto* text = std::get_if<TextMark>(&mark)) all += text->text + "\n";
     return all;
   }
-  CommandStates states;
-  SoundDocument document;
-  testing::FakeWindow window;
   LpcAnalyser analyser;
   FrameState frames;
   LtaState lta;
   ConsonantState consonant;
-  TempFolder folder;
 };
 
 std::vector<std::int16_t> Vowel(int rate) {

@@ -7,13 +7,13 @@
 #include <cmath>
 #include <numbers>
 
+#include "document/Desk.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/Decibel.h"
 #include "dsp/FrameSpectrum.h"
 #include "dsp/SignalTables.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
-#include "support/FakeWindow.h"
 
 namespace parlowen {
 namespace {
@@ -21,7 +21,7 @@ namespace {
 constexpr SpectrogramKind kWide = SpectrogramKind::WideBand, kNarrow = SpectrogramKind::NarrowBand;
 
 /// A loaded document of `count` samples, each `sample(i)`.
-struct Sound {
+struct Sound : testing::Desk {
   template <typename Sample>
   Sound(int rate, int count, Sample sample) {
     InitSignalTables();
@@ -31,12 +31,6 @@ struct Sound {
   SpectrogramMatrix Picture(SpectrogramKind kind) const {
     return ComputeSpectrogram(document, kind, SettingsOf(kind, document.sampleRate), StretchOf(document));
   }
-  void Select(int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
-  }
-  CommandStates states;
-  SoundDocument document;
 };
 
 auto Tone(double amplitude, double cyclesPerSample) {

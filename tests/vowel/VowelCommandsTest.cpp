@@ -15,12 +15,7 @@
 namespace parlowen {
 namespace {
 
-using testing::kNineVowels;
-using testing::MiddleOf;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
 std::string Notice(const char* text, const char* caption = nullptr, const char* icon = "none") {
   return std::string(icon) + "|" + (caption != nullptr ? caption : "Parlowen(Tessiran)") + "|" + text;
