@@ -8,21 +8,14 @@
 #include "document/RateConversion.h"
 #include "document/SegmentFilter.h"
 #include "dsp/Fir.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {
 
 using namespace testing;
 
-constexpr double kTwoPi = 6.283185307179586;
 constexpr const char* kCaption = "none|Parlowen(Tessiran) -- ";
-
-std::vector<std::int16_t> Tone(int count, double hertz, double rate, double peak = 10000) {
-  std::vector<std::int16_t> samples;
-  for (int i = 0; i < count; ++i)
-    samples.push_back(static_cast<std::int16_t>(std::lround(peak * std::sin(kTwoPi * hertz * i / rate))));
-  return samples;
-}
 
 std::string Said(const Desk& desk, const std::string& text) {
   return kCaption + (desk.folder / "sound1.wav") + "|" + text;
@@ -68,7 +61,7 @@ TEST(SegmentFilter, RefusesInTheOrderRateSegmentLengthCutoff) {
 }
 
 TEST(SegmentFilter, ChangesTheSegmentAloneAndReadsItsMargins) {
-  const auto sound = Tone(20000, 150, 16000);
+  const auto sound = Sines(20000, 16000, {{150, 10000}});
   for (const FilterPass pass : {FilterPass::Low, FilterPass::High}) {
     Desk desk;
     desk.Load(sound);
@@ -122,7 +115,7 @@ TEST(RateConversion, FollowsTheStatedOrderOfOperationsToTheBit) {
 
 TEST(RateConversion, TakesBothChannelsAndStandsTinySounds) {
   Desk desk;
-  desk.Load(Tone(44100, 1000, 44100), 44100);
+  desk.Load(Sines(44100, 44100, {{1000, 10000}}), 44100);
   desk.document.twoChannel = true;
   std::copy_n(desk.document.samples.data(), 44100, desk.document.samples2.data());
   desk.document.SamplesChanged();

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Gbk.h"
 #include "prosody/DurationCommands.h"
 #include "prosody/Durations.h"
 #include "support/Child.h"
 #include "support/FakeWindow.h"
 #include "support/TempFolder.h"
+#include "support/WavBytes.h"
 
 namespace parlowen {
 namespace {
@@ -35,11 +35,7 @@ class GroupFlow : public ::testing::Test {
   bool Shown(const Texts& log, const std::string& text) {
     return std::find(log.begin(), log.end(), text) != log.end();
   }
-  std::vector<ValueGroup> Groups() {
-    const std::string bytes = ReadFile(path);
-    return ReadGroups(kDurationLayout, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()})
-        .value();
-  }
+  std::vector<ValueGroup> Groups() { return ReadGroups(kDurationLayout, AsBytes(ReadFile(path))).value(); }
   std::string Full(int used) {
     std::string file(202, '\0');
     file[0] = 1;

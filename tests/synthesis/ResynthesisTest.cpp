@@ -5,14 +5,13 @@
 #include <numbers>
 #include <random>
 
+#include "support/Samples.h"
 #include "synthesis/Literal.h"
 
 namespace parlowen {
 namespace {
 
 using Samples = std::vector<std::int16_t>;
-
-SampleSpan SpanOf(const Samples& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
 
 /// A sawtooth of eight harmonics, the period in whole samples: a dip, shortly behind it the peak, both of
 /// size `peak`.

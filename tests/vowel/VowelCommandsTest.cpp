@@ -7,6 +7,7 @@
 #include "base/Bytes.h"
 #include "support/Child.h"
 #include "support/TempFolder.h"
+#include "support/WavBytes.h"
 #include "vowel/FormantFile.h"
 #include "vowel/VowelChartFile.h"
 #include "vowel/VowelGroupCommands.h"
@@ -127,7 +128,7 @@ TEST_F(VowelCommands, ADamagedFormantFileIsListedUpToItsDamage) {
   const std::string bytes = ReadFile(path);
   ASSERT_EQ(bytes.size(), 2 * (12u + 12 * 48));
   std::vector<FormantBlock> blocks;
-  ReadFormantBlocks({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, blocks);
+  ReadFormantBlocks(AsBytes(bytes), blocks);
   for (const auto& frame : blocks.at(1).frames) {
     EXPECT_NEAR(frame[0], kNineVowels[0].formants[0], 70);
     EXPECT_NEAR(frame[2], kNineVowels[0].formants[1], 70);
