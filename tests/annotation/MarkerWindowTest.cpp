@@ -93,6 +93,25 @@ TEST(MarkerWindow, ReadsTheFileLeniently) {
   EXPECT_EQ(desk.window.Log(), Texts());
 }
 
+TEST(MarkerWindow, OfASoundThatIsGoneNothingIsLeftUnlessTheyAreShown) {
+  MarkerDesk desk;
+  MarkerSet set;
+  set.markerCount[0] = 1;
+  set.markerPos[0] = 7000;
+  WriteFile(desk.folder / "a.lbl", MarkerBytesOf(set));
+  for (const bool pane : {false, true}) {
+    desk.Load();
+    ShowLabelPane(desk.window, desk.document, desk.state, pane);
+    EnsureMarkersRead(desk.document, desk.state);
+    EXPECT_EQ(desk.state.set, set);
+    desk.state.changed = true;
+    desk.Load();  // the same file again
+    DropOldMarkers(desk.window, desk.document, desk.state);
+    EXPECT_EQ(desk.state.set, pane ? set : MarkerSet{});
+    EXPECT_FALSE(desk.state.changed);
+  }
+}
+
 TEST(MarkerWindow, NeighbouringLabelsDoNotCoverEachOther) {
   MarkerDesk desk;
   desk.Load();

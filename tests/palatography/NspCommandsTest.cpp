@@ -20,7 +20,9 @@ struct NspDesk : Desk {
   int OpenEpg(const std::string& bytes, const std::string& name = "s9.nsp") {
     return ReadEpgNsp(window, document, states, palate, WriteFile(folder / name, bytes));
   }
-  std::vector<std::int16_t> First(int count) const { return {document.samples.data(), document.samples.data() + count}; }
+  std::vector<std::int16_t> First(int count) const {
+    return {document.samples.data(), document.samples.data() + count};
+  }
 };
 
 std::string SpeechFile(const std::string& chunks, std::uint32_t rate = 16000) {
