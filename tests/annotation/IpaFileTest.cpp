@@ -9,17 +9,14 @@
 namespace parlowen {
 namespace {
 
-using testing::Little;
-using testing::PitchTail;
+using namespace testing;
 
 std::string Record(std::string text, std::int32_t position) {
   text.resize(10);
   return std::string("IPA\0", 4) + text + Little(static_cast<std::uint32_t>(position), 4);
 }
 
-IpaRecords Read(const std::string& bytes) {
-  return ReadIpaRecords({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-}
+IpaRecords Read(const std::string& bytes) { return ReadIpaRecords(AsBytes(bytes)); }
 
 /// What stands behind the header and the samples.
 std::string Behind(const SoundDocument& document, const std::vector<Annotation>& annotations,

@@ -80,22 +80,5 @@ TEST(LabelPane, AMovedMarkerTakesItsLabelsAlongAndStopsBesideItsNeighbours) {
   EXPECT_EQ(NearestZeroCrossing(wave, 0, 2), 0) << "too far";
 }
 
-TEST(LabelPane, TheLastStepIsTakenBackUnlessTheSoundWasEditedSince) {
-  Station s;
-  s.Load(std::vector<std::int16_t>(64000, 100));
-  MarkerSet& set = s.w.markers.set;
-  s.w.Click(Pane::Labels, {120, 5}, MouseButton::Left, false);
-  for (const char* key : {"Enter", "2", "Enter"}) s.w.KeyInLabels(key);
-  ASSERT_EQ(set.markerCount[0] + set.markerCount[1], 2);
-  EXPECT_TRUE(s.w.KeyInLabels("Z"));
-  EXPECT_EQ(set.markerCount[1], 0);
-  EXPECT_FALSE(s.w.KeyInLabels("Z")) << "one step";
-  s.w.KeyInLabels("Enter");
-  s.w.Select(40000, 50000);
-  s.w.dispatchCommand(40001);
-  EXPECT_FALSE(s.w.KeyInLabels("Z"));
-  EXPECT_EQ(set.markerCount[1], 1);
-}
-
 }  // namespace
 }  // namespace parlowen

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "audio/CaptureBlock.h"
 #include "audio/SoundDevice.h"
 
 namespace parlowen::testing {
@@ -34,6 +35,14 @@ class FakeLoudspeaker : public SoundOutput {
     return failAt != name;
   }
 };
+
+/// A block whose amplitude tells which one it is; its mean is 0 and its level the amplitude.
+inline std::vector<std::int16_t> Square(int amplitude, int channels = 1) {
+  std::vector<std::int16_t> block;
+  for (int i = 0; i < kBlockSamples; ++i)
+    block.push_back(static_cast<std::int16_t>(i / channels % 2 == 0 ? amplitude : -amplitude));
+  return block;
+}
 
 /// A microphone that is fed by the test.
 class FakeMicrophone : public SoundInput {

@@ -12,20 +12,9 @@
 namespace parlowen {
 namespace {
 
-using testing::Little;
-using testing::ReadFile;
-using testing::Texts;
-using Block = std::vector<std::int16_t>;
+using namespace testing;
 
 constexpr int kLoud = 1000, kQuiet = 50;
-
-/// A square wave whose amplitude tells which block it is; its mean is 0 and its level the amplitude.
-Block Square(int amplitude, int channels = 1) {
-  Block block;
-  for (int i = 0; i < kBlockSamples; ++i)
-    block.push_back(static_cast<std::int16_t>(i / channels % 2 == 0 ? amplitude : -amplitude));
-  return block;
-}
 
 struct Booth {
   testing::FakeWindow window;

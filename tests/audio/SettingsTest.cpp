@@ -6,43 +6,9 @@
 
 #include "support/FakeWindow.h"
 #include "support/TempFolder.h"
-#include "support/WavBytes.h"
 
 namespace parlowen {
 namespace {
-
-using testing::Little;
-using testing::ReadFile;
-
-/// Answers the form field by field.
-class FormWindow : public testing::FakeWindow {
- public:
-  std::function<bool(InputForm&)> fill;
-  bool AskInput(InputForm& form) override { return fill(form); }
-};
-
-struct Panel {
-  FormWindow window;
-  CommandStates states;
-  SoundDocument document;
-  RecorderSettings settings;
-  testing::TempFolder folder;
-  std::string File() const { return folder / "Thresh.dat"; }
-  void Run(const std::function<bool(InputForm&)>& fill) {
-    window.fill = fill;
-    SettingsCommand(window, document, states, settings, File());
-  }
-};
-
-void Choose(InputForm& form, const std::string& label) {
-  int group = -1;
-  for (const FormField& field : form.fields)
-    if (field.label == label) group = field.group;
-  for (FormField& field : form.fields)
-    if (field.kind == FieldKind::Radio && field.group == group) field.checked = field.label == label;
-}
-
-FormField& Percent(InputForm& form) { return form.fields.back(); }
 
 TEST(ThresholdPercent, TheStepGrowsWithTheValueAndTheBoundIsCheckedBeforeIt) {
   const struct {
@@ -75,35 +41,16 @@ TEST(RecorderSettings, APercentageIsTheSquareOfTheThreshold) {
   }
 }
 
-TEST(Settings, OkTakesTheChoicesAndWritesSixBytes) {
-  Panel panel;
-  panel.document.resetForNewSound(0, 11025, panel.states);
-  panel.document.pitchPresent = true;
-  panel.Run([](InputForm& form) {
-    EXPECT_EQ(form.CheckedIndex(0), 1);
-    EXPECT_EQ(form.CheckedIndex(1), 0);
-    Choose(form, "22050Hz");
-    Choose(form, "三维立体图");
-    Percent(form).value = "400";
-    return true;
-  });
-  EXPECT_EQ(panel.document.sampleRate, 22050);
-  EXPECT_FALSE(panel.document.pitchPresent) << "its frames are no longer 10 ms";
-  EXPECT_EQ(panel.settings.spectrogramShading, 0);
-  EXPECT_EQ(ReadFile(panel.File()), Little(0x3F800000, 4) + Little(240, 2));
-  EXPECT_TRUE(panel.window.Log().empty());
-}
-
 TEST(Settings, TheyHoldEvenWhereTheFileCannotBeWritten) {
-  Panel panel;
-  panel.document.resetForNewSound(0, 11025, panel.states);
-  std::filesystem::create_directory(panel.File());
-  panel.Run([](InputForm& form) {
-    Percent(form).value = "25";
-    return true;
-  });
-  EXPECT_EQ(panel.window.Log(), testing::Texts{"error|Parlowen(Tessiran)|文件打开错误"});
-  EXPECT_EQ(panel.settings.voiceThreshold, 60);
+  testing::FakeWindow window;
+  CommandStates states;
+  SoundDocument document;
+  RecorderSettings settings;
+  const testing::TempFolder folder;
+  window.answers = {"last:25"};
+  SettingsCommand(window, document, states, settings, folder.path());
+  EXPECT_EQ(window.Log().back(), "error|Parlowen(Tessiran)|文件打开错误");
+  EXPECT_EQ(settings.voiceThreshold, 60);
 }
 
 }  // namespace

@@ -7,30 +7,23 @@
 
 #include "support/Child.h"
 #include "support/TempFolder.h"
+#include "support/WavBytes.h"
 
 namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::AsNobody;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::WithFileSizeLimit;
-using testing::WriteFile;
-
-ByteSpan BytesOf(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
+using namespace testing;
 
 TEST(Files, ReplaceAndAppendWriteExactlyTheirBytes) {
   const TempFolder folder;
   const std::string path = folder / "声 音.dat";
-  EXPECT_EQ(AppendToFile(path, BytesOf("made")), 0) << "adding to a file that is not there makes it";
-  EXPECT_EQ(AppendToFile(path, BytesOf(" longer")), 0);
+  EXPECT_EQ(AppendToFile(path, AsBytes("made")), 0) << "adding to a file that is not there makes it";
+  EXPECT_EQ(AppendToFile(path, AsBytes(" longer")), 0);
   EXPECT_EQ(ReadFile(path), "made longer");
-  EXPECT_EQ(ReplaceFile(path, BytesOf("new")), 0);
+  EXPECT_EQ(ReplaceFile(path, AsBytes("new")), 0);
   EXPECT_EQ(ReadFile(path), "new");
-  EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), BytesOf("x")), 0)
+  EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), AsBytes("x")), 0)
       << "the longest name a folder takes";
   EXPECT_EQ(folder.Names().size(), 2u) << "nothing else is left";
 }
@@ -39,8 +32,8 @@ TEST(Files, AFullDiskLeavesTheOldFileAndTheProgramAlive) {
   const TempFolder folder;
   const std::string path = WriteFile(folder / "old", std::string("old content"));
   const std::string big(100000, 'b');
-  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return ReplaceFile(path, BytesOf(big)) == -1 ? 7 : 0; }), 7);
-  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return AppendToFile(path, BytesOf(big)) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return ReplaceFile(path, AsBytes(big)) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(WithFileSizeLimit(65536, [&] { return AppendToFile(path, AsBytes(big)) == -1 ? 7 : 0; }), 7);
   EXPECT_EQ(ReadFile(path), "old content");
   EXPECT_EQ(folder.Names(), std::vector<std::string>{"old"});
 }
@@ -52,8 +45,8 @@ TEST(Files, WhatCannotBeWrittenStaysAsItWas) {
   for (const std::string& path :
        {folder / "file/in-a-file", folder / "missing/name", folder / "dir", folder.path() + "/",
         folder / std::string(256, 'n'), std::string("/dev/null"), std::string()}) {
-    EXPECT_EQ(ReplaceFile(path, BytesOf("new")), -1) << path;
-    EXPECT_EQ(AppendToFile(path, BytesOf("new")), -1) << path;
+    EXPECT_EQ(ReplaceFile(path, AsBytes("new")), -1) << path;
+    EXPECT_EQ(AppendToFile(path, AsBytes("new")), -1) << path;
   }
   EXPECT_EQ(ReadFile(folder / "file"), "kept");
   EXPECT_TRUE(fs::is_empty(folder / "dir"));
@@ -70,13 +63,13 @@ TEST(Files, PermissionsHoldForAnUnprivilegedUser) {
   const std::string secret = WriteFile(folder / "open/secret", std::string("kept"));
   fs::permissions(foreign, fs::perms(0644));
   fs::permissions(secret, fs::perms(0600));
-  EXPECT_EQ(AsNobody([&] { return ReplaceFile(locked, BytesOf("new")) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(locked, AsBytes("new")) == -1 ? 7 : 0; }), 7);
   // The folder would allow the rename; the file's owner does not.
-  EXPECT_EQ(AsNobody([&] { return ReplaceFile(foreign, BytesOf("new")) == -1 ? 7 : 0; }), 7);
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(foreign, AsBytes("new")) == -1 ? 7 : 0; }), 7);
   EXPECT_EQ(
-      AsNobody([&] { return AppendToFile(secret, BytesOf("new")) == -1 && !ReadWholeFile(secret) ? 7 : 0; }),
+      AsNobody([&] { return AppendToFile(secret, AsBytes("new")) == -1 && !ReadWholeFile(secret) ? 7 : 0; }),
       7);
-  EXPECT_EQ(AsNobody([&] { return ReplaceFile(folder / "open/own", BytesOf("new")) == 0 ? 7 : 0; }), 7);
+  EXPECT_EQ(AsNobody([&] { return ReplaceFile(folder / "open/own", AsBytes("new")) == 0 ? 7 : 0; }), 7);
   for (const std::string& path : {locked, foreign, secret}) EXPECT_EQ(ReadFile(path), "kept") << path;
 }
 
@@ -87,7 +80,7 @@ TEST(Files, ALinkIsFollowedAndModeAndGroupOfTheFileAreKept) {
   fs::permissions(target, fs::perms(0640));
   fs::create_symlink("target", folder / "link");
   fs::create_symlink("link", folder / "link2");
-  EXPECT_EQ(ReplaceFile(folder / "link2", BytesOf("new")), 0);
+  EXPECT_EQ(ReplaceFile(folder / "link2", AsBytes("new")), 0);
   EXPECT_TRUE(fs::is_symlink(folder / "link") && fs::is_symlink(folder / "link2"));
   EXPECT_EQ(ReadFile(target), "new");
   EXPECT_EQ(fs::status(target).permissions(), fs::perms(0640));
@@ -99,9 +92,9 @@ TEST(Files, ALinkIsFollowedAndModeAndGroupOfTheFileAreKept) {
   fs::create_symlink(folder / "later", folder / "early");
   fs::create_symlink("away/file", folder / "lost");
   fs::create_symlink("ring", folder / "ring");
-  EXPECT_EQ(ReplaceFile(folder / "early", BytesOf("made")), 0);
+  EXPECT_EQ(ReplaceFile(folder / "early", AsBytes("made")), 0);
   EXPECT_EQ(ReadFile(folder / "later"), "made");
-  for (const char* name : {"lost", "ring"}) EXPECT_EQ(AppendToFile(folder / name, BytesOf("x")), -1) << name;
+  for (const char* name : {"lost", "ring"}) EXPECT_EQ(AppendToFile(folder / name, AsBytes("x")), -1) << name;
   for (const char* name : {"early", "lost", "ring"}) EXPECT_TRUE(fs::is_symlink(folder / name)) << name;
 }
 

@@ -16,9 +16,7 @@ const float kBlank = std::numeric_limits<float>::quiet_NaN();
 
 std::string Text(const std::vector<std::uint8_t>& bytes) { return {bytes.begin(), bytes.end()}; }
 std::string FloatBytes(float value) { return Little(std::bit_cast<std::uint32_t>(value), 4); }
-std::optional<NasalanceCurve> Parse(const std::string& file) {
-  return ParseNas({reinterpret_cast<const std::uint8_t*>(file.data()), file.size()});
-}
+std::optional<NasalanceCurve> Parse(const std::string& file) { return ParseNas(testing::AsBytes(file)); }
 
 /// A file of two values, field by field.
 std::string NasFile(const std::string& tag = "HEAD", std::uint32_t length = 20, std::uint32_t start = 320,

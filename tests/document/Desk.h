@@ -28,6 +28,15 @@ struct Desk {
     wav.rate = rate;
     if (!Open(wav.Bytes()).empty()) std::abort();
   }
+  /// The samples as a new sound, without a file.
+  void Take(const std::vector<std::int16_t>& samples, int rate) {
+    std::copy(samples.begin(), samples.end(), document.samples.data());
+    document.resetForNewSound(static_cast<int>(samples.size()), rate, states);
+  }
+  void Select(int start, int end) {
+    document.selectionStart = start;
+    document.selectionEnd = end;
+  }
   void Mark(int start, int end) {
     MarkStart(document, states, start);
     MarkEnd(document, states, end);

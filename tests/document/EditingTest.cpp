@@ -5,11 +5,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Desk;
-using testing::PitchTail;
-using testing::Ramp;
-using testing::Texts;
-using testing::WavBytes;
+using namespace testing;
 
 using Samples = std::vector<std::int16_t>;
 
@@ -40,27 +36,13 @@ TEST(Editing, AmplifyDoublesOrClipsAndAttenuateTruncatesTowardZero) {
   }
 }
 
-TEST(Editing, ACutIsUndoneExactlyWhateverWasCopiedSince) {
-  Desk desk;
-  const Samples sound = Ramp(5000);
-  desk.Load(sound);
-  desk.Mark(1000, 3000);
-  CutCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(desk.document.samples[1000], sound[3000]);
-  EXPECT_TRUE(desk.SilentBehindTheEnd());
-  desk.Mark(0, 10);
-  CopyCommand(desk.document, desk.states);
-  UndoCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(desk.Samples(), sound);
-  EXPECT_EQ(desk.document.clipSamples.size(), 10u) << "the clip is the copy's";
-}
-
 TEST(Editing, TheWholeSoundCanBeCutAndBroughtBack) {
   Desk desk;
   desk.Load(Ramp(300));
   SelectAllCommand(desk.window, desk.document, desk.states);
   CutCommand(desk.window, desk.document, desk.states);
   EXPECT_EQ(desk.document.sampleCount, 0);
+  EXPECT_TRUE(desk.SilentBehindTheEnd());
   EXPECT_EQ(desk.document.viewLength, 0);
   SelectAllCommand(desk.window, desk.document, desk.states);
   EXPECT_FALSE(desk.states.Holds(Need::EditableSelection)) << "nothing of nothing is selected";
@@ -99,77 +81,6 @@ TEST(Editing, APasteAtTheCapacityIsUndoneWhole) {
   PasteCommand(desk.window, desk.document, desk.states);  // into a full document
   EXPECT_EQ(desk.document.sampleCount, kMaxSamples);
   EXPECT_EQ(desk.document.samples[300], clip[0]);
-}
-
-TEST(Editing, APasteThatBreaksTwoChannelsAsksFirst) {
-  WavBytes wav;
-  wav.blockAlign = 4;
-  wav.samples = {1, -1, 2, -2, 3, -3};
-  Desk desk;
-  desk.Open(wav.Bytes(), ChannelMode::Two);
-  desk.Mark(1, 2);
-  CopyCommand(desk.document, desk.states);
-  const auto paste = [&](const char* answer) {
-    desk.window.answers = {answer};
-    PasteCommand(desk.window, desk.document, desk.states);
-    return desk.window.Log();
-  };
-  EXPECT_EQ(paste("no"), Texts{"ask|Parlowen(Tessiran) -- " + desk.document.filePath +
-                               "|此操作将破坏双声道数据的同步，继续吗？"});
-  EXPECT_EQ(desk.document.sampleCount, 3);
-  EXPECT_TRUE(desk.document.twoChannel && desk.states.Holds(Need::TwoChannelFile));
-  paste("yes");
-  EXPECT_EQ(desk.document.sampleCount, 4);
-  EXPECT_FALSE(desk.document.twoChannel);
-  SwapChannelsCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(desk.window.Log(), Texts{"none|" + desk.window.Caption() + "|没有双声道数据！"});
-  EXPECT_TRUE(desk.states.Holds(Need::TwoChannelFile)) << "to say so they can be chosen, up to the next load";
-  EXPECT_EQ(paste("no"), Texts{}) << "it is a mono sound now";
-  desk.Load({1, 2, 3});
-  EXPECT_FALSE(desk.states.Holds(Need::TwoChannelFile));
-}
-
-TEST(Editing, SwappedChannelsAreDrawnAndHaveNoContour) {
-  WavBytes wav;
-  wav.blockAlign = 4;
-  wav.samples = {1, -1, 2, -2};
-  wav.behind = PitchTail({5, 5, 0, 0});
-  Desk desk;
-  desk.Open(wav.Bytes(), ChannelMode::Two);
-  SwapChannelsCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(desk.document.viewSamples[0], -1);
-  EXPECT_FALSE(desk.document.pitchPresent);
-}
-
-TEST(Editing, KeepsTheContourAndItsCommands) {
-  WavBytes wav;
-  wav.samples = Ramp(1600);
-  wav.behind = PitchTail({5, 5, 5});
-  Desk desk;
-  desk.Open(wav.Bytes());
-  desk.Mark(1000, 1200);
-  AmplifyCommand(desk.window, desk.document);
-  AttenuateCommand(desk.window, desk.document);
-  CopyCommand(desk.document, desk.states);
-  PasteCommand(desk.window, desk.document, desk.states);
-  EXPECT_TRUE(desk.states.Holds(Need::Selection) && desk.states.Holds(Need::Contour));
-  CutCommand(desk.window, desk.document, desk.states);
-  EXPECT_FALSE(desk.states.Holds(Need::Selection)) << "nothing is selected";
-  EXPECT_TRUE(desk.document.pitchPresent && desk.states.Holds(Need::Contour));
-  EXPECT_EQ(desk.document.pitch[1], 5.0f);
-}
-
-TEST(Editing, AnUndoneSoundHoldsItsSelection) {
-  Desk desk;
-  desk.Load(Ramp(1000));
-  desk.Mark(0, 500);
-  CopyCommand(desk.document, desk.states);
-  PasteCommand(desk.window, desk.document, desk.states);
-  desk.Mark(1200, 1500);
-  UndoCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(desk.document.sampleCount, 1000);
-  EXPECT_LE(desk.document.selectionEnd, 1000);
-  EXPECT_FALSE(desk.states.Holds(Need::EditableSelection)) << "nothing of it is left";
 }
 
 }  // namespace

@@ -10,13 +10,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::Desk;
-using testing::Little;
-using testing::PitchTail;
-using testing::Ramp;
-using testing::Texts;
-using testing::WavBytes;
-using testing::WriteFile;
+using namespace testing;
 
 const std::string kNoWav = "error||不是 wav 文件", kNot16Bits = "error||不是单/双声道16位 .wav 文件！",
                   kCannotOpen = "error||文件打开错误", kLongFile = "error||长文件，选择调入起点";
@@ -44,27 +38,14 @@ std::vector<HostileCase> HostileFiles() {
   std::vector<HostileCase> cases = {
       {"nothing wrong", good, ""},
       {"four gigabytes announced", Wav([](auto& w) { w.dataSize = 0xFFFFFFFF; }).Bytes(), ""},
-      {"two gigabytes announced", Wav([](auto& w) {
-                                    w.dataSize = 0x80000000;
-                                    w.riffSize = 0x80000000;
-                                  }).Bytes(),
-       ""},
+      {"two gigabytes announced", Wav([](auto& w) { w.dataSize = w.riffSize = 0x80000000; }).Bytes(), ""},
       {"an odd data size", Wav([](auto& w) { w.dataSize = 7; }).Bytes(), "", 16000, 3},
-      {"half a sample at the end", Wav([](auto& w) {
-                                     w.dataSize = 21;
-                                     w.behind = "x";
-                                   }).Bytes(),
-       ""},
+      {"half a sample at the end", Wav([](auto& w) { w.dataSize = 21, w.behind = "x"; }).Bytes(), ""},
       {"no data", Wav([](auto& w) { w.samples.clear(); }).Bytes(), "", 16000, 0},
       {"data size 0 over samples", Wav([](auto& w) { w.dataSize = 0; }).Bytes(), "", 16000, 0},
-      {"fields that nobody reads", Wav([](auto& w) {
-                                     w.riffSize = 1;
-                                     w.wave = "AVI ";
-                                     w.fmt = "xxxx";
-                                     w.formatTag = 3;
-                                     w.channels = 65535;
-                                   }).Bytes(),
-       ""},
+      {"names that nobody reads", Wav([](auto& w) { w.wave = "AVI ", w.fmt = "xxxx"; }).Bytes(), ""},
+      {"fields that nobody reads",
+       Wav([](auto& w) { w.riffSize = 1, w.formatTag = 3, w.channels = 65535; }).Bytes(), ""},
       {"another byte order", Wav([](auto& w) { w.riff = "RIFX"; }).Bytes(), kNoWav, kOldRate},
       {"no bytes at all", "", kNoWav, kOldRate},
       {"43 bytes", good.substr(0, 43), kNoWav, kOldRate},
@@ -311,12 +292,10 @@ TEST(Reading, WhatASaveWouldTakeFromTheFileIsKnown) {
     return Wav([&](auto& w) { w.behind = bytes; }).Bytes();
   };
   const auto stereo = [](const std::string& bytes) {
-    return Wav([&](auto& w) {
-             w.blockAlign = 4;
-             w.behind = bytes;
-           })
-        .Bytes();
+    return Wav([&](auto& w) { w.blockAlign = 4, w.behind = bytes; }).Bytes();
   };
+  std::string many;
+  for (int i = 0; i < 1001; ++i) many += Chunk("JUNK", 0, "");
   const struct {
     const char* what;
     std::string bytes;
@@ -330,12 +309,7 @@ TEST(Reading, WhatASaveWouldTakeFromTheFileIsKnown) {
       {"an unknown record behind the contour", behind(contour + Chunk("abcd", 0, "")), true},
       {"a mark before the data", Wav([](auto& w) { w.between = Chunk("cue ", 4, "abcd"); }).Bytes(), true},
       {"zeros, then samples", behind(std::string(70000, 0) + "x"), true},
-      {"nothing but empty chunks", behind([] {
-         std::string many;
-         for (int i = 0; i < 1001; ++i) many += Chunk("JUNK", 0, "");
-         return many;
-       }()),
-       true},
+      {"nothing but empty chunks", behind(many), true},
       {"a comment", behind(list(writer + comment)), true},
       {"samples behind a size of 0", Wav([](auto& w) { w.dataSize = 0; }).Bytes(), true},
       {"two channels, one loaded", stereo(""), true},

@@ -9,8 +9,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Desk;
-using testing::Ramp;
+using namespace testing;
 
 TEST(View, TheStartScaleIsTenMillisecondsAColumn) {
   const struct {
@@ -51,27 +50,6 @@ TEST(View, ItStaysInsideTheSoundAndDrawsItsCopy) {
   EXPECT_FALSE(desk.states.Holds(Need::LongSound)) << "a pane holds all that is left";
 }
 
-TEST(View, AnotherRateKeepsTheStartScaleUntilTheUserZooms) {
-  Desk desk;
-  desk.Load(Ramp(300000), 16000);
-  SoundDocument& d = desk.document;
-  d.TakeRate(11025, desk.states);
-  EXPECT_EQ(d.samplesPerPixel, 110);
-  EXPECT_EQ(d.viewLength, 1004 * 11025 / 100);
-  d.samplesPerPixel = 220;
-  d.pitchPresent = true;
-  // A file of 8000 Hz and 8 bits: refused, its rate stays.
-  testing::WavBytes wav;
-  wav.samples = Ramp(100);
-  wav.rate = 8000;
-  wav.bits = 8;
-  EXPECT_EQ(desk.Open(wav.Bytes()).size(), 1u);
-  EXPECT_EQ(d.sampleRate, 8000);
-  EXPECT_EQ(d.samplesPerPixel, 220);
-  EXPECT_EQ(d.viewLength, 1004 * 220);
-  EXPECT_FALSE(d.pitchPresent) << "periods of the old rate";
-}
-
 TEST(View, FramesAreCountedInIntegers) {
   SoundDocument document;
   const struct {
@@ -90,37 +68,6 @@ TEST(View, FramesAreCountedInIntegers) {
     EXPECT_EQ(document.frameCount(), c.frames) << c.count;
     EXPECT_EQ(document.ContourLength(), c.contour) << c.count;
   }
-}
-
-TEST(View, TheInsertPointFollowsTheStartOrElseTheView) {
-  Desk desk;
-  desk.Load(Ramp(30000), 1000);
-  SoundDocument& d = desk.document;
-  const auto scroll = [&](int start) {
-    d.viewStart = start;
-    d.setView(desk.states);
-  };
-  scroll(500);
-  EXPECT_EQ(d.insertPoint, 500);
-  d.insertPoint = 123;  // as SHIFT and a click set it
-  scroll(500);
-  EXPECT_EQ(d.insertPoint, 123) << "a view that did not move leaves it";
-  d.insertPoint = 500;
-  MarkEnd(d, desk.states, 700);
-  EXPECT_EQ(d.insertPoint, 500) << "a right click without a start leaves it";
-  EXPECT_FALSE(d.selectionDefined());
-  MarkStart(d, desk.states, 600);
-  EXPECT_EQ(d.selectionEnd, 700) << "a larger end stays";
-  scroll(800);
-  EXPECT_EQ(d.insertPoint, 600) << "with a start the view does not move it";
-  MarkStart(d, desk.states, 900);
-  EXPECT_EQ(d.selectionEnd, 900) << "a smaller one follows";
-  MarkEnd(d, desk.states, 850);
-  EXPECT_FALSE(d.selectionDefined()) << "no swap";
-  EXPECT_FALSE(desk.states.Holds(Need::EditableSelection));
-  desk.Mark(-5, 99999);
-  EXPECT_EQ(d.selectionStart, 0);
-  EXPECT_EQ(d.selectionEnd, 30000);
 }
 
 TEST(LevelMeasures, ThePeakIsTheLargestMagnitudeCappedAt32767) {

@@ -144,43 +144,6 @@ TEST(Fft, SamplesNoIntegerHoldsBecomeTheNearestOne) {
   }
 }
 
-TEST(Fft, AgreesWithASlowTransformInLongDouble) {
-  std::mt19937 random(14);
-  const long double turn = 2.0L * std::acos(-1.0L);
-  for (const int size : kSizes) {
-    const auto input = NoiseInput(size, random, 1.0);
-    std::vector<double> samples;
-    for (const Complex z : input) samples.push_back(std::trunc(1000.0 * z.re));
-    std::vector<Complex> output(input.size());
-    std::vector<Complex> real(input.size() / 2);
-    std::vector<Complex> fixed(input.size() / 2);
-    ComplexFft(input.data(), size, output.data());
-    RealFft(samples.data(), size, real.data());
-    RealFftFixed(samples.data(), size, fixed.data());
-    for (int k = 0; k < size; ++k) {
-      long double re = 0, im = 0, realRe = 0, realIm = 0;
-      for (int n = 0; n < size; ++n) {
-        const long double angle = -turn * static_cast<long double>((k * n) % size) / size;
-        const auto i = static_cast<std::size_t>(n);
-        re += input[i].re * std::cos(angle) - input[i].im * std::sin(angle);
-        im += input[i].im * std::cos(angle) + input[i].re * std::sin(angle);
-        realRe += samples[i] * std::cos(angle);
-        realIm += samples[i] * std::sin(angle);
-      }
-      const auto bin = static_cast<std::size_t>(k);
-      // The short twiddle angle is off by at most 4.8e-9 a stage, on bins of up to about 100.
-      EXPECT_NEAR(output[bin].re, static_cast<double>(re), 4e-6) << size;
-      EXPECT_NEAR(output[bin].im, static_cast<double>(im), 4e-6) << size;
-      if (2 * k >= size) continue;
-      EXPECT_NEAR(real[bin].re, static_cast<double>(realRe), 1e-3) << size;
-      EXPECT_NEAR(real[bin].im, static_cast<double>(realIm), 1e-3) << size;
-      // One unit lost a stage and value, and twiddles short by up to 3e-5.
-      EXPECT_NEAR(fixed[bin].re, static_cast<double>(realRe), 3.0 * std::sqrt(size) + 4.0) << size;
-      EXPECT_NEAR(fixed[bin].im, static_cast<double>(realIm), 3.0 * std::sqrt(size) + 4.0) << size;
-    }
-  }
-}
-
 TEST(Fft, TheInverseGivesTheInputBackAndLeavesItsOwnConjugated) {
   std::mt19937 random(15);
   for (const int size : kSizes) {

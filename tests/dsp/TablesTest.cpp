@@ -28,6 +28,13 @@ TEST(Tables, TwiddlesUseTheShortAngleAndStopAtHalf) {
   EXPECT_EQ(CosQ15[384], -23170);
   EXPECT_EQ(CosQ15[1], 32767);  // 32767.383
   EXPECT_EQ(SinQ15[1], -201);   // -201.06
+  for (std::size_t k = 0; k < 512; ++k) {
+    const double angle = std::acos(-1.0) * static_cast<double>(k) / 512;
+    EXPECT_NEAR(TwiddleTable[k].re, std::cos(angle), 4e-9) << k;
+    EXPECT_NEAR(TwiddleTable[k].im, -std::sin(angle), 4e-9) << k;
+    EXPECT_NEAR(CosQ15[k], 32768 * std::cos(angle), 1.001) << k;
+    EXPECT_NEAR(SinQ15[k], -32768 * std::sin(angle), 1.001) << k;
+  }
 }
 
 TEST(Tables, ApproxMagnitudeIsTheLargerPartTimesARoot) {

@@ -6,12 +6,7 @@ namespace parlowen {
 namespace {
 
 namespace fs = std::filesystem;
-using testing::ProgramResult;
-using testing::ReadFile;
-using testing::RunProgram;
-using testing::TempFolder;
-using testing::WriteFile;
-using testing::WriteSounds;
+using namespace testing;
 
 TEST(Program, AScriptErrorNamesItsLineTwiceAndStopsTheRun) {
   const TempFolder folder;
@@ -92,20 +87,6 @@ TEST(Program, ArgumentsAndScriptsThatDoNotOpen) {
     EXPECT_EQ(result.status, 1) << wrong;
     EXPECT_TRUE(result.lines.empty() && result.errors.find("Usage:") != std::string::npos) << wrong;
   }
-}
-
-TEST(Program, ASaveOnAFullDiskIsRefusedAndLeavesTheOldFile) {
-  const TempFolder folder;
-  WriteSounds(folder);
-  const std::string old = ReadFile(folder / "mono7.wav");
-  // 40 blocks of 512 bytes are less than the 64044 bytes of the sound.
-  const ProgramResult result = RunProgram(
-      folder, "", "answer file mono7.wav\ncommand 110\ncommand 120\nprint clip\n", "ulimit -f 40 &&");
-  EXPECT_EQ(result.status, 0);
-  ASSERT_EQ(result.lines.size(), 4u);
-  EXPECT_NE(result.lines[2].find("文件夹或文件名不对，请重选"), std::string::npos);
-  EXPECT_EQ(ReadFile(folder / "mono7.wav"), old);
-  for (const std::string& name : folder.Names()) EXPECT_NE(name[0], '.') << name;
 }
 
 }  // namespace

@@ -9,8 +9,7 @@
 namespace parlowen {
 namespace {
 
-using testing::kStories;
-using testing::ReadFile;
+using namespace testing;
 
 class Story : public ::testing::TestWithParam<std::string> {};
 

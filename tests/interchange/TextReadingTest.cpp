@@ -5,13 +5,12 @@
 #include "base/Gbk.h"
 #include "interchange/TextDecoding.h"
 #include "interchange/TextObject.h"
+#include "support/WavBytes.h"
 
 namespace parlowen {
 namespace {
 
-DecodedText Decoded(const std::string& bytes) {
-  return DecodeText({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()});
-}
+DecodedText Decoded(const std::string& bytes) { return DecodeText(testing::AsBytes(bytes)); }
 
 /// The characters as 16-bit units, written out without the reader's own arithmetic.
 std::string Utf16(std::u16string_view text, bool big) {

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "headless/Program.h"
+#include "shell/report/CsvRows.h"
 
 namespace parlowen::testing {
 
@@ -10,28 +11,19 @@ using Row = std::map<std::string, std::string>;
 
 /// The rows of a CSV by their columns.
 inline std::vector<Row> RowsOf(const std::string& csv) {
-  std::vector<std::vector<std::string>> lines(1, {""});
-  bool quoted = false;
-  for (std::size_t i = csv.starts_with("\xEF\xBB\xBF") ? 3 : 0; i < csv.size(); ++i) {
-    if (csv[i] == '"' && !(quoted && i + 1 < csv.size() && csv[i + 1] == '"')) {
-      quoted = !quoted;
-    } else if (!quoted && csv[i] == ',') {
-      lines.back().emplace_back();
-    } else if (!quoted && csv[i] == '\n') {
-      lines.push_back({""});
-    } else {
-      lines.back().back() += csv[i];
-      if (quoted && csv[i] == '"') ++i;
-    }
-  }
+  const TempFolder folder;
+  CsvRows lines(WriteFile(folder / "table.csv", csv));
+  std::vector<std::string> names, cells;
   std::vector<Row> rows;
-  for (std::size_t i = 1; i + 1 < lines.size(); ++i) {
-    EXPECT_EQ(lines[i].size(), lines[0].size());
-    for (std::size_t k = 0; k < lines[0].size(); ++k) {
+  for (lines.Next(names); lines.Next(cells);) {
+    EXPECT_EQ(cells.size(), names.size());
+    cells.resize(names.size());
+    for (std::size_t k = 0; k < names.size(); ++k) {
       if (k == 0) rows.emplace_back();
-      rows.back()[lines[0][k]] = k < lines[i].size() ? lines[i][k] : "";
+      rows.back()[names[k]] = cells[k];
     }
   }
+  EXPECT_FALSE(lines.failed());
   return rows;
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 #include <optional>
 
-#include "base/Bytes.h"
 #include "support/WavBytes.h"
 
 namespace parlowen::testing {
@@ -52,9 +51,5 @@ struct NspBytes {
     return magic + Little(formLength.value_or(static_cast<std::uint32_t>(rest.size())), 4) + rest;
   }
 };
-
-inline ByteSpan AsBytes(const std::string& text) {
-  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
-}
 
 }  // namespace parlowen::testing

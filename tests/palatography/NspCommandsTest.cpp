@@ -2,11 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include "document/EditCommands.h"
-#include "palatography/MarkerPicture.h"
+#include "document/Desk.h"
 #include "palatography/NspBytes.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
 
 namespace parlowen {
 namespace {
@@ -14,12 +11,8 @@ namespace {
 using namespace testing;
 using Samples = std::vector<std::int16_t>;
 
-struct Desk {
-  FakeWindow window;
-  CommandStates states;
-  SoundDocument document;
+struct NspDesk : Desk {
   PalateState palate;
-  TempFolder folder;
 
   int OpenSpeech(const std::string& bytes, const std::string& name = "s9.nsp") {
     return ReadTwoChannelNsp(window, document, states, WriteFile(folder / name, bytes));
@@ -27,7 +20,9 @@ struct Desk {
   int OpenEpg(const std::string& bytes, const std::string& name = "s9.nsp") {
     return ReadEpgNsp(window, document, states, palate, WriteFile(folder / name, bytes));
   }
-  Samples First(int count) const { return {document.samples.data(), document.samples.data() + count}; }
+  std::vector<std::int16_t> First(int count) const {
+    return {document.samples.data(), document.samples.data() + count};
+  }
 };
 
 std::string SpeechFile(const std::string& chunks, std::uint32_t rate = 16000) {
@@ -40,7 +35,7 @@ const std::string kWholeEpg = EpgFile(Speech("SDA_", {5, 6, 7, 8}) + Preferences
                                       Marker("MKA_", 2, "t") + Marker("MKA_", 4, ""));
 
 TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
-  Desk desk;
+  NspDesk desk;
   ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
   EXPECT_EQ(desk.First(5), (Samples{5, 6, 7, 8, 0}));
   EXPECT_TRUE(desk.states.Holds(Need::PalateFile));
@@ -61,7 +56,7 @@ TEST(NspCommands, AnEpgFileEnablesThePalateCommandsUntilTheNextSound) {
 }
 
 TEST(NspCommands, ARefusalLeavesEverything) {
-  Desk desk;
+  NspDesk desk;
   ASSERT_EQ(desk.OpenEpg(kWholeEpg, "good3.nsp"), 1);
   const std::string caption = desk.window.Caption();
   const auto unchanged = [&] {
@@ -130,29 +125,6 @@ TEST(NspCommands, ARefusalLeavesEverything) {
     EXPECT_EQ(desk.OpenSpeech(rate(good, false)), 1);
     EXPECT_EQ(desk.OpenEpg(rate(good, true)), 1);
   }
-}
-
-TEST(NspCommands, MarkersAreDrawnWhileTheSamplesAreTheFiles) {
-  Desk desk;
-  ASSERT_EQ(desk.OpenEpg(kWholeEpg), 1);
-  const auto drawn = [&] {
-    Picture picture{100, 50, {}};
-    AddEpgMarkers(picture, desk.palate, desk.document, 20, [](int sample) { return 18 + sample; });
-    return picture.marks;
-  };
-  const auto marks = drawn();  // sample 2 at column 20, 4 at column 22 and without a label
-  ASSERT_EQ(marks.size(), 3u);
-  EXPECT_EQ(std::get<LineMark>(marks[0]).from.x, 20);
-  EXPECT_EQ(std::get<TextMark>(marks[1]).text, "t");
-  EXPECT_EQ(std::get<LineMark>(marks[2]).from.x, 22);
-  MarkStart(desk.document, desk.states, 0);
-  MarkEnd(desk.document, desk.states, 2);
-  CutCommand(desk.window, desk.document, desk.states);
-  EXPECT_TRUE(drawn().empty()) << "they would stand at the wrong places";
-  UndoCommand(desk.window, desk.document, desk.states);
-  EXPECT_EQ(drawn().size(), 3u);
-  ASSERT_EQ(desk.OpenSpeech(SpeechFile(Speech("SDA_", {5, 6, 7, 8}))), 1);
-  EXPECT_TRUE(drawn().empty()) << "another sound of the same length";
 }
 
 }  // namespace

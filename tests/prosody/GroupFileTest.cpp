@@ -88,6 +88,14 @@ TEST(GroupFile, ClearingTheRestIsAChoice) {
 }
 
 TEST(GroupFile, ADamagedFileIsSeen) {
+  const auto with = [](Bytes file, std::size_t at, std::uint8_t low, std::uint8_t high = 0) {
+    file[at] = low;
+    file[at + 1] = high;
+    return file;
+  };
+  const Bytes one = FileOf(kPairs, 1, 1), two = FileOf(kPairs, 2, 5);
+  Bytes longer = one;
+  longer.push_back(0);
   const struct {
     const char* why;
     Bytes file;
@@ -98,50 +106,14 @@ TEST(GroupFile, ADamagedFileIsSeen) {
       {"half a count", {0}, false},
       {"no group", {0, 0}, true},
       {"no group and something behind", {0, 0, 1, 2, 3}, true},
-      {"198·G + 3 bytes",
-       [] {
-         Bytes f = FileOf(kPairs, 1, 1);
-         f.push_back(0);
-         return f;
-       }(),
-       false},
-      {"a byte short",
-       [] {
-         Bytes f = FileOf(kPairs, 1, 1);
-         f.pop_back();
-         return f;
-       }(),
-       false},
+      {"198·G + 3 bytes", longer, false},
+      {"a byte short", Bytes(one.begin(), one.end() - 1), false},
       {"the other kind", FileOf(kDurationLayout, 1, 1), false},
-      {"a negative count",
-       [] {
-         Bytes f = FileOf(kPairs, 1, 1);
-         f[1] = 0x80;
-         return f;
-       }(),
-       false},
-      {"a count beyond the file",
-       [] {
-         Bytes f = FileOf(kPairs, 1, 1);
-         f[1] = 0x7F;
-         return f;
-       }(),
-       false},
+      {"a negative count", with(one, 0, 1, 0x80), false},
+      {"a count beyond the file", with(one, 0, 1, 0x7F), false},
       {"48 points", FileOf(kPairs, 2, 48), false},
-      {"no points in the second group",
-       [] {
-         Bytes f = FileOf(kPairs, 2, 5);
-         f[208] = 0;
-         return f;
-       }(),
-       false},
-      {"−1 points",
-       [] {
-         Bytes f = FileOf(kPairs, 2, 5);
-         f[208] = f[209] = 0xFF;
-         return f;
-       }(),
-       false},
+      {"no points in the second group", with(two, 208, 0), false},
+      {"−1 points", with(two, 208, 0xFF, 0xFF), false},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(GroupCountOf(kPairs, c.file).has_value(), c.good) << c.why;

@@ -2,21 +2,17 @@
 
 #include <gtest/gtest.h>
 
-#include "base/Gbk.h"
 #include "prosody/DurationCommands.h"
 #include "prosody/Durations.h"
 #include "support/Child.h"
 #include "support/FakeWindow.h"
 #include "support/TempFolder.h"
+#include "support/WavBytes.h"
 
 namespace parlowen {
 namespace {
 
-using testing::FakeWindow;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
 constexpr const char* kCaption = "Parlowen(Tessiran)";
 std::string Refusal(const char* text, const char* icon = "error") {
@@ -24,7 +20,6 @@ std::string Refusal(const char* text, const char* icon = "error") {
 }
 
 const std::string kFull = Refusal("数据太多，不能再加入！", "none");
-const std::string kNoGroup = Refusal("无此组名！", "none");
 const std::string kDamaged = Refusal("声音长度统计文件错误！");
 const std::string kCannotOpen = Refusal("文件打开错误，请重试！");
 
@@ -40,11 +35,7 @@ class GroupFlow : public ::testing::Test {
   bool Shown(const Texts& log, const std::string& text) {
     return std::find(log.begin(), log.end(), text) != log.end();
   }
-  std::vector<ValueGroup> Groups() {
-    const std::string bytes = ReadFile(path);
-    return ReadGroups(kDurationLayout, {reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()})
-        .value();
-  }
+  std::vector<ValueGroup> Groups() { return ReadGroups(kDurationLayout, AsBytes(ReadFile(path))).value(); }
   std::string Full(int used) {
     std::string file(202, '\0');
     file[0] = 1;
@@ -60,21 +51,6 @@ class GroupFlow : public ::testing::Test {
   CurrentGroup current;
 };
 
-TEST_F(GroupFlow, ATeacherFillsTwoGroups) {
-  Add(100, {open, "no", "ok:长音节"});
-  Add(200, {"yes"});
-  Add(300, {"no", open, "yes", "yes", "ok:b"});
-  Add(400, {"no", open, "no", "ok:长音节"});
-  Add(500, {"yes"});
-  const auto groups = Groups();
-  ASSERT_EQ(groups.size(), 2u);
-  EXPECT_EQ(FromGbk(groups[0].name), "长音节");
-  EXPECT_TRUE(groups[0].negative);
-  EXPECT_EQ(groups[0].values, (std::vector<std::uint16_t>{100, 200, 400, 500}));
-  EXPECT_FALSE(groups[1].negative);
-  EXPECT_EQ(groups[1].values, (std::vector<std::uint16_t>{300}));
-}
-
 TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
   for (const bool byName : {false, true}) {
     SCOPED_TRACE(byName);
@@ -89,36 +65,6 @@ TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
     EXPECT_TRUE(Shown(Add(7, answers), kFull));
     EXPECT_EQ(ReadFile(path), full);
   }
-}
-
-TEST_F(GroupFlow, ACancelledDialogLeavesNothingBehind) {
-  Add(1, {"cancel"});
-  Add(1, {open, "yes", "cancel"});
-  EXPECT_TRUE(folder.Names().empty());
-  EXPECT_FALSE(current.known);
-
-  WriteFile(path, Full(3));
-  const std::string before = ReadFile(path);
-  Add(1, {open, "yes", "yes", "cancel"});
-  Add(1, {open, "no", "cancel"});
-  EXPECT_TRUE(Shown(Add(1, {open, "no", "ok:A"}), kNoGroup)) << "names are compared exactly";
-  EXPECT_EQ(ReadFile(path), before);
-  EXPECT_FALSE(current.known);
-  EXPECT_EQ(folder.Names(), Texts{"data.lgs"});
-}
-
-TEST_F(GroupFlow, ANameMayBePhonetic) {
-  Add(1, {open, "yes", "ok:tʂʰ"});
-  Add(2, {"no", open, "no", "ok:tʂʰ"});
-  ASSERT_EQ(Groups().size(), 1u);
-  EXPECT_EQ(Groups()[0].name, "t\xAA\xE4\xAA\xF4");
-  EXPECT_EQ(Groups()[0].values.size(), 2u);
-}
-
-TEST_F(GroupFlow, ANameWithoutGbkCodesIsAskedAgain) {
-  const Texts log = Add(1, {open, "yes", "ok:😀", "ok:a"});
-  EXPECT_TRUE(Shown(log, Refusal("有字符没有 GBK 编码，请改写", "none")));
-  EXPECT_EQ(Groups()[0].name, "a");
 }
 
 TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {

@@ -5,9 +5,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Ramp;
-using testing::Station;
-using testing::Texts;
+using namespace testing;
 
 constexpr auto kLeft = MouseButton::Left, kRight = MouseButton::Right;
 
@@ -74,19 +72,6 @@ TEST(MainView, ZoomingAtThePointerKeepsItsSample) {
   EXPECT_EQ(s.w.document.samplesPerPixel, 1);
 }
 
-TEST(MainView, ADragIsALeftAndARightClick) {
-  Station s, t;
-  for (Station* station : {&s, &t}) station->Load(Ramp(100000));
-  s.w.view.MarkStretch(Pane::Waveform, 300, 100);
-  t.Click(Pane::Waveform, 100);
-  t.Click(Pane::Waveform, 300, kRight);
-  EXPECT_EQ(s.w.document.selectionStart, 80 * 160);
-  EXPECT_EQ(s.w.document.selectionEnd, 280 * 160);
-  EXPECT_EQ(t.w.document.selectionStart, s.w.document.selectionStart);
-  EXPECT_EQ(t.w.document.selectionEnd, s.w.document.selectionEnd);
-  EXPECT_EQ(t.w.states.Enabled(), s.w.states.Enabled());
-}
-
 TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   Station s;
   s.Load(Ramp(10000));
@@ -97,33 +82,6 @@ TEST(MainView, ABrokenOffRegionForgetsItsCorner) {
   s.w.dispatchCommand(40010);
   s.w.Click(Pane::Waveform, {1, 2}, kLeft, false);
   EXPECT_EQ(s.w.document.activity, Activity::RegionDrag);
-}
-
-TEST(MainView, ThePictureFollowsViewShadesAndEdits) {
-  Station s;
-  s.Load(Ramp(300000));
-  s.w.dispatchCommand(180);
-  const SpectrogramState& shown = s.w.spectrogram;
-  EXPECT_TRUE(s.w.Key("d"));
-  const auto shaded = shown.matrix.greys;
-  s.w.Select(1000, 90000);
-  s.w.Key("PageDown");
-  EXPECT_TRUE(shown.stretch.followsView);
-  EXPECT_EQ(shown.stretch.start, s.w.document.viewStart);
-  s.w.Key("Home");
-  EXPECT_EQ(shown.matrix.greys, shaded);
-  s.w.dispatchCommand(40001);
-  EXPECT_TRUE(shown.shown);
-  EXPECT_NE(shown.matrix.greys, shaded);
-  s.Load(Ramp(1500));
-  EXPECT_FALSE(shown.shown) << "a new sound has no picture";
-  EXPECT_FALSE(s.w.Key("D"));
-  s.w.dispatchCommand(170);
-  s.w.Select(0, 700);
-  s.w.dispatchCommand(40007);
-  EXPECT_TRUE(shown.shown);
-  s.w.dispatchCommand(40001);
-  EXPECT_FALSE(shown.shown) << "too little is left for a picture";
 }
 
 TEST(MainView, MarksBeforeAnySoundDoNoHarm) {

@@ -51,12 +51,6 @@ TEST(Panes, NothingStandsOverTheData) {
     }
 }
 
-/// A window that keeps the tool opened last.
-struct ToolKeeper : testing::FakeWindow {
-  std::unique_ptr<ToolWindow> tool;
-  void OpenToolWindow(std::unique_ptr<ToolWindow> opened) override { tool = std::move(opened); }
-};
-
 /// Texts over an image or over the points of a curve of at least thirty.
 std::string TextOverCurves(const Picture& picture) {
   std::string found;
@@ -88,7 +82,7 @@ std::string TextOverCurves(const Picture& picture) {
 
 TEST(ToolWindows, NoTextStandsOverACurveOrAnImage) {
   const testing::TempFolder folder;
-  ToolKeeper window;
+  testing::FakeWindow window;
   Workstation w(window, folder.path());
   const std::string sounds = PARLOWEN_SOURCE_DIR "/sounds/";
   const struct {
@@ -106,7 +100,7 @@ TEST(ToolWindows, NoTextStandsOverACurveOrAnImage) {
     w.Select(16000, 24000);
     w.dispatchCommand(220);
     for (const auto& c : cases) {
-      window.tool.reset();
+      if (window.tool) window.CloseTool();
       window.answers.assign(c.answers.begin(), c.answers.end());
       w.dispatchCommand(c.command);
       if (window.tool == nullptr) continue;

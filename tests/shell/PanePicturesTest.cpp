@@ -7,8 +7,7 @@
 namespace parlowen {
 namespace {
 
-using testing::Ramp;
-using testing::Station;
+using namespace testing;
 
 template <typename M>
 std::vector<M> Marks(const Picture& picture) {

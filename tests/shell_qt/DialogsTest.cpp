@@ -68,8 +68,9 @@ TEST_F(DialogsTest, LinesDivideGroupsOfRadioButtonsFromEachOtherAndFromFields) {
       field.label = "x";
       form.fields.push_back(field);
     }
+    const FormDialog dialog(form, nullptr);
     std::string rows;
-    for (const QFrame* frame : FormDialog(form, nullptr).findChildren<QFrame*>())
+    for (const QFrame* frame : dialog.findChildren<QFrame*>())
       if (frame->frameShape() == QFrame::HLine) rows += '|';
     return rows;
   };

@@ -6,8 +6,8 @@
 #include <QTest>
 #include <QWheelEvent>
 
-#include "base/Files.h"
-#include "document/WavFile.h"
+#include "support/TempFolder.h"
+#include "support/WavBytes.h"
 
 namespace parlowen {
 
@@ -72,13 +72,17 @@ void WindowTest::CloseForgottenBox() {
 
 void WindowTest::TearDown() { window.reset(); }
 
+QString WindowTest::WriteSound(const char* name, int rate, std::vector<std::int16_t> samples) {
+  testing::WavBytes wav;
+  wav.rate = static_cast<std::uint32_t>(rate);
+  wav.samples = std::move(samples);
+  return QString::fromStdString(testing::WriteFile(folder.filePath(name).toStdString(), wav.Bytes()));
+}
+
 QString WindowTest::WriteRamp(const char* name, int rate, int count) {
-  ByteWriter out;
-  WriteWavHeader(out, rate, 1, count);
-  for (int i = 0; i < count; ++i) out.PutInt16LE(static_cast<std::int16_t>(i % 8000 - 4000));
-  const QString path = folder.filePath(name);
-  EXPECT_EQ(ReplaceFile(path.toStdString(), out.bytes()), 0);
-  return path;
+  std::vector<std::int16_t> samples;
+  for (int i = 0; i < count; ++i) samples.push_back(static_cast<std::int16_t>(i % 8000 - 4000));
+  return WriteSound(name, rate, std::move(samples));
 }
 
 void WindowTest::Open(const QString& path) {

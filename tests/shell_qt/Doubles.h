@@ -37,6 +37,7 @@ class WindowTest : public ::testing::Test {
   void SetUp() override;
   void TearDown() override;
 
+  QString WriteSound(const char* name, int rate, std::vector<std::int16_t> samples);
   /// A mono sound: a quiet ramp, so that each sample has a value of its own.
   QString WriteRamp(const char* name, int rate, int count);
   void Open(const QString& path);

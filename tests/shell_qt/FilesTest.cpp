@@ -9,7 +9,9 @@
 #include <QTest>
 #include <QUrl>
 
+#include "palatography/NspBytes.h"
 #include "shell_qt/Doubles.h"
+#include "support/TempFolder.h"
 
 namespace parlowen {
 namespace {
@@ -38,36 +40,25 @@ class FilesTest : public WindowTest {
 };
 
 TEST_F(FilesTest, EachKindOfFileGoesToItsReader) {
-  // Two channels of 3 samples at 10 kHz: form head, header chunk, speech chunks.
-  const auto little = [](int value) {
-    return QByteArray(1, static_cast<char>(value & 255)) + QByteArray(1, static_cast<char>(value >> 8)) +
-           QByteArray(2, 0);
+  const auto write = [&](const char* name, const std::string& bytes) {
+    return QString::fromStdString(testing::WriteFile(folder.filePath(name).toStdString(), bytes));
   };
-  const QByteArray head = "NHDR" + little(100) + QByteArray(36, 0) + little(10000) + QByteArray(60, 0);
-  const QByteArray rest =
-      head + "SDA_" + little(6) + QByteArray("abcdef") + "SD_B" + little(6) + QByteArray("ghijkl");
-  const auto write = [&](const char* name, const QByteArray& bytes) {
-    QFile file(folder.filePath(name));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    return file.fileName();
-  };
-  EXPECT_TRUE(Drop(write("two.NSP", "FORMDS16" + little(static_cast<int>(rest.size())) + rest)));
+  testing::NspBytes speech;
+  speech.rate = 10000;
+  speech.chunks = testing::Speech("SDA_", {1, 2, 3}) + testing::Speech("SD_B", {4, 5, 6});
+  EXPECT_TRUE(Drop(write("two.NSP", speech.TwoChannel())));
   EXPECT_TRUE(Document().twoChannel);
   EXPECT_EQ(Document().sampleRate, 10000);
   EXPECT_EQ(Document().sampleCount, 3);
   EXPECT_TRUE(preferences->RecentFiles().constFirst().endsWith("two.NSP"));
-  // A palate recording: date, rate, number of samples, maxima.
-  const QByteArray palate = "HEDR" + little(32) + QByteArray(20, 0) + little(8000) + little(3) +
-                            QByteArray(4, 0) + "SDA_" + little(6) + QByteArray("abcdef");
-  EXPECT_TRUE(Drop(write("palate.nsp", "FORMDS16" + little(static_cast<int>(palate.size())) + palate)));
-  EXPECT_EQ(Document().sampleRate, 8000);
+  EXPECT_TRUE(Drop(SoundsFile("synthetic_palate_16000.nsp")));
+  EXPECT_EQ(Document().sampleRate, 16000);
   EXPECT_TRUE(Station().palate.loaded);
   BoxWatcher refused("确定");
   EXPECT_TRUE(Drop(write("broken.vch", "x")));
   EXPECT_TRUE(Drop(write("one.ipa", "x")));
   EXPECT_EQ(refused.texts, QStringList({"无此元音图数据文件！", "不是 wav 文件"}));
-  EXPECT_EQ(Document().sampleRate, 8000);
+  EXPECT_EQ(Document().sampleRate, 16000);
 }
 
 TEST_F(FilesTest, ADroppedTextGridLeavesAChangedSoundWithoutAQuestion) {

@@ -2,12 +2,16 @@
 #include <QFile>
 #include <QPainter>
 #include <QSvgRenderer>
+#include <QXmlStreamReader>
+#include <array>
 #include <cmath>
 #include <utility>
 
 #include "shell/qt/PictureExport.h"
 #include "shell/qt/PicturePainter.h"
 #include "shell_qt/Doubles.h"
+#include "ui/Png.h"
+#include "ui/Svg.h"
 
 namespace parlowen {
 namespace {
@@ -49,6 +53,43 @@ QImage WhitePaper(QSize size) {
   QImage image(size, QImage::Format_RGB32);
   image.fill(Qt::white);
   return image;
+}
+
+TEST(PictureFilesTest, EveryImageDecodesToItsPixels) {
+  // 255·257 bytes with the filter bytes are one full stored block of 65535; one row more needs a second.
+  const std::array<int, 3> sizes[] = {{1, 1, 1}, {3, 2, 3}, {254, 257, 1}, {254, 258, 1}, {1004, 256, 1}};
+  for (const auto& [columns, rows, channels] : sizes) {
+    std::vector<std::uint8_t> pixels(static_cast<std::size_t>(columns * rows * channels));
+    for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = static_cast<std::uint8_t>(i * 37 + i / 251);
+    const auto png = EncodePng(columns, rows, channels, pixels);
+    const QImage image = QImage::fromData(png.data(), static_cast<int>(png.size()), "PNG");
+    ASSERT_EQ(image.size(), QSize(columns, rows));
+    auto next = pixels.begin();
+    for (int y = 0; y < rows; ++y)
+      for (int x = 0; x < columns; ++x) {
+        const QRgb pixel = image.pixel(x, y);
+        const std::uint8_t red = *next++, green = channels == 3 ? *next++ : red,
+                           blue = channels == 3 ? *next++ : red;
+        ASSERT_EQ(pixel, qRgb(red, green, blue)) << columns << ": " << x << ", " << y;
+      }
+  }
+}
+
+TEST(PictureFilesTest, Base64FollowsItsStandard) {
+  for (const QByteArray plain : {"", "f", "fo", "foo", "foobar", "\xFB\xFF\xFE"})
+    EXPECT_EQ(ToBase64({reinterpret_cast<const std::uint8_t*>(plain.data()),
+                        static_cast<std::size_t>(plain.size())}),
+              plain.toBase64().toStdString());
+}
+
+TEST(PictureFilesTest, NoTextCanBreakTheDocument) {
+  Picture picture{10, 10, {}};
+  for (const char* text :
+       {"]]>", "</text>", "\x01\x1F\n\r", "\xFF\xC0", "\xEF\xBF\xBE \xEF\xBF\xBF", "\x7F", "&amp;"})
+    picture.Add(TextMark{0, 0, text});
+  QXmlStreamReader reader(QByteArray::fromStdString(ToSvg(picture)));
+  while (!reader.atEnd()) reader.readNext();
+  EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString() << ToSvg(picture);
 }
 
 TEST(PicturePainterTest, LinesAndBoxesCoverExactlyTheirPixels) {

@@ -2,8 +2,6 @@
 #include <QTest>
 #include <cmath>
 
-#include "base/Files.h"
-#include "document/WavFile.h"
 #include "pitch/PitchPicture.h"
 #include "shell_qt/Doubles.h"
 
@@ -17,15 +15,11 @@ class RepairTest : public WindowTest {
  protected:
   /// A train of pulses with a decay, so that every harmonic is there.
   QString WritePulses(const char* name, int seconds) {
-    ByteWriter out;
-    const int count = seconds * kRate;
-    WriteWavHeader(out, kRate, 1, count);
-    for (int i = 0; i < count; ++i)
-      out.PutInt16LE(static_cast<std::int16_t>(9000.0 * std::exp(-(i % kPeriod) / 12.0) *
-                                               std::cos((i % kPeriod) * 0.3)));
-    const QString path = folder.filePath(name);
-    EXPECT_EQ(ReplaceFile(path.toStdString(), out.bytes()), 0);
-    return path;
+    std::vector<std::int16_t> samples;
+    for (int i = 0; i < seconds * kRate; ++i)
+      samples.push_back(static_cast<std::int16_t>(9000.0 * std::exp(-(i % kPeriod) / 12.0) *
+                                                  std::cos((i % kPeriod) * 0.3)));
+    return WriteSound(name, kRate, std::move(samples));
   }
   void StartRepair() {
     Open(WritePulses("pulses.wav", 3));

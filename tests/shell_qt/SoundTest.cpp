@@ -8,6 +8,8 @@
 namespace parlowen {
 namespace {
 
+using testing::Square;
+
 class SoundTest : public WindowTest {
  protected:
   void SetUp() override {
@@ -17,13 +19,6 @@ class SoundTest : public WindowTest {
     window->show();
     Activate();
   }
-  static std::vector<std::int16_t> Square(int amplitude) {
-    std::vector<std::int16_t> block;
-    for (int i = 0; i < kBlockSamples; ++i)
-      block.push_back(static_cast<std::int16_t>(i % 2 == 0 ? amplitude : -amplitude));
-    return block;
-  }
-
   testing::FakeLoudspeaker loudspeaker;
   testing::FakeMicrophone microphone;
 };

@@ -14,9 +14,7 @@
 namespace parlowen {
 namespace {
 
-using testing::kStories;
-using testing::ReadFile;
-using testing::Replaced;
+using namespace testing;
 
 int PaneWidthOf(const std::string& script) {
   const std::string arguments = testing::HeadValue(script, "arguments"), option = "--pane-width ";

@@ -3,6 +3,7 @@
 #include <cmath>
 #include <limits>
 
+#include "document/Desk.h"
 #include "dsp/SignalTables.h"
 #include "spectral/ConsonantCommands.h"
 #include "spectral/ConsonantFile.h"
@@ -10,43 +11,29 @@
 #include "spectral/FramePicture.h"
 #include "spectral/LtaCommands.h"
 #include "spectral/LtaFile.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
 #include "support/Vowels.h"
 
 namespace parlowen {
 namespace {
 
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
-struct Desk {
+struct Desk : testing::Desk {
   Desk(const std::vector<std::int16_t>& samples, int rate) {
     InitSignalTables();
-    std::copy(samples.begin(), samples.end(), document.samples.data());
-    document.resetForNewSound(static_cast<int>(samples.size()), rate, states);
-  }
-  void Select(int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
+    Take(samples, rate);
   }
   /// Every string of the open window.
   std::string Drawn() const {
     std::string all;
-    for (const Mark& mark : window.tool->Draw(1024, 640).marks)
+    for (const parlowen::Mark& mark : window.tool->Draw(1024, 640).marks)
       if (const auto* text = std::get_if<TextMark>(&mark)) all += text->text + "\n";
     return all;
   }
-  CommandStates states;
-  SoundDocument document;
-  testing::FakeWindow window;
   LpcAnalyser analyser;
   FrameState frames;
   LtaState lta;
   ConsonantState consonant;
-  TempFolder folder;
 };
 
 std::vector<std::int16_t> Vowel(int rate) {
@@ -76,30 +63,6 @@ TEST(FrameWindow, CutsItsFiguresAndFollowsWhileOpen) {
   desk.Select(8000, 9000);
   FollowSelectedFrames(desk.window, desk.document, desk.frames, desk.analyser);
   EXPECT_DOUBLE_EQ(frame.time, 0.25) << "a closed window follows nothing";
-}
-
-TEST(LtaWindow, RefusedFilesLeaveTheLevelsAlone) {
-  Desk desk(Vowel(16000), 16000);
-  desk.Select(2000, 10000);
-  LongTermSpectrumCommand(desk.window, desk.document, desk.lta);
-  EXPECT_EQ(desk.lta.frames, 199);  // p ≤ 10000 − 80, every 40 samples
-  const LtaSpectrum first = desk.lta.levels;
-  desk.window.answers = {"cancel", "file:" + desk.folder.path() + "/no/such/place.lta",
-                         "file:" + (desk.folder / "a.lta")};
-  for (const int result : {1, 1, 0})
-    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Save), result);
-  desk.Select(3000, 4000);
-  EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compute), 2);
-  desk.window.answers = {"file:" + (desk.folder / "a.lta"), "cancel", "file:" + (desk.folder / "none.lta")};
-  for (const int result : {0, 1, 1})
-    EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), result);
-  EXPECT_GT(desk.lta.difference->deviation, 0.05);
-  EXPECT_EQ(desk.lta.previous, first);
-  // The sound has changed under the open window.
-  desk.document.sampleRate = 8000;
-  desk.window.answers = {"file:" + (desk.folder / "a.lta")};
-  EXPECT_EQ(RunLta(desk.window, desk.document, desk.lta, LtaMode::Compare), 1);
-  EXPECT_EQ(desk.window.Log().back(), "none|Parlowen(Tessiran)|采样频率不一致，不能比较！");
 }
 
 TEST(LtaWindow, WhatDividesByZeroIsDrawnButNeverSaved) {
@@ -173,21 +136,6 @@ TEST(ConsonantWindow, TakesRatesAndPlacesUpToTheirBounds) {
        {std::pair{1.0, 120}, {0.1, 90}, {1e-3, 30}, {1e-4, 0}, {1e-9, 0}, {0.0, 0}})
     EXPECT_EQ(BandBarHeight(share * 5e5, 5e5), height);
   EXPECT_EQ(BandBarHeight(0, 0), 0);
-}
-
-TEST(ConsonantWindow, AStretchIsSavedAndListed) {
-  Desk desk(testing::Noise(9000, 6000), 16000);
-  desk.Select(1000, 2279);
-  desk.window.answers = {"yes", "file:" + (desk.folder / "s.con")};
-  ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
-  ASSERT_EQ(desk.consonant.stretch.size(), 7u);
-  const std::string bytes = ReadFile(desk.folder / "s.con");
-  EXPECT_EQ(bytes.substr(0, 16),
-            std::string("HEAD\x98\0\0\0\xE8\x03\0\0\xA0\0\0\0", 16));  // 8 + 32 + 7·16 behind, 1000, 160
-  EXPECT_EQ(bytes.substr(16, 32), std::string("Gravity\0\0\0\0\0\0\0\0\0Dispersion\0\0\0\0\0\0", 32));
-  desk.window.answers = {"yes", "file:" + desk.folder.path() + "/no/place.con"};
-  ConsonantStretchCommand(desk.window, desk.document, desk.consonant);
-  EXPECT_EQ(desk.window.Log().back(), "error|Parlowen(Tessiran)|不能建立文件！");
 }
 
 TEST(ConsonantFile, OneChangedByteIsNoticed) {

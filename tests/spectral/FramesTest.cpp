@@ -2,6 +2,7 @@
 
 #include <numeric>
 
+#include "document/Desk.h"
 #include "document/LevelMeasures.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/SignalTables.h"
@@ -12,14 +13,11 @@
 namespace parlowen {
 namespace {
 
-struct Sound {
+struct Sound : testing::Desk {
   Sound(const std::vector<std::int16_t>& samples, int rate) {
     InitSignalTables();
-    std::copy(samples.begin(), samples.end(), document.samples.data());
-    document.resetForNewSound(static_cast<int>(samples.size()), rate, states);
+    Take(samples, rate);
   }
-  CommandStates states;
-  SoundDocument document;
   LpcAnalyser analyser;
 };
 
@@ -39,8 +37,7 @@ TEST(FrameParameters, CurvesAreScaledAndMovedTogether) {
     auto samples = testing::MakeVowel(testing::kNineVowels[6], rate, 118, rate);
     samples[950] = samples[8500 % samples.size()] = 20000;
     Sound sound(samples, rate);
-    sound.document.selectionStart = c.start;
-    sound.document.selectionEnd = c.end;
+    sound.Select(c.start, c.end);
     const int at = rate / 3, length = std::min(512, rate / 39);
     const FrameParameters frame = AnalyseFrame(sound.document, at, sound.analyser);
     const int peak = SegmentPeakLevel(sound.document.Samples(), c.peakStart, c.peakEnd);

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "document/Desk.h"
 #include "document/LevelMeasures.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/Decibel.h"
@@ -10,7 +11,6 @@
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
 #include "spectral/SpectrumWindow.h"
-#include "support/FakeWindow.h"
 #include "support/Vowels.h"
 
 namespace parlowen {
@@ -19,25 +19,16 @@ namespace {
 using Kind = SpectrogramKind;
 
 /// An [a] of a rate, half a second of it marked from sample 1000 on.
-struct Sound {
+struct Sound : testing::Desk {
   explicit Sound(int rate, int count = 0) {
     InitSignalTables();
-    const auto samples = testing::MakeVowel(testing::kNineVowels[0], rate, 120, count > 0 ? count : rate);
-    std::copy(samples.begin(), samples.end(), document.samples.data());
-    document.resetForNewSound(static_cast<int>(samples.size()), rate, states);
+    Take(testing::MakeVowel(testing::kNineVowels[0], rate, 120, count > 0 ? count : rate), rate);
     Select(1000, 1000 + rate / 2);
-  }
-  void Select(int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
   }
   const SpectrogramState& Draw(Kind kind, bool threeDimensional = false) {
     SpectrogramCommand(window, document, shown, kind, {threeDimensional, &analyser});
     return shown;
   }
-  CommandStates states;
-  SoundDocument document;
-  testing::FakeWindow window;
   SpectrogramState shown;
   LpcAnalyser analyser;
 };

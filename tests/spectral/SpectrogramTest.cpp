@@ -7,13 +7,13 @@
 #include <cmath>
 #include <numbers>
 
+#include "document/Desk.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/Decibel.h"
 #include "dsp/FrameSpectrum.h"
 #include "dsp/SignalTables.h"
 #include "spectral/SpectrogramCommands.h"
 #include "spectral/SpectrogramPicture.h"
-#include "support/FakeWindow.h"
 
 namespace parlowen {
 namespace {
@@ -21,7 +21,7 @@ namespace {
 constexpr SpectrogramKind kWide = SpectrogramKind::WideBand, kNarrow = SpectrogramKind::NarrowBand;
 
 /// A loaded document of `count` samples, each `sample(i)`.
-struct Sound {
+struct Sound : testing::Desk {
   template <typename Sample>
   Sound(int rate, int count, Sample sample) {
     InitSignalTables();
@@ -31,12 +31,6 @@ struct Sound {
   SpectrogramMatrix Picture(SpectrogramKind kind) const {
     return ComputeSpectrogram(document, kind, SettingsOf(kind, document.sampleRate), StretchOf(document));
   }
-  void Select(int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
-  }
-  CommandStates states;
-  SoundDocument document;
 };
 
 auto Tone(double amplitude, double cyclesPerSample) {
@@ -169,25 +163,6 @@ TEST(Spectrogram, WithoutASelectionItLiesUnderThePanes) {
   EXPECT_EQ(StretchOf(sound.document).columnsPerSecond, 1) << "never 0";
 }
 
-TEST(Spectrogram, ATonesRowIsTheDarkest) {
-  for (const int rate : {8000, 16000, 22050, 44100})
-    for (const double share : {0.05, 0.2, 0.39})
-      for (const double amplitude : {3000.0, 32767.0}) {
-        SCOPED_TRACE(std::to_string(rate) + " · " + std::to_string(share));
-        Sound sound(rate, rate, Tone(amplitude, share));
-        sound.Select(rate / 4, rate / 2);
-        const SpectrogramMatrix matrix = sound.Picture(kNarrow);
-        ASSERT_GT(matrix.columns, 100);
-        for (const int column : {0, 50, 100}) {
-          const std::uint16_t* greys = matrix.Column(column);
-          const int row = static_cast<int>(std::lround(share * 512));
-          // Neighbours may be as black; far from the tone nothing may be.
-          EXPECT_EQ(greys[row], *std::min_element(greys, greys + 256));
-          EXPECT_GT(greys[row > 128 ? row - 60 : row + 60], greys[row] + 40);
-        }
-      }
-}
-
 TEST(Spectrogram, SoundsOfNothingAndOfLittleAreStood) {
   for (const int count : {0, 1, 3, 4, 5, 100}) {
     Sound sound(384000, count, [](int) { return -32768; });
@@ -216,41 +191,6 @@ TEST(Shading, DarkenAndLightenMoveBySeventhsAndEighths) {
     DarkenLightenMatrix(matrix, +1);
     EXPECT_EQ(matrix.greys[0], std::max(0, 255 - (255 - grey) * 8 / 7)) << grey;
   }
-}
-
-TEST(Shading, StepsAddUpUntilTheNextCommandAndStandForThePicture) {
-  Sound sound(16000, 32000, Bursts(16000));
-  testing::FakeWindow window;
-  SpectrogramState shown;
-  DarkenLighten(window, shown, +1);
-  EXPECT_TRUE(shown.shades.empty()) << "nothing is shown yet";
-  SpectrogramCommand(window, sound.document, shown, kWide);
-  const auto fresh = shown.matrix.greys;
-  for (const int direction : {+1, +1, -1}) DarkenLighten(window, shown, direction);
-  const auto shaded = shown.matrix.greys;
-  EXPECT_NE(shaded, fresh);
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_EQ(shown.matrix.greys, shaded);
-  SpectrogramCommand(window, sound.document, shown, kWide);
-  EXPECT_EQ(shown.matrix.greys, fresh);
-}
-
-TEST(Redraw, APictureOfTheViewStaysOneWhenSomethingIsMarked) {
-  Sound sound(16000, 320000, Bursts(16000));
-  testing::FakeWindow window;
-  SpectrogramState shown;
-  SpectrogramCommand(window, sound.document, shown, kNarrow);
-  sound.Select(1000, 9000);
-  sound.document.viewStart = 32000;
-  sound.document.setView(sound.states);
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_TRUE(shown.stretch.followsView);
-  EXPECT_EQ(shown.stretch.start, 32000);
-  SpectrogramCommand(window, sound.document, shown, kNarrow);
-  EXPECT_FALSE(shown.stretch.followsView);
-  sound.document.ClearSelection();  // as a cut does
-  RedrawSpectrogram(sound.document, shown);
-  EXPECT_TRUE(shown.stretch.followsView);
 }
 
 TEST(SpectrogramPicture, LowFrequenciesStandAtTheBottom) {

@@ -9,7 +9,7 @@
 namespace parlowen::testing {
 
 /// A window that writes down what a user would see and answers from a queue: "yes", "no", "cancel",
-/// "file:PATH", "raw:PATH" (the second filter), "ok:VALUE" (of the first field), "set:VALUE,VALUE" (of the first two).
+/// "file:PATH", "raw:PATH" (the second filter), "ok:VALUE" (of the first field), "last:VALUE", "set:VALUE,VALUE" (of the first two).
 /// With no answer left, everything is cancelled. It keeps the tool window that was opened last, as both programs do.
 class FakeWindow : public Window {
  public:
@@ -37,8 +37,9 @@ class FakeWindow : public Window {
       form.fields[1].value = answer.substr(comma + 1);
       return true;
     }
-    if (!answer.starts_with("ok:")) return false;
-    form.fields[0].value = answer.substr(3);
+    const bool last = answer.starts_with("last:");
+    if (!last && !answer.starts_with("ok:")) return false;
+    (last ? form.fields.back() : form.fields[0]).value = answer.substr(answer.find(':') + 1);
     return true;
   }
   void ShowStatus(const std::string& text) override { log.push_back("status|" + text); }

@@ -5,7 +5,13 @@
 #include <string>
 #include <vector>
 
+#include "base/Bytes.h"
+
 namespace parlowen::testing {
+
+inline ByteSpan AsBytes(const std::string& text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
 
 inline std::string Little(std::uint64_t value, int bytes) {
   std::string text;

@@ -5,14 +5,13 @@
 #include <numbers>
 #include <random>
 
+#include "support/Samples.h"
 #include "synthesis/Literal.h"
 
 namespace parlowen {
 namespace {
 
 using Samples = std::vector<std::int16_t>;
-
-SampleSpan SpanOf(const Samples& samples) { return {samples.data(), static_cast<int>(samples.size())}; }
 
 /// A sawtooth of eight harmonics, the period in whole samples: a dip, shortly behind it the peak, both of
 /// size `peak`.
@@ -98,39 +97,6 @@ TEST(Resynthesis, MarksAndOutputAreThoseOfTheLiteralMethod) {
   EXPECT_GT(laid, 500);
 }
 
-TEST(Resynthesis, TheFirstMarkStandsOnANegativePeakAndTheOthersOnPositiveOnes) {
-  // A dip at 40 + 100·n, a peak 15 later; unvoiced from frame 10 to 19, and then only dips are left.
-  Samples samples(6400, 0);
-  for (std::size_t n = 40; n < samples.size(); n += 100) {
-    samples[n] = -6000;
-    if (n < 1700) samples[n + 15] = 6000;
-  }
-  std::vector<float> contour(41, 100.0f);
-  for (std::size_t f = 10; f < 20; ++f) contour[f] = 0;
-  SynthesisJob job = MakeSynthesisJob(SpanOf(samples), 16000, 0, 6400);
-  FindPitchMarks(job, contour, -1);
-  ASSERT_GT(job.marks.size(), 18u);
-  EXPECT_EQ(job.marks[0], 40);
-  for (int i = 1; i <= 16; ++i) EXPECT_EQ(job.marks[static_cast<std::size_t>(i)], 55 + 100 * i);
-  // Frame 20 is sample 3200, half a frame earlier 3120: the first dip from there.
-  EXPECT_EQ(job.marks[17], 3140);
-  EXPECT_EQ(FindPitchMarks(job, contour, +1), 17);  // the second run has no positive peak
-  EXPECT_EQ(job.marks[0], 55);
-}
-
-TEST(Resynthesis, APeakBelowATenthDoesNotBeginARunAndTheSearchEndsWithIt) {
-  // Frames 0..9 hold dips of a twentieth, frames 20..29 of the full size.
-  Samples samples(6400, 0);
-  for (std::size_t n = 50; n < 1600; n += 100) samples[n] = -500;
-  for (std::size_t n = 3250; n < 4800; n += 100) samples[n] = -10000;
-  std::vector<float> contour(41, 0.0f);
-  for (std::size_t f = 0; f < 10; ++f) contour[f] = contour[f + 20] = 100.0f;
-  SynthesisJob job = MakeSynthesisJob(SpanOf(samples), 16000, 0, 6400);
-  FindPitchMarks(job, contour, -1);
-  ASSERT_FALSE(job.marks.empty());
-  EXPECT_EQ(job.marks[0], 3250);
-}
-
 TEST(Resynthesis, TheSamePeriodsReproduceAPeriodicSoundToTheTruncation) {
   const Samples samples = Periodic(16000, 160);
   SynthesisJob job = MarkedJob(samples, 160);
@@ -153,49 +119,6 @@ TEST(Resynthesis, HalfThePeriodsDoubleThePitchAndKeepTheDuration) {
   EXPECT_GT(SelfSimilarity(job.output, 2000, 14000, 80), 0.99);
   // It sounds to the end: but for the last periods, whose marks have no follower.
   EXPECT_GT(SelfSimilarity(job.output, 15000, 15600, 80), 0.9);
-}
-
-TEST(Resynthesis, WithoutATargetTheSamplesAreCopiedUpToTheLastMarkButOne) {
-  const Samples samples = Periodic(8000, 130);
-  SynthesisJob job = MarkedJob(samples, 130);
-  ASSERT_GT(job.marks.size(), 50u);
-  // 0.99 is no period, 251 samples between marks are below 64 Hz.
-  SynthesisJob low = MarkedJob(Periodic(8000, 130), 130);
-  low.marks = {10, 261, 512, 763, 1014};
-  for (SynthesisJob* one : {&job, &low}) {
-    SynthesizeOverlapAdd(*one, TargetCurve(51, one == &low ? 100.0f : 0.99f));
-    const int end = one->marks[one->marks.size() - 2];
-    Samples expected(samples.begin(), samples.begin() + end);
-    expected.resize(8100, 0);
-    EXPECT_EQ(one->output, expected);
-  }
-}
-
-TEST(Resynthesis, SilenceOrNoContourOrOneMarkIsCopied) {
-  for (const bool silent : {true, false}) {
-    const Samples samples = silent ? Samples(1600, 0) : Periodic(1600, 100);
-    SynthesisJob job = MarkedJob(samples, silent ? 100.0f : -1.0f);
-    EXPECT_TRUE(job.marks.empty());
-    SynthesizeOverlapAdd(job, TargetCurve(11, 100.0f));
-    Samples expected = samples;
-    expected.resize(1700, 0);
-    EXPECT_EQ(job.output, expected);
-    EXPECT_TRUE(job.ready);
-  }
-  SynthesisJob job = MarkedJob(Periodic(1600, 100), -1.0f);
-  job.marks = {700};
-  SynthesizeOverlapAdd(job, TargetCurve(11, 100.0f));
-  Samples expected = Periodic(700, 100);
-  expected.resize(1700, 0);
-  EXPECT_EQ(job.output, expected);
-}
-
-TEST(Resynthesis, SumsWrapAtSixteenBits) {
-  // Twice as many pieces over a constant: their weights sum to 2.
-  SynthesisJob job = MarkedJob(Samples(4000, 30000), -1.0f);
-  for (int mark = 100; mark < 4000; mark += 100) job.marks.push_back(mark);
-  SynthesizeOverlapAdd(job, TargetCurve(26, 50.0f));
-  for (std::size_t n = 500; n < 3000; ++n) ASSERT_NEAR(job.output[n], 60000 - 65536, 4) << n;
 }
 
 TEST(Resynthesis, APeriodOfOneSampleEndsAtTheCapacity) {

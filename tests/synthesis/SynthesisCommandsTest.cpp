@@ -93,57 +93,6 @@ TEST(SynthesisCommands, APlayEndsBeforeItsSamplesChangeOrGo) {
   EXPECT_EQ(stage.speaker.calls.back(), "close");
 }
 
-std::string Record(const std::vector<float>& periods) {
-  std::string bytes = "HEAD" + Little(4 * periods.size() + 4, 4) + Little(0, 4);
-  for (const float period : periods) bytes += Little(std::bit_cast<std::uint32_t>(period), 4);
-  return bytes;
-}
-
-TEST(SynthesisCommands, ARecordAFactorOrAnotherProgramsCurveBecomesTheTarget) {
-  Stage stage;
-  const std::string path = WriteFile(stage.folder / "a.pdt",
-                                     Record({1, 2}) + Record({90, 95, 0, 80, 1, 1, 1, 1, 1, 1, 70}) + "JUNK");
-  const TargetCurve nothing(101, 0.0f);
-  stage.readTarget = [](Window&, int first, int count) {
-    return std::optional(TargetCurve(static_cast<std::size_t>(count), static_cast<float>(200 + first)));
-  };
-  stage.Run([&](ToolWindow& tool) {
-    const auto press = [&](int number, std::vector<std::string> answers) {
-      stage.window.Log();
-      stage.window.answers.assign(answers.begin(), answers.end());
-      stage.Press(tool, number);
-      return stage.window.Log();
-    };
-    EXPECT_EQ(press(1101, {"file:" + stage.folder / "none.pdt"}).back(),
-              "error|Parlowen(Tessiran)|无基频数据文件！");
-    WriteFile(stage.folder / "bad.pdt", std::string("HEAD"));
-    EXPECT_EQ(press(1101, {"file:" + stage.folder / "bad.pdt"}).back(),
-              "error|Parlowen(Tessiran)|基频数据文件错误！");
-    EXPECT_EQ(press(1101, {"file:" + path, "ok:3"}).back(), "error|Parlowen(Tessiran)|没有这一段！");
-    EXPECT_EQ(press(1101, {"file:" + path, "cancel"}).back(), "input|调入基频数据|第几段（1--2）1");
-    for (const char* factor : {"ok:0.2", "ok:4.1", "ok:x", "ok:", "ok:nan", "ok:2x"})
-      EXPECT_EQ(press(1102, {factor}).back(), "error|Parlowen(Tessiran)|比例应在 0.25--4 之间") << factor;
-    EXPECT_EQ(stage.state.target, nothing);
-
-    press(1101, {"file:" + path, "ok:2"});
-    TargetCurve expected = nothing;
-    const float recorded[] = {90, 95, 0, 80, 1, 1, 1, 1, 1, 1};  // frame 10 is unvoiced here
-    std::copy(std::begin(recorded), std::end(recorded), expected.begin());
-    EXPECT_EQ(stage.state.target, expected);
-
-    press(1102, {"ok:1.25"});
-    expected.assign(101, 100.0f);
-    expected[10] = expected[100] = 0;  // behind the sound's last frame there is no pitch
-    EXPECT_EQ(stage.state.target, expected);
-
-    press(1103, {});
-    for (float& period : expected) period *= 2;
-    EXPECT_EQ(stage.state.target, expected);
-  });
-  stage.readTarget = nullptr;
-  stage.Run([&](ToolWindow& tool) { EXPECT_FALSE(tool.Controls().back().enabled); });
-}
-
 TEST(SynthesisCommands, ColumnsFollowZoomAndScrollBar) {
   Stage stage;
   stage.Run([&](ToolWindow& tool) {

@@ -5,18 +5,13 @@
 #include <cmath>
 #include <random>
 
-#include "base/Gbk.h"
 #include "dsp/SignalTables.h"
-#include "support/FakeWindow.h"
-#include "support/TempFolder.h"
-#include "voice/GlottalCommands.h"
 #include "voice/LinearPrediction.h"
 #include "voice_accuracy/LfVoice.h"
 
 namespace parlowen {
 namespace {
 
-using namespace testing;
 using bench::LfSettings;
 using bench::LfVoice;
 
@@ -112,66 +107,6 @@ TEST_F(Glottal, AFilterKeepsItsResonancesAndLosesTiltAndInstability) {
   ASSERT_EQ(kept.order, 2);
   EXPECT_NEAR(kept.a[1], -2 / radius * std::cos(1.0), 1e-9);
   EXPECT_NEAR(kept.a[2], 1 / r2, 1e-9);
-}
-
-TEST_F(Glottal, TheCommandRefusesInItsOrderAndTheWindowSpeaksOfItsPeriods) {
-  FakeWindow window;
-  TempFolder folder;
-  CommandStates states;
-  SoundDocument document;
-  GlottalState state;
-  std::pair<int, int> played;
-  const PlayGlottalStretch play = [&](Window&, int start, int end) { played = {start, end}; };
-  const std::string exportFolder = folder.path();
-  const GlottalDesk desk{document, state, exportFolder, play};
-  const LfVoice voice = bench::MakeLfVoice({});
-  std::copy(voice.samples.begin(), voice.samples.end(), document.samples.data());
-  document.resetForNewSound(static_cast<int>(voice.samples.size()), 16000, states);
-  const auto run = [&](int start, int end) {
-    document.selectionStart = start;
-    document.selectionEnd = end;
-    return GlottalWaveCommand(window, desk);
-  };
-  EXPECT_FALSE(run(kNoSelection, kNoSelection));
-  EXPECT_FALSE(run(1000, 9000));
-  document.pitchPresent = true;
-  document.pitch.fill(0.0f);
-  EXPECT_FALSE(run(1000, 1799));  // 49.9 ms
-  EXPECT_FALSE(run(1000, 1800));
-  EXPECT_EQ(window.Log(),
-            (Texts{"status|请先用鼠标左、右键选定语音段", "none|Parlowen(Tessiran)|请先求出基频！",
-                   "none|Parlowen(Tessiran)|语音段太短或太长，请重新选定！",
-                   "none|Parlowen(Tessiran)|所选段没有基频！"}));
-  EXPECT_EQ(window.tool, nullptr);
-
-  std::fill_n(document.pitch.begin(), 60, 16000 / 120.0f);
-  ASSERT_TRUE(run(1000, 9000));
-  EXPECT_EQ(document.activity, Activity::GlottalWave);
-  const std::size_t periods = state.wave.periods.size();
-  EXPECT_TRUE(window.tool->Key(window, "Right"));
-  const GlottalPeriod& third = state.wave.periods[2];
-  const int column = 60 + (third.start + third.length / 2 - state.wave.start) * (document.paneWidth - 80) /
-                              (state.wave.end - state.wave.start);
-  window.tool->Click(window, {column, 100}, MouseButton::Left, false);
-  EXPECT_EQ(state.chosen, 2);
-  EXPECT_EQ(window.tool->Title(), "声门波估计（估计值）");
-  const bool inverted = state.wave.inverted;
-  // An edit leaves the estimate what it is: of the sound that was selected.
-  std::fill_n(document.samples.data(), document.sampleCount, std::int16_t{0});
-  window.tool->Press(window, {1502, ""});
-  EXPECT_EQ(state.wave.inverted, !inverted);
-  window.tool->Press(window, {1502, ""});
-  EXPECT_EQ(state.wave.periods.size(), periods);
-  window.tool->Press(window, {1503, ""});
-  EXPECT_EQ(played, (std::pair{state.wave.start, state.wave.end}));
-  window.tool->Press(window, {1501, ""});
-  state.wave.periods[0].measures.naq = std::nan("");
-  const std::string text = FromGbk(GlottalWaveText(state.wave));
-  EXPECT_NE(text.find("\r\n标准差    F0="), std::string::npos);
-  EXPECT_NE(text.find("      --"), std::string::npos);
-  EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), static_cast<std::ptrdiff_t>(periods + 9));
-  window.tool->Closed(window);
-  EXPECT_EQ(document.activity, Activity::Waveform);
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <random>
 
 #include "dsp/SignalTables.h"
+#include "support/Samples.h"
 
 namespace parlowen {
 namespace {
@@ -27,10 +28,6 @@ std::vector<std::int16_t> Wave(double f0, const std::vector<double>& amplitudes,
     samples.push_back(static_cast<std::int16_t>(std::lround(sum)));
   }
   return samples;
-}
-
-SampleSpan SpanOf(const std::vector<std::int16_t>& samples) {
-  return {samples.data(), static_cast<int>(samples.size())};
 }
 
 TEST(VoiceMeasures, PerturbationIsTheMeanStepOverTheMean) {

@@ -68,36 +68,23 @@ TEST(ChartFile, PointsWithoutTheZeroWordAreReadToo) {
 
 TEST(ChartFile, DamagedFilesAreSeen) {
   const Bytes good = ChartBytes(ChartOf(3, false)).bytes();
-  const auto with = [&](std::size_t at, std::uint8_t value) {
-    Bytes b = good;
-    b[at] = value;
-    return b;
+  const auto counted = [](Bytes bytes, std::uint8_t low, std::uint8_t high = 0) {
+    bytes[0] = low;
+    bytes[1] = high;
+    return bytes;
   };
-  const struct {
-    const char* why;
-    Bytes bytes;
-  } cases[] = {
+  const std::pair<const char*, Bytes> cases[] = {
       {"empty", {}},
       {"one byte", {0}},
-      {"a point too few", with(0, 4)},
-      {"201 points",
-       [] {
-         Bytes b(2 + 201 * 22);
-         b[0] = 201;
-         return b;
-       }()},
-      {"−2 points",
-       [&] {
-         Bytes b = with(0, 0xFE);
-         b[1] = 0xFF;
-         return b;
-       }()},
+      {"a point too few", counted(good, 4)},
+      {"201 points", counted(Bytes(2 + 201 * 22), 201)},
+      {"−2 points", counted(good, 0xFE, 0xFF)},
       {"cut in a point", Bytes(good.begin(), good.end() - 1)},
       {"a Bark chart without a count", {0xFF, 0xFF, 1, 0}},
       {"a Bark chart with −1 points", {0xFF, 0xFF, 1, 0, 0xFF, 0xFF}},
       {"a Bark chart cut short", {0xFF, 0xFF, 1, 0, 1, 0, 1, 2, 3}},
   };
-  for (const auto& c : cases) EXPECT_FALSE(ReadChart(c.bytes, {})) << c.why;
+  for (const auto& [why, bytes] : cases) EXPECT_FALSE(ReadChart(bytes, {})) << why;
 }
 
 TEST(ChartFile, TheListingsAreTheseBytes) {

@@ -53,13 +53,6 @@ TEST(VowelChart, BarkPlacesAtKnownPoints) {
   EXPECT_EQ(BarkPlace(283, 2350, 120).x3, 0);
 }
 
-TEST(VowelChart, AveragesHaveTheirPhoneticLabels) {
-  std::string labels;
-  for (int speakers = 0; speakers < kSpeakerClasses; ++speakers)
-    for (const AverageVowel& vowel : AverageVowels(speakers)) labels += vowel.label;
-  EXPECT_EQ(labels, "iuyaoɤeɿʅiuyaoɤeɿʅiuyaoɤeɿʅiɪɛæɑɔʊuʌɝiɪɛæɑɔʊuʌɝiɪɛæɑɔʊuʌɝ");
-}
-
 TEST(VowelChart, PlacesOfNonsenseAreDefined) {
   for (const double f : {0.0, -5.0, HUGE_VAL, std::nan("")}) {
     FrequencyPlace(f, f, 2 * f, kPointAxes);

@@ -7,6 +7,7 @@
 #include "base/Bytes.h"
 #include "support/Child.h"
 #include "support/TempFolder.h"
+#include "support/WavBytes.h"
 #include "vowel/FormantFile.h"
 #include "vowel/VowelChartFile.h"
 #include "vowel/VowelGroupCommands.h"
@@ -15,12 +16,7 @@
 namespace parlowen {
 namespace {
 
-using testing::kNineVowels;
-using testing::MiddleOf;
-using testing::ReadFile;
-using testing::TempFolder;
-using testing::Texts;
-using testing::WriteFile;
+using namespace testing;
 
 std::string Notice(const char* text, const char* caption = nullptr, const char* icon = "none") {
   return std::string(icon) + "|" + (caption != nullptr ? caption : "Parlowen(Tessiran)") + "|" + text;
@@ -53,10 +49,6 @@ class VowelCommands : public ::testing::Test, protected testing::VowelStation {
     EXPECT_TRUE(window.answers.empty());
     return window.Log();
   }
-  const VowelPoint& Last() const {
-    return vowels.chart.points[static_cast<std::size_t>(vowels.chart.count - 1)];
-  }
-
   TempFolder folder;
 };
 
@@ -73,18 +65,6 @@ TEST_F(VowelCommands, ChartsAreRefusedAbove16000Hz) {
     SegmentChartCommand(window, {document, states, vowels});
     EXPECT_EQ(document.activity == Activity::SegmentChart, rate == 16000);
   }
-}
-
-TEST_F(VowelCommands, ClicksCollectVowels) {
-  Open();
-  for (int v = 0; v < 9; ++v) ClickAt(MiddleOf(v));
-  ASSERT_EQ(vowels.chart.count, 9);
-  for (int v = 0; v < 9; ++v)
-    EXPECT_NEAR(vowels.chart.points[static_cast<std::size_t>(v)].f2, kNineVowels[v].formants[1], 70)
-        << kNineVowels[v].name;
-  ClickAt(6700);  // silence between two vowels
-  ClickAt(document.sampleCount);
-  EXPECT_EQ(vowels.chart.count, 9);
 }
 
 TEST_F(VowelCommands, The199thClickIsStoredAndThe200thRefused) {
@@ -115,48 +95,6 @@ TEST_F(VowelCommands, TheLimitsOfATypedPoint) {
   for (const auto& c : cases) EXPECT_EQ(MayBeTyped(c.f1, c.f2), c.accepted) << c.f1 << ' ' << c.f2;
 }
 
-TEST_F(VowelCommands, TheLastPointIsTakenAwayOrCorrected) {
-  Open();
-  ClickAt(MiddleOf(0));
-  ClickAt(MiddleOf(0));
-  const VowelPoint a = Last();
-  Undo({"no", "yes"});
-  EXPECT_EQ(vowels.chart.count, 2);
-  EXPECT_FLOAT_EQ(Last().f1, 0.9f * a.f1);
-  EXPECT_FLOAT_EQ(Last().f2, 1.4f * a.f1);
-  EXPECT_EQ(Last().f3, a.f2);
-  Undo({"no", "no", "yes"});
-  EXPECT_GT(Last().f1, a.f1) << "measured again, not the corrected point once more";
-  EXPECT_LT(Last().f1, a.f2);
-  EXPECT_EQ(Last().f2, a.f3);
-  Undo({"no", "no", "no"});
-  EXPECT_EQ(Last().f1, a.f2);
-  EXPECT_EQ(Last().f2, a.f3);
-}
-
-TEST_F(VowelCommands, WithoutAClickInThisSoundNothingIsMeasured) {
-  Open();
-  Type({"set:300,1000"});
-  EXPECT_EQ(Undo({"no"}), Texts{kDeleteOrModify});
-  EXPECT_EQ(vowels.chart.count, 1);
-  ClickAt(MiddleOf(1));
-  ++document.soundGeneration;
-  EXPECT_EQ(Undo({"no"}), Texts{kDeleteOrModify});
-  EXPECT_EQ(vowels.chart.count, 2);
-}
-
-TEST_F(VowelCommands, ACancelledReferencePitchStaysZeroAndIsAskedAgain) {
-  Answer({"no", "cancel"});
-  PointChartCommand(window, {document, states, vowels});
-  EXPECT_EQ(vowels.chart.referenceF0, 0);
-  vowels.chart.Add(650, 2000, 0);
-  EXPECT_EQ(Last().y, 486);
-  Answer({"no", "ok:70000"});
-  PointChartCommand(window, {document, states, vowels});
-  EXPECT_EQ(vowels.chart.referenceF0, 4464) << "the low 16 bits";
-  EXPECT_LT(Last().y, 486);
-}
-
 TEST_F(VowelCommands, AFailedSaveLeavesTheOldChartFile) {
   Open(false);
   for (int v = 0; v < 3; ++v) ClickAt(MiddleOf(v));
@@ -180,65 +118,32 @@ TEST_F(VowelCommands, AFailedSaveLeavesTheOldChartFile) {
   EXPECT_EQ(ReadFile(path), old);
 }
 
-TEST_F(VowelCommands, ARefusedChartFileLeavesTheChart) {
-  Open();
-  ClickAt(MiddleOf(0));
-  const auto points = vowels.chart.points;
-  const std::string refused = Notice("无此元音图数据文件！", nullptr, "error");
-  document.activity = Activity::Waveform;
-  for (const std::string& path :
-       {folder / "none.vch", WriteFile(folder / "bad.vch", std::string("\x05\x00xx", 4)), folder.path()}) {
-    Answer({"file:" + path});
-    OpenChartCommand(window, {document, states, vowels});
-    EXPECT_EQ(window.Log().back(), refused);
-    Answer({"file:" + path});
-    ListChartCommand(window, {document, states, vowels}, folder.path());
-    EXPECT_EQ(window.Log().back(), refused);
-  }
-  EXPECT_EQ(vowels.chart.count, 1);
-  EXPECT_EQ(vowels.chart.points, points);
-  EXPECT_EQ(document.activity, Activity::Waveform);
-}
-
-TEST_F(VowelCommands, FormantsAreSavedInBlocks) {
+TEST_F(VowelCommands, ADamagedFormantFileIsListedUpToItsDamage) {
   const std::string path = folder / "f.fmt";
-  const auto save = [&](std::deque<std::string> answers) {
-    Answer(std::move(answers));
+  for (const int start : {1000, MiddleOf(0) - 1000}) {
+    Select(start, start + 2000);
+    Answer({"file:" + path, "no"});
     SaveFormantsCommand(window, document);
-    return window.Log();
-  };
-  Select(1000, 1199);
-  EXPECT_TRUE(save({}).empty()) << "199 samples";
-  Select(1000, 1200);
-  save({"file:" + path, "no"});
-  Select(MiddleOf(0) - 1000, MiddleOf(0) + 1000);
-  save({"file:" + path, "no"});
+  }
   const std::string bytes = ReadFile(path);
-  ASSERT_EQ(bytes.size(), 2 * 12u + (1 + 12) * 48);
+  ASSERT_EQ(bytes.size(), 2 * (12u + 12 * 48));
   std::vector<FormantBlock> blocks;
-  ReadFormantBlocks({reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size()}, blocks);
-  ASSERT_EQ(blocks.size(), 2u);
-  EXPECT_EQ(blocks[1].start, MiddleOf(0) - 1000);
-  for (const auto& frame : blocks[1].frames) {
+  ReadFormantBlocks(AsBytes(bytes), blocks);
+  for (const auto& frame : blocks.at(1).frames) {
     EXPECT_NEAR(frame[0], kNineVowels[0].formants[0], 70);
     EXPECT_NEAR(frame[2], kNineVowels[0].formants[1], 70);
   }
-  const auto list = [&] {
-    Answer({"file:" + path});
+  const auto list = [&](const std::string& file) {
+    Answer({"file:" + WriteFile(path, file)});
     ListFormantsCommand(window, document, folder.path());
-    return window.Log();
+    return std::pair(window.Log().back(), ReadFile(folder / "Formant.txt"));
   };
-  EXPECT_EQ(list().back(), "editor|" + (folder / "Formant.txt"));
-  const std::string whole = ReadFile(folder / "Formant.txt");
-  WriteFile(path, bytes.substr(0, bytes.size() - 1));
-  EXPECT_EQ(list().back(), Notice("共振峰数据文件错误！", nullptr, "error"));
-  const std::string first = ReadFile(folder / "Formant.txt");
+  const std::string whole = list(bytes).second, damaged = Notice("共振峰数据文件错误！", nullptr, "error");
+  const auto [said, first] = list(bytes.substr(0, bytes.size() - 1));
+  EXPECT_EQ(said, damaged);
   EXPECT_TRUE(!first.empty() && first.size() < whole.size() && whole.starts_with(first));
-  WriteFile(path, std::string((8 << 20) + 1, 'x'));
-  EXPECT_EQ(list().back(), Notice("共振峰数据文件错误！", nullptr, "error"));
-  EXPECT_EQ(ReadFile(folder / "Formant.txt"), first) << "too large a file is not read";
-  save({"file:" + path, "yes"});
-  EXPECT_EQ(ReadFile(path).size(), 12u + 12 * 48);
+  EXPECT_EQ(list(std::string((8 << 20) + 1, 'x')), std::pair(damaged, first))
+      << "too large a file is not read";
 }
 
 TEST_F(VowelCommands, The47thPointOfAGroupIsStoredAndThe48thRefused) {

@@ -10,8 +10,7 @@
 namespace parlowen {
 namespace {
 
-using testing::MiddleOf;
-using testing::VowelStation;
+using namespace testing;
 
 FormantFrame Frame(std::vector<double> f, std::vector<double> b) {
   FormantFrame frame;
