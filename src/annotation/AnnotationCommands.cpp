@@ -70,7 +70,7 @@ void BeginAnnotation(Window& window, SoundDocument& document) {
 }
 
 void InsertAnnotation(Window& window, SoundDocument& document, AnnotationState& annotations, int sample) {
-  document.activity = Activity::Waveform;
+  document.activity = document.OpenTool();
   if (annotations.sound != document.Stamp()) {
     annotations = {};
     annotations.sound = document.Stamp();

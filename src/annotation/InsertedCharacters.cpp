@@ -28,7 +28,7 @@ void BeginCharacters(Window& window, SoundDocument& document, InsertedCharacters
 
 void PlaceCharacters(Window& window, SoundDocument& document, InsertedCharacters& characters, Pane pane,
                      int sample, int row) {
-  document.activity = Activity::Waveform;
+  document.activity = document.OpenTool();
   characters.items.push_back({pane, sample, row, characters.next.text, characters.next.height});
   characters.shown = true;
   window.Repaint();

@@ -49,7 +49,7 @@ void ShowTwoChannelsCommand(Window& window, const ChannelsDesk& desk) {
   if (!RequireTwoChannels(window, desk.document)) return;
   desk.state.DropOpened();
   window.OpenToolWindow(std::make_unique<ChannelsWindow>(desk));
-  desk.document.activity = Activity::TwoChannels;  // a window open before has ended its own
+  desk.document.BeginTool(Activity::TwoChannels);  // a window open before has ended its own
   window.Repaint();
 }
 
@@ -146,7 +146,7 @@ std::string ChannelsWindow::Hover(Point at) const {
 }
 
 void ChannelsWindow::Closed(Window& window) {
-  if (desk_.document.activity == Activity::TwoChannels) desk_.document.activity = Activity::Waveform;
+  desk_.document.EndTool(Activity::TwoChannels);
   window.Repaint();
 }
 

@@ -27,6 +27,17 @@ void SoundDocument::resetForNewSound(int count, int rate, CommandStates& states)
   states.onSelectionChanged(SelectionFacts());
 }
 
+void SoundDocument::BeginTool(Activity tool) {
+  std::erase(openTools_, tool);
+  openTools_.push_back(tool);
+  activity = tool;
+}
+
+void SoundDocument::EndTool(Activity tool) {
+  std::erase(openTools_, tool);
+  if (activity == tool) activity = OpenTool();
+}
+
 void SoundDocument::setView(CommandStates& states) {
   viewStart = std::clamp(viewStart, 0, std::max(0, sampleCount - 1));
   viewLength = std::min(sampleCount - viewStart, FullViewLength());

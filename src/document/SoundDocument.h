@@ -99,6 +99,14 @@ class SoundDocument {
   /// `activity` 1, and the command states of a loaded sound. The contour is the caller's to set.
   void resetForNewSound(int count, int rate, CommandStates& states);
 
+  /// A tool window has opened: its activity is in hand until another's begins. One that was open before under the same
+  /// name has ended its own by then.
+  void BeginTool(Activity tool);
+  /// A tool window has closed. Was its activity in hand, then the one that was opened last of those still open is.
+  void EndTool(Activity tool);
+  /// What is in hand when a mode of the panes ends: the tool window opened last, 1 without any.
+  Activity OpenTool() const { return openTools_.empty() ? Activity::Waveform : openTools_.back(); }
+
   /// Brings viewStart into the sound, recomputes viewLength and the copy that is drawn, and the states of the
   /// commands that page. Without a selection start the insert point follows a view that moved or was zoomed.
   void setView(CommandStates& states);
@@ -153,6 +161,7 @@ class SoundDocument {
 
  private:
   void CopyView();
+  std::vector<Activity> openTools_;      ///< of the open tool windows, the last opened last
   int shownStart_ = 0, shownScale_ = 0;  ///< the view as it was set last
   mutable LevelCurve levels_;
   mutable std::uint64_t levelsVersion_ = ~std::uint64_t{0};

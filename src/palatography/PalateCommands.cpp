@@ -102,7 +102,7 @@ std::optional<StatisticsFile> AskStatistics(Window& window) {
 void ShowStatistics(Window& window, const PalateDesk& desk, PalateStatistics statistics) {
   desk.view.statistics = std::move(statistics);
   window.OpenToolWindow(std::make_unique<PalateStatisticsWindow>(desk));
-  desk.document.activity = Activity::Palate;  // a window open before has ended its own
+  desk.document.BeginTool(Activity::Palate);  // a window open before has ended its own
   window.Repaint();
 }
 
@@ -144,7 +144,7 @@ bool ShowPalateCommand(Window& window, const PalateDesk& desk, bool withSpectrum
   window.OpenToolWindow(std::make_unique<PalateWindow>(desk, withSpectrum));
   desk.view.framesOpen = true;
   desk.view.current = ShownFramesOf(TimingOf(desk.palate, desk.document), desk.document).first;
-  desk.document.activity = Activity::Palate;
+  desk.document.BeginTool(Activity::Palate);
   window.Repaint();
   return true;
 }

@@ -46,7 +46,7 @@ bool IntonationCommand(Window& window, const ProsodyDesk& desk, IntonationState&
   auto result = AnalyseIntonation(document, document.selectionStart, document.selectionEnd, desk.firstBand());
   if (!result) return window.Refuse(messages::kNoPitchInStretch);
   window.OpenToolWindow(std::make_unique<IntonationWindow>(desk, state));
-  document.activity = Activity::Intonation;  // a window open before has ended its own
+  document.BeginTool(Activity::Intonation);  // a window open before has ended its own
   state = {std::move(result), -1, {}, document.Stamp()};
   window.Repaint();
   return true;

@@ -117,7 +117,7 @@ std::string IntonationWindow::Text() const {
 }
 
 void IntonationWindow::Closed(Window& window) {
-  if (desk_.document.activity == Activity::Intonation) desk_.document.activity = Activity::Waveform;
+  desk_.document.EndTool(Activity::Intonation);
   window.Repaint();
 }
 

@@ -276,7 +276,7 @@ MainView::ToolInUse MainView::PutToolAside(bool chartToo) {
   if (chart != Activity::Start && (ends || chartToo)) {
     document_.activity = chartToo ? Activity::Waveform : chart;
   } else if (ends) {
-    document_.activity = Activity::Waveform;
+    document_.activity = document_.OpenTool();
   }
   regionStarted_ = false;
   return tool;

@@ -103,7 +103,7 @@ class ConsonantWindow : public ToolWindow {
 void Open(Window& window, SoundDocument& document, ConsonantState& state, bool oneFrame) {
   window.OpenToolWindow(std::make_unique<ConsonantWindow>(document, state));
   state.frameOpen = oneFrame;
-  document.activity = Activity::Consonant;
+  document.BeginTool(Activity::Consonant);
   window.Repaint();
 }
 

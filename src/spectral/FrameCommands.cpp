@@ -109,7 +109,7 @@ void ShowFrameCommand(Window& window, SoundDocument& document, FrameState& state
   state.shownEnd = document.selectionEnd;
   window.OpenToolWindow(std::make_unique<FrameWindow>(document, state));
   state.frameOpen = true;
-  document.activity = Activity::Frame;
+  document.BeginTool(Activity::Frame);
   window.Repaint();
 }
 
@@ -124,7 +124,7 @@ bool CompareFramesCommand(Window& window, SoundDocument& document, FrameState& s
   state.shownEnd = document.selectionEnd;
   window.OpenToolWindow(std::make_unique<ComparisonWindow>(document, state));
   state.comparisonOpen = true;
-  document.activity = Activity::Compare;
+  document.BeginTool(Activity::Compare);
   window.Repaint();
   return true;
 }

@@ -166,7 +166,7 @@ int RunLta(Window& window, const SoundDocument& document, LtaState& state, LtaMo
 
 void LongTermSpectrumCommand(Window& window, SoundDocument& document, LtaState& state) {
   window.OpenToolWindow(std::make_unique<LtaWindow>(document, state));
-  document.activity = Activity::Lta;
+  document.BeginTool(Activity::Lta);
   RunLta(window, document, state, LtaMode::Compute);
 }
 

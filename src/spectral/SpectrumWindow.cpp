@@ -103,7 +103,7 @@ Picture SpectrumWindowPicture(const SoundDocument& document, const SpectrogramSt
 void ShowSpectrumCommand(Window& window, SoundDocument& document, SpectrogramState& spectrogram,
                          bool withWaveform) {
   window.OpenToolWindow(std::make_unique<SpectrumWindow>(document, spectrogram, withWaveform));
-  document.activity = Activity::Spectrum;
+  document.BeginTool(Activity::Spectrum);
   window.Repaint();
 }
 

@@ -16,7 +16,7 @@ inline std::string JoinLines(const std::vector<std::string>& lines) {
 
 /// What every analysis window does when it is closed: its mode ends with it.
 inline void EndActivity(Window& window, SoundDocument& document, Activity activity) {
-  if (document.activity == activity) document.activity = Activity::Waveform;
+  document.EndTool(activity);
   window.Repaint();
 }
 

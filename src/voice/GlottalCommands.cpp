@@ -98,7 +98,7 @@ class GlottalWindow : public ToolWindow {
     return desk_.state.shown ? FromGbk(GlottalWaveText(desk_.state.wave)) : "";
   }
   void Closed(Window& window) override {
-    if (desk_.document.activity == Activity::GlottalWave) desk_.document.activity = Activity::Waveform;
+    desk_.document.EndTool(Activity::GlottalWave);
     window.Repaint();
   }
 
@@ -163,7 +163,7 @@ bool GlottalWaveCommand(Window& window, const GlottalDesk& desk) {
   if (document.twoChannel) made.second = copyOf(document.samples2);
   desk.state = std::move(made);
   window.OpenToolWindow(std::make_unique<GlottalWindow>(desk));
-  document.activity = Activity::GlottalWave;
+  document.BeginTool(Activity::GlottalWave);
   return true;
 }
 

@@ -75,8 +75,7 @@ std::string SegmentChart::Hover(Point at) const {
 }
 
 void SegmentChart::Closed(Window& window) {
-  if (document_.activity != Activity::SegmentChart) return;
-  document_.activity = Activity::Waveform;
+  document_.EndTool(Activity::SegmentChart);
   window.Repaint();
 }
 

@@ -158,7 +158,7 @@ bool SegmentChartCommand(Window& window, const VowelDesk& desk) {
   vowels.segmentAverages.clear();
   window.OpenToolWindow(std::make_unique<SegmentChart>(document, vowels, SegmentTrack(document)));
   // Not before: a chart that was open ends its activity when it is closed.
-  document.activity = Activity::SegmentChart;
+  document.BeginTool(Activity::SegmentChart);
   UpdateVowelCommands(desk);
   window.Repaint();
   return true;
