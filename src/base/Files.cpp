@@ -1,14 +1,17 @@
 #include "base/Files.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <system_error>
+#include <thread>
 
 namespace parlowen {
 namespace fs = std::filesystem;
@@ -137,12 +140,31 @@ int FileReplacement::Commit(ByteSpan bytes) {
   return 0;
 }
 
+FileTurn::FileTurn(const std::string& path) {
+  const std::string target = ResolveLinks(path).value_or(path);
+  const std::string::size_type slash = target.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : target.substr(0, slash + 1);
+  folder_ = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+  // A program that was stopped in its turn does not stop all others.
+  constexpr int kMostTries = 300;
+  constexpr auto kPause = std::chrono::milliseconds(10);
+  for (int i = 0; folder_ >= 0 && i < kMostTries; ++i) {
+    if (::flock(folder_, LOCK_EX | LOCK_NB) == 0 || (errno != EWOULDBLOCK && errno != EINTR)) return;
+    std::this_thread::sleep_for(kPause);
+  }
+}
+
+FileTurn::~FileTurn() {
+  if (folder_ >= 0) ::close(folder_);
+}
+
 int ReplaceFile(const std::string& path, ByteSpan bytes) {
   FileReplacement file;
   return file.Begin(path) < 0 ? -1 : file.Commit(bytes);
 }
 
 int AppendToFile(const std::string& path, ByteSpan bytes) {
+  const FileTurn turn(path);
   std::error_code error;
   std::vector<std::uint8_t> whole;
   if (fs::exists(path, error)) {

@@ -51,10 +51,25 @@ class FileReplacement {
   std::string target_, temporary_;
 };
 
+/// A turn at the files of a folder among all programs that take turns: who reads a file, changes it and writes it has one
+/// from the reading on, or what another program has added in between is lost. Waits for others' turns, but not for ever,
+/// and goes without where a folder cannot be locked. Not to be taken twice at once.
+class FileTurn {
+ public:
+  explicit FileTurn(const std::string& path);
+  ~FileTurn();
+  FileTurn(const FileTurn&) = delete;
+  FileTurn& operator=(const FileTurn&) = delete;
+
+ private:
+  int folder_ = -1;
+};
+
 /// Writes `bytes` as the whole new content of the file. 0, or -1 with the old file intact.
 int ReplaceFile(const std::string& path, ByteSpan bytes);
 
-/// Adds `bytes` behind what the file holds; a missing file is made. 0, or -1 with the old file intact.
+/// Adds `bytes` behind what the file holds, in a turn of its own; a missing file is made. 0, or -1 with the old file
+/// intact.
 int AppendToFile(const std::string& path, ByteSpan bytes);
 
 /// By which a file's content is known to be another: its size and the time of its last change.

@@ -68,6 +68,7 @@ std::optional<std::string> AskGroupName(Window& window) {
 
 bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
                   std::span<const std::uint16_t> slot) {
+  const FileTurn turn(current.path);
   auto bytes = OpenGroups(window, kind, current.path, messages::kNoSuchFile);
   if (!bytes) return false;
   if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Refuse(kind.damaged, Icon::Error);
@@ -81,6 +82,7 @@ bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, c
   const bool negative = kind.asksSign && !window.AskYesNo(kSign, kSignCaption);
   const auto name = AskGroupName(window);
   if (!name) return false;
+  const FileTurn turn(path);
   Bytes bytes(2);
   if (Exists(path)) {
     auto present = OpenGroups(window, kind, path, kCannotOpenGroups);
@@ -98,6 +100,7 @@ bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
                std::span<const std::uint16_t> slot) {
   const auto name = AskGroupName(window);
   if (!name) return false;
+  const FileTurn turn(path);
   auto bytes = OpenGroups(window, kind, path, kCannotOpenGroups);
   if (!bytes) return false;
   const int index = FindGroup(kind.layout, *bytes, *name);

@@ -328,6 +328,7 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   tones.groupName = form.ValueOf(kFirstField);
   tones.dropWeakEnds = form.CheckedIndex() != kSecondChoice;
   const std::string group = GroupGbk(tones.groupName);
+  const FileTurn turn(tones.path);
   TakeForeignItems(tones);
   if (!HasRoomFor(tones, group)) return window.Notify(messages::kTooMuchData);
   auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
@@ -345,6 +346,7 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
   if (tones.items.empty()) return window.ShowStatus(kNothingToRemove);
   const bool picked = tones.view == ToneView::Group && tones.picked >= 0;
   const int index = picked ? tones.picked : static_cast<int>(tones.items.size()) - 1;
+  const FileTurn turn(tones.path);
   TakeForeignItems(tones);
   const std::string group = tones.items[static_cast<std::size_t>(index)].group;
   const int number = NumberInGroup(tones.items, index);
@@ -401,6 +403,7 @@ bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones)
 void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   if (!desk.document.pitchPresent) return window.Notify(messages::kNoContour);
   const std::vector<LabelledStretch> labels = desk.firstBand().labels;
+  const FileTurn turn(tones.path);
   TakeForeignItems(tones);
   ToneState grown;  // knows which groups there are while they come
   grown.SetItems(tones.items);

@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <thread>
+
 #include "support/Child.h"
 #include "support/TempFolder.h"
 #include "support/WavBytes.h"
@@ -26,6 +28,17 @@ TEST(Files, ReplaceAndAppendWriteExactlyTheirBytes) {
   EXPECT_EQ(ReplaceFile(folder / std::string(255, 'n'), AsBytes("x")), 0)
       << "the longest name a folder takes";
   EXPECT_EQ(folder.Names().size(), 2u) << "nothing else is left";
+}
+
+TEST(Files, WhatManyAddAtOnceIsAllThere) {
+  const TempFolder folder;
+  const auto add = [path = folder / "many"] {
+    for (int i = 0; i < 10; ++i) EXPECT_EQ(AppendToFile(path, AsBytes("x")), 0);
+  };
+  std::vector<std::thread> writers;
+  for (int i = 0; i < 4; ++i) writers.emplace_back(add);
+  for (std::thread& writer : writers) writer.join();
+  EXPECT_EQ(ReadFile(folder / "many"), std::string(40, 'x'));
 }
 
 TEST(Files, AFullDiskLeavesTheOldFileAndTheProgramAlive) {
