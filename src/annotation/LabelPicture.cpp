@@ -12,7 +12,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kLargestType = 12, kGap = 3, kLeastRoom = 8;  // pixels
+constexpr int kLargestType = 12, kSmallestType = 9, kGap = 3, kLeastRoom = 8;  // pixels
 constexpr UiText kAnnotations = "注";
 
 int TypeHeight(int height) { return std::clamp(height / kLabelRows - 6, 8, kLargestType); }
@@ -30,12 +30,17 @@ class RowOfTexts {
   void Add(const std::string& text, int from, int to, Anchor anchor, Colour colour) {
     const auto [left, right] = WidestGap(std::max(from, kPaneMargin), std::min(to, picture_.width));
     if (right - left < kLeastRoom) return;
-    const std::string shown = ElidedText(text, type_, right - left);
+    // A whole text in smaller letters says more than the beginning of it.
+    int type = type_;
+    while (type > kSmallestType && TextWidth(text, type) > right - left) --type;
+    const bool whole = TextWidth(text, type) <= right - left;
+    if (!whole) type = type_;
+    const std::string shown = whole ? text : ElidedText(text, type, right - left);
     if (shown.empty()) return;
     // A cut text takes all the room there is; how wide its last sign is depends on the type.
-    const int width = shown == text ? TextWidth(shown, type_) : right - left;
+    const int width = whole ? TextWidth(shown, type) : right - left;
     const int start = anchor == Anchor::Left ? left : (left + right - width) / 2;
-    picture_.Add(TextMark{start, baseline_, shown, colour, type_, Anchor::Left, Face::Ipa});
+    picture_.Add(TextMark{start, baseline_, shown, colour, type, Anchor::Left, Face::Ipa});
     taken_.insert(std::upper_bound(taken_.begin(), taken_.end(), std::pair(start, start + width)),
                   {start, start + width});
   }

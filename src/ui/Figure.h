@@ -52,7 +52,7 @@ Picture CaptionPicture(std::span<const std::string> pieces, int width, int heigh
 Picture ComposeFigure(std::span<const FigurePane> panes, const FigureStyle& style = {});
 
 /// The type size with which a figure whose data are `columns` wide has letters of `text` when all of it is drawn
-/// `width` wide (both in the same unit); the smallest that can be read where there is no room for it.
+/// `width` wide (both in the same unit), 6..400: no less than can be read, no more than leaves room to the data.
 int FigureText(int columns, double text, double width);
 
 }  // namespace parlowen

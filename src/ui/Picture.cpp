@@ -75,6 +75,23 @@ struct Scaler {
   }
 };
 
+/// Hundredths of the type size that the characters from the blank to the tilde take, in the wider of the two faces
+/// (DejaVu Sans, Noto Sans CJK).
+constexpr unsigned char kAsciiWidths[] = {
+    32, 40, 48, 84, 64, 95, 78, 28, 39,  39, 50, 84, 32, 36, 32, 40, 64, 64, 64, 64, 64, 64, 64, 64,
+    64, 64, 34, 34, 84, 84, 84, 53, 100, 69, 69, 70, 77, 64, 58, 78, 76, 30, 54, 66, 56, 87, 75, 79,
+    64, 79, 70, 64, 61, 74, 69, 99, 69,  61, 69, 39, 40, 39, 84, 56, 61, 62, 64, 55, 64, 62, 36, 64,
+    64, 28, 28, 58, 29, 98, 64, 62, 64,  64, 42, 52, 40, 64, 60, 82, 60, 60, 53, 64, 34, 64, 84};
+
+int HundredthsOf(char32_t character) {
+  if (character < 0x20) return 0;
+  if (character < 0x7F) return kAsciiWidths[character - 0x20];
+  if (character >= 0x2E80) return 100;
+  if (character >= 0x300 && character < 0x370) return 0;
+  if (character >= 0x2B0 && character < 0x300) return 50;
+  return character == U'æ' || character == U'œ' || character == U'…' || character == U'·' ? 102 : 67;
+}
+
 }  // namespace
 
 Picture Picture::Scaled(double factor) const {
@@ -101,14 +118,9 @@ void Picture::AddClipped(const Picture& other, int dx, int dy) {
 }
 
 int TextWidth(const std::string& text, int height) {
-  const auto thirdsOf = [](char32_t character) {
-    if (character >= 0x2E80) return 3;
-    if (character >= 0x300 && character < 0x370) return 0;
-    return character >= 0x2B0 && character < 0x300 ? 1 : 2;
-  };
-  int thirds = 0;
-  for (std::size_t at = 0; at < text.size();) thirds += thirdsOf(TakeUtf8(text, at));
-  return thirds * height / 3;
+  int hundredths = 0;
+  for (std::size_t at = 0; at < text.size();) hundredths += HundredthsOf(TakeUtf8(text, at));
+  return (hundredths * height + 99) / 100;
 }
 
 }  // namespace parlowen

@@ -108,8 +108,9 @@ struct Picture {
   Picture Scaled(double factor) const;
 };
 
-/// Pixels that a text of that type size takes, estimated without a font: hanzi are as wide as they are high,
-/// letters and figures two thirds of that, raised and tone letters one third, combining marks nothing.
+/// Pixels that a text of that type size takes, estimated without asking for a font: hanzi are as wide as they are high,
+/// the characters of ASCII as in the usual faces, raised and tone letters half of that, combining marks nothing, other
+/// letters two thirds. The faces asked for are not much wider anywhere.
 int TextWidth(const std::string& text, int height);
 
 }  // namespace parlowen

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 
 #include "base/Arithmetic.h"
 #include "base/Format.h"
@@ -197,6 +198,30 @@ int LabelRoom(std::span<const Tick> ticks, const PlotStyle& style) {
   return widest + style.tick + 2;
 }
 
+namespace {
+
+/// Every how many of evenly spaced ticks have room for their labels; 1 where they are not evenly spaced.
+long LabelledOf(std::span<const Tick> ticks, const PlotStyle& style) {
+  if (ticks.size() < 3) return 1;
+  const double step = ticks[1].value - ticks[0].value;
+  for (std::size_t i = 1; i < ticks.size(); ++i)
+    if (!(step > 0) || std::abs(ticks[i].value - ticks[i - 1].value - step) > step / 100) return 1;
+  for (const long every : {1, 2, 5, 10, 20, 50}) {
+    std::optional<int> taken;
+    bool room = true;
+    for (const Tick& tick : ticks) {
+      if (tick.label.empty() || std::lround(tick.value / step) % every != 0) continue;
+      const int width = TextWidth(tick.label, style.text), from = tick.at - width / 2;
+      room = room && (!taken || from >= *taken);
+      taken = from + width + style.text / 2;
+    }
+    if (room) return every;
+  }
+  return 1;
+}
+
+}  // namespace
+
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style, const std::string& unit) {
   const auto [left, right] = std::minmax(scale.from, scale.to);
@@ -215,12 +240,15 @@ void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tic
     end = x - gap;
   }
   int taken = 0;  // columns left of here have their label
+  const long every = LabelledOf(ticks, style);
+  const double step = ticks.size() > 1 ? ticks[1].value - ticks[0].value : 1;
   for (const Tick& tick : ticks) {
     if (tick.at < 0 || tick.at >= picture.width) continue;
     picture.Add(LineMark{{tick.at, y}, {tick.at, y + style.tick}, colours::kText, style.stroke});
     const int width = TextWidth(tick.label, style.text);
     const int from = std::clamp(tick.at - width / 2, 0, std::max(0, picture.width - width));
     if (tick.label.empty() || from < taken || from + width > end) continue;
+    if (every > 1 && std::lround(tick.value / step) % every != 0) continue;
     taken = from + width + gap;
     picture.Add(TextMark{from + width / 2, baseline, tick.label, colours::kText, style.text, Anchor::Middle,
                          Face::Figures});

@@ -146,7 +146,8 @@ struct PlotBox {
 };
 
 /// An axis along the row `y`, over the columns of the scale: line, ticks below it, labels below them, moved or,
-/// where they would meet, left out so that none is cut or covers another. `unit` stands behind the axis and its
+/// where they would meet, left out so that none is cut or covers another; of even ticks every second, fifth, tenth … keeps
+/// its own then. `unit` stands behind the axis and its
 /// labels, or over its end where the picture has no room.
 void AddColumnAxis(Picture& picture, const PlotScale& scale, std::span<const Tick> ticks, int y,
                    const PlotStyle& style = {}, const std::string& unit = {});

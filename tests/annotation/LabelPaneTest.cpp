@@ -54,6 +54,10 @@ TEST(LabelPane, NoTextCoversAnotherOrLeavesItsStretch) {
     }
   const auto texts = TextsOf(LabelsPicture({set, {}, 400}, {}, {0, 1, 1, kPaneMargin}, 420, 120));
   EXPECT_EQ(std::count_if(texts.begin(), texts.end(), [](auto& text) { return text.text == "ʈʂʰuɑŋ"; }), 1);
+  const MarkerSet narrow = SetOf({100, 136}, {{100, 136, "mau1"}});
+  EXPECT_EQ(TextsOf(LabelsPicture({narrow, {}, 400}, {}, {0, 1, 1, kPaneMargin}, 420, 120)).at(0).text,
+            "mau1")
+      << "whole, in smaller letters";
   EXPECT_EQ(ElidedText("mother", 12, 40), "mot…");
   EXPECT_EQ(ElidedText("妈妈", 12, 11), "");
 }
