@@ -427,7 +427,8 @@ def report():
 
 
 if __name__ == "__main__":
+    sys.stdout.reconfigure(errors="backslashreplace")  # a name that the terminal cannot show ends no run
     try:
         {"measure": measure, "gather": gather, "report": report}[sys.argv[1]](*sys.argv[2:])
-    except (Refused, OSError, subprocess.CalledProcessError) as error:
+    except (Refused, OSError, ValueError, csv.Error, sqlite3.Error, subprocess.CalledProcessError) as error:
         sys.exit(f"corpus: {error}")

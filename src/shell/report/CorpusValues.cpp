@@ -8,12 +8,12 @@
 namespace parlowen {
 namespace {
 
-/// 0 for what is no positive number that a float holds.
+/// 0 for what is no number, or none that a duration in seconds or a frequency in hertz can be.
 float NumberIn(const std::string& text) {
   double value = 0;
   const char* end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, value);
-  return error == std::errc() && rest == end && value > 0 && value < 1e30 ? static_cast<float>(value) : 0;
+  return error == std::errc() && rest == end && value >= 1e-6 && value <= 1e6 ? static_cast<float>(value) : 0;
 }
 
 }  // namespace
