@@ -61,6 +61,11 @@ TEST_F(LayoutTest, EverythingHasItsPlaceAndNoTextIsCutAt1024By720) {
     EXPECT_FALSE(place.isEmpty()) << action->text().toStdString();
     EXPECT_LE(place.right(), menus->width());
   }
+  // Labels and the bar about the rate leave room for a title bar.
+  ASSERT_TRUE(window->Dispatch(41052));
+  QApplication::processEvents();
+  EXPECT_LE(window->minimumSizeHint().height(), 690);
+  EXPECT_GE(window->PaneOf(Pane::Labels).height(), 90);
 }
 
 TEST_F(LayoutTest, TheChartTakesThePlaceOfTheThreeLowerPanesAndGivesItBack) {

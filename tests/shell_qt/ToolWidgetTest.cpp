@@ -74,6 +74,8 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   widget->Button("乙")->click();
   TurnWheel(*widget, {10, 10}, -240);
   EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0|click 31 41 R 1|key D|press 1101|pressed|scroll 2");
+  // Nothing of it is cut in the smallest window.
+  EXPECT_EQ(widget->Canvas()->minimumSize(), QSize(540, 312));
   // Twice as large the drawing keeps its coordinates, and a picture of it its size.
   log.clear();
   widget->Canvas()->resize(1800, 1100);

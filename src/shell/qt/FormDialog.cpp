@@ -16,6 +16,7 @@
 #include <QScrollArea>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 #include <functional>
 #include <map>
 
@@ -94,6 +95,7 @@ FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form
       layout->addWidget(new IpaPalette(*edits_[i], this), 1);
       break;
     }
+  layout->addStretch();  // a larger window keeps its fields together
   complaint_ = new QLabel;
   complaint_->setWordWrap(true);
   QFont bold = font();
@@ -107,7 +109,8 @@ FormDialog::FormDialog(InputForm& form, QWidget* parent) : QDialog(parent), form
   connect(buttons, &QDialogButtonBox::accepted, this, &FormDialog::accept);
   connect(buttons, &QDialogButtonBox::rejected, this, &FormDialog::reject);
   layout->addWidget(buttons);
-  setMinimumWidth(std::max(280, fontMetrics().horizontalAdvance(windowTitle()) + 120));
+  const int ofTitle = fontMetrics().horizontalAdvance(windowTitle()) + 120;
+  setMinimumWidth(std::max({280, ofTitle, layout->minimumSize().width()}));
 }
 
 QWidget* FormDialog::MakeFields() {

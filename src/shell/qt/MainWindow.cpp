@@ -731,7 +731,15 @@ void MainWindow::RenewStatus() {
 
 void MainWindow::TakePaneWidth() {
   station_.SetPaneWidth(panes_[0]->PaneSize().width());
+  MakeRoomForLabels();
   status_->setMaximumWidth(width() * 3 / 5);  // the readout of the pointer needs the rest
+}
+
+/// On a small screen all five panes find room, and the lines under them, when the overview gives some of its own.
+void MainWindow::MakeRoomForLabels() {
+  constexpr int kRoomy = 780;
+  const int room = std::min(height(), screen()->availableSize().height());
+  overview_->SetLow(station_.markers.paneShown && room < kRoomy);
 }
 
 void MainWindow::ShowChart(bool shown) {
@@ -764,6 +772,7 @@ void MainWindow::FollowSound() {
 
 void MainWindow::TakeOptions() {
   const bool shown = station_.markers.paneShown;
+  MakeRoomForLabels();
   splitter_->ShowLabels(shown);
   if (shown != preferences_.LabelsShown()) preferences_.SetLabelsShown(shown);
   const bool follows = station_.view.followsPlay;

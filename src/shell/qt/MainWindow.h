@@ -123,6 +123,7 @@ class MainWindow : public QMainWindow {
   void ChooseExportFolder(const QString& file);
   void RenewExportFolder();
   void ShowExportNotice();
+  void MakeRoomForLabels();
   void ShowChart(bool shown);
   /// What the commands of the options have changed: shown and remembered.
   void TakeOptions();

@@ -23,10 +23,12 @@ constexpr int kLeft = PaneWidget::kGutter;
 
 OverviewStrip::OverviewStrip(Workstation& station, ActionGate& gate, QWidget* parent)
     : QWidget(parent), station_(station), view_(station.view), document_(station.document), gate_(gate) {
-  setFixedHeight(44);
+  SetLow(false);
   setAccessibleName(kName.Get());
   setToolTip(kHelp.Get());
 }
+
+void OverviewStrip::SetLow(bool low) { setFixedHeight(low ? 24 : 44); }
 
 int OverviewStrip::SampleAt(int x) const { return view_.OverviewSampleAt(x - kLeft, width() - kLeft); }
 

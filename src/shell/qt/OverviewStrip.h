@@ -13,8 +13,9 @@ class OverviewStrip : public QWidget {
   Q_OBJECT
  public:
   OverviewStrip(Workstation& station, ActionGate& gate, QWidget* parent);
-  QSize sizeHint() const override { return {1024, 44}; }
-  QSize minimumSizeHint() const override { return {200, 44}; }
+  QSize sizeHint() const override { return {1024, height()}; }
+  QSize minimumSizeHint() const override { return {200, height()}; }
+  void SetLow(bool low);  ///< leaves rows to the panes
 
  protected:
   void paintEvent(QPaintEvent* event) override;

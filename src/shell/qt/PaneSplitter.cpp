@@ -4,9 +4,14 @@
 #include <numeric>
 
 namespace parlowen {
+namespace {
+
+constexpr int kLabelsInLargeType = 92;  // rows of the label pane from which on its letters do not grow
+
+}  // namespace
 
 PaneSplitter::PaneSplitter(QWidget* parent) : QSplitter(Qt::Vertical, parent) {
-  setHandleWidth(5);
+  setHandleWidth(4);
   setChildrenCollapsible(false);
   connect(this, &QSplitter::splitterMoved, this, [this] { chosen_ = chosen_ || !chartShown_; });
 }
@@ -45,7 +50,8 @@ void PaneSplitter::ShowLabels(bool shown) {
 
 int PaneSplitter::LabelsHeight(int given) const {
   const int spare = given - widget(giver_)->minimumSizeHint().height() - handleWidth();
-  const int least = labels_->minimumSizeHint().height();
+  // Large letters in all rows come before a higher picture.
+  const int least = std::max(labels_->minimumSizeHint().height(), std::min(spare, kLabelsInLargeType));
   return std::clamp(spare / 2, least, std::max(least, labels_->sizeHint().height()));
 }
 

@@ -286,9 +286,10 @@ void QtWindow::OpenInEditor(const std::string& path) {
   const bool html = suffix == "html" || suffix == "htm";
   // A text beside the plot that it belongs to.
   const QWidget& plot = tools_.empty() ? host_ : *tools_.back().widget;
-  QWidget* shown = html ? ShowHelpPage(file, fragment, &host_) : ShowTextFile(file, &host_);
+  QWidget* shown = html ? MakeHelpWindow(file, fragment, &host_) : MakeTextWindow(file, &host_);
   if (shown == nullptr) return ShowError(messages::kCannotOpen);
-  PlaceBeside(*shown, plot);
+  PlaceBeside(*shown, plot);  // before it is shown, so that its frame finds room too
+  shown->show();
 }
 
 void QtWindow::Repaint(std::optional<Pane> pane) {

@@ -24,6 +24,7 @@ RateBar::RateBar(QWidget* parent) : QWidget(parent), label_(new ElidedLabel(this
   const auto add = [&](UiText text, auto&& act) {
     auto* button = new QPushButton(text.Get());
     button->setAutoDefault(false);
+    button->setFixedHeight(fontMetrics().height() + 7);  // the panes need the rows
     connect(button, &QPushButton::clicked, this, act);
     row->addWidget(button);
   };

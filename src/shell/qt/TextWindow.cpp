@@ -4,6 +4,7 @@
 #include <QFileInfo>
 #include <QFontDatabase>
 #include <QPlainTextEdit>
+#include <QScreen>
 #include <QTextBrowser>
 #include <QUrl>
 
@@ -18,12 +19,11 @@ constexpr UiText kHelpTitle = "帮助";
 
 constexpr qint64 kLongestText = qint64{16} << 20;
 
-void ShowAsWindow(QWidget& widget, const QString& title) {
+void MakeWindow(QWidget& widget, const QString& title) {
   widget.setWindowFlag(Qt::Window);
   widget.setAttribute(Qt::WA_DeleteOnClose);
   widget.setWindowTitle(title);
-  widget.resize(820, 600);
-  widget.show();
+  widget.resize(QSize(820, 600).boundedTo(widget.screen()->availableSize() - QSize(20, 60)));
 }
 
 }  // namespace
@@ -33,7 +33,7 @@ QString DecodedText(const QByteArray& bytes) {
   return QString::fromStdString(IsUtf8(text) ? text : IpaFromGbk(text));
 }
 
-QWidget* ShowTextFile(const QString& path, QWidget* parent) {
+QWidget* MakeTextWindow(const QString& path, QWidget* parent) {
   QFile file(path);
   if (!file.open(QIODevice::ReadOnly)) return nullptr;
   auto* view = new QPlainTextEdit(parent);
@@ -43,11 +43,11 @@ QWidget* ShowTextFile(const QString& path, QWidget* parent) {
   font.setFamilies({"Noto Sans Mono CJK SC", font.family()});
   view->setFont(font);
   view->setPlainText(DecodedText(file.read(kLongestText)));
-  ShowAsWindow(*view, QFileInfo(path).fileName());
+  MakeWindow(*view, QFileInfo(path).fileName());
   return view;
 }
 
-QWidget* ShowHelpPage(const QString& path, const QString& fragment, QWidget* parent) {
+QWidget* MakeHelpWindow(const QString& path, const QString& fragment, QWidget* parent) {
   if (!QFileInfo(path).isReadable()) return nullptr;
   auto* view = new QTextBrowser(parent);
   view->setOpenLinks(true);
@@ -55,7 +55,7 @@ QWidget* ShowHelpPage(const QString& path, const QString& fragment, QWidget* par
   QUrl url = QUrl::fromLocalFile(path);
   if (!fragment.isEmpty()) url.setFragment(fragment);
   view->setSource(url);
-  ShowAsWindow(*view, view->documentTitle().isEmpty() ? kHelpTitle.Get() : view->documentTitle());
+  MakeWindow(*view, view->documentTitle().isEmpty() ? kHelpTitle.Get() : view->documentTitle());
   return view;
 }
 

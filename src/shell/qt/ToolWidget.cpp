@@ -41,18 +41,21 @@ class ToolCanvas : public QWidget {
     setAttribute(Qt::WA_InputMethodEnabled, false);
     setAttribute(Qt::WA_OpaquePaintEvent);
     MakeGraphic(*this);
-    setMinimumSize(320, 200);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   }
   QSize sizeHint() const override { return preferred_; }
-  void Prefer(Point size) { preferred_ = {size.x, size.y}; }
+  /// No smaller than all of the drawing at the least scale, or, where it does not scale, the same share of it.
+  void Prefer(Point size) {
+    preferred_ = {size.x, size.y};
+    setMinimumSize((QSizeF(preferred_) * kLeastScale).toSize().expandedTo({320, 200}));
+  }
   /// Pixels of the widget a pixel of the drawing, which fills it in one direction at least.
   double Scale() const {
     if (owner_.tool_ == nullptr || !owner_.tool_->ScalesWithWindow()) return 1;
     const double across = width() / std::max(1.0, double(preferred_.width()));
     const double down = height() / std::max(1.0, double(preferred_.height()));
-    constexpr double kLeast = 0.5, kMost = 4;
-    return std::clamp(std::min(across, down), kLeast, kMost);
+    constexpr double kMostScale = 4;
+    return std::clamp(std::min(across, down), kLeastScale, kMostScale);
   }
   /// Pixels of the drawing.
   Point DrawnSize() const {
@@ -116,6 +119,8 @@ class ToolCanvas : public QWidget {
     return {static_cast<int>(std::floor(at.x() / Scale())), static_cast<int>(std::floor(at.y() / Scale()))};
   }
 
+  static constexpr double kLeastScale = 0.6;  // letters of 12 pixels can just be read
+
   ToolWidget& owner_;
   QSize preferred_{900, 520};
   bool pressed_ = false, dragged_ = false;
@@ -165,6 +170,7 @@ ToolWidget::ToolWidget(ToolWindow& tool, Window& window, ActionGate& gate, int l
     auto* label = new QLabel(QString::fromStdString(instructions));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
+    label->setMinimumHeight(label->heightForWidth(canvas_->minimumWidth()));
     layout->addWidget(label);
   }
   connect(scrollBar_, &QScrollBar::valueChanged, this,
@@ -220,7 +226,14 @@ void ToolWidget::Renew() {
 
 void ToolWidget::RenewScrollBar() {
   const auto bar = tool_->ScrollBar();
-  scrollBar_->setVisible(bar.has_value());
+  if (scrollBar_->isHidden() == bar.has_value()) {
+    scrollBar_->setVisible(bar.has_value());
+    // The layout may just be giving the drawing its size, and would forget the bar.
+    QTimer::singleShot(0, this, [this] {
+      layout()->invalidate();
+      layout()->activate();
+    });
+  }
   if (!bar) return;
   const QSignalBlocker quiet(scrollBar_);
   scrollBar_->setRange(0, bar->largest);
