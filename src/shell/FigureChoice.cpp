@@ -1,8 +1,10 @@
 #include "shell/FigureChoice.h"
 
 #include <cstdlib>
+#include <limits>
 
 #include "base/Format.h"
+#include "ui/Figure.h"
 
 namespace parlowen {
 namespace {
@@ -10,7 +12,7 @@ namespace {
 constexpr UiText kTitle = "整个窗口的图形", kPanesLabel = "包括：";
 constexpr UiText kWidthLabel = "宽度（厘米，4--100）", kTextLabel = "字号（磅，4--36）";
 constexpr UiText kNoPane = "请至少选择一个窗", kWrongWidth = "宽度应为 4--100 厘米",
-                 kWrongText = "字号应为 4--36 磅";
+                 kWrongText = "字号应为 4--36 磅", kLargeText = "字号太大，这个宽度放不下图";
 constexpr UiText kOutputs[] = {"SVG", "PDF", "PNG，300 dpi", "复制到剪贴板"};  // in the order of FigureOutput
 
 constexpr int kWidthField = 1000, kTextField = 1001;
@@ -37,7 +39,12 @@ bool Has(const FigureChoice& choice, Pane pane) {
 /// Also no number is outside.
 bool Inside(double value, double least, double most) { return value >= least && value <= most; }
 
-double NumberIn(const std::string& text) { return std::strtod(text.c_str(), nullptr); }
+/// No number where something stands behind it.
+double NumberIn(const std::string& text) {
+  char* end = nullptr;
+  const double value = std::strtod(text.c_str(), &end);
+  return *end == '\0' ? value : std::numeric_limits<double>::quiet_NaN();
+}
 
 }  // namespace
 
@@ -79,9 +86,12 @@ std::optional<UiText> TakeFigureForm(const InputForm& form, FigureChoice& choice
   if (taken.panes.empty()) return kNoPane;
   if (!Inside(taken.centimetres, kLeastWidth, kMostWidth)) return kWrongWidth;
   if (!Inside(taken.points, kLeastText, kMostText)) return kWrongText;
+  if (CentimetresOf(taken.points) > LargestFigureText(taken.centimetres)) return kLargeText;
   choice = taken;
   return {};
 }
+
+double CentimetresOf(double points) { return points / 72 * 2.54; }
 
 std::string FigureChoiceText(const FigureChoice& choice) {
   std::string letters;

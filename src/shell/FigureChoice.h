@@ -23,6 +23,8 @@ struct FigureChoice {
 
 InputForm FigureForm(const FigureChoice& choice);
 
+double CentimetresOf(double points);
+
 /// What was entered, or what is wrong with it: then `choice` stays.
 std::optional<UiText> TakeFigureForm(const InputForm& form, FigureChoice& choice);
 

@@ -14,6 +14,8 @@ constexpr int kUsualText = 11;
 constexpr int kUnitRoom = 58;  // behind the data, for the unit of the axis
 constexpr int kPaneGap = 6;    // rows between two panes
 constexpr int kTickGap = 3;    // columns between a tick and its label
+// Gutter and unit take this many times the type size beside the data.
+constexpr double kBeside = double{kFigureGutter + kUnitRoom} / kUsualText;
 
 /// A length at the usual type size, for letters of another.
 int At(int length, int text) { return std::max(1, length * text / kUsualText); }
@@ -123,9 +125,9 @@ Picture ComposeFigure(std::span<const FigurePane> panes, const FigureStyle& styl
   return figure;
 }
 
+double LargestFigureText(double width) { return width * 2 / 3 / kBeside; }
+
 int FigureText(int columns, double text, double width) {
-  // Gutter and unit take this many times the type size beside the data.
-  constexpr double kBeside = double{kFigureGutter + kUnitRoom} / kUsualText;
   constexpr int kLeast = 6, kMost = 400;
   const double room = width - text * kBeside;
   if (!(room > 0)) return kMost;

@@ -55,4 +55,7 @@ Picture ComposeFigure(std::span<const FigurePane> panes, const FigureStyle& styl
 /// `width` wide (both in the same unit), 6..400: no less than can be read, no more than leaves room to the data.
 int FigureText(int columns, double text, double width);
 
+/// The largest letters of such a figure: those that leave a third of its width to the data.
+double LargestFigureText(double width);
+
 }  // namespace parlowen

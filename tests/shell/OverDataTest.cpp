@@ -122,7 +122,8 @@ TEST(Figures, AChoiceIsKeptAndAWrongOneIsNot) {
   choice.points = 8;
   choice.output = FigureOutput::Png;
   EXPECT_EQ(FigureChoiceFrom(FigureChoiceText(choice)), choice);
-  for (const char* line : {"", "x", "ps 7.5 8", "ps 3 8 g", "ps 7.5 nan g", " 7.5 8 gg"})
+  for (const char* line :
+       {"", "x", "ps 7.5 8", "ps 3 8 g", "ps 7.5 nan g", "ps 7,5 8 g", "ps 7.5 20 g", " 7.5 8 gg"})
     EXPECT_EQ(FigureChoiceFrom(line).centimetres, 16) << line;
   InputForm form = FigureForm(choice);
   for (FormField& field : form.fields) field.checked = false;

@@ -664,10 +664,10 @@ void MainWindow::MakeFigure() {
     const PaneWidget& shown = PaneOf(pane);
     rows.push_back({pane, shown.isHidden() ? shown.sizeHint().height() : shown.PaneSize().height()});
   }
-  constexpr double kCentimetresPerInch = 2.54, kPointsPerInch = 72;
+  constexpr double kCentimetresPerInch = 2.54;
   const int width = station_.document.paneWidth;
-  const double letters = choice.points / kPointsPerInch * kCentimetresPerInch;
-  const Picture figure = station_.view.Figure(rows, width, FigureText(width, letters, choice.centimetres));
+  const int text = FigureText(width, CentimetresOf(choice.points), choice.centimetres);
+  const Picture figure = station_.view.Figure(rows, width, text);
   const double pixelsPerInch = figure.WholeWidth() * kCentimetresPerInch / choice.centimetres;
   if (choice.output == FigureOutput::Copy) return CopyPicture(figure, kPrintDotsPerInch / pixelsPerInch);
   AskAndSavePicture(dialogs_, figure, static_cast<PictureFormat>(choice.output), pixelsPerInch);
