@@ -9,6 +9,7 @@
 
 #include "base/Arithmetic.h"
 #include "dsp/Clones.h"
+#include "pitch/MainsHum.h"
 
 namespace parlowen {
 namespace {
@@ -207,6 +208,7 @@ PitchBands::PitchBands(SampleSpan document, int sampleRate, int firstFrame, std:
   const int margin = TruncateToInt32(rate_ * kMargin);
   origin_ = DocumentCentre(0) - std::int64_t{margin} * decimation_;
   MakeFull(document, Centre(frameCount - 1) + static_cast<std::size_t>(margin));
+  RemoveHum(document.count);
   LowPass(full.samples, kWideLowPass, rate_, wide.samples);
   LowPass(full.samples, kLowPass, rate_, low.samples);
   MakeCoarse();
@@ -223,6 +225,14 @@ void PitchBands::MakeCoarse() {
     sum += static_cast<double>(x) * static_cast<double>(x);
   }
   coarseEnergy.back() = sum;
+}
+
+/// Within the document alone: what lies outside stays silent.
+void PitchBands::RemoveHum(std::int64_t documentCount) {
+  const auto size = static_cast<std::int64_t>(full.samples.size());
+  const std::int64_t first = std::clamp<std::int64_t>((decimation_ - 1 - origin_) / decimation_, 0, size);
+  const std::int64_t end = std::clamp<std::int64_t>((documentCount - origin_) / decimation_, first, size);
+  RemoveMainsHum({full.samples.data() + first, static_cast<std::size_t>(end - first)}, rate_);
 }
 
 void PitchBands::MakeFull(SampleSpan document, std::size_t count) {

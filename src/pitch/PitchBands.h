@@ -18,7 +18,7 @@ struct Band {
 
 /// What the second stage looks at: the document's samples about a run of frames in three bands at the working
 /// rate, and the lowest of them once more at a coarse one for the search over all lags. A tenth of a second on
-/// either side is there too; what lies outside the document is silence.
+/// either side is there too; what lies outside the document is silence. The hum of the mains is taken out.
 class PitchBands {
  public:
   /// The working rate is sampleRate / decimation: from 8000 Hz on as near above 8000 Hz as it can be (below
@@ -47,6 +47,7 @@ class PitchBands {
     return (firstFrame_ + static_cast<std::int64_t>(frame)) * sampleRate_ / 100 + sampleRate_ / 100;
   }
   void MakeFull(SampleSpan document, std::size_t count);
+  void RemoveHum(std::int64_t documentCount);
   void MakeCoarse();
 
   const std::int64_t sampleRate_, firstFrame_;

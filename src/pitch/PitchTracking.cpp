@@ -13,7 +13,8 @@
 
 // The stages, in order:
 //
-//   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at a working rate of 8 kHz or a little above
+//   PitchBands       the samples up to 900 Hz, 2 kHz and 3.4 kHz at a working rate of 8 kHz or a little above,
+//                    without the hum of the mains
 //   MeasureLevels    the level of every frame, that of the loud frames, the noise between them
 //   CreakPulses      single pulses, their spacing and how alike they are
 //   FindCandidates   a frame's correlation over all lags, its maxima and what each of them costs; the spacing
