@@ -10,6 +10,8 @@
 #include "document/WavFile.h"
 #include "dsp/SignalTables.h"
 #include "spectral/Formants.h"
+#include "support/Kept.h"
+#include "ui/Svg.h"
 
 namespace parlowen {
 namespace {
@@ -36,6 +38,18 @@ TEST(Articulation, EverySoundHasItsTargetsAndARecordingOfItsOwnName) {
   }
   EXPECT_EQ(recorded[0], 19);
   EXPECT_EQ(recorded[1], 21);
+}
+
+/// Head, lips and words of every sound at every step of its movement.
+TEST(Articulation, EveryDrawingStaysAsItIsKept) {
+  std::string seen;
+  ArticulationState state;
+  for (state.sound = 0; state.sound < kMandarinSounds; ++state.sound)
+    for (state.step = 0; state.step <= LastStepOf(state.Sound()); ++state.step)
+      seen += Format("%s %d ", state.Sound().key, state.step) +
+              testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(ArticulationPicture(state, 1000, 640)))) +
+              "\n";
+  testing::ExpectKept(PARLOWEN_SOURCE_DIR "/tests/articulation/drawings.kept", seen);
 }
 
 TEST(Articulation, AMovementIsLinearAndTheVelumChangesInItsMiddle) {

@@ -151,7 +151,10 @@ bool AnsweredWindow::AskInput(InputForm& form) {
   const bool taken = QtWindow::AskInput(form);
   EXPECT_EQ(taken, ok && !refused);
   // Letters that no file can hold are refused by the dialog, from a script by the handler.
-  if (refused) form = filled;
+  if (refused) {
+    form = filled;
+    asked_ += form.title + " | refused\n";
+  }
   return ok;
 }
 

@@ -1,8 +1,8 @@
 // The desktop as the stage of a script: what a script says is done with menu, mouse, keys and buttons, and its answers
 // are typed into the real dialogs.
 #pragma once
-#include <map>
 #include <QObject>
+#include <map>
 #include <ostream>
 
 #include "shell/headless/ScriptStage.h"
@@ -34,7 +34,7 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
              int byDefault, QWidget* parent) override;
 
   ToolWidget* WidgetOf(const ToolWindow& tool) const;
-  /// What was asked beyond the script, a line each.
+  /// What was asked beyond the script, and which forms were refused, a line each.
   const std::string& asked() const { return asked_; }
 
   /// Fills the next form, in place of the script: the desktop's own question for a selection.

@@ -81,6 +81,17 @@ TEST(VoiceMeasures, TheCyclesOfAMadeVoiceHaveItsJitterAndShimmer) {
     }
 }
 
+TEST(VoiceMeasures, WhatHasNoPeriodHasNoCycle) {
+  const auto samples = Wave(161.7, {3000, 2000});
+  EXPECT_FALSE(std::isnan(MeasureCycle(SpanOf(samples), 4000, 99).peak));
+  for (const double period : {std::nan(""), 0.0, -99.0, 1e9})
+    for (const SampleSpan span : {SpanOf(samples), SampleSpan{samples.data(), 50}}) {
+      const VoiceCycle cycle = MeasureCycle(span, 20, period);
+      EXPECT_TRUE(std::isnan(cycle.period) && std::isnan(cycle.peak)) << period;
+    }
+  EXPECT_TRUE(std::isnan(MeasureCycle({samples.data(), 50}, 20, 99).peak));
+}
+
 TEST(VoiceMeasures, TheCorrelationAtThePeriodTellsTheNoise) {
   const std::vector<double> amplitudes = {3000, 2000, 1500, 1000, 800, 600, 400, 400, 300, 300};
   double power = 0;
