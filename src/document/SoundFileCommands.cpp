@@ -66,20 +66,9 @@ bool HasUsableRate(const WavLayout& layout) {
   return layout.sampleRate >= kSmallestRate && layout.sampleRate <= kLargestRate;
 }
 
-/// True when a part of the file is to be chosen.
-bool IsLong(const WavLayout& layout, ChannelMode mode) {
-  return layout.bitsPerSample == 16 && layout.blockAlign == 2 && mode == ChannelMode::One &&
-         layout.dataBytes > std::int64_t{kMaxSamples} * 2;
-}
-
-int SecondsOf(const WavLayout& layout) {
-  return SaturateInt32(layout.dataBytes / 2 / static_cast<std::int64_t>(layout.sampleRate));
-}
-
-/// Loads what the layout describes, once its rate has been taken; false when that was refused. A long file is loaded
-/// from `startSecond` on.
+/// Loads what the layout describes, once its rate has been taken; false when that was refused or given up.
 bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
-                 const std::string& path, const WavLayout& layout, ChannelMode mode, int startSecond,
+                 const std::string& path, const WavLayout& layout, ChannelMode mode,
                  const TailReader& readTail) {
   const auto refuse = [&window](UiText text) {
     window.ShowError(text);
@@ -100,13 +89,17 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
     return refuse(kNot16Bits);
   } else if (mode == ChannelMode::Two) {
     return refuse(kNotStereo);
-  } else if (!IsLong(layout, mode)) {
+  } else if (layout.dataBytes <= std::int64_t{kMaxSamples} * 2) {
     loaded.count = ReadMonoSamples(file, layout.dataOffset, static_cast<int>(layout.dataBytes / 2),
                                    document.samples.data());
     loaded.tailOffset = layout.dataOffset + layout.dataBytes;
   } else {
-    const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, startSecond);
-    loaded.longFileSeconds = std::min(SecondsOf(layout), SHRT_MAX);
+    window.ShowError(kLongFile);
+    const int seconds = SaturateInt32(layout.dataBytes / 2 / document.sampleRate);
+    const auto second = AskStartSecond(window, seconds);
+    if (!second) return false;
+    const LongFileStretch stretch = PlanLongFile(layout.dataBytes, document.sampleRate, *second);
+    loaded.longFileSeconds = std::min(seconds, SHRT_MAX);
     loaded.longFileStart = stretch.startSample;
     loaded.partOfFile = true;
     loaded.count = ReadMonoSamples(file, layout.dataOffset + stretch.offset,
@@ -122,16 +115,10 @@ bool LoadWavData(Window& window, SoundDocument& document, CommandStates& states,
 void LoadWav(Window& window, SoundDocument& document, CommandStates& states, const InputFile& file,
              const std::string& path, const WavLayout& layout, ChannelMode mode, const TailReader& readTail) {
   if (!HasUsableRate(layout)) return window.ShowError(kNot16Bits);
-  std::optional<int> start = 0;
-  if (IsLong(layout, mode)) {
-    window.ShowError(kLongFile);
-    start = AskStartSecond(window, SecondsOf(layout));
-    if (!start) return;  // given up, not rejected: nothing has changed
-  }
   const int rate = static_cast<int>(layout.sampleRate);
   const bool changed = rate != document.sampleRate;
   document.TakeRate(rate, states);
-  if (!LoadWavData(window, document, states, file, path, layout, mode, *start, readTail) && changed)
+  if (!LoadWavData(window, document, states, file, path, layout, mode, readTail) && changed)
     states.onContourChanged(document.SelectionFacts());
 }
 
