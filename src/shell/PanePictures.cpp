@@ -117,8 +117,8 @@ namespace {
 
 std::vector<Tick> OctaveTicks(const PitchSpan& range, int height) {
   std::vector<double> octaves;
-  for (double octave = kReferencePitch / 4; octave <= kHighestPitchLimit; octave *= 2)
-    octaves.push_back(octave);
+  for (int up = -2; std::ldexp(kReferencePitch, up) <= kHighestPitchLimit; ++up)
+    octaves.push_back(std::ldexp(kReferencePitch, up));
   return TicksAt(PitchRows(range, height), octaves, 0, kHertz);
 }
 

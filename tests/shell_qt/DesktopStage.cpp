@@ -379,6 +379,10 @@ void DesktopStage::PointAtAll() {
   for (const Point share : kShares)
     See(Format("%s %d", name.c_str(), share.x),
         tool->Hover({width * share.x / 100, kToolHeight * share.y / 100}));
+  std::string all;
+  for (int y = 5; y < kToolHeight; y += 29)
+    for (int x = 9; x < width; x += 31) all += tool->Hover({x, y}) + "\n";
+  See(name + " all", testing::SizeAndDigest(all));
   See(name, tool->Text() + tool->Instructions());
 }
 
