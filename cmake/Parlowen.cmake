@@ -37,6 +37,10 @@ function(parlowen_test name)
   target_compile_definitions(${name}_test PRIVATE
     PARLOWEN_SOURCE_DIR="${PROJECT_SOURCE_DIR}" PARLOWEN_BINARY_DIR="${PROJECT_BINARY_DIR}")
   target_link_libraries(${name}_test PRIVATE parlowen_options GTest::gtest GTest::gtest_main)
+  if(PARLOWEN_SANITIZE)
+    # The rooms are what takes time to run; a test takes more to compile.
+    target_compile_options(${name}_test PRIVATE -O0)
+  endif()
   foreach(link IN LISTS TEST_LINKS)
     target_link_libraries(${name}_test PRIVATE parlowen_${link})
   endforeach()
