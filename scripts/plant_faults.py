@@ -218,7 +218,7 @@ class Programs:
 
     def for_room(self, room):
         """Those first that are most likely to see a fault in the room; slow ones last."""
-        own = {"shell/qt": "shell_qt_test", "shell/headless": "headless_test"}.get(room, room.split("/")[0] + "_test")
+        own = {"shell/qt": "window_story_test", "shell/headless": "headless_test"}.get(room, room.split("/")[0] + "_test")
         first = list(dict.fromkeys([own, "headless_test", "shell_test"]))
         rest = sorted((p for p in self.names if p not in first and p != SERVER_TEST), key=self.seconds.get)
         return [p for p in first if p in self.names] + rest + [SERVER_TEST] * (room == "audio/qt")

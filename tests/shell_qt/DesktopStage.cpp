@@ -5,10 +5,13 @@
 #include <QAction>
 #include <QApplication>
 #include <QFileInfo>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
+#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
@@ -16,9 +19,14 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "shell/DataFolder.h"
+#include "shell/qt/ElidedLabel.h"
 #include "shell/qt/FormDialog.h"
+#include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneWidget.h"
+#include "shell/qt/PicturePainter.h"
+#include "shell/qt/TimeAxisStrip.h"
 #include "shell/qt/ToolWidget.h"
+#include "shell_qt/PaintRecord.h"
 #include "support/Kept.h"
 #include "ui/Svg.h"
 
@@ -57,6 +65,20 @@ void Enter(FormDialog& dialog, const InputForm& opened, const InputForm& filled)
     edit->setText(QString::fromStdString(field.value));
   }
   QTest::keyClick(&dialog, Qt::Key_Return);
+}
+
+/// What stands on a label, a button or a scroll bar, and whether it can be used.
+std::string TextOf(const QWidget& widget) {
+  std::string text;
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) text = label->text().toStdString();
+  if (const auto* label = dynamic_cast<const ElidedLabel*>(&widget)) text = label->Text().toStdString();
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
+    text = Format("[%s%s] %s", button->text().toStdString().c_str(), button->isChecked() ? " *" : "",
+                  button->toolTip().toStdString().c_str());
+  if (const auto* bar = qobject_cast<const QScrollBar*>(&widget))
+    text = Format("%d of %d by %d", bar->value(), bar->maximum(), bar->pageStep());
+  if (!text.empty()) text += widget.isEnabled() ? "" : " (grey)";
+  return text;
 }
 
 Qt::Key KeyOf(const std::string& name) {
@@ -349,11 +371,6 @@ void DesktopStage::LookAtAPane() {
   EXPECT_TRUE(shown == widget.grab().toImage()) << "pane " << static_cast<int>(pane) << " shows what was";
 }
 
-void DesktopStage::See(const std::string& where, const std::string& what) {
-  std::string& last = lastSeen_[where];
-  if (std::exchange(last, what) != what) seen_ += where + ": " + what + "\n";
-}
-
 /// At the heights and widths of a script, at places that are no edge of anything.
 void DesktopStage::PointAtAll() {
   const struct {
@@ -370,20 +387,72 @@ void DesktopStage::PointAtAll() {
   for (const auto& [pane, name, height] : panes)
     for (const Point share :
          pane == Pane::Chart && !window_.PaneOf(pane).isVisible() ? std::span<const Point>() : kShares)
-      See(Format("%s %d", name, share.x),
+      seen_.See(
+          Format("%s %d", name, share.x),
           Station().view.HoverLine(pane, {width * share.x / 100, height * share.y / 100}, height, " | "));
-  See("overview", testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(Station().view.Overview(900, 40)))));
+  seen_.See("overview",
+            testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(Station().view.Overview(900, 40)))));
   const ToolWindow* tool = dialogs_->CurrentTool();
   if (tool == nullptr) return;
   const std::string name = tool->Name();
   for (const Point share : kShares)
-    See(Format("%s %d", name.c_str(), share.x),
-        tool->Hover({width * share.x / 100, kToolHeight * share.y / 100}));
+    seen_.See(Format("%s %d", name.c_str(), share.x),
+              tool->Hover({width * share.x / 100, kToolHeight * share.y / 100}));
   std::string all;
   for (int y = 5; y < kToolHeight; y += 29)
     for (int x = 9; x < width; x += 31) all += tool->Hover({x, y}) + "\n";
-  See(name + " all", testing::SizeAndDigest(all));
-  See(name, tool->Text() + tool->Instructions());
+  seen_.See(name + " all", testing::SizeAndDigest(all));
+  seen_.See(name, tool->Text() + tool->Instructions());
+}
+
+void DesktopStage::Record(const std::string& where, QWidget& widget, const Picture& picture) {
+  if (!widget.isVisible()) return;
+  PaintRecord record(widget.size());
+  widget.render(&record, {}, {}, QWidget::RenderFlags());
+  // What a pane has painted once is a pixmap there.
+  QPainter painter(&record);
+  PaintPicture(painter, picture);
+  painter.end();
+  const std::string text = record.Text();
+  painted_.See(where, testing::SizeAndDigest(text));
+  if (const char* folder = std::getenv("PARLOWEN_RECORDS"); folder != nullptr)
+    testing::WriteFile(Format("%s/%05zu %s", folder, looks_, where.c_str()), text);
+}
+
+/// The pointer over a place of the tool window or, without one, of the waveform, wherever it was before.
+void DesktopStage::PointAtAPlace() {
+  const auto tell = [](QWidget& widget, QEvent&& event) { QApplication::sendEvent(&widget, &event); };
+  PaneWidget& pane = window_.PaneOf(Pane::Waveform);
+  tell(pane, QEvent(QEvent::Leave));
+  const ToolWindow* tool = dialogs_->CurrentTool();
+  QWidget* shown = &pane;
+  if (tool != nullptr)
+    shown = dialogs_->WidgetOf(*tool) != nullptr ? dialogs_->WidgetOf(*tool)->Canvas() : nullptr;
+  if (shown == nullptr || !shown->isVisible() || dragging_) return;
+  const QPointF at(0.37 * shown->width(), 0.23 * shown->height());
+  tell(*shown, QMouseEvent(QEvent::MouseMove, at, shown->mapToGlobal(at), Qt::NoButton, Qt::NoButton, {}));
+}
+
+void DesktopStage::RecordAll() {
+  PointAtAPlace();
+  constexpr std::pair<Pane, const char*> kPanes[] = {
+      {Pane::Amplitude, "amplitude"}, {Pane::Pitch, "pitch"}, {Pane::Analysis, "analysis"},
+      {Pane::Waveform, "waveform"},   {Pane::Chart, "chart"}, {Pane::Labels, "labels"}};
+  for (const auto& [pane, name] : kPanes) Record(name, window_.PaneOf(pane), window_.PaneOf(pane).Shown());
+  Record("overview", *window_.findChild<OverviewStrip*>(), {});
+  Record("axis", *window_.findChild<TimeAxisStrip*>(), {});
+  QWidget* shown = &window_;
+  const ToolWindow* tool = dialogs_->CurrentTool();
+  if (ToolWidget* widget = tool != nullptr ? dialogs_->WidgetOf(*tool) : nullptr; widget != nullptr) {
+    Record(tool->Name(), *widget->Canvas(), widget->Shown());
+    shown = widget;
+  }
+  painted_.See("title", shown->windowTitle().toStdString());
+  int number = 0;
+  for (const QWidget* child : shown->findChildren<QWidget*>()) {
+    const std::string text = child->isVisible() ? TextOf(*child) : "";
+    if (++number; !text.empty()) painted_.See(Format("text %d", number), text);
+  }
 }
 
 void DesktopStage::Settle() {
@@ -398,6 +467,7 @@ void DesktopStage::Settle() {
         << row.number;
   LookAtAPane();
   PointAtAll();
+  RecordAll();
 }
 
 }  // namespace parlowen

@@ -50,6 +50,20 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
   std::string asked_;
 };
 
+/// What several places showed, a line each time that one of them changed.
+class Changes {
+ public:
+  void See(const std::string& where, const std::string& what) {
+    std::string& last = last_[where];
+    if (std::exchange(last, what) != what) text_ += where + ": " + what + "\n";
+  }
+  const std::string& Text() const { return text_; }
+
+ private:
+  std::map<std::string, std::string> last_;
+  std::string text_;
+};
+
 class DesktopStage : public QObject, public ScriptStage {
  public:
   DesktopStage(std::ostream& events, const QString& settings, int paneWidth);
@@ -58,8 +72,10 @@ class DesktopStage : public QObject, public ScriptStage {
   Workstation& Station() override { return window_.Station(); }
   ScriptTalk& Talk() override { return *dialogs_; }
   const std::string& Asked() const { return dialogs_->asked(); }
-  /// What the pointer would have read after each step, and the overview: a line each time that one of them changed.
-  const std::string& Seen() const { return seen_; }
+  /// What the pointer would have read after each step, and the overview.
+  const std::string& Seen() const { return seen_.Text(); }
+  /// What the widgets painted, how many operations and their digest, and what stood on labels and buttons.
+  const std::string& Painted() const { return painted_.Text(); }
   bool Choose(int command) override;
   void Select(int start, int end) override;
   void Click(Pane pane, Point at, MouseButton button, bool shift) override;
@@ -80,15 +96,16 @@ class DesktopStage : public QObject, public ScriptStage {
   Point InLabels(Point at);
   void LookAtAPane();
   void PointAtAll();
-  void See(const std::string& where, const std::string& what);
+  void PointAtAPlace();
+  void RecordAll();
+  void Record(const std::string& where, QWidget& widget, const Picture& picture);
 
   Preferences preferences_;
   AnsweredWindow* dialogs_ = nullptr;
   MainWindow window_;
   bool dragging_ = false;  ///< a region, between its corners
   std::size_t looks_ = 0;
-  std::map<std::string, std::string> lastSeen_;
-  std::string seen_;
+  Changes seen_, painted_;
 };
 
 }  // namespace parlowen

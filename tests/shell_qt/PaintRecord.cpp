@@ -1,0 +1,130 @@
+#include "shell_qt/PaintRecord.h"
+
+#include <QImage>
+#include <QPainterPath>
+#include <QPen>
+#include <cmath>
+#include <map>
+
+#include "base/Format.h"
+#include "support/Kept.h"
+
+namespace parlowen {
+namespace {
+
+/// In tenths, which no last bit of a sum changes.
+std::string Tenths(double value) { return Format("%ld", std::lround(value * 10 + 0.01)); }
+
+std::string Of(QPointF point) { return Tenths(point.x()) + "," + Tenths(point.y()); }
+
+std::string Of(const QRectF& area) { return Of(area.topLeft()) + " " + Of(area.bottomRight()); }
+
+std::string Of(const QBrush& brush) {
+  return brush.style() == Qt::NoBrush ? "none" : brush.color().name(QColor::HexArgb).toStdString();
+}
+
+std::string Of(const QPen& pen) {
+  if (pen.style() == Qt::NoPen) return "none";
+  std::string text = Of(pen.brush()) + " " + Tenths(pen.widthF());
+  for (const qreal length : pen.dashPattern()) text += " " + Tenths(length);
+  return text;
+}
+
+std::string Of(const QTransform& place) {
+  return Tenths(place.dx()) + "," + Tenths(place.dy()) + " * " + Tenths(100 * place.m11()) + "," +
+         Tenths(100 * place.m22());
+}
+
+}  // namespace
+
+class PaintRecord::Engine : public QPaintEngine {
+ public:
+  explicit Engine(std::string& text) : QPaintEngine(AllFeatures), text_(text) {}
+
+  bool begin(QPaintDevice*) override { return true; }
+  bool end() override { return true; }
+  Type type() const override { return User; }
+
+  void updateState(const QPaintEngineState& now) override {
+    const DirtyFlags changed = now.state();
+    if (changed & DirtyPen) Set("pen", Of(now.pen()));
+    if (changed & DirtyBrush) Set("brush", Of(now.brush()));
+    if (changed & DirtyTransform) Set("place", Of(now.transform()));
+    if (changed & DirtyFont) Set("font", std::to_string(now.font().pixelSize()));
+    if (changed & DirtyHints) Set("smooth", (now.renderHints() & QPainter::Antialiasing) != 0 ? "yes" : "no");
+    if (changed & (DirtyClipRegion | DirtyClipEnabled))
+      Set("clip", now.isClipEnabled() ? Of(QRectF(now.clipRegion().boundingRect())) : "none");
+    if (changed & DirtyClipPath) Set("clip", Of(now.clipPath().boundingRect()));
+  }
+  void drawRects(const QRectF* areas, int count) override {
+    for (int i = 0; i < count; ++i) Add("box " + Of(areas[i]));
+  }
+  void drawRects(const QRect* areas, int count) override {
+    for (int i = 0; i < count; ++i) Add("box " + Of(QRectF(areas[i])));
+  }
+  void drawLines(const QLineF* lines, int count) override {
+    for (int i = 0; i < count; ++i) Add("line " + Of(lines[i].p1()) + " " + Of(lines[i].p2()));
+  }
+  void drawEllipse(const QRectF& area) override { Add("oval " + Of(area)); }
+  void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override {
+    std::string line = mode == PolylineMode ? "polyline" : "polygon";
+    for (int i = 0; i < count; ++i) line += " " + Of(points[i]);
+    Add(line);
+  }
+  void drawPath(const QPainterPath& path) override {
+    std::string line = "path";
+    for (int i = 0; i < path.elementCount(); ++i)
+      line += Format(" %d ", static_cast<int>(path.elementAt(i).type)) + Of(QPointF(path.elementAt(i)));
+    Add(line);
+  }
+  void drawTextItem(const QPointF& at, const QTextItem& item) override {
+    Add("text " + Of(at) + " " + item.text().toStdString());
+  }
+  /// Pixels that were painted before are no part of the record.
+  void drawPixmap(const QRectF& area, const QPixmap&, const QRectF& from) override {
+    Add("pixels " + Of(area) + " of " + Of(from));
+  }
+  void drawImage(const QRectF& area, const QImage& image, const QRectF& from,
+                 Qt::ImageConversionFlags) override {
+    const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
+    Add("image " + Of(area) + " of " + Of(from) + " " +
+        testing::SizeAndDigest(
+            std::string(reinterpret_cast<const char*>(rgb.constBits()), static_cast<std::size_t>(rgb.sizeInBytes()))));
+  }
+
+ private:
+  /// With what was set since the last operation and is not as it was. What nobody sees is left out.
+  void Add(const std::string& line) {
+    if (set_["pen"].starts_with("#00") && set_["brush"] == "none") return;
+    for (const auto& [name, value] : set_)
+      if (std::exchange(used_[name], value) != value) text_ += name + " " + value + "\n";
+    text_ += line + "\n";
+  }
+  void Set(const std::string& name, const std::string& value) { set_[name] = value; }
+  std::string& text_;
+  std::map<std::string, std::string> set_, used_;
+};
+
+PaintRecord::PaintRecord(QSize size) : size_(size), engine_(std::make_unique<Engine>(text_)) {}
+
+PaintRecord::~PaintRecord() = default;
+
+QPaintEngine* PaintRecord::paintEngine() const { return engine_.get(); }
+
+int PaintRecord::metric(PaintDeviceMetric metric) const {
+  switch (metric) {
+    case PdmWidth: return size_.width();
+    case PdmHeight: return size_.height();
+    case PdmDepth: return 32;
+    case PdmNumColors: return 1 << 24;
+    case PdmDpiX:
+    case PdmDpiY:
+    case PdmPhysicalDpiX:
+    case PdmPhysicalDpiY: return 96;
+    case PdmDevicePixelRatio: return 1;
+    case PdmDevicePixelRatioScaled: return static_cast<int>(devicePixelRatioFScale());
+    default: return 0;
+  }
+}
+
+}  // namespace parlowen
