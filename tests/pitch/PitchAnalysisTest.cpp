@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include "document/SoundFileCommands.h"
-#include "document/WavFile.h"
 #include "dsp/AnalysisWindow.h"
 #include "dsp/SignalTables.h"
 #include "pitch/PitchAnalysis.h"
 #include "pitch/Voices.h"
+#include "support/Recordings.h"
 
 namespace parlowen {
 namespace {
@@ -256,21 +256,10 @@ TEST(PitchAnalysis, TheDriverLeavesItsFrameWindowBehind) {
   EXPECT_EQ(AnalysisWindow[266], 0.0);
 }
 
-std::unique_ptr<SoundDocument> Recording(const std::string& name) {
-  auto document = std::make_unique<SoundDocument>();
-  const InputFile file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + name);
-  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
-  CommandStates states;
-  const int count = static_cast<int>(layout->dataBytes / layout->blockAlign);
-  ReadMonoSamples(file, layout->dataOffset, count, document->samples.data());
-  document->resetForNewSound(count, static_cast<int>(layout->sampleRate), states);
-  return document;
-}
-
 TEST(PitchAnalysis, VoicingIsTheSecondStagesOwn) {
   // The first stage's hint says nothing about voice: without it the same frames are voiced.
   for (const char* name : {"english_male_sentence_16000.wav", "mandarin_initials_male_22050.wav"}) {
-    const auto document = Recording(name);
+    const auto document = LoadRecording(name).Document();
     const auto both = Analyse(*document), second = Analyse(*document, PitchRange::Automatic, false);
     int differ = 0;
     for (std::size_t f = 0; f < both.size(); ++f) differ += (both[f] > 0) != (second[f] > 0);
@@ -281,11 +270,11 @@ TEST(PitchAnalysis, VoicingIsTheSecondStagesOwn) {
 TEST(PitchAnalysis, ATonesEndsAreSmooth) {
   // mao1 of the man: its nasal has every other pulse weak and was told at half the pitch, and bai2 ends in such
   // pulses at the lowest bound. Of zou3 the creak after 88 Hz was told at 500 Hz.
-  const auto mao = Analyse(*Recording("mandarin_mao_four_tones_male_44100.wav"));
+  const auto mao = Analyse(*LoadRecording("mandarin_mao_four_tones_male_44100.wav").Document());
   EXPECT_GT(Voiced(mao, 25, 60), 28);
   for (std::size_t f = 25; f < 60; ++f)
     EXPECT_TRUE(mao[f] == 0 || std::fabs(44100 / static_cast<double>(mao[f]) - 153) < 15) << f;
-  const auto words = Analyse(*Recording("mandarin_initials_male_22050.wav"));
+  const auto words = Analyse(*LoadRecording("mandarin_initials_male_22050.wav").Document());
   for (std::size_t f = 0; f < words.size(); ++f) {
     if (words[f] == 0) continue;
     const double hertz = 22050 / static_cast<double>(words[f]);
@@ -295,7 +284,7 @@ TEST(PitchAnalysis, ATonesEndsAreSmooth) {
 }
 
 TEST(PitchAnalysis, TheFourTonesHaveTheirShapes) {
-  const auto periods = Analyse(*Recording("mandarin_mao_four_tones_female_11025.wav"));
+  const auto periods = Analyse(*LoadRecording("mandarin_mao_four_tones_female_11025.wav").Document());
   std::vector<std::vector<double>> syllables;  // parts with at least 0.15 s of silence between
   std::size_t last = 0;
   for (std::size_t f = 0; f < periods.size(); ++f) {

@@ -88,8 +88,8 @@ class PaintRecord::Engine : public QPaintEngine {
                  Qt::ImageConversionFlags) override {
     const QImage rgb = image.convertToFormat(QImage::Format_RGB32);
     Add("image " + Of(area) + " of " + Of(from) + " " +
-        testing::SizeAndDigest(
-            std::string(reinterpret_cast<const char*>(rgb.constBits()), static_cast<std::size_t>(rgb.sizeInBytes()))));
+        testing::SizeAndDigest(std::string(reinterpret_cast<const char*>(rgb.constBits()),
+                                           static_cast<std::size_t>(rgb.sizeInBytes()))));
   }
 
  private:

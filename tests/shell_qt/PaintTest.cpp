@@ -76,7 +76,8 @@ TEST(PaintTest, TheMeterFromSilenceToClipping) {
   LevelMeter meter(nullptr);
   meter.resize(220, 16);
   std::string painted;
-  for (const BlockLevels& levels : {BlockLevels{}, {0, 0, 31}, {0, 0, 16422}, {0, 0, 16423}, {0, 0, 32768, true}, {}}) {
+  for (const BlockLevels& levels :
+       {BlockLevels{}, {0, 0, 31}, {0, 0, 16422}, {0, 0, 16423}, {0, 0, 32768, true}, {}}) {
     meter.SetLevels(levels);
     painted += meter.accessibleDescription().toStdString() + "\n" + Painted(meter);
   }

@@ -16,7 +16,6 @@
 namespace parlowen {
 namespace {
 
-
 QImage SvgAsImage(const QByteArray& svg, QSize size) {
   QSvgRenderer renderer(svg);
   EXPECT_TRUE(renderer.isValid());
