@@ -35,8 +35,8 @@ std::string Listed(std::span<const float> periods) {
     sum += period;
     all += Format("%.3f ", static_cast<double>(period));
   }
-  return Format("%zu frames, %d voiced, %.1f samples, %s", periods.size(), voiced, voiced > 0 ? sum / voiced : 0,
-                SizeAndDigest(all).c_str());
+  return Format("%zu frames, %d voiced, %.1f samples, %s", periods.size(), voiced,
+                voiced > 0 ? sum / voiced : 0, SizeAndDigest(all).c_str());
 }
 
 std::string FirstStage(const LoadedRecording& recording, PitchRange range) {
@@ -56,8 +56,8 @@ std::string BothStages(const LoadedRecording& recording, PitchRange range) {
   PitchAnalysisRequest request;
   request.range = range;
   std::vector<float> periods;
-  EXPECT_TRUE(RunPitchAnalysis(*document, 0, document->sampleCount, request, {0, document->ContourLength() - 1},
-                               periods));
+  EXPECT_TRUE(RunPitchAnalysis(*document, 0, document->sampleCount, request,
+                               {0, document->ContourLength() - 1}, periods));
   return Listed(periods);
 }
 
@@ -77,9 +77,9 @@ TEST(Recordings, HaveTheContoursThatAreKept) {
     for (const auto& way : ways) {
       recording.samples = Part(whole, way.divisor, way.noise);
       recording.rate = way.rate;
-      seen +=
-          Format("%d Hz, range %d, / %d + %d: ", way.rate, static_cast<int>(way.range), way.divisor, way.noise) +
-          FirstStage(recording, way.range) + "; " + BothStages(recording, way.range) + "\n";
+      seen += Format("%d Hz, range %d, / %d + %d: ", way.rate, static_cast<int>(way.range), way.divisor,
+                     way.noise) +
+              FirstStage(recording, way.range) + "; " + BothStages(recording, way.range) + "\n";
     }
   }
   ExpectKept(PARLOWEN_SOURCE_DIR "/tests/pitch/contours.kept", seen);

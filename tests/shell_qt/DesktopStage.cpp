@@ -5,13 +5,11 @@
 #include <QAction>
 #include <QApplication>
 #include <QFileInfo>
-#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QScrollBar>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
@@ -19,7 +17,6 @@
 #include "base/Files.h"
 #include "base/Format.h"
 #include "shell/DataFolder.h"
-#include "shell/qt/ElidedLabel.h"
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneWidget.h"
@@ -65,20 +62,6 @@ void Enter(FormDialog& dialog, const InputForm& opened, const InputForm& filled)
     edit->setText(QString::fromStdString(field.value));
   }
   QTest::keyClick(&dialog, Qt::Key_Return);
-}
-
-/// What stands on a label, a button or a scroll bar, and whether it can be used.
-std::string TextOf(const QWidget& widget) {
-  std::string text;
-  if (const auto* label = qobject_cast<const QLabel*>(&widget)) text = label->text().toStdString();
-  if (const auto* label = dynamic_cast<const ElidedLabel*>(&widget)) text = label->Text().toStdString();
-  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
-    text = Format("[%s%s] %s", button->text().toStdString().c_str(), button->isChecked() ? " *" : "",
-                  button->toolTip().toStdString().c_str());
-  if (const auto* bar = qobject_cast<const QScrollBar*>(&widget))
-    text = Format("%d of %d by %d", bar->value(), bar->maximum(), bar->pageStep());
-  if (!text.empty()) text += widget.isEnabled() ? "" : " (grey)";
-  return text;
 }
 
 Qt::Key KeyOf(const std::string& name) {
@@ -165,6 +148,7 @@ bool AnsweredWindow::AskInput(InputForm& form) {
   if (ofScript) PrintInput(opened, ok);
   bool refused = false;
   WhenOpen([&](QWidget& box) {
+    if (onForm) onForm(box);
     if (!ok) return PressEscape(box);
     Enter(dynamic_cast<FormDialog&>(box), opened, filled);
     refused = box.isVisible();
@@ -237,6 +221,10 @@ DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int pa
                 dialogs_ = dialogs.get();
                 return dialogs;
               }) {
+  dialogs_->onForm = [this](QWidget& form) {
+    form.resize(form.sizeHint());  // however large the screen is
+    Keep("form " + form.windowTitle().toStdString(), PlacesIn(form));
+  };
   // A script's view keeps its left edge.
   Station().view.keepsToSound = Station().view.followsPlay = false;
   qApp->installEventFilter(this);
@@ -413,7 +401,10 @@ void DesktopStage::Record(const std::string& where, QWidget& widget, const Pictu
   QPainter painter(&record);
   PaintPicture(painter, picture);
   painter.end();
-  const std::string text = record.Text();
+  Keep(where, record.Text());
+}
+
+void DesktopStage::Keep(const std::string& where, const std::string& text) {
   painted_.See(where, testing::SizeAndDigest(text));
   if (const char* folder = std::getenv("PARLOWEN_RECORDS"); folder != nullptr)
     testing::WriteFile(Format("%s/%05zu %s", folder, looks_, where.c_str()), text);
@@ -447,10 +438,11 @@ void DesktopStage::RecordAll() {
     Record(tool->Name(), *widget->Canvas(), widget->Shown());
     shown = widget;
   }
-  painted_.See("title", shown->windowTitle().toStdString());
+  painted_.See("title",
+               shown->windowTitle().toStdString() + (window_.isWindowModified() ? " (unsaved)" : ""));
   int number = 0;
   for (const QWidget* child : shown->findChildren<QWidget*>()) {
-    const std::string text = child->isVisible() ? TextOf(*child) : "";
+    const std::string text = child->isVisible() ? TextOn(*child) : "";
     if (++number; !text.empty()) painted_.See(Format("text %d", number), text);
   }
 }

@@ -39,6 +39,7 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
 
   /// Fills the next form, in place of the script: the desktop's own question for a selection.
   std::function<void(InputForm& form)> fillForm;
+  std::function<void(QWidget& form)> onForm;  ///< it has come up
 
  protected:
   void AfterClosed(const ToolWindow& tool) override { NoteClosed(tool); }
@@ -98,6 +99,7 @@ class DesktopStage : public QObject, public ScriptStage {
   void PointAtAll();
   void PointAtAPlace();
   void RecordAll();
+  void Keep(const std::string& where, const std::string& text);
   void Record(const std::string& where, QWidget& widget, const Picture& picture);
 
   Preferences preferences_;

@@ -1,12 +1,18 @@
 #include "shell_qt/PaintRecord.h"
 
+#include <QAbstractButton>
+#include <QDialogButtonBox>
 #include <QImage>
+#include <QLabel>
+#include <QLineEdit>
 #include <QPainterPath>
 #include <QPen>
+#include <QScrollBar>
 #include <cmath>
 #include <map>
 
 #include "base/Format.h"
+#include "shell/qt/ElidedLabel.h"
 #include "support/Kept.h"
 
 namespace parlowen {
@@ -125,6 +131,34 @@ int PaintRecord::metric(PaintDeviceMetric metric) const {
     case PdmDevicePixelRatioScaled: return static_cast<int>(devicePixelRatioFScale());
     default: return 0;
   }
+}
+
+std::string PlacesIn(const QWidget& window) {
+  std::string places;
+  for (const QWidget* child : window.findChildren<QWidget*>()) {
+    const QPoint at = child->mapTo(&window, QPoint());
+    // A dialog's own buttons, their order and their icons, are the desktop's.
+    const bool ofDesktop = qobject_cast<const QDialogButtonBox*>(child) != nullptr ||
+                           qobject_cast<const QDialogButtonBox*>(child->parentWidget()) != nullptr;
+    if (child->isVisible() && !child->objectName().startsWith("qt_") && !ofDesktop)
+      places += Format("%s %d %d %d %d %s\n", child->metaObject()->className(), at.x(), at.y(),
+                       child->width(), child->height(), TextOn(*child).c_str());
+  }
+  return places;
+}
+
+std::string TextOn(const QWidget& widget) {
+  std::string text;
+  if (const auto* label = qobject_cast<const QLabel*>(&widget)) text = label->text().toStdString();
+  if (const auto* label = dynamic_cast<const ElidedLabel*>(&widget)) text = label->Text().toStdString();
+  if (const auto* edit = qobject_cast<const QLineEdit*>(&widget)) text = edit->text().toStdString();
+  if (const auto* button = qobject_cast<const QAbstractButton*>(&widget))
+    text = Format("[%s%s] %s", button->text().toStdString().c_str(), button->isChecked() ? " *" : "",
+                  button->toolTip().toStdString().c_str());
+  if (const auto* bar = qobject_cast<const QScrollBar*>(&widget))
+    text = Format("%d of %d by %d", bar->value(), bar->maximum(), bar->pageStep());
+  if (!text.empty()) text += widget.isEnabled() ? "" : " (grey)";
+  return text;
 }
 
 }  // namespace parlowen

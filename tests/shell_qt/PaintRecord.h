@@ -2,6 +2,7 @@
 #pragma once
 #include <QPaintDevice>
 #include <QPaintEngine>
+#include <QWidget>
 #include <memory>
 #include <string>
 
@@ -24,5 +25,11 @@ class PaintRecord : public QPaintDevice {
   std::string text_;
   std::unique_ptr<Engine> engine_;
 };
+
+/// Kind, place and size of the widgets inside that can be seen, and what stands on them, a line each in the order they
+/// were made.
+std::string PlacesIn(const QWidget& window);
+/// What stands on a label, in a line, on a button or a scroll bar, and whether it can be used.
+std::string TextOn(const QWidget& widget);
 
 }  // namespace parlowen
