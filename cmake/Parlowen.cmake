@@ -29,18 +29,28 @@ function(parlowen_room name)
   endforeach()
 endfunction()
 
+# parlowen_test_program(NAME HEADERS ...): how a program of tests is compiled: in less time than the rooms, which are what
+# takes time to run. Under the sanitizers those headers are compiled once; what a file forgot to include is found by the
+# other builds.
+function(parlowen_test_program name)
+  cmake_parse_arguments(TEST "" "" "HEADERS" ${ARGN})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_compile_definitions(${name} PRIVATE
+    PARLOWEN_SOURCE_DIR="${PROJECT_SOURCE_DIR}" PARLOWEN_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  if(PARLOWEN_SANITIZE)
+    target_compile_options(${name} PRIVATE -O0)
+    target_precompile_headers(${name} PRIVATE ${TEST_HEADERS})
+  elseif(CMAKE_BUILD_TYPE STREQUAL "Release")
+    target_compile_options(${name} PRIVATE -O1)
+  endif()
+endfunction()
+
 # parlowen_test(NAME SOURCES ... LINKS ...): one GoogleTest program a test folder.
 function(parlowen_test name)
   cmake_parse_arguments(TEST "" "" "SOURCES;LINKS" ${ARGN})
   add_executable(${name}_test ${TEST_SOURCES})
-  target_include_directories(${name}_test PRIVATE ${PROJECT_SOURCE_DIR}/tests)
-  target_compile_definitions(${name}_test PRIVATE
-    PARLOWEN_SOURCE_DIR="${PROJECT_SOURCE_DIR}" PARLOWEN_BINARY_DIR="${PROJECT_BINARY_DIR}")
+  parlowen_test_program(${name}_test HEADERS <gtest/gtest.h> <filesystem> <functional>)
   target_link_libraries(${name}_test PRIVATE parlowen_options GTest::gtest GTest::gtest_main)
-  if(PARLOWEN_SANITIZE)
-    # The rooms are what takes time to run; a test takes more to compile.
-    target_compile_options(${name}_test PRIVATE -O0)
-  endif()
   foreach(link IN LISTS TEST_LINKS)
     target_link_libraries(${name}_test PRIVATE parlowen_${link})
   endforeach()

@@ -19,6 +19,7 @@ look: some faults change nothing that anybody could see.
 """
 import argparse
 import concurrent.futures
+import contextlib
 import filecmp
 import itertools
 import json
@@ -28,6 +29,7 @@ import random
 import re
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -133,14 +135,19 @@ def draw(arguments):
 
 
 def run(words, seconds, folder=None, **environment):
-    """Status and output; 124 when it took longer. Windows are drawn offscreen."""
+    """Status and output; 124 when it took longer. Windows are drawn offscreen. What it started ends with it."""
     screenless = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
+    done = subprocess.Popen(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+                            env={**screenless, "QT_QPA_PLATFORM": "offscreen", **environment}, start_new_session=True)
     try:
-        done = subprocess.run(words, cwd=folder, capture_output=True, text=True, timeout=seconds, errors="replace",
-                              env={**screenless, "QT_QPA_PLATFORM": "offscreen", **environment})
-        return done.returncode, done.stdout + done.stderr
+        output, _ = done.communicate(timeout=seconds)
+        return done.returncode, output
     except subprocess.TimeoutExpired:
         return 124, "timeout"
+    finally:
+        with contextlib.suppress(ProcessLookupError):
+            os.killpg(done.pid, signal.SIGKILL)
+        done.wait()
 
 
 def prepare():

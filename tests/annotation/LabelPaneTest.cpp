@@ -77,7 +77,7 @@ TEST(LabelPane, AMovedMarkerTakesItsLabelsAlongAndStopsBesideItsNeighbours) {
   MarkerSet odd = SetOf({200}, {{150, 200, "a"}});
   EXPECT_EQ(MoveMarker(odd, 0, 200, 0, 400), 151);
   EXPECT_EQ(MoveMarker(odd, 0, 77, 90, 400), 77) << "no such marker";
-  const std::vector<std::int16_t> wave = {5, 4, 3, -1, -2, -3, -4, 2};
+  const std::vector<std::int16_t> wave = {5, 4, 0, -1, -2, -3, -4, 2};
   const std::array<int, 8> nearest = {3, 3, 3, 3, 3, 3, 7, 7};
   for (int at = 0; at < 8; ++at)
     EXPECT_EQ(NearestZeroCrossing(wave, at, 100), nearest[static_cast<std::size_t>(at)]);
