@@ -20,6 +20,8 @@ class SynthesisWindow : public ToolWindow {
   std::string Instructions() const override;
   std::vector<ToolControl> Controls() const override;
   Picture Draw(int width, int height) const override;
+  /// The least share of it, 0.6, still has room for the waveform.
+  Point PreferredSize() const override { return {900, 540}; }
   bool ShowsPlay() const override { return true; }
   void Click(Window& window, Point at, MouseButton button, bool shift) override;
   void Drag(Window& window, Point at) override;
