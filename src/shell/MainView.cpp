@@ -122,7 +122,6 @@ void MainView::Click(Pane pane, Point at, MouseButton button, bool shift) {
       return;
     }
     region.to = at;
-    regionStarted_ = false;
     document_.activity = Activity::RegionChosen;
     window_.Repaint();
     return;
@@ -278,7 +277,6 @@ MainView::ToolInUse MainView::PutToolAside(bool chartToo) {
   } else if (ends) {
     document_.activity = document_.OpenTool();
   }
-  regionStarted_ = false;
   return tool;
 }
 
@@ -295,10 +293,7 @@ void MainView::BeginRegion() {
   window_.Repaint();
 }
 
-void MainView::Reset() {
-  regionStarted_ = false;
-  cursor.reset();
-}
+void MainView::Reset() { cursor.reset(); }
 
 void MainView::ScrollTo(std::int64_t viewStart) {
   const std::int64_t last = std::max(0, document_.sampleCount - document_.FullViewLength());

@@ -112,6 +112,7 @@ TEST(Intonation, TheCloseCopyTurnsWhereTheMelodyDoes) {
 TEST(Intonation, ASpeakersRangeSpansItsSentences) {
   ByteWriter file = WriteSpeakerRecord({3, 8, 20, 12});
   file.PutBytes(WriteSpeakerRecord({2, 10, 25, 14}).bytes());
+  file.PutBytes(WriteSpeakerRecord({1, 9, 9, 9}).bytes());  // a sentence on one pitch
   const auto range = ParseSpeakerRange(file);
   ASSERT_TRUE(range);
   EXPECT_EQ(range->low, 8);

@@ -3,6 +3,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
 
 #include "shell/qt/MenuTexts.h"
 #include "shell_qt/Doubles.h"
@@ -20,6 +21,7 @@ TEST_F(CommandsTest, AMenuHasEveryLetterOnceAndShowsTheKeysOfThePanes) {
       if (const auto letter = QKeySequence::mnemonic(action->text()); !letter.isEmpty())
         letters << letter.toString();
     EXPECT_EQ(letters.removeDuplicates(), 0) << menu->title().toStdString();
+    EXPECT_TRUE(menu->toolTipsVisible() || letters.empty()) << "says why an entry is greyed";
     menus += letters.size() > 1;
   }
   EXPECT_GE(menus, 14);
@@ -50,6 +52,18 @@ TEST_F(CommandsTest, ShortcutsRunTheirCommandsAndGreyedOnesDoNothing) {
   EXPECT_EQ(Document().sampleCount, 46000);
   QTest::keyClick(&Waveform(), Qt::Key_F6);
   EXPECT_TRUE(Station().spectrogram.shown);
+}
+
+TEST_F(CommandsTest, TheToolBarZoomsBothWays) {
+  Open(WriteRamp("ramp.wav", 16000, 48000));
+  const int scale = Document().samplesPerPixel;
+  const auto press = [&](const char* text) {
+    for (auto* button : window->findChildren<QToolButton*>())
+      if (button->text() == text) button->click();
+    return Document().samplesPerPixel;
+  };
+  EXPECT_EQ(press("放大"), scale / 2);
+  EXPECT_EQ(press("缩小"), scale);
 }
 
 TEST_F(CommandsTest, NothingElseActsWhileAQuestionIsOpen) {

@@ -438,6 +438,11 @@ void DesktopStage::RecordAll() {
     Record(tool->Name(), *widget->Canvas(), widget->Shown());
     shown = widget;
   }
+  std::string entries;
+  for (const QAction* action : window_.findChildren<QAction*>())
+    if (!action->text().contains('/'))  // recent files have their places in their names
+      entries += action->text().toStdString() + (action->isEnabled() ? "\n" : " (grey)\n");
+  Keep("entries", entries);
   painted_.See("title",
                shown->windowTitle().toStdString() + (window_.isWindowModified() ? " (unsaved)" : ""));
   int number = 0;

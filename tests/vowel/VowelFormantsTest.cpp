@@ -27,6 +27,8 @@ TEST(VowelFormants, TheFirstFourNarrowOnesAreKept) {
       ChooseFormants(Frame({300, 900, 2000, 3000, 4000, 5000}, {50, 1599.9, 1600, 70, 80, 90}), 16000).f,
       (Four{300, 900, 3000, 4000}));
   EXPECT_EQ(ChooseFormants(Frame({300, 900, 2000}, {50, 60, 70}), 16000).f, (Four{300, 900, 2000, 3000}));
+  EXPECT_EQ(ChooseFormants(Frame({300, 900, 2000, 3000}, {50, 60, 1600, 80}), 16000).f,
+            (Four{300, 900, 3000, 0}));
   EXPECT_EQ(ChooseFormants(Frame({300, 900}, {50, 60}), 16000).f, (Four{300, 900, 0, 1000}));
   EXPECT_EQ(ChooseFormants(Frame({}, {}), 16000).f, (Four{0, 0, 0, 1000}));
   EXPECT_EQ(ChooseFormants(Frame({300, 900, 2000}, {50, 60, 70}), 16000).b, (Four{50, 60, 70, 0}));
