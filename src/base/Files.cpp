@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <system_error>
 #include <thread>
+#include <utility>
 
 namespace parlowen {
 namespace fs = std::filesystem;
@@ -154,8 +155,8 @@ FileTurn::FileTurn(const std::string& path) {
   }
 }
 
-FileTurn::~FileTurn() {
-  if (folder_ >= 0) ::close(folder_);
+void FileTurn::End() {
+  if (folder_ >= 0) ::close(std::exchange(folder_, -1));
 }
 
 int ReplaceFile(const std::string& path, ByteSpan bytes) {

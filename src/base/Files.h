@@ -53,13 +53,15 @@ class FileReplacement {
 
 /// A turn at the files of a folder among all programs that take turns: who reads a file, changes it and writes it has one
 /// from the reading on, or what another program has added in between is lost. Waits for others' turns, but not for ever,
-/// and goes without where a folder cannot be locked. Not to be taken twice at once.
+/// and goes without where a folder cannot be locked. Not to be taken twice at once, nor kept while the user is asked or
+/// told something: the others would wait.
 class FileTurn {
  public:
   explicit FileTurn(const std::string& path);
-  ~FileTurn();
+  ~FileTurn() { End(); }
   FileTurn(const FileTurn&) = delete;
   FileTurn& operator=(const FileTurn&) = delete;
+  void End();
 
  private:
   int folder_ = -1;

@@ -232,8 +232,10 @@ bool Hum::Follow(std::size_t hops) {
   if (inStep <= kStillInStep * all) return false;
   const double faster = turned / weights / (2 * std::numbers::pi * blocks_.Seconds(hops));  // Hz
   frequency_ += faster;
+  // What a block tells is the amplitude in its middle.
+  const double middle = static_cast<double>(blocks_.length) / 2 / blocks_.rate;
   for (std::size_t i = 0; i < amplitudes_.size(); ++i) {
-    const Amplitudes back = Turned(-faster * blocks_.Seconds(blocks_.quiet[i]));
+    const Amplitudes back = Turned(-faster * (blocks_.Seconds(blocks_.quiet[i]) + middle));
     for (std::size_t k = 0; k < kHarmonics; ++k) amplitudes_[i][k] *= back[k];
   }
   return true;

@@ -32,25 +32,25 @@ bool CanWrite(const std::string& path) {
   return trial.Begin(path) == 0;
 }
 
-/// The bytes of a good group file. Else nothing, and `cannotOpen` or the kind's own message was shown.
-std::optional<Bytes> OpenGroups(Window& window, const GroupKind& kind, const std::string& path,
-                                UiText cannotOpen) {
+/// What stands against a step, told when the turn at the file has ended.
+struct Obstacle {
+  UiText text;
+  Icon icon = Icon::Error;
+};
+
+/// The bytes of a good group file; else nothing, and what is to be said.
+std::optional<Bytes> OpenGroups(const GroupKind& kind, const std::string& path, UiText cannotOpen,
+                                std::optional<Obstacle>& obstacle) {
   auto bytes = ReadWholeFile(path);
   if (!bytes || !CanWrite(path)) {
-    window.Notify(cannotOpen, Icon::Error);
+    obstacle = {cannotOpen};
     return {};
   }
   if (!GroupCountOf(kind.layout, *bytes)) {
-    window.Notify(kind.damaged, Icon::Error);
+    obstacle = {kind.damaged};
     return {};
   }
   return bytes;
-}
-
-bool WriteGroups(Window& window, const std::string& path, const Bytes& bytes, UiText cannotWrite) {
-  if (SaveFile(window, path, bytes) == 0) return true;
-  window.Notify(cannotWrite, Icon::Error);
-  return false;
 }
 
 /// The name in GBK; nothing when it was cancelled. Text that cannot be stored keeps the dialog open.
@@ -66,15 +66,32 @@ std::optional<std::string> AskGroupName(Window& window) {
   return {};
 }
 
+/// Reads the groups, changes them and writes them, in a turn of its own. `change` gets the bytes, or none where `mayMake`
+/// and there is no file; it says what stands against it.
+template <typename Change>
+bool ChangeGroups(Window& window, const GroupKind& kind, const std::string& path, UiText cannotOpen,
+                  bool mayMake, Change&& change) {
+  std::optional<Obstacle> obstacle;
+  {
+    const FileTurn turn(path);
+    std::optional<Bytes> bytes =
+        mayMake && !Exists(path) ? std::optional(Bytes(2)) : OpenGroups(kind, path, cannotOpen, obstacle);
+    if (bytes) obstacle = change(*bytes);
+    if (!obstacle && SaveFile(window, path, *bytes) < 0) obstacle = {cannotOpen};
+  }
+  return !obstacle || window.Refuse(obstacle->text, obstacle->icon);
+}
+
+constexpr Obstacle kFull{messages::kTooMuchData, Icon::None};
+
 bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& kind,
                   std::span<const std::uint16_t> slot) {
-  const FileTurn turn(current.path);
-  auto bytes = OpenGroups(window, kind, current.path, messages::kNoSuchFile);
-  if (!bytes) return false;
-  if (current.index >= GroupCountOf(kind.layout, *bytes)) return window.Refuse(kind.damaged, Icon::Error);
-  if (!AppendToGroup(kind.layout, *bytes, current.index, slot, false))
-    return window.Refuse(messages::kTooMuchData);
-  return WriteGroups(window, current.path, *bytes, messages::kNoSuchFile);
+  return ChangeGroups(window, kind, current.path, messages::kNoSuchFile, false,
+                      [&](Bytes& bytes) -> std::optional<Obstacle> {
+                        if (current.index >= GroupCountOf(kind.layout, bytes)) return Obstacle{kind.damaged};
+                        if (!AppendToGroup(kind.layout, bytes, current.index, slot, false)) return kFull;
+                        return {};
+                      });
 }
 
 bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, const std::string& path,
@@ -82,16 +99,13 @@ bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, c
   const bool negative = kind.asksSign && !window.AskYesNo(kSign, kSignCaption);
   const auto name = AskGroupName(window);
   if (!name) return false;
-  const FileTurn turn(path);
-  Bytes bytes(2);
-  if (Exists(path)) {
-    auto present = OpenGroups(window, kind, path, kCannotOpenGroups);
-    if (!present) return false;
-    bytes = std::move(*present);
-  }
-  const int index = AppendGroup(kind.layout, bytes, *name, negative, slot);
-  if (index < 0) return window.Refuse(messages::kTooMuchData);
-  if (!WriteGroups(window, path, bytes, kCannotOpenGroups)) return false;
+  int index = -1;
+  const auto append = [&](Bytes& bytes) -> std::optional<Obstacle> {
+    index = AppendGroup(kind.layout, bytes, *name, negative, slot);
+    if (index < 0) return kFull;
+    return {};
+  };
+  if (!ChangeGroups(window, kind, path, kCannotOpenGroups, true, append)) return false;
   current = {true, path, index};
   return true;
 }
@@ -100,14 +114,14 @@ bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
                std::span<const std::uint16_t> slot) {
   const auto name = AskGroupName(window);
   if (!name) return false;
-  const FileTurn turn(path);
-  auto bytes = OpenGroups(window, kind, path, kCannotOpenGroups);
-  if (!bytes) return false;
-  const int index = FindGroup(kind.layout, *bytes, *name);
-  if (index < 0) return window.Refuse(kNoSuchGroup);
-  if (!AppendToGroup(kind.layout, *bytes, index, slot, kind.clearsRest))
-    return window.Refuse(messages::kTooMuchData);
-  if (!WriteGroups(window, path, *bytes, kCannotOpenGroups)) return false;
+  int index = -1;
+  const auto append = [&](Bytes& bytes) -> std::optional<Obstacle> {
+    index = FindGroup(kind.layout, bytes, *name);
+    if (index < 0) return Obstacle{kNoSuchGroup, Icon::None};
+    if (!AppendToGroup(kind.layout, bytes, index, slot, kind.clearsRest)) return kFull;
+    return {};
+  };
+  if (!ChangeGroups(window, kind, path, kCannotOpenGroups, false, append)) return false;
   current = {true, path, index};
   return true;
 }
@@ -128,7 +142,9 @@ bool AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
     if (!CanWrite(path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
     return AddNewGroup(window, current, kind, path, slot);
   }
-  if (!OpenGroups(window, kind, path, kCannotOpenGroups)) return false;
+  std::optional<Obstacle> obstacle;
+  if (!OpenGroups(kind, path, kCannotOpenGroups, obstacle))
+    return window.Refuse(obstacle->text, obstacle->icon);
   if (window.AskYesNo(kNewGroup, kNewGroupCaption)) return AddNewGroup(window, current, kind, path, slot);
   return AddByName(window, current, kind, path, slot);
 }

@@ -175,27 +175,27 @@ std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int
   return item;
 }
 
-/// Another program may have the same run open: what it has added behind our items stays.
+/// Another program may have the same run open. Every step is stored at once, so what the file holds is the run: our items,
+/// what others have added, and without what they have removed.
 void TakeForeignItems(ToneState& tones) {
   if (!tones.written) return;
   const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
   auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
-  if (!items || items->size() <= tones.items.size() ||
+  if (!items || *items == tones.items) return;
+  // Which items are of the unnamed sound is known by their places.
+  if (items->size() < tones.items.size() ||
       !std::equal(tones.items.begin(), tones.items.end(), items->begin()))
-    return;
+    tones.unsavedSound = {};
   tones.SetItems(std::move(*items));
 }
 
-/// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
-bool StoreItems(Window& window, ToneState& tones, std::vector<ToneItem> items) {
-  if (ToneItemBytes(items) > kLargestToneFile) {
-    window.Notify(messages::kTooMuchData);
-    return false;
-  }
-  if (SaveFile(window, tones.path, WriteToneItems(items)) < 0) {
-    window.Notify(kCannotOpenGroups, Icon::Error);
-    return false;
-  }
+/// Writes the items as the whole file, makes them the run's and ends the turn. False, and nothing changed, with its message.
+bool StoreItems(Window& window, FileTurn& turn, ToneState& tones, std::vector<ToneItem> items) {
+  const bool fits = ToneItemBytes(items) <= kLargestToneFile;
+  const bool stored = fits && SaveFile(window, tones.path, WriteToneItems(items)) == 0;
+  turn.End();
+  if (!fits) return window.Refuse(messages::kTooMuchData);
+  if (!stored) return window.Refuse(kCannotOpenGroups, Icon::Error);
   tones.written = true;
   tones.SetItems(std::move(items));
   window.Repaint();
@@ -328,15 +328,18 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   tones.groupName = form.ValueOf(kFirstField);
   tones.dropWeakEnds = form.CheckedIndex() != kSecondChoice;
   const std::string group = GroupGbk(tones.groupName);
-  const FileTurn turn(tones.path);
-  TakeForeignItems(tones);
-  if (!HasRoomFor(tones, group)) return window.Notify(messages::kTooMuchData);
   auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
-  if (!item) return window.Notify(messages::kNoPitchInStretch);
+  FileTurn turn(tones.path);
+  TakeForeignItems(tones);
+  const bool fits = HasRoomFor(tones, group);
+  if (!fits || !item) {
+    turn.End();
+    return window.Notify(fits ? messages::kNoPitchInStretch : messages::kTooMuchData);
+  }
   NoteSound(tones, document);
   std::vector<ToneItem> items = tones.items;
   items.push_back(std::move(*item));
-  if (!StoreItems(window, tones, std::move(items))) return;
+  if (!StoreItems(window, turn, tones, std::move(items))) return;
   const int last = static_cast<int>(tones.items.size()) - 1;
   window.ShowStatus(
       Format(kAdded.Get(), GroupText(group).c_str(), NumberInGroup(tones.items, last), last + 1));
@@ -345,14 +348,21 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
 void RemoveToneCommand(Window& window, ToneState& tones) {
   if (tones.items.empty()) return window.ShowStatus(kNothingToRemove);
   const bool picked = tones.view == ToneView::Group && tones.picked >= 0;
-  const int index = picked ? tones.picked : static_cast<int>(tones.items.size()) - 1;
-  const FileTurn turn(tones.path);
+  const auto index = picked ? static_cast<std::size_t>(tones.picked) : tones.items.size() - 1;
+  const ToneItem item = tones.items[index];
+  FileTurn turn(tones.path);
   TakeForeignItems(tones);
-  const std::string group = tones.items[static_cast<std::size_t>(index)].group;
-  const int number = NumberInGroup(tones.items, index);
   std::vector<ToneItem> items = tones.items;
-  items.erase(items.begin() + index);
-  if (!StoreItems(window, tones, std::move(items))) return;
+  auto at = std::find(items.begin(), items.end(), item);
+  if (index < items.size() && items[index] == item) at = items.begin() + static_cast<std::ptrdiff_t>(index);
+  if (at == items.end()) {  // another program was first
+    turn.End();
+    return window.ShowStatus(kNothingToRemove);
+  }
+  const std::string group = item.group;
+  const int number = NumberInGroup(items, static_cast<int>(at - items.begin()));
+  items.erase(at);
+  if (!StoreItems(window, turn, tones, std::move(items))) return;
   tones.picked = -1;
   window.ShowStatus(Format(kRemoved.Get(), GroupText(group).c_str(), number));
 }
@@ -403,7 +413,7 @@ bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones)
 void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   if (!desk.document.pitchPresent) return window.Notify(messages::kNoContour);
   const std::vector<LabelledStretch> labels = desk.firstBand().labels;
-  const FileTurn turn(tones.path);
+  FileTurn turn(tones.path);
   TakeForeignItems(tones);
   ToneState grown;  // knows which groups there are while they come
   grown.SetItems(tones.items);
@@ -419,7 +429,7 @@ void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones)
     ++added;
   }
   NoteSound(tones, desk.document);
-  if (added > 0 && !StoreItems(window, tones, std::move(grown.items))) return;
+  if (added > 0 && !StoreItems(window, turn, tones, std::move(grown.items))) return;
   window.ShowStatus(Format(kLabelsAdded.Get(), added, static_cast<int>(labels.size()) - added));
 }
 

@@ -127,7 +127,7 @@ void AddMoment(Window& window, const SoundDocument& document, VowelState& vowels
   VowelFormants formants = ChooseFormants(FormantsAt(document, sample), document.sampleRate);
   if (correct) Correct(window, formants);
   if (!IsVowel(formants)) return;
-  vowels.unsaved = vowels.chart.Add(formants.f[0], formants.f[1], formants.f[2]) || vowels.unsaved;
+  vowels.chart.Add(formants.f[0], formants.f[1], formants.f[2]);
 }
 
 /// The chart of a file; nothing when it is refused, with its message.
@@ -186,7 +186,6 @@ bool UndoPointCommand(Window& window, const VowelDesk& desk) {
   if (vowels.chart.count < 1) return false;
   if (window.AskYesNo(kDeleteOrModify, kDeleteOrModifyCaption)) {
     --vowels.chart.count;
-    vowels.unsaved = true;
   } else if (vowels.lastClick < 0 || vowels.lastClickSound != document.Stamp()) {
     // there is nothing to measure again
   } else if (vowels.chart.count > VowelChart::kMostClicked) {
@@ -194,7 +193,6 @@ bool UndoPointCommand(Window& window, const VowelDesk& desk) {
   } else {
     // A correction that leaves no vowel takes the point away.
     --vowels.chart.count;
-    vowels.unsaved = true;
     AddMoment(window, document, vowels, vowels.lastClick, true);
   }
   ShowPointChart(window, desk, false);
@@ -215,7 +213,6 @@ bool ChoosePointShapeCommand(Window& window, VowelState& vowels) {
 void ClearChartCommand(Window& window, const VowelDesk& desk) {
   const auto& [document, states, vowels] = desk;
   vowels.chart.count = 0;
-  vowels.unsaved = false;
   vowels.averages.clear();
   ShowPointChart(window, desk, false);
 }
@@ -250,7 +247,6 @@ bool TypePointCommand(Window& window, const VowelDesk& desk) {
       continue;
     }
     vowels.chart.Add(f1, f2, 0);
-    vowels.unsaved = true;
     UpdateVowelCommands(desk);
     window.Repaint(Pane::Chart);
     return true;
@@ -290,7 +286,6 @@ void SaveChartCommand(Window& window, VowelState& vowels) {
   if (!choice || choice->path.empty()) return;
   if (SaveFile(window, choice->path, ChartBytes(vowels.chart)) < 0)
     return window.Notify(messages::kCannotCreate, Icon::Error);
-  vowels.unsaved = false;
 }
 
 bool OpenChartCommand(Window& window, const VowelDesk& desk) {
@@ -304,7 +299,6 @@ bool OpenChartFile(Window& window, const VowelDesk& desk, const std::string& pat
   if (!chart) return false;
   vowels.chart = *chart;
   vowels.chart.loadedFromFile = true;
-  vowels.unsaved = false;
   vowels.averages.clear();
   ShowPointChart(window, desk, true);
   return true;
@@ -319,7 +313,6 @@ void ListChartCommand(Window& window, const VowelDesk& desk, const std::string& 
   if (WriteTextExport(window, exportFolder, kChartListName, ChartListing(*chart)) < 0) return;
   // The chart that is listed is the present one from now on.
   vowels.chart = *chart;
-  vowels.unsaved = false;
   UpdateVowelCommands(desk);
   window.Repaint(Pane::Chart);
   ShowTextExport(window, exportFolder, kChartListName);

@@ -14,7 +14,6 @@ namespace parlowen {
 /// What the vowel commands keep for the whole run of the program, over all sounds.
 struct VowelState {
   VowelChart chart;
-  bool unsaved = false;              ///< the chart has changed since it was saved, loaded or cleared
   bool showNumbers = false;          ///< beside the points
   std::vector<int> averages;         ///< speaker classes drawn over the point chart
   std::vector<int> segmentAverages;  ///< and over the segment chart

@@ -18,6 +18,7 @@
 #include <span>
 #include <utility>
 
+#include "base/Arithmetic.h"
 #include "base/Files.h"
 #include "base/Format.h"
 #include "document/SoundFileCommands.h"
@@ -643,7 +644,7 @@ void MainWindow::AskSelection() {
   const auto sample = [&](int control) {
     const double typed = QString::fromStdString(form.ValueOf(control)).toDouble();
     const double value = (seconds ? (typed - first) * rate : typed) + 0.5;
-    return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(document.sampleCount)));
+    return std::clamp(TruncateToInt32(value), 0, document.sampleCount);
   };
   station_.Select(sample(1000), sample(1001));
 }

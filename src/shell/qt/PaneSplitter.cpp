@@ -95,9 +95,6 @@ QByteArray PaneSplitter::ChosenHeights() const {
 void PaneSplitter::RestoreHeights(const QByteArray& heights) {
   chosen_ = !heights.isEmpty() && restoreState(heights);
   setChildrenCollapsible(false);
-  // Heights that were chosen while there were no labels.
-  if (chosen_ && labelsShown_ && sizes()[indexOf(labels_)] < labels_->minimumSizeHint().height())
-    MoveHeight(sizes());
 }
 
 void PaneSplitter::resizeEvent(QResizeEvent* event) {
