@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QSplitter>
 #include <QTest>
 #include <QToolButton>
 
@@ -108,8 +109,18 @@ TEST_F(LabelsTest, ASentenceIsLabelledWithoutLeavingThePanes) {
     EXPECT_EQ(no.texts, QStringList("标志已经改动，还没有保存。"));
   }
   BoxWatcher away("放弃(&D)");
+  auto* splitter = window->findChild<QSplitter*>();
+  Q_EMIT splitter->splitterMoved(0, 1);  // as a hand would
+  splitter->setSizes({100, 120, 150, 100, 100});
+  QApplication::processEvents();
+  const QList<int> heights = splitter->sizes();
+  EXPECT_TRUE(window->close());
   Restart();
+  QApplication::processEvents();
   EXPECT_TRUE(Labels().isVisible()) << "remembered";
+  const QList<int> again = window->findChild<QSplitter*>()->sizes();
+  EXPECT_EQ(again[4], heights[4]) << "so is its height";
+  EXPECT_GT(again[2], again[1]) << "and the others'";
 }
 
 }  // namespace
