@@ -182,10 +182,12 @@ void TakeForeignItems(ToneState& tones) {
   const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
   auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
   if (!items || *items == tones.items) return;
-  // Which items are of the unnamed sound is known by their places.
+  // Which items are of the unnamed sound, and which one is picked, is known by their places.
   if (items->size() < tones.items.size() ||
-      !std::equal(tones.items.begin(), tones.items.end(), items->begin()))
+      !std::equal(tones.items.begin(), tones.items.end(), items->begin())) {
     tones.unsavedSound = {};
+    tones.picked = -1;
+  }
   tones.SetItems(std::move(*items));
 }
 
