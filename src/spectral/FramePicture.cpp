@@ -123,7 +123,7 @@ void AddTable(Picture& picture, const FrameComparison& comparison) {
   row(kFormantsHead, "", [](int i) { return Format("%c%d", i < 3 ? 'F' : 'B', i % 3 + 1); });
   AddLine(picture, kBandwidthLeft, y, kBandwidthHead);
   for (const auto& [name, frame] : {std::pair{kNameA, &comparison.a}, {kNameB, &comparison.b}})
-    row(name, kHertz, [&](int i) {
+    row(name, kHertz, [frame = frame](int i) {
       const auto formant = static_cast<std::size_t>(i % 3);
       return Format("%d", Whole(i < 3 ? frame->frequency[formant] : frame->bandwidth[formant]));
     });

@@ -138,7 +138,7 @@ class SvgMark {
     return Image(mark.x, mark.y, mark.width, mark.height, mark.columns, mark.rows, 3, mark.pixels, false);
   }
   std::string operator()(const ClipMark& mark) {
-    const std::string ended = clipped_ ? "</g>\n" : "";
+    std::string ended = clipped_ ? "</g>\n" : "";
     clipped_ = mark.width > 0;
     if (!clipped_) return ended;
     ++clips_;

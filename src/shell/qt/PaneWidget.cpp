@@ -118,7 +118,7 @@ void PaneWidget::ShowHover(std::optional<int> column) {
 
 Picture PaneWidget::Shown() const {
   const int width = PaneSize().width();
-  const Picture whole = view_.Whole(pane_, width, RowsToBottom());
+  Picture whole = view_.Whole(pane_, width, RowsToBottom());
   if (Top() == 0) return whole;
   Picture shown{width, PaneSize().height(), {}};
   shown.AddAt(whole, 0, -Top());
