@@ -19,7 +19,6 @@ look: some faults change nothing that anybody could see.
 """
 import argparse
 import concurrent.futures
-import contextlib
 import filecmp
 import itertools
 import json
@@ -135,19 +134,20 @@ def draw(arguments):
 
 
 def run(words, seconds, folder=None, **environment):
-    """Status and output; 124 when it took longer. Windows are drawn offscreen. What it started ends with it."""
+    """Status and output; 124 when it took longer: it and what it started are killed then. Windows are drawn offscreen."""
     screenless = {name: value for name, value in os.environ.items() if name not in ("DISPLAY", "WAYLAND_DISPLAY")}
-    done = subprocess.Popen(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
-                            env={**screenless, "QT_QPA_PLATFORM": "offscreen", **environment}, start_new_session=True)
+    program = subprocess.Popen(words, cwd=folder, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, errors="replace",
+                               env={**screenless, "QT_QPA_PLATFORM": "offscreen", **environment}, start_new_session=True)
     try:
-        output, _ = done.communicate(timeout=seconds)
-        return done.returncode, output
+        output, _ = program.communicate(timeout=seconds)
+        return program.returncode, output
     except subprocess.TimeoutExpired:
         return 124, "timeout"
     finally:
-        with contextlib.suppress(ProcessLookupError):
-            os.killpg(done.pid, signal.SIGKILL)
-        done.wait()
+        if program.returncode is None:  # not reaped: its number is still its own, and its group's
+            os.killpg(program.pid, signal.SIGKILL)
+            program.wait()
+        program.stdout.close()
 
 
 def prepare():

@@ -11,6 +11,7 @@
 #include "dsp/SignalTables.h"
 #include "spectral/Formants.h"
 #include "support/Kept.h"
+#include "support/Recordings.h"
 #include "ui/Svg.h"
 
 namespace parlowen {
@@ -109,12 +110,9 @@ TEST(TractEstimate, AUniformTubeIsUniformAndItsEndsAreNotTurnedRound) {
 
 TEST(TractEstimate, TheVowelsOfTheSampleAreNearestToThemselves) {
   InitSignalTables();
-  const InputFile file(PARLOWEN_SOURCE_DIR "/sounds/synthetic_vowels_two_channels_16000.wav");
-  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
-  ASSERT_TRUE(layout && layout->blockAlign == 4);
-  const int count = static_cast<int>(layout->dataBytes / 4);
-  std::vector<std::int16_t> samples(static_cast<std::size_t>(count)), other = samples;
-  ReadStereoFrames(file, layout->dataOffset, count, samples.data(), other.data());
+  const std::vector<std::int16_t> samples =
+      testing::LoadRecording("synthetic_vowels_two_channels_16000.wav").samples;
+  const int count = static_cast<int>(samples.size());
   const char* expected[] = {"a", "o", "e", "i", "u", "ü", "ê", "er", "i1"};
   for (int i = 0; i < 9; ++i) {
     LpcAnalyser analyser;

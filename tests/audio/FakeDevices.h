@@ -1,5 +1,6 @@
 #pragma once
 #include <deque>
+#include <span>
 #include <string>
 #include <vector>
 

@@ -11,6 +11,7 @@
 #include <QTest>
 #include <cmath>
 #include <csignal>
+#include <utility>
 
 #include "audio/qt/QtLoudspeaker.h"
 #include "audio/qt/QtMicrophone.h"

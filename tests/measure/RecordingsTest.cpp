@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <optional>
+#include <string>
+#include <vector>
+
 #include "base/Format.h"
 #include "dsp/SignalTables.h"
 #include "measure/MeasuredSound.h"
@@ -27,7 +31,7 @@ TEST(MeasuredRecordings, HaveTheMeasuresThatAreKept) {
       std::string values;
       for (const Measures& measures : all) values += Format("%.*f ", column.decimals, measures.*column.value);
       seen += Format("  %s %s, the third %.*f\n", column.name, testing::SizeAndDigest(values).c_str(),
-                     column.decimals, all[2].*column.value);
+                     column.decimals, all.at(2).*column.value);
     }
     std::string contours;
     for (const Measures& measures : all)

@@ -3,6 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "base/Arithmetic.h"
 #include "base/Format.h"
 #include "pitch/FastPitch.h"
 #include "pitch/PitchAnalysis.h"
@@ -14,16 +20,16 @@ namespace {
 
 using namespace testing;
 
-/// A recording's first channel, divided and with some noise of its own.
-std::vector<std::int16_t> Part(const std::vector<std::int16_t>& recording, int divisor, int noise) {
-  std::vector<std::int16_t> part;
+/// A recording's first channel, divided and with noise of up to so much added.
+std::vector<std::int16_t> Quieter(const std::vector<std::int16_t>& recording, int divisor, int noise) {
+  std::vector<std::int16_t> quieter;
   std::uint32_t seed = 1;
   for (const std::int16_t sample : recording) {
     seed = seed * 1664525u + 1013904223u;
     const int added = noise > 0 ? static_cast<int>(seed >> 16) % (2 * noise + 1) - noise : 0;
-    part.push_back(static_cast<std::int16_t>(sample / divisor + added));
+    quieter.push_back(SaturateInt16(sample / divisor + added));
   }
-  return part;
+  return quieter;
 }
 
 std::string Listed(std::span<const float> periods) {
@@ -75,7 +81,7 @@ TEST(Recordings, HaveTheContoursThatAreKept) {
     seen += recording.name + "\n";
     const std::vector<std::int16_t> whole = recording.samples;
     for (const auto& way : ways) {
-      recording.samples = Part(whole, way.divisor, way.noise);
+      recording.samples = Quieter(whole, way.divisor, way.noise);
       recording.rate = way.rate;
       seen += Format("%d Hz, range %d, / %d + %d: ", way.rate, static_cast<int>(way.range), way.divisor,
                      way.noise) +

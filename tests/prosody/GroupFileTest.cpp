@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <span>
+
 #include "base/Gbk.h"
 #include "prosody/Durations.h"
 

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <utility>
+
 #include "prosody/DurationCommands.h"
 #include "prosody/Durations.h"
 #include "support/Child.h"

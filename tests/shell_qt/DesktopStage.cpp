@@ -7,12 +7,17 @@
 #include <QFileInfo>
 #include <QLineEdit>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QTest>
 #include <QTimer>
 #include <QUrl>
+#include <algorithm>
+#include <cctype>
+#include <cstdlib>
+#include <filesystem>
+#include <iterator>
+#include <utility>
 
 #include "base/Files.h"
 #include "base/Format.h"
@@ -20,7 +25,6 @@
 #include "shell/qt/FormDialog.h"
 #include "shell/qt/OverviewStrip.h"
 #include "shell/qt/PaneWidget.h"
-#include "shell/qt/PicturePainter.h"
 #include "shell/qt/TimeAxisStrip.h"
 #include "shell/qt/ToolWidget.h"
 #include "shell_qt/PaintRecord.h"
@@ -213,8 +217,9 @@ ToolWidget* AnsweredWindow::WidgetOf(const ToolWindow& tool) const {
 
 // --- The hands
 
-DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int paneWidth)
-    : preferences_(settings),
+DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int paneWidth, std::string story)
+    : story_(std::move(story)),
+      preferences_(settings),
       window_(DataFolder(), preferences_, {&speaker, &microphone},
               [&](QWidget& host, ActionGate& gate, Preferences& preferences) {
                 auto dialogs = std::make_unique<AnsweredWindow>(host, gate, preferences, events);
@@ -222,7 +227,7 @@ DesktopStage::DesktopStage(std::ostream& events, const QString& settings, int pa
                 return dialogs;
               }) {
   dialogs_->onForm = [this](QWidget& form) {
-    form.resize(form.sizeHint());  // however large the screen is
+    form.resize(form.sizeHint());  // left to itself it takes two thirds of the screen at most
     Keep("form " + form.windowTitle().toStdString(), PlacesIn(form));
   };
   // A script's view keeps its left edge.
@@ -373,11 +378,12 @@ void DesktopStage::PointAtAll() {
   constexpr Point kShares[] = {{17, 61}, {37, 23}, {71, 83}};  // percent of the width and the height
   const int width = Station().document.paneWidth;
   for (const auto& [pane, name, height] : panes)
-    for (const Point share :
-         pane == Pane::Chart && !window_.PaneOf(pane).isVisible() ? std::span<const Point>() : kShares)
-      seen_.See(
-          Format("%s %d", name, share.x),
-          Station().view.HoverLine(pane, {width * share.x / 100, height * share.y / 100}, height, " | "));
+    for (const Point share : kShares) {
+      const Point at{width * share.x / 100, height * share.y / 100};
+      const bool hidden = pane == Pane::Chart && !window_.PaneOf(pane).isVisible();
+      seen_.See(Format("%s %d", name, share.x),
+                hidden ? "" : Station().view.HoverLine(pane, at, height, " | "));
+    }
   seen_.See("overview",
             testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(Station().view.Overview(900, 40)))));
   const ToolWindow* tool = dialogs_->CurrentTool();
@@ -393,21 +399,19 @@ void DesktopStage::PointAtAll() {
   seen_.See(name, tool->Text() + tool->Instructions());
 }
 
-void DesktopStage::Record(const std::string& where, QWidget& widget, const Picture& picture) {
-  if (!widget.isVisible()) return;
-  PaintRecord record(widget.size());
-  widget.render(&record, {}, {}, QWidget::RenderFlags());
-  // What a pane has painted once is a pixmap there.
-  QPainter painter(&record);
-  PaintPicture(painter, picture);
-  painter.end();
-  Keep(where, record.Text());
+/// A widget that is hidden shows nothing.
+void DesktopStage::Record(const std::string& where, QWidget& widget, const std::string& behind) {
+  Keep(where, widget.isVisible() ? PaintedBy(widget) + behind : "");
 }
 
 void DesktopStage::Keep(const std::string& where, const std::string& text) {
-  painted_.See(where, testing::SizeAndDigest(text));
-  if (const char* folder = std::getenv("PARLOWEN_RECORDS"); folder != nullptr)
-    testing::WriteFile(Format("%s/%05zu %s", folder, looks_, where.c_str()), text);
+  painted_.See(where, text.empty() ? "" : testing::SizeAndDigest(text));
+  const char* folder = std::getenv("PARLOWEN_RECORDS");
+  if (folder == nullptr) return;
+  std::string name = Format("%s %06zu %s", story_.c_str(), records_++, where.c_str());
+  std::replace(name.begin(), name.end(), '/', '_');
+  std::filesystem::create_directories(folder);
+  testing::WriteFile(Format("%s/%s", folder, name.c_str()), text);
 }
 
 /// The pointer over a place of the tool window or, without one, of the waveform, wherever it was before.
@@ -429,14 +433,20 @@ void DesktopStage::RecordAll() {
   constexpr std::pair<Pane, const char*> kPanes[] = {
       {Pane::Amplitude, "amplitude"}, {Pane::Pitch, "pitch"}, {Pane::Analysis, "analysis"},
       {Pane::Waveform, "waveform"},   {Pane::Chart, "chart"}, {Pane::Labels, "labels"}};
-  for (const auto& [pane, name] : kPanes) Record(name, window_.PaneOf(pane), window_.PaneOf(pane).Shown());
-  Record("overview", *window_.findChild<OverviewStrip*>(), {});
-  Record("axis", *window_.findChild<TimeAxisStrip*>(), {});
+  for (const auto& [pane, name] : kPanes) {
+    // What lies below the cursor is a pixmap to the painter, so it is recorded beside it.
+    PaneWidget& widget = window_.PaneOf(pane);
+    Record(name, widget, PaintedBy(widget.Shown()));
+  }
+  Record("overview", *window_.findChild<OverviewStrip*>());
+  Record("axis", *window_.findChild<TimeAxisStrip*>());
   QWidget* shown = &window_;
+  std::string of;
   const ToolWindow* tool = dialogs_->CurrentTool();
   if (ToolWidget* widget = tool != nullptr ? dialogs_->WidgetOf(*tool) : nullptr; widget != nullptr) {
-    Record(tool->Name(), *widget->Canvas(), widget->Shown());
+    Record(tool->Name(), *widget->Canvas());
     shown = widget;
+    of = tool->Name() + " ";
   }
   std::string entries;
   for (const QAction* action : window_.findChildren<QAction*>())
@@ -447,8 +457,8 @@ void DesktopStage::RecordAll() {
                shown->windowTitle().toStdString() + (window_.isWindowModified() ? " (unsaved)" : ""));
   int number = 0;
   for (const QWidget* child : shown->findChildren<QWidget*>()) {
-    const std::string text = child->isVisible() ? TextOn(*child) : "";
-    if (++number; !text.empty()) painted_.See(Format("text %d", number), text);
+    const std::string where = of + Format("text %d", ++number);
+    painted_.See(where, child->isVisible() ? TextOn(*child) : "");
   }
 }
 

@@ -2,8 +2,14 @@
 // are typed into the real dialogs.
 #pragma once
 #include <QObject>
+#include <functional>
 #include <map>
+#include <memory>
+#include <optional>
 #include <ostream>
+#include <span>
+#include <string>
+#include <utility>
 
 #include "shell/headless/ScriptStage.h"
 #include "shell/qt/MainWindow.h"
@@ -51,7 +57,7 @@ class AnsweredWindow : public QtWindow, public ScriptTalk {
   std::string asked_;
 };
 
-/// What several places showed, a line each time that one of them changed.
+/// What several places showed, a line for every change of one of them; a place shows nothing at first.
 class Changes {
  public:
   void See(const std::string& where, const std::string& what) {
@@ -67,7 +73,8 @@ class Changes {
 
 class DesktopStage : public QObject, public ScriptStage {
  public:
-  DesktopStage(std::ostream& events, const QString& settings, int paneWidth);
+  /// The story names the files of PARLOWEN_RECORDS.
+  DesktopStage(std::ostream& events, const QString& settings, int paneWidth, std::string story);
   ~DesktopStage() override;
 
   Workstation& Station() override { return window_.Station(); }
@@ -75,7 +82,7 @@ class DesktopStage : public QObject, public ScriptStage {
   const std::string& Asked() const { return dialogs_->asked(); }
   /// What the pointer would have read after each step, and the overview.
   const std::string& Seen() const { return seen_.Text(); }
-  /// What the widgets painted, how many operations and their digest, and what stood on labels and buttons.
+  /// Bytes and digest of the records of what the widgets painted, and what stood on labels and buttons.
   const std::string& Painted() const { return painted_.Text(); }
   bool Choose(int command) override;
   void Select(int start, int end) override;
@@ -100,13 +107,14 @@ class DesktopStage : public QObject, public ScriptStage {
   void PointAtAPlace();
   void RecordAll();
   void Keep(const std::string& where, const std::string& text);
-  void Record(const std::string& where, QWidget& widget, const Picture& picture);
+  void Record(const std::string& where, QWidget& widget, const std::string& behind = {});
 
+  const std::string story_;
   Preferences preferences_;
   AnsweredWindow* dialogs_ = nullptr;
   MainWindow window_;
   bool dragging_ = false;  ///< a region, between its corners
-  std::size_t looks_ = 0;
+  std::size_t looks_ = 0, records_ = 0;
   Changes seen_, painted_;
 };
 

@@ -7,6 +7,7 @@
 #include <QRegularExpression>
 #include <QTest>
 #include <QTextBrowser>
+#include <utility>
 
 #include "shell/qt/FormDialog.h"
 #include "shell_qt/Doubles.h"

@@ -8,6 +8,7 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QTest>
+#include <utility>
 
 #include "document/WavFile.h"
 #include "shell_qt/Doubles.h"

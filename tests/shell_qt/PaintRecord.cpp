@@ -1,18 +1,25 @@
 #include "shell_qt/PaintRecord.h"
 
+#include <gtest/gtest.h>
+
 #include <QAbstractButton>
 #include <QDialogButtonBox>
 #include <QImage>
 #include <QLabel>
+#include <QLibraryInfo>
 #include <QLineEdit>
+#include <QPainter>
 #include <QPainterPath>
 #include <QPen>
 #include <QScrollBar>
+#include <QVersionNumber>
 #include <cmath>
 #include <map>
+#include <utility>
 
 #include "base/Format.h"
 #include "shell/qt/ElidedLabel.h"
+#include "shell/qt/PicturePainter.h"
 #include "support/Kept.h"
 
 namespace parlowen {
@@ -26,19 +33,29 @@ std::string Of(QPointF point) { return Tenths(point.x()) + "," + Tenths(point.y(
 std::string Of(const QRectF& area) { return Of(area.topLeft()) + " " + Of(area.bottomRight()); }
 
 std::string Of(const QBrush& brush) {
-  return brush.style() == Qt::NoBrush ? "none" : brush.color().name(QColor::HexArgb).toStdString();
+  if (brush.style() == Qt::NoBrush) return "none";
+  const std::string colour = brush.color().name(QColor::HexArgb).toStdString();
+  return brush.style() == Qt::SolidPattern
+             ? colour
+             : Format("%s style %d", colour.c_str(), static_cast<int>(brush.style()));
 }
 
 std::string Of(const QPen& pen) {
   if (pen.style() == Qt::NoPen) return "none";
-  std::string text = Of(pen.brush()) + " " + Tenths(pen.widthF());
+  std::string text = Of(pen.brush()) + " " + Tenths(pen.widthF()) +
+                     Format(" cap %02x join %02x", static_cast<unsigned>(pen.capStyle()),
+                            static_cast<unsigned>(pen.joinStyle()));
   for (const qreal length : pen.dashPattern()) text += " " + Tenths(length);
   return text;
 }
 
 std::string Of(const QTransform& place) {
-  return Tenths(place.dx()) + "," + Tenths(place.dy()) + " * " + Tenths(100 * place.m11()) + "," +
-         Tenths(100 * place.m22());
+  return Of(QPointF(place.dx(), place.dy())) + " * " + Of(100 * QPointF(place.m11(), place.m22())) +
+         " turn " + Of(100 * QPointF(place.m12(), place.m21()));
+}
+
+std::string Of(const QFont& font) {
+  return font.family().toStdString() + Format(" %d%s", font.pixelSize(), font.bold() ? " bold" : "");
 }
 
 }  // namespace
@@ -47,7 +64,11 @@ class PaintRecord::Engine : public QPaintEngine {
  public:
   explicit Engine(std::string& text) : QPaintEngine(AllFeatures), text_(text) {}
 
-  bool begin(QPaintDevice*) override { return true; }
+  /// A painter begins with what a painter has by itself.
+  bool begin(QPaintDevice*) override {
+    set_ = used_ = {{"brush", "none"}, {"clip", "all"}};
+    return true;
+  }
   bool end() override { return true; }
   Type type() const override { return User; }
 
@@ -56,32 +77,33 @@ class PaintRecord::Engine : public QPaintEngine {
     if (changed & DirtyPen) Set("pen", Of(now.pen()));
     if (changed & DirtyBrush) Set("brush", Of(now.brush()));
     if (changed & DirtyTransform) Set("place", Of(now.transform()));
-    if (changed & DirtyFont) Set("font", std::to_string(now.font().pixelSize()));
+    if (changed & DirtyFont) Set("font", Of(now.font()));
+    if (changed & DirtyOpacity) Set("opacity", Tenths(100 * now.opacity()));
     if (changed & DirtyHints) Set("smooth", (now.renderHints() & QPainter::Antialiasing) != 0 ? "yes" : "no");
-    if (changed & (DirtyClipRegion | DirtyClipEnabled))
-      Set("clip", now.isClipEnabled() ? Of(QRectF(now.clipRegion().boundingRect())) : "none");
-    if (changed & DirtyClipPath) Set("clip", Of(now.clipPath().boundingRect()));
+    if (changed & DirtyClipRegion) Clip(now, QRectF(now.clipRegion().boundingRect()));
+    if (changed & DirtyClipPath) Clip(now, now.clipPath().boundingRect());
+    if (changed & DirtyClipEnabled) Set("clipping", now.isClipEnabled() ? "on" : "off");
   }
   void drawRects(const QRectF* areas, int count) override {
-    for (int i = 0; i < count; ++i) Add("box " + Of(areas[i]));
+    for (int i = 0; i < count; ++i) AddOutline("box " + Of(areas[i]));
   }
   void drawRects(const QRect* areas, int count) override {
-    for (int i = 0; i < count; ++i) Add("box " + Of(QRectF(areas[i])));
+    for (int i = 0; i < count; ++i) AddOutline("box " + Of(QRectF(areas[i])));
   }
   void drawLines(const QLineF* lines, int count) override {
-    for (int i = 0; i < count; ++i) Add("line " + Of(lines[i].p1()) + " " + Of(lines[i].p2()));
+    for (int i = 0; i < count; ++i) AddOutline("line " + Of(lines[i].p1()) + " " + Of(lines[i].p2()));
   }
-  void drawEllipse(const QRectF& area) override { Add("oval " + Of(area)); }
+  void drawEllipse(const QRectF& area) override { AddOutline("oval " + Of(area)); }
   void drawPolygon(const QPointF* points, int count, PolygonDrawMode mode) override {
     std::string line = mode == PolylineMode ? "polyline" : "polygon";
     for (int i = 0; i < count; ++i) line += " " + Of(points[i]);
-    Add(line);
+    AddOutline(line);
   }
   void drawPath(const QPainterPath& path) override {
     std::string line = "path";
     for (int i = 0; i < path.elementCount(); ++i)
       line += Format(" %d ", static_cast<int>(path.elementAt(i).type)) + Of(QPointF(path.elementAt(i)));
-    Add(line);
+    AddOutline(line);
   }
   void drawTextItem(const QPointF& at, const QTextItem& item) override {
     Add("text " + Of(at) + " " + item.text().toStdString());
@@ -99,9 +121,21 @@ class PaintRecord::Engine : public QPaintEngine {
   }
 
  private:
-  /// With what was set since the last operation and is not as it was. What nobody sees is left out.
+  /// An area of the device. A restored state tells all its clips anew, from the first on, each in its own place.
+  void Clip(const QPaintEngineState& now, const QRectF& area) {
+    const std::string within = Of(now.transform().mapRect(area));
+    switch (now.clipOperation()) {
+      case Qt::NoClip: return Set("clip", "all");
+      case Qt::ReplaceClip: return Set("clip", within);
+      case Qt::IntersectClip: return Set("clip", set_["clip"] + " and " + within);
+    }
+  }
+  /// Unless nobody sees it: the frame of the focus.
+  void AddOutline(const std::string& line) {
+    if (!set_["pen"].starts_with("#00") || set_["brush"] != "none") Add(line);
+  }
+  /// With what was set since the last operation and is not as it was.
   void Add(const std::string& line) {
-    if (set_["pen"].starts_with("#00") && set_["brush"] == "none") return;
     for (const auto& [name, value] : set_)
       if (std::exchange(used_[name], value) != value) text_ += name + " " + value + "\n";
     text_ += line + "\n";
@@ -110,6 +144,27 @@ class PaintRecord::Engine : public QPaintEngine {
   std::string& text_;
   std::map<std::string, std::string> set_, used_;
 };
+
+std::string PaintedBy(QWidget& widget) {
+  PaintRecord record(widget.size());
+  widget.render(&record, {}, {}, QWidget::RenderFlags());
+  return record.Text();
+}
+
+std::string PaintedBy(const Picture& picture) {
+  PaintRecord record({picture.WholeWidth(), picture.WholeHeight()});
+  QPainter painter(&record);
+  PaintPicture(painter, picture);
+  painter.end();
+  return record.Text();
+}
+
+void ExpectPainted(const std::string& path, const std::string& painted) {
+  const QVersionNumber version = QLibraryInfo::version();
+  if (version.majorVersion() != 6 || version.minorVersion() != 4)
+    GTEST_SKIP() << path << ": kept for 6.4, not " << version.toString().toStdString();
+  testing::ExpectKept(path, painted);
+}
 
 PaintRecord::PaintRecord(QSize size) : size_(size), engine_(std::make_unique<Engine>(text_)) {}
 

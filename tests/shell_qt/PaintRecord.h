@@ -1,10 +1,13 @@
-// What a widget paints, as text: a line an operation with what changed of pen, brush, font, clip and place before it.
+// What a widget paints, as text: a line an operation with what changed of pen, brush, font, clip, place, opacity and
+// smoothness before it.
 #pragma once
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QWidget>
 #include <memory>
 #include <string>
+
+#include "ui/Picture.h"
 
 namespace parlowen {
 
@@ -26,8 +29,16 @@ class PaintRecord : public QPaintDevice {
   std::unique_ptr<Engine> engine_;
 };
 
-/// Kind, place and size of the widgets inside that can be seen, and what stands on them, a line each in the order they
-/// were made.
+/// What a widget and those inside it paint.
+std::string PaintedBy(QWidget& widget);
+/// What a picture paints on a device of its own.
+std::string PaintedBy(const Picture& picture);
+/// Compares what was painted, or where it lies, with what is kept in a file. Another version of the toolkit (not 6.4)
+/// paints and lays out another way: the test goes on, and counts as skipped if nothing else is wrong.
+void ExpectPainted(const std::string& path, const std::string& painted);
+
+/// Kind, place and size of the widgets inside that can be seen, and what stands on them, a line each in the order of
+/// the tree, a widget before those inside it.
 std::string PlacesIn(const QWidget& window);
 /// What stands on a label, in a line, on a button or a scroll bar, and whether it can be used.
 std::string TextOn(const QWidget& widget);

@@ -2,7 +2,6 @@
 #pragma once
 #include <algorithm>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -11,6 +10,14 @@
 #include "document/WavFile.h"
 
 namespace parlowen::testing {
+
+/// In the order of their names.
+inline constexpr const char* kRecordings[] = {
+    "english_female_prompt_8000.wav",          "english_male_sentence_16000.wav",
+    "mandarin_initials_male_22050.wav",        "mandarin_mao_four_tones_female_11025.wav",
+    "mandarin_mao_four_tones_male_16000.wav",  "mandarin_mao_four_tones_male_44100.wav",
+    "synthetic_vowels_two_channels_16000.wav",
+};
 
 struct LoadedRecording {
   std::string name;
@@ -28,22 +35,22 @@ struct LoadedRecording {
 
 inline LoadedRecording LoadRecording(const std::string& name) {
   const InputFile file(std::string(PARLOWEN_SOURCE_DIR "/sounds/") + name);
-  const auto layout = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
-  LoadedRecording recording{name, static_cast<int>(layout->sampleRate), {}};
-  recording.samples.resize(static_cast<std::size_t>(layout->dataBytes / layout->blockAlign));
-  ReadMonoSamples(file, layout->dataOffset, static_cast<int>(recording.samples.size()),
-                  recording.samples.data());
+  const auto found = ReadWavLayout(file, WavHeaderRule::OneChunkSkipped);
+  const auto& layout = found.value();
+  LoadedRecording recording{name, static_cast<int>(layout.sampleRate), {}};
+  const int count = static_cast<int>(layout.dataBytes / layout.blockAlign);
+  recording.samples.resize(static_cast<std::size_t>(count));
+  if (layout.blockAlign == 4) {
+    ReadStereoFrames(file, layout.dataOffset, count, recording.samples.data(), nullptr);
+  } else {
+    ReadMonoSamples(file, layout.dataOffset, count, recording.samples.data());
+  }
   return recording;
 }
 
-/// In the order of their names.
 inline std::vector<LoadedRecording> Recordings() {
-  std::vector<std::string> names;
-  for (const auto& entry : std::filesystem::directory_iterator(PARLOWEN_SOURCE_DIR "/sounds"))
-    if (entry.path().extension() == ".wav") names.push_back(entry.path().filename().string());
-  std::sort(names.begin(), names.end());
   std::vector<LoadedRecording> recordings;
-  for (const std::string& name : names) recordings.push_back(LoadRecording(name));
+  for (const char* name : kRecordings) recordings.push_back(LoadRecording(name));
   return recordings;
 }
 

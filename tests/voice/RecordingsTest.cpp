@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
+#include <vector>
+
 #include "base/Format.h"
 #include "dsp/SignalTables.h"
 #include "pitch/PitchAnalysis.h"
