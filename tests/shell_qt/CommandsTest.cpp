@@ -21,7 +21,9 @@ TEST_F(CommandsTest, AMenuHasEveryLetterOnceAndShowsTheKeysOfThePanes) {
       if (const auto letter = QKeySequence::mnemonic(action->text()); !letter.isEmpty())
         letters << letter.toString();
     EXPECT_EQ(letters.removeDuplicates(), 0) << menu->title().toStdString();
-    EXPECT_TRUE(menu->toolTipsVisible() || letters.empty()) << "says why an entry is greyed";
+    // Without a title: the toolkit's own, of the titles for which the bar has no room.
+    EXPECT_TRUE(menu->toolTipsVisible() || letters.empty() || menu->title().isEmpty())
+        << "says why an entry is greyed";
     menus += letters.size() > 1;
   }
   EXPECT_GE(menus, 14);
