@@ -66,8 +66,8 @@ std::optional<std::string> AskGroupName(Window& window) {
   return {};
 }
 
-/// Reads the groups, changes them and writes them, in a turn of its own. `change` gets the bytes, or none where `mayMake`
-/// and there is no file; it says what stands against it.
+/// Reads the groups, changes them and writes them, in a turn of its own. `change` gets the bytes, those of no groups where
+/// `mayMake` and there is no file; it says what stands against it.
 template <typename Change>
 bool ChangeGroups(Window& window, const GroupKind& kind, const std::string& path, UiText cannotOpen,
                   bool mayMake, Change&& change) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
+#include <set>
 #include <utility>
 
 #include "base/Arithmetic.h"
@@ -140,11 +141,11 @@ std::string SoundNameOf(const SoundDocument& document) {
   return std::string(CutGbk(ToGbk(FileNameOf(document.filePath)), kLongestName));
 }
 
-/// Sounds that were never saved all have the same name: which one the coming items are of is kept beside them.
-void NoteSound(ToneState& tones, const SoundDocument& document) {
+/// Sounds that were never saved all have the same name: which one the items from `first` on are of is kept beside them.
+void NoteSound(ToneState& tones, const SoundDocument& document, std::size_t first) {
   if (!document.filePath.empty() || tones.unsavedSound == document.Stamp()) return;
   tones.unsavedSound = document.Stamp();
-  tones.firstUnsaved = tones.items.size();
+  tones.firstUnsaved = first;
 }
 
 /// True when the document is the sound that an item was taken from, as far as the item tells.
@@ -175,39 +176,73 @@ std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int
   return item;
 }
 
-/// Another program may have the same run open. Every step is stored at once, so what the file holds is the run: our items,
-/// what others have added, and without what they have removed.
-void TakeForeignItems(ToneState& tones) {
-  if (!tones.written) return;
+/// The run as its file holds it, for another program may have it open too, and every step is stored at once. What is
+/// missing there was removed; but where nothing of ours is left the file was begun anew, and both runs go on in it. A file
+/// that is gone or damaged holds nothing against ours.
+std::vector<ToneItem> StoredItems(const ToneState& tones) {
+  if (!tones.written && StampOf(tones.path) == tones.begunOver) return tones.items;
   const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
   auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
-  if (!items || *items == tones.items) return;
-  // Which items are of the unnamed sound, and which one is picked, is known by their places.
-  if (items->size() < tones.items.size() ||
-      !std::equal(tones.items.begin(), tones.items.end(), items->begin())) {
-    tones.unsavedSound = {};
-    tones.picked = -1;
+  if (!items) return tones.items;
+  const auto isThere = [&items](const ToneItem& item) {
+    return std::find(items->begin(), items->end(), item) != items->end();
+  };
+  if (std::none_of(tones.items.begin(), tones.items.end(), isThere))
+    items->insert(items->begin(), tones.items.begin(), tones.items.end());
+  return std::move(*items);
+}
+
+/// A step of a run in a turn at its file: it begins with what the file holds and is stored, or changes nothing.
+class RunStep {
+ public:
+  explicit RunStep(ToneState& tones)
+      : tones_(tones), turn_(tones.path), items_(StoredItems(tones)), foreign_(items_ != tones.items) {
+    for (const ToneItem& item : items_) groups_.insert(item.group);
   }
-  tones.SetItems(std::move(*items));
-}
+  const std::vector<ToneItem>& Items() const { return items_; }
 
-/// Writes the items as the whole file, makes them the run's and ends the turn. False, and nothing changed, with its message.
-bool StoreItems(Window& window, FileTurn& turn, ToneState& tones, std::vector<ToneItem> items) {
-  const bool fits = ToneItemBytes(items) <= kLargestToneFile;
-  const bool stored = fits && SaveFile(window, tones.path, WriteToneItems(items)) == 0;
-  turn.End();
-  if (!fits) return window.Refuse(messages::kTooMuchData);
-  if (!stored) return window.Refuse(kCannotOpenGroups, Icon::Error);
-  tones.written = true;
-  tones.SetItems(std::move(items));
-  window.Repaint();
-  return true;
-}
+  bool HasRoomFor(const std::string& gbkGroup) const {
+    return items_.size() < kMostToneItems && (groups_.contains(gbkGroup) || groups_.size() < kMostToneGroups);
+  }
+  void Add(ToneItem item) {
+    groups_.insert(item.group);
+    items_.push_back(std::move(item));
+  }
+  /// The item that stood at `index`, or the nearest equal one; its place, or −1 when another program was first.
+  int Remove(const ToneItem& item, int index) {
+    int at = -1;
+    for (int i = 0; i < std::ssize(items_); ++i)
+      if (items_[static_cast<std::size_t>(i)] == item && (at < 0 || i <= index)) at = i;
+    if (at >= 0) items_.erase(items_.begin() + at);
+    return at;
+  }
+  /// What is said next keeps no other program waiting.
+  void GiveUp() { turn_.End(); }
+  /// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
+  bool Store(Window& window) {
+    const bool fits = ToneItemBytes(items_) <= kLargestToneFile;
+    const bool stored = fits && SaveFile(window, tones_.path, WriteToneItems(items_)) == 0;
+    turn_.End();
+    if (!fits) return window.Refuse(messages::kTooMuchData);
+    if (!stored) return window.Refuse(kCannotOpenGroups, Icon::Error);
+    // Which items are of the unnamed sound, and which one is picked, is known by their places.
+    if (foreign_) {
+      tones_.unsavedSound = {};
+      tones_.picked = -1;
+    }
+    tones_.written = true;
+    tones_.SetItems(std::move(items_));
+    window.Repaint();
+    return true;
+  }
 
-bool HasRoomFor(const ToneState& tones, const std::string& gbkGroup) {
-  return tones.items.size() < kMostToneItems &&
-         (tones.statistics.GroupNamed(gbkGroup) >= 0 || tones.statistics.groups.size() < kMostToneGroups);
-}
+ private:
+  ToneState& tones_;
+  FileTurn turn_;
+  std::vector<ToneItem> items_;
+  const bool foreign_;
+  std::set<std::string> groups_;
+};
 
 std::string GroupText(const std::string& gbk) { return IpaFromGbk(gbk); }
 
@@ -308,6 +343,8 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
   tones.open = true;
   tones.path = choice->path;
   tones.written = written;
+  tones.begunOver = StampOf(tones.path);
+  tones.unsavedSound = {};
   tones.compared.reset();
   tones.SetItems(std::move(items));
   SayRun(window, tones);
@@ -331,17 +368,15 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   tones.dropWeakEnds = form.CheckedIndex() != kSecondChoice;
   const std::string group = GroupGbk(tones.groupName);
   auto item = ToneItemOf(document, document.selectionStart, document.selectionEnd, group, tones.dropWeakEnds);
-  FileTurn turn(tones.path);
-  TakeForeignItems(tones);
-  const bool fits = HasRoomFor(tones, group);
+  RunStep step(tones);
+  const bool fits = step.HasRoomFor(group);
   if (!fits || !item) {
-    turn.End();
+    step.GiveUp();
     return window.Notify(fits ? messages::kNoPitchInStretch : messages::kTooMuchData);
   }
-  NoteSound(tones, document);
-  std::vector<ToneItem> items = tones.items;
-  items.push_back(std::move(*item));
-  if (!StoreItems(window, turn, tones, std::move(items))) return;
+  step.Add(std::move(*item));
+  if (!step.Store(window)) return;
+  NoteSound(tones, document, tones.items.size() - 1);
   const int last = static_cast<int>(tones.items.size()) - 1;
   window.ShowStatus(
       Format(kAdded.Get(), GroupText(group).c_str(), NumberInGroup(tones.items, last), last + 1));
@@ -350,29 +385,28 @@ void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
 void RemoveToneCommand(Window& window, ToneState& tones) {
   if (tones.items.empty()) return window.ShowStatus(kNothingToRemove);
   const bool picked = tones.view == ToneView::Group && tones.picked >= 0;
-  const auto index = picked ? static_cast<std::size_t>(tones.picked) : tones.items.size() - 1;
-  const ToneItem item = tones.items[index];
-  FileTurn turn(tones.path);
-  TakeForeignItems(tones);
-  std::vector<ToneItem> items = tones.items;
-  auto at = std::find(items.begin(), items.end(), item);
-  if (index < items.size() && items[index] == item) at = items.begin() + static_cast<std::ptrdiff_t>(index);
-  if (at == items.end()) {  // another program was first
-    turn.End();
-    return window.ShowStatus(kNothingToRemove);
-  }
+  const int index = picked ? tones.picked : static_cast<int>(tones.items.size()) - 1;
+  const ToneItem item = tones.items[static_cast<std::size_t>(index)];
   const std::string group = item.group;
-  const int number = NumberInGroup(items, static_cast<int>(at - items.begin()));
-  items.erase(at);
-  if (!StoreItems(window, turn, tones, std::move(items))) return;
+  const int number = NumberInGroup(tones.items, index);
+  RunStep step(tones);
+  const int at = step.Remove(item, index);
+  if (!step.Store(window)) return;
+  if (at >= 0 && static_cast<std::size_t>(at) < tones.firstUnsaved) --tones.firstUnsaved;
   tones.picked = -1;
   window.ShowStatus(Format(kRemoved.Get(), GroupText(group).c_str(), number));
 }
 
 void EndTonesCommand(Window& window, ToneState& tones) {
-  if (!tones.items.empty() &&
-      SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics))) < 0)
-    return window.Notify(messages::kCannotCreate, Icon::Error);
+  if (!tones.items.empty()) {
+    FileTurn turn(tones.path);
+    ToneState stored = tones;
+    stored.SetItems(StoredItems(tones));
+    const int saved =
+        SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(stored.statistics)));
+    turn.End();
+    if (saved < 0) return window.Notify(messages::kCannotCreate, Icon::Error);
+  }
   window.CloseToolWindow("tones");
   tones.open = tones.written = false;
   tones.path.clear();
@@ -415,23 +449,25 @@ bool ToneGroupCommand(Window& window, const ProsodyDesk& desk, ToneState& tones)
 void AddLabelledTones(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   if (!desk.document.pitchPresent) return window.Notify(messages::kNoContour);
   const std::vector<LabelledStretch> labels = desk.firstBand().labels;
-  FileTurn turn(tones.path);
-  TakeForeignItems(tones);
-  ToneState grown;  // knows which groups there are while they come
-  grown.SetItems(tones.items);
-  int added = 0;
+  std::vector<ToneItem> found;
   for (const LabelledStretch& label : labels) {
     std::string group = GroupOfLabel(label.text);
-    if (group.empty() || !HasRoomFor(grown, group)) continue;
+    if (group.empty()) continue;
     auto item = ToneItemOf(desk.document, label.start, label.end, std::move(group), tones.dropWeakEnds);
-    if (!item) continue;
-    std::vector<ToneItem> items = grown.items;
-    items.push_back(std::move(*item));
-    grown.SetItems(std::move(items));
-    ++added;
+    if (item) found.push_back(std::move(*item));
   }
-  NoteSound(tones, desk.document);
-  if (added > 0 && !StoreItems(window, turn, tones, std::move(grown.items))) return;
+  RunStep step(tones);
+  const std::size_t before = step.Items().size();
+  for (ToneItem& item : found)
+    if (step.HasRoomFor(item.group)) step.Add(std::move(item));
+  const int added = static_cast<int>(step.Items().size() - before);
+  if (added == 0) {
+    step.GiveUp();
+  } else if (!step.Store(window)) {
+    return;
+  } else {
+    NoteSound(tones, desk.document, before);
+  }
   window.ShowStatus(Format(kLabelsAdded.Get(), added, static_cast<int>(labels.size()) - added));
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "base/Files.h"
 #include "document/SoundStamp.h"
 #include "prosody/ToneCurve.h"
 #include "prosody/ToneStatistics.h"
@@ -33,10 +34,11 @@ enum class ToneView { None, Pattern, Group };
 /// The run of tone statistics. It and its settings last as long as the program, whatever sound is loaded.
 struct ToneState {
   bool open = false;
-  std::string path;             ///< of the .pit file
-  bool written = false;         ///< the file holds `items`: what was in it before is gone or among them
-  std::vector<ToneItem> items;  ///< change them through SetItems
-  ToneStatistics statistics;    ///< of the items
+  std::string path;      ///< of the .pit file
+  bool written = false;  ///< the file holds the run: what was in it before is gone or among its items
+  std::optional<FileStamp> begunOver;  ///< the file, if there was one, when the run began
+  std::vector<ToneItem> items;         ///< change them through SetItems
+  ToneStatistics statistics;           ///< of the items
   /// The sound without a file that the nameless items from `firstUnsaved` on were taken from.
   SoundStamp unsavedSound;
   std::size_t firstUnsaved = 0;
@@ -55,7 +57,7 @@ struct ToneState {
   int picked = -1;    ///< an item (Group) or a group (Pattern)
   std::optional<ToneResult> compared;
 
-  /// `picked` stays: items are added at the end, and who takes one away looks after it.
+  /// `picked` stays: who does more than add items at the end looks after it.
   void SetItems(std::vector<ToneItem> newItems);
   void SetGivenRange(const std::optional<ToneRange>& range);
   ToneScale Scale() const { return statistics.ScaleOf(axis); }

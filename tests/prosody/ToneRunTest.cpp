@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <string>
+#include <vector>
+
 #include "document/SoundDocument.h"
 #include "prosody/ToneCommands.h"
 #include "support/FakeWindow.h"
@@ -11,14 +15,14 @@ namespace parlowen {
 namespace {
 
 struct Program {
-  explicit Program(const std::string& path) {
+  explicit Program(const std::string& path, const std::string& anew = "no") {
     CommandStates states;
     document->resetForNewSound(160000, 16000, states);
     document->resetPitch();
     document->pitchPresent = true;
     for (std::size_t frame = 0; frame < 1000; ++frame)
       document->pitch[frame] = static_cast<float>(80 + frame % 50);
-    window.answers = {"file:" + path, "no"};
+    window.answers = {"file:" + path, anew};
     EXPECT_TRUE(BeginTonesCommand(window, tones));
   }
   /// A tone of 20 frames from a frame on.
@@ -56,8 +60,36 @@ TEST(ToneRun, TakesWhatAnotherProgramAddedAndRemoved) {
   EXPECT_EQ(first.Frames(), (std::vector<int>{10, 160}));
   second.Remove();
   first.Remove();
-  EXPECT_EQ(first.window.log.back(), "status|没有已选语料") << "another was first";
+  EXPECT_EQ(first.window.log.back(), "status|已撤消 a 第2个") << "another was first";
   EXPECT_EQ(first.Frames(), (std::vector<int>{10}));
+  first.Add(10);
+  first.Add(60);
+  first.Add(10);
+  first.Remove();  // of equal ones the last
+  EXPECT_EQ(first.Frames(), (std::vector<int>{10, 10, 60}));
+}
+
+TEST(ToneRun, TwoThatBeginTheSameFileKeepBoth) {
+  const testing::TempFolder folder;
+  Program first(folder / "run.pit"), second(folder / "run.pit");
+  first.Add(10);
+  second.Add(60);
+  EXPECT_EQ(second.Frames(), (std::vector<int>{10, 60}));
+  testing::WriteFile(folder / "run.pit", std::string("damaged"));
+  first.Add(110);
+  EXPECT_EQ(first.Frames(), (std::vector<int>{10, 110}));
+  Program third(folder / "run.pit", "yes");
+  third.Add(160);
+  first.Add(210);
+  EXPECT_EQ(first.Frames(), (std::vector<int>{10, 110, 160, 210})) << "begun anew by the third";
+  // What is refused changes nothing.
+  third.document->pitchPresent = false;
+  third.Add(260);
+  EXPECT_EQ(third.Frames(), (std::vector<int>{160}));
+  EndTonesCommand(third.window, third.tones);
+  const std::string result = testing::ReadFile(folder / "run.bin");
+  EndTonesCommand(first.window, first.tones);
+  EXPECT_EQ(testing::ReadFile(folder / "run.bin"), result) << "both end what the file holds";
 }
 
 }  // namespace
