@@ -177,11 +177,11 @@ std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int
 }
 
 /// The run as its file holds it, for another program may have it open too, and every step is stored at once. What is
-/// missing there was removed; but where nothing of ours is left the file was begun anew, and both runs go on in it. A file
-/// that is gone or damaged holds nothing against ours.
+/// missing there was removed; but a file with nothing of ours is taken for one that was begun anew, and both runs go on in
+/// it. A file that is gone or damaged holds nothing against ours.
 std::vector<ToneItem> StoredItems(const ToneState& tones) {
-  if (!tones.written && StampOf(tones.path) == tones.begunOver) return tones.items;
   const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
+  if (!tones.written && bytes == tones.begunOver) return tones.items;
   auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
   if (!items) return tones.items;
   const auto isThere = [&items](const ToneItem& item) {
@@ -200,6 +200,8 @@ class RunStep {
     for (const ToneItem& item : items_) groups_.insert(item.group);
   }
   const std::vector<ToneItem>& Items() const { return items_; }
+  /// Another program has changed the run.
+  bool IsForeign() const { return foreign_; }
 
   bool HasRoomFor(const std::string& gbkGroup) const {
     return items_.size() < kMostToneItems && (groups_.contains(gbkGroup) || groups_.size() < kMostToneGroups);
@@ -208,7 +210,8 @@ class RunStep {
     groups_.insert(item.group);
     items_.push_back(std::move(item));
   }
-  /// The item that stood at `index`, or the nearest equal one; its place, or −1 when another program was first.
+  /// The item that stood at `index`: the last equal one up to there, else the first behind. Its place, or −1 when another
+  /// program was first.
   int Remove(const ToneItem& item, int index) {
     int at = -1;
     for (int i = 0; i < std::ssize(items_); ++i)
@@ -220,7 +223,10 @@ class RunStep {
   void GiveUp() { turn_.End(); }
   /// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
   bool Store(Window& window) {
-    const bool fits = ToneItemBytes(items_) <= kLargestToneFile;
+    std::set<std::string> groups;
+    for (const ToneItem& item : items_) groups.insert(item.group);
+    const bool fits = items_.size() <= kMostToneItems && groups.size() <= kMostToneGroups &&
+                      ToneItemBytes(items_) <= kLargestToneFile;
     const bool stored = fits && SaveFile(window, tones_.path, WriteToneItems(items_)) == 0;
     turn_.End();
     if (!fits) return window.Refuse(messages::kTooMuchData);
@@ -327,10 +333,11 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
   if (!choice || choice->path.empty()) return false;
   std::vector<ToneItem> items;
   bool written = false;
+  std::optional<std::vector<std::uint8_t>> begunOver;
   if (Exists(choice->path)) {
-    const auto bytes = ReadWholeFile(choice->path, kLargestToneFile);
-    if (!bytes || !CanWrite(choice->path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
-    auto present = ParseToneItems(*bytes);
+    begunOver = ReadWholeFile(choice->path, kLargestToneFile);
+    if (!begunOver || !CanWrite(choice->path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
+    auto present = ParseToneItems(*begunOver);
     if (!present) return window.Refuse(kDamaged, Icon::Error);
     // Of a new run the old file stays until the first item is written.
     if (!window.AskYesNo(kNewRun, kNewRunCaption)) {
@@ -343,7 +350,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
   tones.open = true;
   tones.path = choice->path;
   tones.written = written;
-  tones.begunOver = StampOf(tones.path);
+  tones.begunOver = std::move(begunOver);
   tones.unsavedSound = {};
   tones.compared.reset();
   tones.SetItems(std::move(items));
@@ -399,12 +406,11 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
 
 void EndTonesCommand(Window& window, ToneState& tones) {
   if (!tones.items.empty()) {
-    FileTurn turn(tones.path);
-    ToneState stored = tones;
-    stored.SetItems(StoredItems(tones));
+    RunStep step(tones);
+    if (step.IsForeign() && !step.Store(window)) return;
     const int saved =
-        SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(stored.statistics)));
-    turn.End();
+        SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics)));
+    step.GiveUp();
     if (saved < 0) return window.Notify(messages::kCannotCreate, Icon::Error);
   }
   window.CloseToolWindow("tones");

@@ -1,9 +1,9 @@
 #pragma once
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "base/Files.h"
 #include "document/SoundStamp.h"
 #include "prosody/ToneCurve.h"
 #include "prosody/ToneStatistics.h"
@@ -36,9 +36,10 @@ struct ToneState {
   bool open = false;
   std::string path;      ///< of the .pit file
   bool written = false;  ///< the file holds the run: what was in it before is gone or among its items
-  std::optional<FileStamp> begunOver;  ///< the file, if there was one, when the run began
-  std::vector<ToneItem> items;         ///< change them through SetItems
-  ToneStatistics statistics;           ///< of the items
+  std::optional<std::vector<std::uint8_t>>
+      begunOver;                ///< what the file held, if there was one, when the run began
+  std::vector<ToneItem> items;  ///< change them through SetItems
+  ToneStatistics statistics;    ///< of the items
   /// The sound without a file that the nameless items from `firstUnsaved` on were taken from.
   SoundStamp unsavedSound;
   std::size_t firstUnsaved = 0;

@@ -83,11 +83,13 @@ TEST(ToneRun, TwoThatBeginTheSameFileKeepBoth) {
   first.Add(210);
   EXPECT_EQ(first.Frames(), (std::vector<int>{10, 110, 160, 210})) << "begun anew by the third";
   // What is refused changes nothing.
-  third.document->pitchPresent = false;
+  third.document->pitch.fill(0);
   third.Add(260);
+  EXPECT_EQ(third.window.log.back(), "none|Parlowen(Tessiran)|所选段没有基频！");
   EXPECT_EQ(third.Frames(), (std::vector<int>{160}));
   EndTonesCommand(third.window, third.tones);
   const std::string result = testing::ReadFile(folder / "run.bin");
+  EXPECT_FALSE(result.empty());
   EndTonesCommand(first.window, first.tones);
   EXPECT_EQ(testing::ReadFile(folder / "run.bin"), result) << "both end what the file holds";
 }
