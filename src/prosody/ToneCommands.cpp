@@ -219,14 +219,18 @@ class RunStep {
     if (at >= 0) items_.erase(items_.begin() + at);
     return at;
   }
+  /// False where two runs have become too much for one file.
+  bool Fits() const {
+    std::set<std::string> groups;
+    for (const ToneItem& item : items_) groups.insert(item.group);
+    return items_.size() <= kMostToneItems && groups.size() <= kMostToneGroups &&
+           ToneItemBytes(items_) <= kLargestToneFile;
+  }
   /// What is said next keeps no other program waiting.
   void GiveUp() { turn_.End(); }
   /// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
   bool Store(Window& window) {
-    std::set<std::string> groups;
-    for (const ToneItem& item : items_) groups.insert(item.group);
-    const bool fits = items_.size() <= kMostToneItems && groups.size() <= kMostToneGroups &&
-                      ToneItemBytes(items_) <= kLargestToneFile;
+    const bool fits = Fits();
     const bool stored = fits && SaveFile(window, tones_.path, WriteToneItems(items_)) == 0;
     turn_.End();
     if (!fits) return window.Refuse(messages::kTooMuchData);
@@ -407,7 +411,8 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
 void EndTonesCommand(Window& window, ToneState& tones) {
   if (!tones.items.empty()) {
     RunStep step(tones);
-    if (step.IsForeign() && !step.Store(window)) return;
+    // A run can be ended also where both have no room in the file: with what is known here.
+    if (step.IsForeign() && step.Fits() && !step.Store(window)) return;
     const int saved =
         SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics)));
     step.GiveUp();

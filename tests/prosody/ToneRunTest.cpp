@@ -26,10 +26,10 @@ struct Program {
     EXPECT_TRUE(BeginTonesCommand(window, tones));
   }
   /// A tone of 20 frames from a frame on.
-  void Add(int frame) {
+  void Add(int frame, const std::string& group = "a") {
     document->selectionStart = frame * 160;
     document->selectionEnd = (frame + 20) * 160;
-    window.answers = {"ok:a"};
+    window.answers = {"ok:" + group};
     AddToneCommand(window, desk, tones);
   }
   void Remove() { RemoveToneCommand(window, tones); }
@@ -92,6 +92,20 @@ TEST(ToneRun, TwoThatBeginTheSameFileKeepBoth) {
   EXPECT_FALSE(result.empty());
   EndTonesCommand(first.window, first.tones);
   EXPECT_EQ(testing::ReadFile(folder / "run.bin"), result) << "both end what the file holds";
+}
+
+TEST(ToneRun, TwoThatDoNotFitIntoOneFileSpoilNothing) {
+  const testing::TempFolder folder;
+  Program first(folder / "run.pit");
+  for (int i = 0; i < 20; ++i) first.Add(20 * i, std::string(1, static_cast<char>('a' + i)));
+  Program second(folder / "run.pit", "yes");
+  for (int i = 0; i < 20; ++i) second.Add(400 + 20 * i, std::string(1, static_cast<char>('A' + i)));
+  first.Add(900, "a");  // of 32 groups there would be 40
+  EXPECT_EQ(first.window.log.back(), "none|Parlowen(Tessiran)|数据太多，不能再加入！");
+  EXPECT_EQ(first.Frames().size(), 20u);
+  EndTonesCommand(first.window, first.tones);
+  EXPECT_FALSE(first.tones.open);
+  EXPECT_EQ(Program(folder / "run.pit").Frames(), second.Frames());
 }
 
 }  // namespace
