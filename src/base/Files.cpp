@@ -164,11 +164,20 @@ int ReplaceFile(const std::string& path, ByteSpan bytes) {
   return file.Begin(path) < 0 ? -1 : file.Commit(bytes);
 }
 
+bool CanReplaceFile(const std::string& path) {
+  FileReplacement trial;
+  return trial.Begin(path) == 0;
+}
+
+bool FileExists(const std::string& path) {
+  std::error_code error;
+  return fs::exists(path, error);
+}
+
 int AppendToFile(const std::string& path, ByteSpan bytes) {
   const FileTurn turn(path);
-  std::error_code error;
   std::vector<std::uint8_t> whole;
-  if (fs::exists(path, error)) {
+  if (FileExists(path)) {
     auto present = ReadWholeFile(path);
     if (!present) return -1;
     whole = std::move(*present);

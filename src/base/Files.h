@@ -70,6 +70,11 @@ class FileTurn {
 /// Writes `bytes` as the whole new content of the file. 0, or -1 with the old file intact.
 int ReplaceFile(const std::string& path, ByteSpan bytes);
 
+/// True when the file can be made or replaced. Leaves nothing behind.
+bool CanReplaceFile(const std::string& path);
+
+bool FileExists(const std::string& path);
+
 /// Adds `bytes` behind what the file holds, in a turn of its own; a missing file is made. 0, or -1 with the old file
 /// intact.
 int AppendToFile(const std::string& path, ByteSpan bytes);

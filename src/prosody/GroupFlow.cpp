@@ -1,7 +1,5 @@
 #include "prosody/GroupFlow.h"
 
-#include <filesystem>
-
 #include "base/Files.h"
 #include "base/Gbk.h"
 #include "base/IpaCodes.h"
@@ -21,17 +19,6 @@ constexpr UiText kSignCaption = "音长符号？";
 
 using Bytes = std::vector<std::uint8_t>;
 
-bool Exists(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
-}
-
-/// True when a file can be made or replaced there. Leaves nothing behind.
-bool CanWrite(const std::string& path) {
-  FileReplacement trial;
-  return trial.Begin(path) == 0;
-}
-
 /// What stands against a step, told when the turn at the file has ended.
 struct Obstacle {
   UiText text;
@@ -42,7 +29,7 @@ struct Obstacle {
 std::optional<Bytes> OpenGroups(const GroupKind& kind, const std::string& path, UiText cannotOpen,
                                 std::optional<Obstacle>& obstacle) {
   auto bytes = ReadWholeFile(path);
-  if (!bytes || !CanWrite(path)) {
+  if (!bytes || !CanReplaceFile(path)) {
     obstacle = {cannotOpen};
     return {};
   }
@@ -75,7 +62,7 @@ bool ChangeGroups(Window& window, const GroupKind& kind, const std::string& path
   {
     const FileTurn turn(path);
     std::optional<Bytes> bytes =
-        mayMake && !Exists(path) ? std::optional(Bytes(2)) : OpenGroups(kind, path, cannotOpen, obstacle);
+        mayMake && !FileExists(path) ? std::optional(Bytes(2)) : OpenGroups(kind, path, cannotOpen, obstacle);
     if (bytes) obstacle = change(*bytes);
     if (!obstacle && SaveFile(window, path, *bytes) < 0) obstacle = {cannotOpen};
   }
@@ -88,7 +75,11 @@ bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& 
                   std::span<const std::uint16_t> slot) {
   return ChangeGroups(window, kind, current.path, messages::kNoSuchFile, false,
                       [&](Bytes& bytes) -> std::optional<Obstacle> {
-                        if (current.index >= GroupCountOf(kind.layout, bytes)) return Obstacle{kind.damaged};
+                        const auto groups = ReadGroups(kind.layout, bytes);
+                        // Another program may have begun the file anew.
+                        if (!groups || current.index >= std::ssize(*groups) ||
+                            (*groups)[static_cast<std::size_t>(current.index)].name != current.name)
+                          return Obstacle{kind.damaged};
                         if (!AppendToGroup(kind.layout, bytes, current.index, slot, false)) return kFull;
                         return {};
                       });
@@ -106,7 +97,7 @@ bool AddNewGroup(Window& window, CurrentGroup& current, const GroupKind& kind, c
     return {};
   };
   if (!ChangeGroups(window, kind, path, kCannotOpenGroups, true, append)) return false;
-  current = {true, path, index};
+  current = {true, path, index, *name};
   return true;
 }
 
@@ -122,7 +113,7 @@ bool AddByName(Window& window, CurrentGroup& current, const GroupKind& kind, con
     return {};
   };
   if (!ChangeGroups(window, kind, path, kCannotOpenGroups, false, append)) return false;
-  current = {true, path, index};
+  current = {true, path, index, *name};
   return true;
 }
 
@@ -138,8 +129,8 @@ bool AddToGroups(Window& window, CurrentGroup& current, const GroupKind& kind,
   if (!choice || choice->path.empty()) return false;
   const std::string& path = choice->path;
   // The file is tried before the questions, so that nobody answers in vain.
-  if (!Exists(path)) {
-    if (!CanWrite(path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
+  if (!FileExists(path)) {
+    if (!CanReplaceFile(path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
     return AddNewGroup(window, current, kind, path, slot);
   }
   std::optional<Obstacle> obstacle;

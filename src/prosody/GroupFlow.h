@@ -29,6 +29,7 @@ struct CurrentGroup {
   bool known = false;
   std::string path;
   int index = 0;
+  std::string name;  ///< GBK
 };
 
 /// Adds one slot of values to a group file:

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <set>
 #include <utility>
 
@@ -125,17 +124,6 @@ bool RequireContourAndSelection(Window& window, const SoundDocument& document) {
 
 // --- The run
 
-/// True when the file can be made or replaced. Leaves nothing behind.
-bool CanWrite(const std::string& path) {
-  FileReplacement trial;
-  return trial.Begin(path) == 0;
-}
-
-bool Exists(const std::string& path) {
-  std::error_code error;
-  return std::filesystem::exists(path, error);
-}
-
 std::string SoundNameOf(const SoundDocument& document) {
   constexpr std::size_t kLongestName = 63;
   return std::string(CutGbk(ToGbk(FileNameOf(document.filePath)), kLongestName));
@@ -176,81 +164,118 @@ std::optional<ToneItem> ToneItemOf(const SoundDocument& document, int start, int
   return item;
 }
 
-/// The run as its file holds it, for another program may have it open too, and every step is stored at once. What is
-/// missing there was removed; but a file with nothing of ours is taken for one that was begun anew, and both runs go on in
-/// it. A file that is gone or damaged holds nothing against ours.
-std::vector<ToneItem> StoredItems(const ToneState& tones) {
+/// The run as its file holds it.
+struct StoredRun {
+  std::vector<ToneItem> items;
+  bool held = false;      ///< the file holds these items and no others
+  bool readable = false;  ///< the file, if there is one: what cannot be read is not written over
+};
+
+/// Another program may have the run open too, and every step is stored at once. What is missing in the file was removed;
+/// but a file with nothing of ours is taken for one that was begun anew, and both runs go on in it. A file that is gone or
+/// damaged holds nothing against ours.
+StoredRun ReadRun(const ToneState& tones) {
   const auto bytes = ReadWholeFile(tones.path, kLargestToneFile);
-  if (!tones.written && bytes == tones.begunOver) return tones.items;
+  const bool readable = bytes || !FileExists(tones.path);
+  if (!tones.written && bytes == tones.begunOver) return {tones.items, false, readable};
   auto items = bytes ? ParseToneItems(*bytes) : std::nullopt;
-  if (!items) return tones.items;
+  if (!items) return {tones.items, false, readable};
   const auto isThere = [&items](const ToneItem& item) {
     return std::find(items->begin(), items->end(), item) != items->end();
   };
-  if (std::none_of(tones.items.begin(), tones.items.end(), isThere))
-    items->insert(items->begin(), tones.items.begin(), tones.items.end());
-  return std::move(*items);
+  const bool anew = std::none_of(tones.items.begin(), tones.items.end(), isThere);
+  if (anew) items->insert(items->begin(), tones.items.begin(), tones.items.end());
+  return {std::move(*items), !anew || tones.items.empty(), readable};
+}
+
+/// True where ours stand at their places, and what is new behind them is of sounds with a name.
+bool HasOnlyGrown(const std::vector<ToneItem>& ours, const std::vector<ToneItem>& now) {
+  return now.size() >= ours.size() && std::equal(ours.begin(), ours.end(), now.begin()) &&
+         std::none_of(now.begin() + std::ssize(ours), now.end(),
+                      [](const ToneItem& item) { return item.sound.empty(); });
 }
 
 /// A step of a run in a turn at its file: it begins with what the file holds and is stored, or changes nothing.
 class RunStep {
  public:
   explicit RunStep(ToneState& tones)
-      : tones_(tones), turn_(tones.path), items_(StoredItems(tones)), foreign_(items_ != tones.items) {
-    for (const ToneItem& item : items_) groups_.insert(item.group);
+      : tones_(tones),
+        turn_(tones.path),
+        run_(ReadRun(tones)),
+        placesStay_(HasOnlyGrown(tones.items, run_.items)) {
+    for (const ToneItem& item : run_.items) groups_.insert(item.group);
   }
-  const std::vector<ToneItem>& Items() const { return items_; }
-  /// Another program has changed the run.
-  bool IsForeign() const { return foreign_; }
+  const std::vector<ToneItem>& Items() const { return run_.items; }
 
   bool HasRoomFor(const std::string& gbkGroup) const {
-    return items_.size() < kMostToneItems && (groups_.contains(gbkGroup) || groups_.size() < kMostToneGroups);
+    return run_.items.size() < kMostToneItems &&
+           (groups_.contains(gbkGroup) || groups_.size() < kMostToneGroups);
   }
   void Add(ToneItem item) {
     groups_.insert(item.group);
-    items_.push_back(std::move(item));
+    run_.items.push_back(std::move(item));
   }
   /// The item that stood at `index`: the last equal one up to there, else the first behind. Its place, or −1 when another
   /// program was first.
   int Remove(const ToneItem& item, int index) {
     int at = -1;
-    for (int i = 0; i < std::ssize(items_); ++i)
-      if (items_[static_cast<std::size_t>(i)] == item && (at < 0 || i <= index)) at = i;
-    if (at >= 0) items_.erase(items_.begin() + at);
+    for (int i = 0; i < std::ssize(run_.items); ++i)
+      if (run_.items[static_cast<std::size_t>(i)] == item && (at < 0 || i <= index)) at = i;
+    if (at >= 0) run_.items.erase(run_.items.begin() + at);
     return at;
-  }
-  /// False where two runs have become too much for one file.
-  bool Fits() const {
-    std::set<std::string> groups;
-    for (const ToneItem& item : items_) groups.insert(item.group);
-    return items_.size() <= kMostToneItems && groups.size() <= kMostToneGroups &&
-           ToneItemBytes(items_) <= kLargestToneFile;
   }
   /// What is said next keeps no other program waiting.
   void GiveUp() { turn_.End(); }
   /// Writes the items as the whole file and makes them the run's. False, and nothing changed, with its message.
   bool Store(Window& window) {
     const bool fits = Fits();
-    const bool stored = fits && SaveFile(window, tones_.path, WriteToneItems(items_)) == 0;
+    const bool stored =
+        fits && run_.readable && SaveFile(window, tones_.path, WriteToneItems(run_.items)) == 0;
     turn_.End();
     if (!fits) return window.Refuse(messages::kTooMuchData);
     if (!stored) return window.Refuse(kCannotOpenGroups, Icon::Error);
     // Which items are of the unnamed sound, and which one is picked, is known by their places.
-    if (foreign_) {
+    if (!placesStay_) {
       tones_.unsavedSound = {};
       tones_.picked = -1;
     }
     tones_.written = true;
-    tones_.SetItems(std::move(items_));
+    tones_.begunOver.reset();
+    tones_.SetItems(std::move(run_.items));
     window.Repaint();
+    return true;
+  }
+  /// Writes the results, and the run where its file does not hold it. Two runs that have no room in one file can be ended
+  /// too: the results are of what is known here, and that the file holds less is told. False, and the run as it was, with
+  /// its message.
+  bool End(Window& window, const std::string& resultPath) {
+    const bool fits = Fits();
+    const bool storable = run_.held || !fits || (run_.readable && CanReplaceFile(tones_.path));
+    const ToneStatistics statistics = PoolTones(fits ? run_.items : tones_.items, tones_.givenRange);
+    const bool saved =
+        storable && SaveFile(window, resultPath, WriteToneResult(ToneResultOf(statistics))) == 0;
+    const bool stored =
+        saved && (run_.held || !fits || SaveFile(window, tones_.path, WriteToneItems(run_.items)) == 0);
+    turn_.End();
+    if (storable && !saved) return window.Refuse(messages::kCannotCreate, Icon::Error);
+    if (!stored) return window.Refuse(kCannotOpenGroups, Icon::Error);
+    if (!fits) window.Notify(messages::kTooMuchData);
     return true;
   }
 
  private:
+  /// False where two runs have become too much for one file.
+  bool Fits() const {
+    std::set<std::string> groups;
+    for (const ToneItem& item : run_.items) groups.insert(item.group);
+    return run_.items.size() <= kMostToneItems && groups.size() <= kMostToneGroups &&
+           ToneItemBytes(run_.items) <= kLargestToneFile;
+  }
+
   ToneState& tones_;
   FileTurn turn_;
-  std::vector<ToneItem> items_;
-  const bool foreign_;
+  StoredRun run_;
+  const bool placesStay_;
   std::set<std::string> groups_;
 };
 
@@ -338,9 +363,9 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
   std::vector<ToneItem> items;
   bool written = false;
   std::optional<std::vector<std::uint8_t>> begunOver;
-  if (Exists(choice->path)) {
+  if (FileExists(choice->path)) {
     begunOver = ReadWholeFile(choice->path, kLargestToneFile);
-    if (!begunOver || !CanWrite(choice->path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
+    if (!begunOver || !CanReplaceFile(choice->path)) return window.Refuse(kCannotOpenGroups, Icon::Error);
     auto present = ParseToneItems(*begunOver);
     if (!present) return window.Refuse(kDamaged, Icon::Error);
     // Of a new run the old file stays until the first item is written.
@@ -348,7 +373,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
       items = std::move(*present);
       written = true;
     }
-  } else if (!CanWrite(choice->path)) {
+  } else if (!CanReplaceFile(choice->path)) {
     return window.Refuse(kCannotOpenGroups, Icon::Error);
   }
   tones.open = true;
@@ -365,7 +390,8 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
 void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   const SoundDocument& document = desk.document;
   if (!RequireContourAndSelection(window, document)) return;
-  if (tones.items.size() >= kMostToneItems) return window.Notify(messages::kTooMuchData);
+  if (tones.items.size() >= kMostToneItems && ReadRun(tones).items.size() >= kMostToneItems)
+    return window.Notify(messages::kTooMuchData);
   InputForm form{kAddTitle,
                  {GroupField(tones.groupName), Button(kFirstButton, kDropWeak, tones.dropWeakEnds),
                   Button(kSecondButton, kKeepAll, !tones.dropWeakEnds)}};
@@ -409,18 +435,11 @@ void RemoveToneCommand(Window& window, ToneState& tones) {
 }
 
 void EndTonesCommand(Window& window, ToneState& tones) {
-  if (!tones.items.empty()) {
-    RunStep step(tones);
-    // A run can be ended also where both have no room in the file: with what is known here.
-    if (step.IsForeign() && step.Fits() && !step.Store(window)) return;
-    const int saved =
-        SaveFile(window, ResultPath(tones.path), WriteToneResult(ToneResultOf(tones.statistics)));
-    step.GiveUp();
-    if (saved < 0) return window.Notify(messages::kCannotCreate, Icon::Error);
-  }
+  if (!tones.items.empty() && !RunStep(tones).End(window, ResultPath(tones.path))) return;
   window.CloseToolWindow("tones");
   tones.open = tones.written = false;
   tones.path.clear();
+  tones.begunOver.reset();
   tones.compared.reset();
   tones.SetItems({});
 }

@@ -57,13 +57,13 @@ TEST_F(GroupFlow, The95thValueIsStoredAndThe96thRefused) {
   for (const bool byName : {false, true}) {
     SCOPED_TRACE(byName);
     WriteFile(path, Full(94));
-    current = {!byName, path, 0};
+    current = {!byName, path, 0, "a"};
     const std::deque<std::string> answers =
         byName ? std::deque<std::string>{open, "no", "ok:a"} : std::deque<std::string>{"yes"};
     EXPECT_FALSE(Shown(Add(7, answers), kFull));
     EXPECT_EQ(Groups()[0].values.size(), 95u);
     const std::string full = ReadFile(path);
-    current = {!byName, path, 0};
+    current = {!byName, path, 0, "a"};
     EXPECT_TRUE(Shown(Add(7, answers), kFull));
     EXPECT_EQ(ReadFile(path), full);
   }
@@ -77,13 +77,15 @@ TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {
     WriteFile(path, damaged);
     current.known = false;
     EXPECT_EQ(Add(1, {open}), (Texts{"open|打开音长统计数据文件|", kDamaged}));
-    current = {true, path, 0};
+    current = {true, path, 0, "a"};
     EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged);
     EXPECT_EQ(ReadFile(path), damaged);
   }
   WriteFile(path, Full(1));
-  current = {true, path, 1};
+  current = {true, path, 1, "a"};
   EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged) << "the group is no longer there";
+  current = {true, path, 0, "b"};
+  EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged) << "it is another one";
   EXPECT_EQ(ReadFile(path), Full(1));
 }
 

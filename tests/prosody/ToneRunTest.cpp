@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -106,6 +107,41 @@ TEST(ToneRun, TwoThatDoNotFitIntoOneFileSpoilNothing) {
   EndTonesCommand(first.window, first.tones);
   EXPECT_FALSE(first.tones.open);
   EXPECT_EQ(Program(folder / "run.pit").Frames(), second.Frames());
+}
+
+TEST(ToneRun, AnEndThatIsRefusedChangesNothingAndOneThatIsNotLosesNothing) {
+  const testing::TempFolder folder;
+  Program first(folder / "run.pit");
+  first.Add(10);
+  Program second(folder / "run.pit", "yes");
+  second.Add(60);
+  const std::string seconds = testing::ReadFile(folder / "run.pit");
+  std::filesystem::create_directory(folder / "run.bin");
+  EndTonesCommand(first.window, first.tones);
+  EXPECT_TRUE(first.tones.open);
+  EXPECT_EQ(first.Frames(), (std::vector<int>{10}));
+  EXPECT_EQ(testing::ReadFile(folder / "run.pit"), seconds);
+  std::filesystem::remove(folder / "run.bin");
+  std::filesystem::remove(folder / "run.pit");
+  EndTonesCommand(first.window, first.tones);
+  EXPECT_EQ(Program(folder / "run.pit").Frames(), (std::vector<int>{10}));
+}
+
+TEST(ToneRun, WhatAnotherProgramAddsBehindMovesNothing) {
+  const testing::TempFolder folder;
+  Program first(folder / "run.pit");
+  first.Add(10);
+  first.tones.picked = 0;
+  Program second(folder / "run.pit");
+  second.document->filePath = "/b.wav";
+  second.Add(60);
+  first.Add(110);
+  EXPECT_EQ(first.Frames(), (std::vector<int>{10, 60, 110}));
+  EXPECT_EQ(first.tones.picked, 0);
+  EXPECT_EQ(first.tones.unsavedSound, first.document->Stamp());
+  second.Remove();
+  first.Add(160);
+  EXPECT_EQ(first.tones.picked, -1);
 }
 
 }  // namespace
