@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QAction>
 #include <QApplication>
 #include <QFileInfo>
@@ -137,6 +138,8 @@ std::optional<FileChoice> AnsweredWindow::AskFile(const FileDialog& dialog, bool
   WhenOpen([&](QWidget& box) {
     EXPECT_EQ(box.windowTitle().toStdString(), dialog.title);
     if (!path) return PressEscape(box);
+    // Typing lets go of the proposed file's row where the field has the focus, which needs a window manager.
+    for (auto* view : box.findChildren<QAbstractItemView*>()) view->clearSelection();
     box.findChild<QLineEdit*>("fileNameEdit")->setText(typed);
     QMetaObject::invokeMethod(&box, "accept");
   });
@@ -272,6 +275,7 @@ bool DesktopStage::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool DesktopStage::Choose(int command) {
+  QApplication::processEvents();  // what a recording that has just ended enables
   QAction* action = window_.ActionOf(command);
   if (action == nullptr || !action->isEnabled()) return false;
   action->trigger();
@@ -307,17 +311,18 @@ void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
   // What is not on the screen cannot be clicked: a pane behind a chart, a pixel beside the pane.
   if (!widget.isVisible() || at.x < 0 || !widget.rect().contains(pixel))
     return Station().Click(pane, at, button, shift);
-  // The two clicks that choose a region are one drag.
-  if (dragging_ || Station().document.activity == Activity::RegionDrag) {
-    if (dragging_) {
-      QTest::mouseMove(&widget, pixel);
-      QTest::mouseRelease(&widget, Qt::LeftButton, {}, pixel);
-    } else {
-      QTest::mousePress(&widget, Qt::LeftButton, {}, pixel);
+  // The two clicks that choose a region are one drag, whatever the second was over, unless something has ended it.
+  PaneWidget* const dragged = std::exchange(dragged_, nullptr);
+  if (Station().document.activity == Activity::RegionDrag) {
+    if (dragged != nullptr) {
+      const QPoint to = dragged->mapFromGlobal(widget.mapToGlobal(pixel));
+      QTest::mouseMove(dragged, to);
+      return QTest::mouseRelease(dragged, Qt::LeftButton, {}, to);
     }
-    dragging_ = !dragging_;
-    return;
+    dragged_ = &widget;
+    return QTest::mousePress(&widget, Qt::LeftButton, {}, pixel);
   }
+  if (dragged != nullptr) QTest::mouseRelease(dragged, Qt::LeftButton);
   QTest::mouseClick(&widget, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
 }
 
@@ -328,7 +333,9 @@ bool DesktopStage::KeyInLabels(const std::string& key) { return Station().KeyInL
 void DesktopStage::ClickTool(ToolWindow& tool, Point at, MouseButton button, bool shift) {
   QWidget& canvas = *dialogs_->WidgetOf(tool)->Canvas();
   const QPoint pixel(at.x, at.y + tool.ClickOrigin().y);
-  EXPECT_TRUE(canvas.rect().contains(pixel)) << tool.Name();
+  // A drawing can be narrower than what a script may click.
+  if (!canvas.rect().contains(pixel))
+    return Station().Act([&] { tool.Click(*dialogs_, {pixel.x(), pixel.y()}, button, shift); });
   QTest::mouseClick(&canvas, ButtonOf(button), shift ? Qt::ShiftModifier : Qt::NoModifier, pixel);
 }
 
@@ -423,7 +430,7 @@ void DesktopStage::PointAtAPlace() {
   QWidget* shown = &pane;
   if (tool != nullptr)
     shown = dialogs_->WidgetOf(*tool) != nullptr ? dialogs_->WidgetOf(*tool)->Canvas() : nullptr;
-  if (shown == nullptr || !shown->isVisible() || dragging_) return;
+  if (shown == nullptr || !shown->isVisible() || dragged_ != nullptr) return;
   const QPointF at(0.37 * shown->width(), 0.23 * shown->height());
   tell(*shown, QMouseEvent(QEvent::MouseMove, at, shown->mapToGlobal(at), Qt::NoButton, Qt::NoButton, {}));
 }

@@ -113,7 +113,7 @@ class DesktopStage : public QObject, public ScriptStage {
   Preferences preferences_;
   AnsweredWindow* dialogs_ = nullptr;
   MainWindow window_;
-  bool dragging_ = false;  ///< a region, between its corners
+  PaneWidget* dragged_ = nullptr;  ///< where a region was begun, between its corners
   std::size_t looks_ = 0, records_ = 0;
   Changes seen_, painted_;
 };

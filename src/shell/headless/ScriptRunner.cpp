@@ -143,10 +143,8 @@ std::string ScriptRunner::Command(const ScriptStep& step) {
   const auto number = step.words.size() == 2 ? ParseInteger(step.words[1]) : std::nullopt;
   if (!number) return "command needs one number";
   if (FindCommand(*number) == nullptr) return "no command has the number " + step.words[1];
-  const ToolWindow* before = window_.CurrentTool();
   if (!stage_.Choose(*number))
     window_.PrintEvent(JsonObject().Text("event", "refused").Integer("command", *number));
-  if (window_.CurrentTool() != before) labelsHaveKeys_ = false;  // a window that opens takes them
   return {};
 }
 
@@ -191,6 +189,7 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
   if (pane == nullptr) return "no pane or open window is called " + step.words[1];
   const Point at{*x, *y};
   labelsHaveKeys_ = pane->pane == Pane::Labels;
+  toolBelowLabels_ = window_.CurrentTool();
   if (labelsHaveKeys_ && button == MouseButton::Left && !shift) labelsClicked_ = at;
   const bool twice = labelsClicked_ && labelsBefore == labelsClicked_;
   twice ? stage_.EditLabel(at) : stage_.Click(pane->pane, at, button, shift);
@@ -199,7 +198,10 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
 
 std::string ScriptRunner::Key(const ScriptStep& step) {
   if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
-  if (labelsHaveKeys_ && !window_.InModal() && stage_.KeyInLabels(step.words[1])) return {};
+  // A window that has opened since has taken them, until it closes.
+  const ToolWindow* tool = window_.CurrentTool();
+  const bool taken = tool != nullptr && tool != toolBelowLabels_;
+  if (labelsHaveKeys_ && !taken && !window_.InModal() && stage_.KeyInLabels(step.words[1])) return {};
   stage_.Key(step.words[1]);
   return {};
 }

@@ -349,7 +349,8 @@ void PaneWidget::mouseReleaseEvent(QMouseEvent* event) {
     gate_.Run([&] { station_.Click(pane_, pressedAt_, MouseButton::Left, false); });
   } else if (drag_ == Drag::Region) {
     band_->hide();
-    gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, false); });
+    if (document_.activity == Activity::RegionDrag)  // else Escape has ended it
+      gate_.Run([&] { station_.Click(pane_, at, MouseButton::Left, false); });
   } else {
     DragTo(at);
   }
