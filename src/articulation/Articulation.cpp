@@ -107,8 +107,6 @@ double Between(double from, double to, double share) { return from + (to - from)
 
 }  // namespace
 
-std::span<const ArticulationTarget> ArticulationTargets() { return kTargets; }
-
 const ArticulationTarget* FindTarget(const std::string& name) {
   const auto found = std::find_if(std::begin(kTargets), std::end(kTargets),
                                   [&](const ArticulationTarget& target) { return name == target.name; });

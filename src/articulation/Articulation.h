@@ -31,7 +31,6 @@ struct ArticulationTarget {
   int opening, width, protrusion;
   bool velumDown = false, lipToTeeth = false, lateral = false;
 };
-std::span<const ArticulationTarget> ArticulationTargets();
 /// The target of a name; null when there is none.
 const ArticulationTarget* FindTarget(const std::string& name);
 Articulation ArticulationOf(const ArticulationTarget& target);

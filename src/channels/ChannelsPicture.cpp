@@ -103,10 +103,6 @@ int ChannelsView::SampleAt(const SoundDocument& document, int x) const {
   return static_cast<int>(std::clamp<std::int64_t>(sample, 0, document.sampleCount));
 }
 
-int ChannelsView::ColumnOf(const SoundDocument& document, int sample) const {
-  return Columns(document).ColumnOf(sample);
-}
-
 int ChannelsView::Length(const SoundDocument& document) const { return document.sampleCount / zoom; }
 
 std::string FiguresLine(const SoundDocument& document, const ChannelsState& state) {

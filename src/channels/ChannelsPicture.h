@@ -20,7 +20,6 @@ struct ChannelsView {
   SampleScale Columns(const SoundDocument& document) const;
   /// The sample of a column, x at least 20, clamped to 0..sampleCount.
   int SampleAt(const SoundDocument& document, int x) const;
-  int ColumnOf(const SoundDocument& document, int sample) const;
   /// Samples under all columns.
   int Length(const SoundDocument& document) const;
 };

@@ -96,12 +96,6 @@ int ToneStatistics::GroupNamed(const std::string& gbkName) const {
   return -1;
 }
 
-int ToneStatistics::GroupOf(int item) const {
-  for (std::size_t g = 0; g < groups.size(); ++g)
-    if (std::binary_search(groups[g].items.begin(), groups[g].items.end(), item)) return static_cast<int>(g);
-  return -1;
-}
-
 ToneSpread SpreadOf(std::span<const double> semitones) {
   const Moments moments = MomentsOf(semitones.size(), [&](std::size_t i) { return semitones[i]; });
   ToneSpread spread;

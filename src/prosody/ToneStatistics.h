@@ -25,7 +25,6 @@ struct ToneStatistics {
 
   ToneScale ScaleOf(ToneAxis axis) const { return {axis, range, spread}; }
   int GroupNamed(const std::string& gbkName) const;  ///< −1 when there is none
-  int GroupOf(int item) const;
   /// The tone of a mean curve in digits.
   std::string DigitsOf(const ToneGroup& group) const { return ToneDigits(ToneTs(group.mean, range)); }
 };

@@ -139,11 +139,6 @@ std::vector<Tick> RoundTicks(const PlotScale& scale, int room, double finest) {
   return TicksEvery(scale, step, DecimalsOf(step));
 }
 
-std::vector<Tick> Moved(std::vector<Tick> ticks, int pixels) {
-  for (Tick& tick : ticks) tick.at += pixels;
-  return ticks;
-}
-
 // --- Lines
 
 int WaveRange(int peak) {

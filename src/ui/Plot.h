@@ -73,9 +73,6 @@ std::vector<Tick> TicksEvery(const PlotScale& scale, double step, int decimals =
 /// the decimals that this step needs. On a logarithmic scale the values 1, 2, 5·10^k themselves, `room` apart.
 std::vector<Tick> RoundTicks(const PlotScale& scale, int room, double finest = 1e-4);
 
-/// The ticks of a part of a picture that begins `pixels` further down or to the right.
-std::vector<Tick> Moved(std::vector<Tick> ticks, int pixels);
-
 /// Pixels between the labels of a time axis, and what stands behind them.
 inline constexpr int kTimeLabelRoom = 70;
 inline constexpr UiText kTimeUnit = "T(秒)";

@@ -393,6 +393,15 @@ void DesktopStage::PointAtAll() {
     }
   seen_.See("overview",
             testing::SizeAndDigest(testing::WithoutDecimals(ToSvg(Station().view.Overview(900, 40)))));
+  const MainView& view = Station().view;
+  std::string tips, marks;
+  for (int x = 2; x < width; x += 9)
+    for (int y = 4; y < view.labelsHeight; y += 11) tips += view.LabelTipAt({x, y}) + "\n";
+  seen_.See("labels all", testing::SizeAndDigest(tips));
+  if (window_.PaneOf(Pane::Chart).isVisible())
+    for (int x = 3; x < width; x += 7)
+      for (int y = 2; y < 770; y += 7) marks += view.HoverLine(Pane::Chart, {x, y}, 770, "") + "\n";
+  seen_.See("chart all", testing::SizeAndDigest(marks));
   const ToolWindow* tool = dialogs_->CurrentTool();
   if (tool == nullptr) return;
   const std::string name = tool->Name();
@@ -400,8 +409,8 @@ void DesktopStage::PointAtAll() {
     seen_.See(Format("%s %d", name.c_str(), share.x),
               tool->Hover({width * share.x / 100, kToolHeight * share.y / 100}));
   std::string all;
-  for (int y = 5; y < kToolHeight; y += 29)
-    for (int x = 9; x < width; x += 31) all += tool->Hover({x, y}) + "\n";
+  for (int y = 5; y < kToolHeight; y += 9)
+    for (int x = 9; x < width; x += 11) all += tool->Hover({x, y}) + "\n";
   seen_.See(name + " all", testing::SizeAndDigest(all));
   seen_.See(name, tool->Text() + tool->Instructions());
 }
@@ -421,10 +430,12 @@ void DesktopStage::Keep(const std::string& where, const std::string& text) {
   testing::WriteFile(Format("%s/%s", folder, name.c_str()), text);
 }
 
-/// The pointer over a place of the tool window or, without one, of the waveform, wherever it was before.
+/// The pointer over a place of the tool window or, without one, of the waveform, or of what pitch is repaired in, wherever
+/// it was before.
 void DesktopStage::PointAtAPlace() {
   const auto tell = [](QWidget& widget, QEvent&& event) { QApplication::sendEvent(&widget, &event); };
-  PaneWidget& pane = window_.PaneOf(Pane::Waveform);
+  const bool repair = Station().document.activity == Activity::PitchRepair;
+  PaneWidget& pane = window_.PaneOf(repair ? Pane::Analysis : Pane::Waveform);
   tell(pane, QEvent(QEvent::Leave));
   const ToolWindow* tool = dialogs_->CurrentTool();
   QWidget* shown = &pane;
@@ -458,7 +469,8 @@ void DesktopStage::RecordAll() {
   std::string entries;
   for (const QAction* action : window_.findChildren<QAction*>())
     if (!action->text().contains('/'))  // recent files have their places in their names
-      entries += action->text().toStdString() + (action->isEnabled() ? "\n" : " (grey)\n");
+      entries += (action->text() + (action->isEnabled() ? " " : " (grey) ") + action->toolTip() + "\n")
+                     .toStdString();
   Keep("entries", entries);
   painted_.See("title",
                shown->windowTitle().toStdString() + (window_.isWindowModified() ? " (unsaved)" : ""));
