@@ -24,12 +24,19 @@ inline std::string Replaced(std::string text, const std::string& what, const std
   return text;
 }
 
+/// Stories that somebody has written, and walks at random that scripts/make_walk.py has.
 inline std::vector<std::string> StoryNames() {
   std::vector<std::string> names;
   for (const auto& entry : std::filesystem::directory_iterator(kStories))
-    if (entry.path().extension() == ".txt") names.push_back(entry.path().stem());
+    if (entry.path().extension() == ".txt" || entry.path().extension() == ".walk")
+      names.push_back(entry.path().stem());
   std::sort(names.begin(), names.end());
   return names;
+}
+
+inline std::string ScriptOf(const std::string& story) {
+  const std::string written = kStories + story + ".txt";
+  return ReadFile(std::filesystem::exists(written) ? written : kStories + story + ".walk");
 }
 
 inline std::string HeadValue(const std::string& script, const std::string& name) {

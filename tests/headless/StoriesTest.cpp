@@ -17,7 +17,7 @@ TEST_P(Story, PrintsItsLines) {
   const testing::TempFolder folder;
   testing::WriteSounds(folder);
   const testing::FileStates before = testing::StatesOf(folder);
-  const std::string script = ReadFile(kStories + GetParam() + ".txt");
+  const std::string script = testing::ScriptOf(GetParam());
   const auto result = testing::RunProgram(folder, testing::HeadValue(script, "arguments"), script);
   const std::string status = testing::HeadValue(script, "status");
   EXPECT_EQ(result.status, status.empty() ? 0 : std::stoi(status)) << result.errors;

@@ -29,7 +29,7 @@ TEST_P(WindowStory, SaysAndLeavesTheSame) {
   const testing::TempFolder folder, settings;
   testing::WriteSounds(folder);
   const testing::FileStates before = testing::StatesOf(folder);
-  const std::string script = ReadFile(kStories + GetParam() + ".txt");
+  const std::string script = testing::ScriptOf(GetParam());
   std::filesystem::current_path(folder.path());
   // The user's documents, where exports go before a sound is opened, are the folder too.
   std::filesystem::create_directory_symlink(folder.path(), settings / "Documents");
