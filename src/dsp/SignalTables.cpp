@@ -45,7 +45,6 @@ void FillBitReverse() {
   for (std::size_t size = 2; size <= kLargestFft; size *= 2) {
     std::int16_t* table = bitReverse.data() + size;
     const auto half = static_cast<std::int16_t>(size / 2);
-    table[0] = 0;
     table[1] = half;
     for (std::size_t i = 1; i < size / 2; ++i) {
       table[2 * i] = static_cast<std::int16_t>(table[i] / 2);

@@ -133,5 +133,13 @@ TEST(Plot, ALineWithGapsShowsAPointAloneAsADot) {
   EXPECT_NE(svg.find("stroke=\"#c00000\" stroke-width=\"2\" stroke-dasharray"), std::string::npos);
 }
 
+TEST(TextWidth, EveryRangeOfLettersHasItsWidths) {
+  const std::pair<const char*, int> hundredths[] = {
+      {"\x1F", 0},    {" ", 32},      {"~", 84},       {"\x7F", 67},  // behind the last of ASCII
+      {"\u02AF", 67}, {"\u02B0", 50}, {"\u02FF", 50},  {"\u0300", 0}, {"\u036F", 0},
+      {"\u0370", 67}, {"\u2E7F", 67}, {"\u2E80", 100}, {"æ…", 204},   {"ab", 126}};
+  for (const auto& [text, width] : hundredths) EXPECT_EQ(TextWidth(text, 100), width) << text;
+}
+
 }  // namespace
 }  // namespace parlowen
