@@ -399,8 +399,8 @@ void DesktopStage::PointAtAll() {
     for (int y = 4; y < view.labelsHeight; y += 11) tips += view.LabelTipAt({x, y}) + "\n";
   seen_.See("labels all", testing::SizeAndDigest(tips));
   if (window_.PaneOf(Pane::Chart).isVisible())
-    for (int x = 3; x < width; x += 7)
-      for (int y = 2; y < 770; y += 7) marks += view.HoverLine(Pane::Chart, {x, y}, 770, "") + "\n";
+    for (int x = 3; x < width; x += 11)
+      for (int y = 2; y < 770; y += 11) marks += view.HoverLine(Pane::Chart, {x, y}, 770, "") + "\n";
   seen_.See("chart all", testing::SizeAndDigest(marks));
   const ToolWindow* tool = dialogs_->CurrentTool();
   if (tool == nullptr) return;
