@@ -5,6 +5,8 @@
 #include <QMessageBox>
 #include <QPushButton>
 #include <QRegularExpression>
+#include <QScreen>
+#include <QScrollArea>
 #include <QTest>
 #include <QTextBrowser>
 #include <utility>
@@ -56,6 +58,74 @@ TEST_F(DialogsTest, AFormStaysOpenUntilItsEntriesCanBeStored) {
   EXPECT_TRUE(Dialogs().AskInput(form));
   EXPECT_EQ(shown, 2);
   EXPECT_EQ(form.ValueOf(1000), "普通话");
+}
+
+TEST_F(DialogsTest, ATallFormScrollsAndItsTicksAndStepsAreTaken) {
+  InputForm form = OneFieldForm("", std::string(60, 'm'), "5");
+  form.fields[0].step = [](const std::string& value, int direction) {
+    return std::to_string(std::stoi(value) + 10 * direction);
+  };
+  EXPECT_EQ(FormDialog(form, nullptr).findChild<QScrollArea*>(), nullptr);
+  for (int i = 1; i < 80; ++i) form.fields.push_back({0, FieldKind::Tick, std::to_string(i), "", i % 2 == 0});
+  FormDialog dialog(form, nullptr);
+  dialog.show();
+  const auto* area = dialog.findChild<QScrollArea*>();
+  ASSERT_NE(area, nullptr);
+  EXPECT_EQ(area->widget()->width(), area->viewport()->width());
+  EXPECT_GE(area->height(), dialog.screen()->availableGeometry().height() * 3 / 4);
+  for (const Qt::Key key : {Qt::Key_Up, Qt::Key_Up, Qt::Key_Down, Qt::Key_Left})
+    QTest::keyClick(dialog.Edit(1000), key);
+  for (auto* button : dialog.findChildren<QAbstractButton*>())
+    if (button->accessibleName() == "减" || button->text() == "1" || button->text() == "2") button->click();
+  dialog.accept();
+  EXPECT_EQ(form.ValueOf(1000), "5");
+  std::string ticked;
+  for (const FormField& field : form.fields)
+    if (field.checked && ticked.size() < 6) ticked += field.label + " ";
+  EXPECT_EQ(ticked, "1 4 6 ");
+}
+
+TEST_F(DialogsTest, TheSpanOfThePitchPaneIsRememberedUnlessItCannotBeShown) {
+  const struct {
+    int kind;
+    double low, high;
+    bool usable;
+  } spans[] = {{2, 20, 2000, true},  {2, 19, 2000, false},  {2, 20, 2001, false}, {0, 100, 125, true},
+               {2, 100, 124, false}, {-1, 100, 200, false}, {3, 100, 200, false}};
+  for (const auto& [kind, low, high, usable] : spans) {
+    const PitchSpanChoice span{static_cast<PitchSpanChoice::Kind>(kind), {low, high}};
+    preferences->SetPitchSpan({});
+    window->Station().view.pitchSpan = span;
+    Dialogs().Repaint({});
+    QCoreApplication::processEvents();
+    Restart();
+    EXPECT_EQ(Station().view.pitchSpan, usable ? span : PitchSpanChoice())
+        << kind << " " << low << " " << high;
+  }
+}
+
+TEST_F(DialogsTest, TheBarAboutTheRateConvertsWithoutAQuestionOrGoesForThisSound) {
+  const QWidget* bar = nullptr;
+  const auto press = [&](const char* text) {
+    for (auto* button : window->findChildren<QPushButton*>())
+      if (button->text() == text) bar = button->parentWidget(), button->click();
+  };
+  BoxWatcher asked("是(&Y)");
+  Open(WriteRamp("a.wav", 44100, 44100));
+  press("不转换");
+  EXPECT_FALSE(bar->isVisible());
+  Station().Select(100, 300);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(bar->isVisible());
+  Open(WriteRamp("b.wav", 44100, 44100));
+  EXPECT_TRUE(bar->isVisible());
+  press("转换为 11025 Hz");
+  EXPECT_EQ(Document().sampleRate, 11025);
+  Restart();
+  Open(folder.filePath("b.wav"));
+  press("转换为 16000 Hz");
+  EXPECT_EQ(Document().sampleRate, 16000);
+  EXPECT_EQ(asked.texts, QStringList());
 }
 
 TEST_F(DialogsTest, LinesDivideGroupsOfRadioButtonsFromEachOtherAndFromFields) {
@@ -160,6 +230,12 @@ TEST_F(DialogsTest, HelpPagesAreFoundAndShown) {
   auto* view = window->findChild<QTextBrowser*>();
   ASSERT_NE(view, nullptr);
   EXPECT_TRUE(view->toPlainText().contains("Parlowen"));
+  QUrl asked;
+  Dialogs().openExternally = [&](const QUrl& url) { return asked = url, false; };
+  Dialogs().OpenInEditor(PARLOWEN_SOURCE_DIR "/data/help/zh/epg.html#indices");
+  EXPECT_EQ(asked.fragment(), "indices");
+  EXPECT_TRUE(QFile::exists(asked.toLocalFile()));
+  EXPECT_EQ(window->findChildren<QTextBrowser*>().last()->source(), asked);
   // Every link of every page leads to a page that is there.
   for (const char* language : {"zh", "en"}) {
     const QDir pages(QString(PARLOWEN_SOURCE_DIR "/data/help/") + language);

@@ -1,10 +1,14 @@
 // The label pane by mouse and keys: a sentence of two syllables.
 
 #include <QApplication>
+#include <QHelpEvent>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSplitter>
 #include <QTest>
 #include <QToolButton>
+#include <QToolTip>
 
 #include "annotation/LabelPicture.h"
 #include "shell/qt/IpaPalette.h"
@@ -72,7 +76,7 @@ TEST_F(LabelsTest, ASentenceIsLabelledWithoutLeavingThePanes) {
       QTest::keyClick(edit, Qt::Key_Tab);
     } else {
       nextShown = edit->text().isEmpty() && Station().player.playing() == false;
-      QTest::keyClicks(edit, "mu");
+      QTest::keyClicks(edit, "m<u");
       QTest::keyClick(edit, Qt::Key_Return);
     }
   });
@@ -83,7 +87,10 @@ TEST_F(LabelsTest, ASentenceIsLabelledWithoutLeavingThePanes) {
   EXPECT_TRUE(nextShown);
   ASSERT_EQ(Set().labelCount[0], 2);
   EXPECT_EQ(Set().labels[0].text, "ma");
-  EXPECT_EQ(Set().labels[1], (MarkerLabel{second, third, "mu"}));
+  EXPECT_EQ(Set().labels[1], (MarkerLabel{second, third, "m<u"}));
+  QHelpEvent help(QEvent::ToolTip, InBand(200), Labels().mapToGlobal(InBand(200)));
+  QApplication::sendEvent(&Labels(), &help);
+  EXPECT_EQ(QToolTip::text(), "<p>标志带 1  0.367–0.612 s  m&lt;u") << "plain, as markup";
   EXPECT_EQ(Document().selectionStart, second);
   EXPECT_EQ(Document().selectionEnd, third);
   EXPECT_TRUE(window->isWindowModified());
@@ -121,6 +128,50 @@ TEST_F(LabelsTest, ASentenceIsLabelledWithoutLeavingThePanes) {
   const QList<int> again = window->findChild<QSplitter*>()->sizes();
   EXPECT_EQ(again[4], heights[4]) << "so is its height";
   EXPECT_GT(again[2], again[1]) << "and the others'";
+}
+
+TEST_F(LabelsTest, ATextThatCannotStayKeepsTheClickOutAndTheEditorSaysWhy) {
+  QWidget parent, pane(&parent);
+  parent.resize(600, 300);
+  pane.setGeometry(10, 20, 500, 260);
+  QPushButton elsewhere("x", &parent);
+  int pressed = 0;
+  QObject::connect(&elsewhere, &QPushButton::clicked, [&] { ++pressed; });
+  parent.show();
+  FormPlace place;
+  InputForm form = OneFieldForm("标注", "文字", "ma", FieldKind::Text);
+  form.place = &place;
+  form.fields[0].maxGbkBytes = 4;
+  const auto ask = [&](int y, Qt::Key key) {
+    place = {200, y, 40, 16};
+    LabelEditor editor(form, pane, 30, &parent);
+    QTimer::singleShot(0, &editor, [&] {
+      auto* edit = editor.findChild<QLineEdit*>();
+      edit->setText("maaaa");
+      const auto* palette = parent.findChild<IpaPalette*>();
+      const bool stood = palette->isVisible();
+      QTest::keyClick(edit, Qt::Key_F4);
+      EXPECT_NE(palette->isVisible(), stood);
+      QTest::keyClick(edit, Qt::Key_F4);
+      QTest::mouseClick(&elsewhere, Qt::LeftButton);
+      const auto* complaint = parent.findChild<QLabel*>(QString(), Qt::FindDirectChildrenOnly);
+      EXPECT_TRUE(complaint->isVisible());
+      const QRect box = complaint->geometry();
+      const QRect over = editor.geometry();
+      EXPECT_EQ(box.left(), over.left());
+      EXPECT_EQ(y == 100 ? box.top() - over.bottom() : over.top() - box.bottom(), 3) << "two pixels between";
+      edit->setText("mama");
+      if (key != 0) return QTest::keyClick(edit, key);
+      QTest::mouseClick(&elsewhere, Qt::LeftButton);
+    });
+    return editor.Ask();
+  };
+  EXPECT_FALSE(ask(100, Qt::Key_Escape));
+  EXPECT_EQ(form.fields[0].value, "ma");
+  EXPECT_EQ(pressed, 0);
+  EXPECT_TRUE(ask(258, {}));
+  EXPECT_EQ(form.fields[0].value, "mama");
+  EXPECT_EQ(pressed, 1);
 }
 
 }  // namespace

@@ -1,9 +1,14 @@
 // Playing and recording as the window shows them, with devices driven by hand.
 
+#include <QFile>
 #include <QTest>
+#include <QToolBar>
+#include <QToolButton>
 
 #include "audio/FakeDevices.h"
+#include "audio/qt/QtLoudspeaker.h"
 #include "shell_qt/Doubles.h"
+#include "support/TempFolder.h"
 
 namespace parlowen {
 namespace {
@@ -83,6 +88,52 @@ TEST_F(SoundTest, TheCursorMovesAndADialogStopsThePlay) {
   ASSERT_TRUE(window->Dispatch(40023));
   QTest::mouseClick(&Waveform(), Qt::LeftButton, Qt::ShiftModifier, At(Waveform(), 100));
   EXPECT_FALSE(Station().player.playing()) << "so does a paste with the mouse";
+}
+
+TEST_F(SoundTest, TheToolBarPlaysTheSelectionOrElseTheWholeAndStops) {
+  Open(WriteRamp("a.wav", 16000, 20000));
+  const auto press = [&](const char* text) {
+    for (auto* button : window->findChild<QToolBar*>()->findChildren<QToolButton*>())
+      if (button->text() == text) QTest::mouseClick(button, Qt::LeftButton);
+  };
+  press("放音");
+  EXPECT_EQ(loudspeaker.heard.size(), 20000u);
+  press("停止");
+  EXPECT_FALSE(Station().player.playing());
+  Station().Select(1000, 4000);
+  QCoreApplication::processEvents();
+  press("放音");
+  EXPECT_EQ(std::ssize(loudspeaker.heard), Document().selectionEnd - Document().selectionStart);
+  EXPECT_TRUE(Station().player.playing());
+}
+
+TEST(WorkerTest, WhatTheDeviceRefusesIsSaidAndOneThatWillNotOpenIsTriedTwice) {
+  const QTemporaryDir folder;
+  const auto write = [&](const char* name, const QByteArray& bytes) {
+    return QString::fromStdString(
+        testing::WriteFile(folder.filePath(name).toStdString(), bytes.toStdString()));
+  };
+  // A process that takes a play of three samples, 12 + 4 + 6 bytes, and gives one answer.
+  const QString worker =
+      write("worker", "#!/bin/sh\ncd \"${0%/*}\"\nhead -c 22 >>asked\ncat answer\ncat >/dev/null\n");
+  QFile::setPermissions(worker, QFile::ReadOwner | QFile::ExeOwner);
+  const auto said = [&](SoundFailure failure) {
+    write("answer", PackMessage({SoundMessageKind::Failed, 1, PackNumbers({static_cast<int>(failure)})}));
+    SoundProcess process(worker);
+    QtLoudspeaker loudspeaker(process);
+    std::string text;
+    loudspeaker.onFailed = [&](const std::string& failed) { text = failed; };
+    const std::int16_t samples[] = {1, 2, 3};
+    EXPECT_TRUE(loudspeaker.Open(48000).empty() && loudspeaker.Prepare(samples) && loudspeaker.Write());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !text.empty(); }, 10000));
+    return text;
+  };
+  EXPECT_EQ(said(SoundFailure::RateRefused), "放音设备不支持 48000 Hz 的采样频率");
+  EXPECT_EQ(said(SoundFailure::NotOpened), "放音设备打不开，请检查系统的声音设置");
+  EXPECT_EQ(QFile(folder.filePath("asked")).size(), 3 * 22);
+  // A size that no message has: what stands behind it is not read as a message.
+  QByteArray bytes = PackNumbers({1, 1, -1}) + PackNumbers({1, 1, 0});
+  EXPECT_TRUE(!TakeMessage(bytes) && bytes.isEmpty());
 }
 
 }  // namespace

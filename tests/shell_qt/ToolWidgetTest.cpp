@@ -1,7 +1,13 @@
 #include "shell/qt/ToolWidget.h"
 
 #include <QApplication>
+#include <QClipboard>
+#include <QContextMenuEvent>
+#include <QImage>
+#include <QLabel>
+#include <QMenu>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTest>
 
 #include "shell_qt/Doubles.h"
@@ -39,6 +45,11 @@ class Recorder : public ToolWindow {
     if (control.text == "重开") window.OpenToolWindow(std::make_unique<Recorder>(log_, name_));
     log_ += "pressed";
   }
+  void Drag(Window&, Point at) override { log_ += QString("drag %1 %2").arg(at.x).arg(at.y); }
+  std::string Hover(Point at) const override { return QString("%1, %2").arg(at.x).arg(at.y).toStdString(); }
+  std::string Text() const override { return log_.join('|').toStdString(); }
+  std::optional<ToolScrollBar> ScrollBar() const override { return ToolScrollBar{30, 100, 20, 2, "移动"}; }
+  void ScrollTo(Window&, int position) override { log_ += QString("to %1").arg(position); }
   void Scroll(Window&, int steps) override { log_ += "scroll " + QString::number(steps); }
   void Closed(Window&) override { log_ += "closed"; }
 
@@ -83,6 +94,67 @@ TEST_F(ToolWidgetTest, ClicksKeysButtonsAndWheelReachTheTool) {
   EXPECT_EQ(log.join('|').toStdString(), "click 30 40 L 0");
   EXPECT_EQ(widget->Shown().width, 900);
   EXPECT_EQ(widget->Shown().height, 550);
+}
+
+TEST_F(ToolWidgetTest, ADragBeginsBeyondAShakyClickAndTheReadoutFollowsThePointer) {
+  ToolWidget* widget = Open();
+  QWidget& canvas = *widget->Canvas();
+  canvas.resize(900, 520);
+  const int shaky = QApplication::startDragDistance();
+  QTest::mousePress(&canvas, Qt::RightButton, {}, {100, 50});
+  QTest::mouseMove(&canvas, {200, 50});
+  QTest::mouseRelease(&canvas, Qt::RightButton, {}, {200, 50});
+  QTest::mousePress(&canvas, Qt::LeftButton, {}, {100, 50});
+  for (const int far : {shaky, shaky + 1, 1}) QTest::mouseMove(&canvas, {100 + far, 50});
+  QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {101, 50});
+  QTest::mousePress(&canvas, Qt::LeftButton, {}, {300, 50});
+  QTest::mouseMove(&canvas, {301, 50});  // the next one begins anew
+  QTest::mouseRelease(&canvas, Qt::LeftButton, {}, {301, 50});
+  QMouseEvent move(QEvent::MouseMove, {200, 60}, canvas.mapToGlobal(QPointF(200, 60)), {}, {}, {});
+  QApplication::sendEvent(&canvas, &move);
+  EXPECT_EQ(
+      log.join('|'),
+      QString("click 100 50 R 0|click 100 50 L 0|drag %1 50|drag 101 50|click 300 50 L 0").arg(101 + shaky));
+  QStringList texts;
+  for (const auto* label : widget->findChildren<QLabel*>()) texts += label->text();
+  EXPECT_TRUE(texts.contains("200, 60")) << texts.join('|').toStdString();
+
+  // The bar stands where the tool says, and the tool hears where it was moved.
+  auto* bar = widget->findChild<QScrollBar*>();
+  for (const auto action : {QScrollBar::SliderSingleStepAdd, QScrollBar::SliderPageStepSub,
+                            QScrollBar::SliderToMinimum, QScrollBar::SliderToMaximum})
+    bar->triggerAction(action);
+  EXPECT_EQ(log.mid(5), QStringList({"to 32", "to 10", "to 0", "to 100"}));
+  EXPECT_EQ(bar->value(), 30);
+}
+
+TEST_F(ToolWidgetTest, TheMenuOfAToolCopiesItsPictureAndItsFigures) {
+  ToolWidget* widget = Open();
+  QWidget& canvas = *widget->Canvas();
+  log += "figures";
+  QClipboard& clipboard = *QApplication::clipboard();
+  int opened = 0;
+  QTimer chooser;
+  QObject::connect(&chooser, &QTimer::timeout, [&] {
+    auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+    if (menu == nullptr) return;
+    (++opened == 1 ? menu->actions().first() : menu->actions().last())->trigger();
+    menu->close();
+  });
+  chooser.start(5);
+  const auto ask = [&](QContextMenuEvent&& event) { QApplication::sendEvent(&canvas, &event); };
+  ask({QContextMenuEvent::Mouse, {}, {}});
+  EXPECT_EQ(opened, 0) << "right clicks belong to the tool";
+  ask({QContextMenuEvent::Mouse, {}, {}, Qt::ControlModifier});
+  EXPECT_EQ(clipboard.image().size(), QSize(widget->Shown().width, widget->Shown().height));
+  ask({QContextMenuEvent::Keyboard, {}, {}});
+  EXPECT_EQ(clipboard.text(), "figures");
+  QTest::keyClick(&canvas, Qt::Key_F10, Qt::ShiftModifier);
+  EXPECT_EQ(opened, 3);
+  clipboard.clear();
+  QTest::keyClick(&canvas, Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+  EXPECT_EQ(clipboard.text(), "figures");
+  EXPECT_EQ(log, QStringList("figures"));
 }
 
 TEST_F(ToolWidgetTest, OpeningANameAgainClosesTheFirstAlsoFromWithinItself) {

@@ -21,8 +21,8 @@ class ActionGate : public QObject {
     ActionGate& gate_;
   };
 
-  /// What every action is handed to; it runs it. At first that is all.
-  std::function<void(const std::function<void()>&)> perform = [](const auto& action) { action(); };
+  /// What every action is handed to; it runs it. Set before the first one.
+  std::function<void(const std::function<void()>&)> perform;
 
   int Depth() const { return depth_; }
 
