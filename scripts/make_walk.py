@@ -9,6 +9,7 @@ then chosen again with answers of the kinds that it asked for. A step that is an
 PROGRAM is parlowen-headless, else that of build/ci. The program may change under a walk that is kept: it stays the same
 steps. One that has become an error of the script is made anew.
 """
+import contextlib
 import json
 import pathlib
 import random
@@ -24,14 +25,14 @@ SOUNDS = ["synthetic_palate_16000.nsp", "synthetic_vowels_two_channels_16000.wav
 PANES = ["amplitude", "pitch", "analysis", "waveform"]
 DRAWN = ["markers", "vowels", "resynthesis", "degree", "tones", "intonation", "glottal", "palate", "articulation"]
 KEYS = ["Left", "Right", "Up", "Down", "Home", "End", "PageUp", "PageDown", "Space", "Escape", "Enter", "Delete",
-        *"ABCDFLMPQRSTXZ12345", *(f"F{n}" for n in range(1, 9))]
+        *"ABCDFLMPQRSXZ12345", *(f"F{n}" for n in range(1, 9))]
 BUTTONS = {"markers": [1, *range(1048, 1056)], "resynthesis": [1, 1034, 1036, 1101, 1102, 1103], "channels": [1, 2, *range(1201, 1207)],
            "tones": range(1301, 1307), "degree": [1351, 1352], "intonation": range(1401, 1407), "glottal": [1501, 1502, 1503],
            "palate": [1601, 1602, 1603], "articulation": [1701, 1702, 1703], "lta": ["保存此LTA谱", "LTA谱比较"]}
 PRINTS = ["state", "pitch 0 40", "annotations", "markers", "vowels", "degree", "tones", "intonation", "articulation", "lta",
           "nasalance", "frame", "compare", "consonant", "glottal", "palate", "commands"]
 TEXTS = ["a", "阴平", "ma1", "i", "长", "b组"]
-QUIT, SAVE_REGION = 140, 40010
+QUIT, STOPS = 140, (274, 40025)  # a stop behind a play is another step than one behind a "print"
 
 
 class Program:
@@ -83,7 +84,8 @@ class Program:
         return json.loads(self.process.stdout.readline())["enabled"]
 
     def end(self):
-        self.process.stdin.close()
+        with contextlib.suppress(BrokenPipeError):
+            self.process.stdin.close()
         self.process.stdout.close()
         self.process.wait()
 
@@ -142,7 +144,7 @@ class Walk:
         """What is done next."""
         chance, state, tool = self.random.random(), self.program.state, self.program.open[-1:] or [""]
         if chance < 0.50 or not state["sampleCount"]:
-            enabled = [number for number in self.program.enabled() if number != QUIT]
+            enabled = [number for number in self.program.enabled() if number != QUIT and number not in STOPS]
             # Rather what was chosen seldom, and what stands near the last one in the menu, so that one leads to another.
             near = lambda number: 30 if abs(number - self.last) < 9 else 1
             weights = [near(number) / (1 + self.tried.get(number, 0)) ** 2 for number in enabled]

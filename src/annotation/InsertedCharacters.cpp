@@ -41,7 +41,6 @@ void ToggleCharacters(Window& window, InsertedCharacters& characters) {
 
 void ClearCharacters(Window& window, InsertedCharacters& characters) {
   characters.items.clear();
-  characters.shown = true;
   window.Repaint();
 }
 

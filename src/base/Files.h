@@ -73,6 +73,7 @@ int ReplaceFile(const std::string& path, ByteSpan bytes);
 /// True when the file can be made or replaced. Leaves nothing behind.
 bool CanReplaceFile(const std::string& path);
 
+/// Something stands there, or behind the link there. False also where that cannot be told.
 bool FileExists(const std::string& path);
 
 /// Adds `bytes` behind what the file holds, in a turn of its own; a missing file is made. 0, or -1 with the old file

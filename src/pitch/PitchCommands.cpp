@@ -117,23 +117,22 @@ bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& s
   return done;
 }
 
-int SavePitchSegment(Window& window, const SoundDocument& document) {
-  if (document.SelectionLength() < kShortestSegment) return 0;
+void SavePitchSegment(Window& window, const SoundDocument& document) {
+  if (document.SelectionLength() < kShortestSegment) return;
   const auto choice = window.AskSaveFile(PitchFileDialog(kSaveTitle));
   if (!choice) {
     window.Repaint();
-    return 0;
+    return;
   }
   const auto restart = window.AskBeforeWriting(messages::kRestartOrAppend, messages::kRestartOrAppendCaption);
-  if (!restart) return 0;
+  if (!restart) return;
   ByteWriter record;
   const FrameSpan frames =
       RecordedFrames(document.selectionStart, document.selectionEnd, document.sampleRate);
-  if (!WritePitchRecord(record, document, document.selectionStart, frames)) return 0;
+  if (!WritePitchRecord(record, document, document.selectionStart, frames)) return;
   const int result =
       *restart ? SaveFile(window, choice->path, record) : SaveBehindFile(window, choice->path, record);
   if (result < 0) window.Notify(*restart ? messages::kCannotCreate : messages::kNoSuchFile, Icon::Error);
-  return result;
 }
 
 std::string PitchListingPath(const std::string& exportFolder) {

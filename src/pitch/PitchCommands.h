@@ -30,8 +30,8 @@ bool PitchByCorrelationCommand(Window& window, SoundDocument& document, CommandS
 /// 40103: asks for the range and analyses the selection again, without one everything.
 bool PitchAgainCommand(Window& window, SoundDocument& document, CommandStates& states, PitchState& state);
 
-/// 40050: adds the selection's contour to a pitch data file. 0, or −1 when the file could not be written.
-int SavePitchSegment(Window& window, const SoundDocument& document);
+/// 40050: adds the selection's contour to a pitch data file.
+void SavePitchSegment(Window& window, const SoundDocument& document);
 
 inline constexpr UiText kBadPitchFile = "基频数据文件错误！";
 

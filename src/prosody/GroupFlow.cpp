@@ -76,10 +76,11 @@ bool AddToCurrent(Window& window, const CurrentGroup& current, const GroupKind& 
   return ChangeGroups(window, kind, current.path, messages::kNoSuchFile, false,
                       [&](Bytes& bytes) -> std::optional<Obstacle> {
                         const auto groups = ReadGroups(kind.layout, bytes);
+                        if (!groups) return Obstacle{kind.damaged};
                         // Another program may have begun the file anew.
-                        if (!groups || current.index >= std::ssize(*groups) ||
+                        if (current.index >= std::ssize(*groups) ||
                             (*groups)[static_cast<std::size_t>(current.index)].name != current.name)
-                          return Obstacle{kind.damaged};
+                          return Obstacle{kNoSuchGroup, Icon::None};
                         if (!AppendToGroup(kind.layout, bytes, current.index, slot, false)) return kFull;
                         return {};
                       });

@@ -390,6 +390,7 @@ bool BeginTonesCommand(Window& window, ToneState& tones) {
 void AddToneCommand(Window& window, const ProsodyDesk& desk, ToneState& tones) {
   const SoundDocument& document = desk.document;
   if (!RequireContourAndSelection(window, document)) return;
+  // Another program may have removed some.
   if (tones.items.size() >= kMostToneItems && ReadRun(tones).items.size() >= kMostToneItems)
     return window.Notify(messages::kTooMuchData);
   InputForm form{kAddTitle,

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <filesystem>
 #include <memory>
 
 #include "base/Arithmetic.h"
@@ -226,8 +225,7 @@ bool ConsonantStretchCommand(Window& window, SoundDocument& document, ConsonantS
 
 void ListConsonantFileCommand(Window& window, const std::string& exportFolder) {
   const auto choice = window.AskOpenFile(ConsonantDialog(kOpenTitle));
-  std::error_code error;
-  if (!choice || !std::filesystem::exists(choice->path, error)) return window.Notify(kNoFile, Icon::Error);
+  if (!choice || !FileExists(choice->path)) return window.Notify(kNoFile, Icon::Error);
   const auto bytes = ReadWholeFile(choice->path, kLargestFile);
   const auto record = bytes ? ParseConsonants(*bytes) : std::nullopt;
   if (!record) return window.Notify(messages::kCannotOpenListing, Icon::Error);

@@ -106,7 +106,7 @@ TEST(PitchCommands, SavingRestartsOrAppends) {
   const std::string path = folder / "a.pdt";
   const auto save = [&](const char* answer) {
     desk.window.answers = {"file:" + path, answer};
-    EXPECT_EQ(SavePitchSegment(desk.window, *desk.document), 0);
+    SavePitchSegment(desk.window, *desk.document);
     return ReadFile(path);
   };
   const std::string once = save("no");  // a missing file is made

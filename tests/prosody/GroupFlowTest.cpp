@@ -22,6 +22,7 @@ std::string Refusal(const char* text, const char* icon = "error") {
 }
 
 const std::string kFull = Refusal("数据太多，不能再加入！", "none");
+const std::string kNoGroup = Refusal("无此组名！", "none");
 const std::string kDamaged = Refusal("声音长度统计文件错误！");
 const std::string kCannotOpen = Refusal("文件打开错误，请重试！");
 
@@ -83,9 +84,9 @@ TEST_F(GroupFlow, ADamagedFileIsRefusedAndNeverChanged) {
   }
   WriteFile(path, Full(1));
   current = {true, path, 1, "a"};
-  EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged) << "the group is no longer there";
+  EXPECT_EQ(Add(1, {"yes"}).back(), kNoGroup) << "the group is no longer there";
   current = {true, path, 0, "b"};
-  EXPECT_EQ(Add(1, {"yes"}).back(), kDamaged) << "it is another one";
+  EXPECT_EQ(Add(1, {"yes"}).back(), kNoGroup) << "it is another one";
   EXPECT_EQ(ReadFile(path), Full(1));
 }
 

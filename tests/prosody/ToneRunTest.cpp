@@ -104,7 +104,9 @@ TEST(ToneRun, TwoThatDoNotFitIntoOneFileSpoilNothing) {
   first.Add(900, "a");  // of 32 groups there would be 40
   EXPECT_EQ(first.window.log.back(), "none|Parlowen(Tessiran)|数据太多，不能再加入！");
   EXPECT_EQ(first.Frames().size(), 20u);
+  first.window.log.clear();
   EndTonesCommand(first.window, first.tones);
+  EXPECT_EQ(first.window.log.back(), "none|Parlowen(Tessiran)|数据太多，不能再加入！");
   EXPECT_FALSE(first.tones.open);
   EXPECT_EQ(Program(folder / "run.pit").Frames(), second.Frames());
 }
@@ -125,11 +127,21 @@ TEST(ToneRun, AnEndThatIsRefusedChangesNothingAndOneThatIsNotLosesNothing) {
   std::filesystem::remove(folder / "run.pit");
   EndTonesCommand(first.window, first.tones);
   EXPECT_EQ(Program(folder / "run.pit").Frames(), (std::vector<int>{10}));
+  Program third(folder / "run.pit");
+  std::filesystem::resize_file(folder / "run.pit", kLargestToneFile + 1);  // what cannot be read stays
+  third.Add(110);
+  EndTonesCommand(third.window, third.tones);
+  EXPECT_TRUE(third.tones.open);
+  EXPECT_EQ(third.Frames(), (std::vector<int>{10}));
+  EXPECT_EQ(std::filesystem::file_size(folder / "run.pit"), kLargestToneFile + 1);
 }
 
 TEST(ToneRun, WhatAnotherProgramAddsBehindMovesNothing) {
   const testing::TempFolder folder;
   Program first(folder / "run.pit");
+  first.Add(5);
+  first.Remove();
+  EXPECT_TRUE(first.Frames().empty());
   first.Add(10);
   first.tones.picked = 0;
   Program second(folder / "run.pit");

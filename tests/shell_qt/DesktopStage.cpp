@@ -35,7 +35,7 @@
 namespace parlowen {
 namespace {
 
-constexpr int kToolHeight = 640;
+constexpr int kToolHeight = 640, kScriptLabels = 120, kChartRows = 770;
 
 void PressEscape(QWidget& box) { QTest::keyClick(&box, Qt::Key_Escape); }
 
@@ -297,9 +297,8 @@ void DesktopStage::Select(int start, int end) {
 
 /// The same place of a band in a label pane of another height than the script's. A pane that is not shown has none.
 Point DesktopStage::InLabels(Point at) {
-  constexpr int kScriptHeight = 120;
-  if (!window_.PaneOf(Pane::Labels).isVisible()) Station().SetLabelsHeight(kScriptHeight);
-  return {at.x, at.y * Station().view.labelsHeight / kScriptHeight};
+  if (!window_.PaneOf(Pane::Labels).isVisible()) Station().SetLabelsHeight(kScriptLabels);
+  return {at.x, at.y * Station().view.labelsHeight / kScriptLabels};
 }
 
 void DesktopStage::Click(Pane pane, Point at, MouseButton button, bool shift) {
@@ -396,11 +395,13 @@ void DesktopStage::PointAtAll() {
   const MainView& view = Station().view;
   std::string tips, marks;
   for (int x = 2; x < width; x += 9)
-    for (int y = 4; y < view.labelsHeight; y += 11) tips += view.LabelTipAt({x, y}) + "\n";
+    for (int y = 6; y < kScriptLabels; y += 12)
+      tips += view.LabelTipAt({x, y * view.labelsHeight / kScriptLabels}) + "\n";
   seen_.See("labels all", testing::SizeAndDigest(tips));
   if (window_.PaneOf(Pane::Chart).isVisible())
     for (int x = 3; x < width; x += 11)
-      for (int y = 2; y < 770; y += 11) marks += view.HoverLine(Pane::Chart, {x, y}, 770, "") + "\n";
+      for (int y = 2; y < kChartRows; y += 11)
+        marks += view.HoverLine(Pane::Chart, {x, y}, kChartRows, "") + "\n";
   seen_.See("chart all", testing::SizeAndDigest(marks));
   const ToolWindow* tool = dialogs_->CurrentTool();
   if (tool == nullptr) return;
@@ -412,6 +413,9 @@ void DesktopStage::PointAtAll() {
   for (int y = 5; y < kToolHeight; y += 9)
     for (int x = 9; x < width; x += 11) all += tool->Hover({x, y}) + "\n";
   seen_.See(name + " all", testing::SizeAndDigest(all));
+  const Point size = tool->PreferredSize(), origin = tool->ClickOrigin();
+  seen_.See(name + " size", Format("%d×%d from %d,%d%s", size.x, size.y, origin.x, origin.y,
+                                   tool->ScalesWithWindow() ? " scales" : ""));
   seen_.See(name, tool->Text() + tool->Instructions());
 }
 
@@ -487,6 +491,8 @@ void DesktopStage::Settle() {
     return tool == nullptr || tool->TickMilliseconds() <= 0;
   };
   EXPECT_TRUE(QTest::qWaitFor(atRest, 20000));
+  // What a window manager does when a tool window has closed.
+  if (dialogs_->CurrentTool() == nullptr) QApplication::setActiveWindow(&window_);
   QApplication::processEvents();
   for (const CommandRow& row : CommandTable())
     EXPECT_EQ(window_.ActionOf(row.number)->isEnabled(), Station().states.IsEnabled(row.number))

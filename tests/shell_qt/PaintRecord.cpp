@@ -151,12 +151,17 @@ std::string PaintedBy(QWidget& widget) {
   return record.Text();
 }
 
-std::string PaintedBy(const Picture& picture) {
-  PaintRecord record({picture.WholeWidth(), picture.WholeHeight()});
+std::string PaintedBy(QSize size, const std::function<void(QPainter&)>& paint) {
+  PaintRecord record(size);
   QPainter painter(&record);
-  PaintPicture(painter, picture);
+  paint(painter);
   painter.end();
   return record.Text();
+}
+
+std::string PaintedBy(const Picture& picture) {
+  return PaintedBy({picture.WholeWidth(), picture.WholeHeight()},
+                   [&](QPainter& painter) { PaintPicture(painter, picture); });
 }
 
 void ExpectPainted(const std::string& path, const std::string& painted) {

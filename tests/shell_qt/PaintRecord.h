@@ -4,6 +4,7 @@
 #include <QPaintDevice>
 #include <QPaintEngine>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -31,6 +32,7 @@ class PaintRecord : public QPaintDevice {
 
 /// What a widget and those inside it paint.
 std::string PaintedBy(QWidget& widget);
+std::string PaintedBy(QSize size, const std::function<void(QPainter&)>& paint);
 /// What a picture paints on a device of its own.
 std::string PaintedBy(const Picture& picture);
 /// Compares what was painted, or where it lies, with what is kept in a file. Another version of the toolkit (not 6.4)

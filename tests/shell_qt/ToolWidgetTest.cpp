@@ -146,7 +146,8 @@ TEST_F(ToolWidgetTest, TheMenuOfAToolCopiesItsPictureAndItsFigures) {
   ask({QContextMenuEvent::Mouse, {}, {}});
   EXPECT_EQ(opened, 0) << "right clicks belong to the tool";
   ask({QContextMenuEvent::Mouse, {}, {}, Qt::ControlModifier});
-  EXPECT_EQ(clipboard.image().size(), QSize(widget->Shown().width, widget->Shown().height));
+  EXPECT_EQ(clipboard.image().size(),
+            QSize(widget->Shown().width, widget->Shown().height) * widget->devicePixelRatioF());
   ask({QContextMenuEvent::Keyboard, {}, {}});
   EXPECT_EQ(clipboard.text(), "figures");
   QTest::keyClick(&canvas, Qt::Key_F10, Qt::ShiftModifier);

@@ -180,8 +180,8 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
     }
   }
   const auto labelsBefore = std::exchange(labelsClicked_, {});
-  labelsHaveKeys_ = false;
   if (ToolWindow* tool = window_.ToolNamed(step.words[1])) {
+    window_.GiveKeysToTools();
     stage_.ClickTool(*tool, {*x, *y}, button, shift);
     return {};
   }
@@ -189,7 +189,7 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
   if (pane == nullptr) return "no pane or open window is called " + step.words[1];
   const Point at{*x, *y};
   labelsHaveKeys_ = pane->pane == Pane::Labels;
-  toolBelowLabels_ = window_.CurrentTool();
+  if (labelsHaveKeys_) window_.TakeKeysFromTools();
   if (labelsHaveKeys_ && button == MouseButton::Left && !shift) labelsClicked_ = at;
   const bool twice = labelsClicked_ && labelsBefore == labelsClicked_;
   twice ? stage_.EditLabel(at) : stage_.Click(pane->pane, at, button, shift);
@@ -198,10 +198,7 @@ std::string ScriptRunner::Click(const ScriptStep& step) {
 
 std::string ScriptRunner::Key(const ScriptStep& step) {
   if (step.words.size() != 2 || !IsKeyName(step.words[1])) return "key needs the name of one key";
-  // A window that has opened since has taken them, until it closes.
-  const ToolWindow* tool = window_.CurrentTool();
-  const bool taken = tool != nullptr && tool != toolBelowLabels_;
-  if (labelsHaveKeys_ && !taken && !window_.InModal() && stage_.KeyInLabels(step.words[1])) return {};
+  if (labelsHaveKeys_ && !window_.ToolHasKeys() && stage_.KeyInLabels(step.words[1])) return {};
   stage_.Key(step.words[1]);
   return {};
 }

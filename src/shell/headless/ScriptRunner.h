@@ -47,9 +47,8 @@ class ScriptRunner {
   std::optional<int> blockLimit_;    ///< the stop of a recording is pressed when so many blocks are delivered
   std::optional<ScriptStep> ahead_;  ///< a step that was looked at before its time
   bool failed_ = false;
-  bool labelsHaveKeys_ = false;                  ///< the label pane was clicked last
-  const ToolWindow* toolBelowLabels_ = nullptr;  ///< that was open when they got them
-  std::optional<Point> labelsClicked_;           ///< where; a second click there is a double click
+  bool labelsHaveKeys_ = false;         ///< the label pane was clicked last
+  std::optional<Point> labelsClicked_;  ///< where; a second click there is a double click
 };
 
 }  // namespace parlowen

@@ -225,6 +225,8 @@ void ScriptTalk::NoteOpened(ToolWindow& tool, bool modal) {
 
 void ScriptTalk::NoteClosed(const ToolWindow& tool) {
   PrintWindow(tool, "closed");
+  const auto end = open_.begin() + static_cast<std::ptrdiff_t>(below_);
+  if (std::find(open_.begin(), end, &tool) != end) --below_;
   std::erase(open_, &tool);
   std::erase(modal_, &tool);
 }

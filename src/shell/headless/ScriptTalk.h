@@ -34,6 +34,10 @@ class ScriptTalk {
   ToolWindow* CurrentTool() const;
   bool InModal() const { return !modal_.empty(); }
   ToolWindow* ToolNamed(const std::string& name) const;
+  // The label pane can have the keys, until a tool window opens or is clicked; they are its again when that closes.
+  void TakeKeysFromTools() { below_ = open_.size(); }
+  void GiveKeysToTools() { below_ = 0; }
+  bool ToolHasKeys() const { return InModal() || open_.size() > below_; }
   /// Runs the steps that belong to a modal tool window until it is closed; set by whoever reads the script.
   std::function<void()> runModalSteps;
 
@@ -67,6 +71,7 @@ class ScriptTalk {
   std::ostream& events_;
   std::deque<ScriptAnswer> answers_;
   std::vector<ToolWindow*> open_, modal_;  ///< in the order in which they were opened
+  std::size_t below_ = 0;                  ///< so many of `open_` have no keys
   std::string failure_;
   bool ended_ = false, ranOutOfAnswers_ = false;
 };

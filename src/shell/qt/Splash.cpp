@@ -28,11 +28,10 @@ QPainterPath Vibration() {
   return path;
 }
 
-QPixmap Drawing(double ratio) {
-  QPixmap pixmap(QSize(kWidth, kHeight) * ratio);
-  pixmap.setDevicePixelRatio(ratio);
-  pixmap.fill(QColor(0xF7, 0xFA, 0xFF));
-  QPainter painter(&pixmap);
+}  // namespace
+
+void PaintSplash(QPainter& painter) {
+  painter.fillRect(0, 0, kWidth, kHeight, QColor(0xF7, 0xFA, 0xFF));
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(QColor(0x1F, 0x3F, 0x77), 1.2));
   painter.drawPath(Vibration());
@@ -49,13 +48,17 @@ QPixmap Drawing(double ratio) {
   painter.setBrush(Qt::NoBrush);
   painter.setRenderHint(QPainter::Antialiasing, false);
   painter.drawRect(0, 0, kWidth - 1, kHeight - 1);
-  return pixmap;
 }
 
-}  // namespace
-
 void ShowSplash(QWidget& window) {
-  auto* splash = new QSplashScreen(Drawing(window.devicePixelRatioF()), Qt::WindowStaysOnTopHint);
+  const double ratio = window.devicePixelRatioF();
+  QPixmap pixmap(QSize(kWidth, kHeight) * ratio);
+  pixmap.setDevicePixelRatio(ratio);
+  pixmap.fill(Qt::white);
+  QPainter painter(&pixmap);
+  PaintSplash(painter);
+  painter.end();
+  auto* splash = new QSplashScreen(pixmap, Qt::WindowStaysOnTopHint);
   splash->setAttribute(Qt::WA_DeleteOnClose);
   splash->show();
   QTimer::singleShot(kShownMilliseconds, splash, &QWidget::close);

@@ -18,7 +18,10 @@ void DrawGlass(QPainter& painter, bool plus) {
   if (plus) painter.drawLine(QPointF(8.5, 6), QPointF(8.5, 11));
 }
 
-void DrawIcon(QPainter& painter, ToolIcon icon, const QColor& ink) {
+}  // namespace
+
+void PaintToolIcon(QPainter& painter, ToolIcon icon, const QColor& ink) {
+  painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(ink, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
   switch (icon) {
     case ToolIcon::Open:
@@ -63,8 +66,6 @@ void DrawIcon(QPainter& painter, ToolIcon icon, const QColor& ink) {
   }
 }
 
-}  // namespace
-
 QIcon MakeToolIcon(ToolIcon icon, const QColor& ink) {
   QIcon result;
   for (const int ratio : {1, 2}) {
@@ -72,12 +73,29 @@ QIcon MakeToolIcon(ToolIcon icon, const QColor& ink) {
     pixmap.setDevicePixelRatio(ratio);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
-    DrawIcon(painter, icon, ink);
+    PaintToolIcon(painter, icon, ink);
     painter.end();
     result.addPixmap(pixmap);
   }
   return result;
+}
+
+void PaintApplicationIcon(QPainter& painter) {
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(QColor(QRgb(colours::kWave)));
+  painter.drawRoundedRect(QRectF(1, 1, 62, 62), 12, 12);
+  painter.setPen(QPen(QColor(QRgb(colours::kLevelBars)), 4, Qt::SolidLine, Qt::RoundCap));
+  constexpr double kHeights[] = {4, 10, 16, 12, 18, 8, 5};  // a syllable, above and below its middle
+  for (int i = 0; i < 7; ++i) {
+    const double x = 11 + 7.0 * i;
+    painter.drawLine(QPointF(x, 42 - kHeights[i] * 0.8), QPointF(x, 42 + kHeights[i] * 0.8));
+  }
+  QPainterPath tone(QPointF(10, 24));  // falling and rising, as in the third tone
+  tone.cubicTo(QPointF(20, 38), QPointF(34, 36), QPointF(54, 9));
+  painter.setPen(QPen(Qt::white, 5, Qt::SolidLine, Qt::RoundCap));
+  painter.setBrush(Qt::NoBrush);
+  painter.drawPath(tone);
 }
 
 QIcon MakeApplicationIcon() {
@@ -86,22 +104,8 @@ QIcon MakeApplicationIcon() {
     QPixmap pixmap(side, side);
     pixmap.fill(Qt::transparent);
     QPainter painter(&pixmap);
-    painter.setRenderHint(QPainter::Antialiasing);
     painter.scale(side / 64.0, side / 64.0);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(QColor(QRgb(colours::kWave)));
-    painter.drawRoundedRect(QRectF(1, 1, 62, 62), 12, 12);
-    painter.setPen(QPen(QColor(QRgb(colours::kLevelBars)), 4, Qt::SolidLine, Qt::RoundCap));
-    constexpr double kHeights[] = {4, 10, 16, 12, 18, 8, 5};  // a syllable, above and below its middle
-    for (int i = 0; i < 7; ++i) {
-      const double x = 11 + 7.0 * i;
-      painter.drawLine(QPointF(x, 42 - kHeights[i] * 0.8), QPointF(x, 42 + kHeights[i] * 0.8));
-    }
-    QPainterPath tone(QPointF(10, 24));  // falling and rising, as in the third tone
-    tone.cubicTo(QPointF(20, 38), QPointF(34, 36), QPointF(54, 9));
-    painter.setPen(QPen(Qt::white, 5, Qt::SolidLine, Qt::RoundCap));
-    painter.setBrush(Qt::NoBrush);
-    painter.drawPath(tone);
+    PaintApplicationIcon(painter);
     painter.end();
     result.addPixmap(pixmap);
   }
